@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "apps/growth/GrowthCharts.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <algorithm>
+#include <cmath>
+
+#include "orv/OrvGraphView.h"
+
+namespace growth {
+
+namespace {
+
+QString text(const char* english) { return QCoreApplication::translate("VelmoraDocument", english); }
+
+/// Published charts come in two pieces, birth to 36 months and 2 to 20 years; a child with examinations on both sides
+/// needs the whole.
+OrvGraphRange ageRange(const ChartPoints& points, const std::optional<GrowthReference::Range>& reference) {
+  constexpr double InfantEnd = 36;
+  constexpr double ChildStart = 24;
+  const double end = reference ? reference->to : 240;
+  double youngest = end;
+  double oldest = 0;
+  for (const QPointF& point : points.points) {
+    youngest = std::min(youngest, point.x());
+    oldest = std::max(oldest, point.x());
+  }
+  if (oldest <= InfantEnd || end <= InfantEnd) return {0, InfantEnd};
+  return {youngest >= ChildStart ? ChildStart : 0, end};
+}
+
+QList<OrvReferenceCurve> curvesOf(const GrowthReference& reference, Sex sex, const OrvGraphRange& ages) {
+  QList<OrvReferenceCurve> curves;
+  for (const int percentile : chartPercentiles) {
+    curves.append({QString::number(percentile), reference.centileCurve(sex, percentile, ages.lower, ages.upper),
+                   percentile == 50});
+  }
+  return curves;
+}
+
+/// What the curves span, with room above and below.
+OrvGraphRange valueRange(const QList<OrvReferenceCurve>& curves, Measure measure) {
+  double lowest = std::numeric_limits<double>::infinity();
+  double highest = -lowest;
+  for (const OrvReferenceCurve& curve : curves) {
+    for (const QPointF& point : curve.points) {
+      if (!std::isfinite(point.y())) continue;
+      lowest = std::min(lowest, point.y());
+      highest = std::max(highest, point.y());
+    }
+  }
+  if (lowest < highest) {
+    const double room = (highest - lowest) * 0.06;
+    return {std::max(0.0, lowest - room), highest + room};
+  }
+  switch (measure) {  // without a reference: the first years
+    case Measure::Weight:
+      return {0, 20};
+    case Measure::Height:
+      return {40, 110};
+    case Measure::Head:
+      break;
+  }
+  return {30, 55};
+}
+
+QString axisTitle(Measure measure) {
+  switch (measure) {
+    case Measure::Weight:
+      return text("Weight (kg)");
+    case Measure::Height:
+      return text("Length or height (cm)");
+    case Measure::Head:
+      break;
+  }
+  return text("Head circumference (cm)");
+}
+
+QString referenceTitle(const GrowthReference* reference, const std::optional<Sex>& sex) {
+  if (!reference) return {};
+  if (!sex) return text("Choose the sex to see the reference");
+  return QStringLiteral("%1, %2").arg(reference->heading().shortTitle,
+                                      *sex == Sex::Female ? text("girls") : text("boys"));
+}
+
+}  // namespace
+
+std::optional<qsizetype> ChartPoints::pointOf(qsizetype examination) const {
+  const qsizetype index = examinations.indexOf(examination);
+  return index < 0 ? std::nullopt : std::optional(index);
+}
+
+ChartPoints chartPoints(const GrowthRecord& record, Measure measure) {
+  ChartPoints chart;
+  for (qsizetype i = 0; i < record.examinations.size(); ++i) {
+    const Examination& examination = record.examinations.at(i);
+    const std::optional<double> age = record.ageAt(examination);
+    const std::optional<double> value = examination.of(measure).value;
+    if (!age || !value || *value <= 0) continue;
+    chart.points.append(QPointF(*age, *value));
+    chart.examinations.append(i);
+  }
+  return chart;
+}
+
+void showChart(OrvGraphView& view, const GrowthRecord& record, Measure measure, const GrowthReference* reference,
+               qsizetype currentExamination) {
+  const ChartPoints points = chartPoints(record, measure);
+  std::optional<GrowthReference::Range> range;
+  if (reference) range = reference->range(record.sex.value_or(Sex::Female));
+  const OrvGraphRange ages = ageRange(points, range);
+  QList<OrvReferenceCurve> curves;
+  if (reference && record.sex) curves = curvesOf(*reference, *record.sex, ages);
+  view.setAxes(text("Age (months)"), axisTitle(measure), ages, valueRange(curves, measure));
+  view.setTickSteps(ages.upper - ages.lower > 60 ? 24 : 3, 0);
+  view.setLegend(text("Patient"), referenceTitle(reference, record.sex));
+  view.setReferenceCurves(curves);
+  view.setDataPoints(points.points);
+  view.setHighlightedPoint(points.pointOf(currentExamination));
+}
+
+QString resultText(const GrowthRecord& record, const Examination& examination, Measure measure,
+                   const GrowthReference* reference) {
+  const Measurement& measured = examination.of(measure);
+  if (!measured.unread.isEmpty()) return text("This is not a number.");
+  if (!measured.value) return {};
+  if (*measured.value <= 0) return text("A measurement is above zero.");
+  const std::optional<double> age = record.ageAt(examination);
+  if (!age) return text("Needs birth and exam date.");
+  if (!record.sex) return text("Needs the sex.");
+  if (!reference) return text("No reference.");
+  const std::optional<GrowthReference::Range> range = reference->range(*record.sex);
+  if (!range || *age < range->from || *age > range->to) return text("The reference does not cover this age.");
+  const std::optional<double> z = reference->zScore(*record.sex, *age, *measured.value);
+  if (!z) return text("Beyond what the reference describes.");
+  const double centile = centileOf(*z);
+  const QLocale locale;
+  QString centileText = locale.toString(centile, 'f', 1);
+  if (centile < 0.1) centileText = QStringLiteral("< ") + locale.toString(0.1, 'f', 1);
+  if (centile > 99.9) centileText = QStringLiteral("> ") + locale.toString(99.9, 'f', 1);
+  return text("z-score %1, centile %2").arg(locale.toString(*z, 'f', 2), centileText);
+}
+
+}  // namespace growth

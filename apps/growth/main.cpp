@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+//
+// Growth: weight, height and head circumference of children against the CDC 2000 reference.
+#include <QApplication>
+
+#include "apps/growth/GrowthDocument.h"
+#include "apps/growth/GrowthReferences.h"
+#include "platform/Bundle.h"
+#include "platform/InterfaceFiles.h"
+#include "platform/UserDefaults.h"
+#include "platform/qt/Desktop.h"
+#include "velmora/app/VelmoraAppController.h"
+#include "velmora/resources/SettingsKeys.h"
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  platform::qt::Desktop desktop(QStringLiteral("growth"));
+  platform::Services& services = desktop.services();
+
+  services.defaults.registerDefaults(
+      {{velmora::settings::DataFileExtension,
+        services.mainBundle.stringForInfoDictionaryKey(QStringLiteral("VelmoraDataFileExtension"))}});
+  const growth::GrowthReferences references(services.mainBundle.resourcePath() + QStringLiteral("/reference"));
+
+  VelmoraAppController controller(services);
+  services.interfaceFiles.addSearchPath(QStringLiteral(":/growth"));
+  controller.setDocumentFactory(
+      [&] { return std::make_unique<GrowthDocument>(services, controller, references); });
+  return desktop.run(controller);
+}

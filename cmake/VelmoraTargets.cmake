@@ -1,0 +1,93 @@
+# SPDX-License-Identifier: LGPL-3.0-or-later
+#
+# How targets are made here. One target a folder; its link list says whom the folder may know.
+
+set(VELMORA_ROOT ${CMAKE_CURRENT_LIST_DIR}/..)
+
+# What every target of ours is compiled with.
+add_library(velmora_options INTERFACE)
+target_include_directories(velmora_options INTERFACE ${VELMORA_ROOT})
+target_compile_options(
+  velmora_options
+  INTERFACE -Wall
+            -Wextra
+            -Wshadow
+            -Wconversion
+            -Werror
+            # 12.2's optimiser warns about its own std::string and std::vector code
+            -Wno-restrict)
+target_compile_definitions(velmora_options INTERFACE QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
+if(VELMORA_SANITIZE)
+  target_compile_options(velmora_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+                                                   -fno-omit-frame-pointer)
+  target_link_options(velmora_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# velmora_library(NAME [SOURCES ...] [PUBLIC targets...] [PRIVATE targets...])
+# A shared library. Undefined symbols are link errors, so what the link list leaves out cannot be used.
+function(velmora_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  add_library(${name} SHARED ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC velmora_options ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
+  target_link_options(${name} PRIVATE -Wl,--no-undefined)
+  set_target_properties(${name} PROPERTIES AUTORCC ON)
+  if(TARGET Qt6::Widgets AND "Qt6::Widgets" IN_LIST ARG_PUBLIC)
+    target_precompile_headers(${name} PRIVATE <QWidget> <QVariantMap> <QDateTime> <functional> <memory>)
+  endif()
+  install(TARGETS ${name} LIBRARY DESTINATION lib)
+endfunction()
+
+# velmora_test(NAME SOURCES ... LIBRARIES ...)
+# A GoogleTest program whose every test is a ctest test with a time-out, on the offscreen platform.
+# tests/support/main.cpp gives it a home folder, settings and a runtime folder of its own.
+function(velmora_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES} ${VELMORA_ROOT}/tests/support/main.cpp)
+  target_link_libraries(${name} PRIVATE velmora_options GTest::gtest Qt6::Widgets Qt6::Test ${ARG_LIBRARIES})
+  if("velmora_platform_testing" IN_LIST ARG_LIBRARIES)
+    target_sources(${name} PRIVATE ${VELMORA_ROOT}/tests/support/ReportFailures.cpp)
+  endif()
+  target_precompile_headers(${name} PRIVATE <gtest/gtest.h> <QWidget> <QVariantMap> <QTest>)
+  gtest_discover_tests(
+    ${name}
+    DISCOVERY_TIMEOUT 60
+    DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT 120 ENVIRONMENT
+               "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=Europe/Berlin;UBSAN_OPTIONS=print_stacktrace=1")
+endfunction()
+
+# velmora_add_application(NAME
+#   BUNDLE_NAME name  BUNDLE_IDENTIFIER reverse-dns  VERSION short-version  BUILD build-number
+#   DATA_FILE_EXTENSION extension  COPYRIGHT line
+#   SOURCES ...  LIBRARIES ...  RESOURCES files...)
+#
+# A resource keeps its folder: reference/weight.reference stands in share/NAME/reference.
+#
+# An application of the family. Writes its information dictionary, share/NAME/Info.plist, and places its resources
+# beside it, where the running program finds both.
+function(velmora_add_application name)
+  cmake_parse_arguments(ARG "" "BUNDLE_NAME;BUNDLE_IDENTIFIER;VERSION;BUILD;DATA_FILE_EXTENSION;COPYRIGHT"
+                        "SOURCES;LIBRARIES;RESOURCES" ${ARGN})
+  foreach(required BUNDLE_NAME BUNDLE_IDENTIFIER VERSION BUILD DATA_FILE_EXTENSION COPYRIGHT SOURCES)
+    if(NOT ARG_${required})
+      message(FATAL_ERROR "velmora_add_application(${name}): ${required} is missing")
+    endif()
+  endforeach()
+  add_executable(${name} ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES AUTORCC ON)
+  target_link_libraries(${name} PRIVATE velmora_options ${ARG_LIBRARIES})
+
+  set(bundle ${CMAKE_BINARY_DIR}/share/${name})
+  foreach(key BUNDLE_NAME BUNDLE_IDENTIFIER VERSION BUILD DATA_FILE_EXTENSION COPYRIGHT)
+    string(REPLACE "&" "&amp;" ${key} "${ARG_${key}}")
+    string(REPLACE "<" "&lt;" ${key} "${${key}}")
+  endforeach()
+  configure_file(${VELMORA_ROOT}/cmake/Info.plist.in ${bundle}/Info.plist @ONLY)
+  foreach(resource ${ARG_RESOURCES})
+    cmake_path(GET resource PARENT_PATH folder)
+    file(COPY ${CMAKE_CURRENT_SOURCE_DIR}/${resource} DESTINATION ${bundle}/${folder})
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${resource})
+  endforeach()
+  install(TARGETS ${name} RUNTIME DESTINATION bin)
+  install(DIRECTORY ${bundle}/ DESTINATION share/${name})
+endfunction()

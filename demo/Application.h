@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <memory>
+
+#include "demo/Child.h"
+#include "demo/Person.h"
+#include "demo/ProbeClient.h"
+
+namespace demo {
+
+class Report;
+class Stage;
+
+/// One run of the application, with the person in front of it. The probe comes to it from its environment;
+/// the program itself is the one that is shipped.
+class Application {
+ public:
+  /// Starts the program; `pluginFolder` holds "generic/" with the probe in it.
+  Application(Report& report, const Stage& stage, const QString& program, const QString& pluginFolder);
+
+  Child& process() { return process_; }
+  ProbeClient& probe() { return *probe_; }
+  Person& person() { return *person_; }
+
+  /// The document window that is in front, or the only one; waits for it.
+  SeenWindow document(double seconds = 5);
+  /// The document window once it is as `holds` says; `what` names that.
+  SeenWindow document(const QString& what, const std::function<bool(const SeenWindow&)>& holds,
+                      double seconds = 5);
+  /// Waits for the status line to show that text.
+  void waitForStatus(const QString& text, double seconds);
+
+ private:
+  Child process_;
+  std::unique_ptr<ProbeClient> probe_;
+  std::unique_ptr<Person> person_;
+};
+
+}  // namespace demo

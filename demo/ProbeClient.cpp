@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "demo/ProbeClient.h"
+
+#include <QFile>
+#include <QJsonDocument>
+
+#include "demo/Child.h"
+#include "demo/Report.h"
+#include "demo/Waiting.h"
+
+namespace demo {
+
+namespace {
+
+// Longer than anything that the application does in one go.
+constexpr double AnswerSeconds = 15;
+
+QString compact(const QJsonObject& object) {
+  return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+}  // namespace
+
+ProbeClient::ProbeClient(Report& report, const QString& socket, Child& application, double seconds)
+    : report_(report), application_(application) {
+  QObject::connect(&socket_, &QLocalSocket::readyRead, &socket_, [this] { read(); });
+  const bool connected = waitUntil(seconds, [&] {
+    if (!application_.running()) return true;
+    if (socket_.state() == QLocalSocket::UnconnectedState && QFile::exists(socket))
+      socket_.connectToServer(socket);
+    return socket_.state() == QLocalSocket::ConnectedState;
+  });
+  if (!connected || socket_.state() != QLocalSocket::ConnectedState)
+    throw Differs(QString("the application to start within %1 s").arg(seconds),
+                  application_.running() ? "it does not answer" : "it has ended");
+}
+
+void ProbeClient::read() {
+  while (socket_.canReadLine()) {
+    const QJsonObject line = QJsonDocument::fromJson(socket_.readLine()).object();
+    if (line.contains("news")) {
+      news_.append({line["news"] == "shown", line["window"].toObject(), line["at"].toInteger()});
+      report_.trace("window", line["news"].toString() + ' ' + compact(line["window"].toObject()));
+    } else if (line["id"].toInt() == lastId_) {
+      reply_ = line;
+    }
+  }
+}
+
+QJsonObject ProbeClient::ask(QJsonObject request) {
+  request["id"] = ++lastId_;
+  reply_.reset();
+  socket_.write(QJsonDocument(request).toJson(QJsonDocument::Compact) + '\n');
+  socket_.flush();
+  const bool answered = waitUntil(AnswerSeconds, [this] {
+    return reply_ || !application_.running() || socket_.state() != QLocalSocket::ConnectedState;
+  });
+  if (reply_) return *reply_;
+  if (!answered)
+    throw Differs(QString("the application to answer within %1 s").arg(AnswerSeconds),
+                  "no answer to " + compact(request));
+  return {{"ok", true}};
+}
+
+QJsonArray ProbeClient::windows() {
+  const QJsonObject answer = ask({{"do", "windows"}});
+  if (!application_.running()) throw Differs("the application to go on", application_.ending());
+  return answer["windows"].toArray();
+}
+
+QString ProbeClient::command(QJsonObject request) {
+  const QJsonObject answer = ask(request);
+  const QString error = answer["ok"].toBool() ? QString() : answer["error"].toString("no answer");
+  report_.trace("hand", compact(request) + (error.isEmpty() ? QString() : " refused: " + error));
+  return error;
+}
+
+}  // namespace demo

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QLocalSocket>
+#include <QList>
+#include <QString>
+#include <optional>
+
+namespace demo {
+
+class Child;
+class Report;
+
+/// The driver's end of the probe inside the application.
+class ProbeClient {
+ public:
+  /// A window came or went.
+  struct News {
+    bool shown;
+    QJsonObject window;  ///< id, name, class, title; "panel" for a file panel
+    qint64 at;           ///< steady clock, milliseconds
+  };
+
+  /// Connects to the probe in `application` at that socket as soon as it is there.
+  ProbeClient(Report& report, const QString& socket, Child& application, double seconds);
+
+  /// The windows that are visible now, as the probe describes them. Throws once the application has gone.
+  QJsonArray windows();
+  /// Carries a command out; what went wrong, empty when nothing did.
+  QString command(QJsonObject request);
+  /// The same with the whole answer. An application that goes in the middle of it has nothing to complain
+  /// about.
+  QJsonObject ask(QJsonObject request);
+
+  /// Every window that came or went since the application's start, in order.
+  const QList<News>& news() const { return news_; }
+
+ private:
+  void read();
+
+  Report& report_;
+  Child& application_;
+  QLocalSocket socket_;
+  int lastId_ = 0;
+  std::optional<QJsonObject> reply_;
+  QList<News> news_;
+};
+
+}  // namespace demo

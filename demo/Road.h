@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <memory>
+
+#include "demo/Application.h"
+#include "demo/Stage.h"
+#include "demo/Viewer.h"
+
+namespace demo {
+
+class Report;
+
+/// The real programs, and the folder that keeps what the demonstration produces.
+struct Cast {
+  QString application;            ///< the sample application
+  QString applicationIdentifier;  ///< its bundle identifier
+  QString link;                   ///< the program at the viewer's end
+  QString pluginFolder;           ///< holds "generic/" with the probe
+  QString out;                    ///< viewer/, export/ and screens/ are made in it
+};
+
+/// The road of one study, played step by step with the real parts: from the viewer into a record, through two
+/// examinations and the chart back to the viewer, into the save folder, and back again.
+///
+/// Each step throws Differs when something is otherwise than it must be.
+class Road {
+ public:
+  Road(Report& report, Stage& stage, const Cast& cast);
+
+  /// Plays every step in order.
+  void play();
+  /// Keeps what the application wrote, and pictures of what is on the screen now. For the end, good or bad.
+  void keepEverything(const QString& shot);
+
+ private:
+  void startForTheFirstTime();
+  void fillFromTheViewer();
+  void recordTwoExaminations();
+  void exportToTheViewer();
+  void closeAndSave();
+  void reopenFromTheViewer();
+  void exportToTheFolder();
+  void startAgain();
+
+  void start();
+  void exportChart();
+  void setExportToOsiriX(bool on);
+  void checkPicture(const QByteArray& jpeg, const QSize& size);
+  void checkReply(const Viewer::Reply& reply, const QSize& size);
+  void checkBothExaminationsInTheChart();
+  void quit(bool unsavedChanges);
+  void shots(const QString& shot);
+  void expect(bool holds, const QString& what, const QString& seen);
+  void expectText(const SeenWindow& window, const QString& widget, const QString& text);
+  void expectNoPanelSince(qsizetype news);
+
+  Person& person() { return application_->person(); }
+
+  Report& report_;
+  Stage& stage_;
+  Cast cast_;
+  Viewer viewer_;
+  std::unique_ptr<Application> application_;
+};
+
+}  // namespace demo

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QProcessEnvironment>
+#include <QString>
+#include <QTemporaryDir>
+#include <memory>
+
+#include "demo/Child.h"
+
+namespace demo {
+
+class Report;
+
+/// What the demonstration plays on: an empty home folder, a session bus of its own on which nothing is
+/// started by itself, and a screen, which is the user's or, where there is none, a virtual one with a window
+/// manager.
+class Stage {
+ public:
+  enum class Screen { UsersOrVirtual, Virtual };
+
+  /// Sets everything up; throws with the reason when a part is missing. `program` is this program's own path.
+  Stage(Report& report, Screen screen, const QString& program);
+  ~Stage();
+
+  /// The home folder: "<home>/Desktop" and "<home>/Documents" exist, nothing else does.
+  QString home() const { return folder_.path() + "/home"; }
+  /// A folder beside the home folder, for sockets and the like.
+  QString workFolder() const { return folder_.path(); }
+  /// What a program on this stage is started with.
+  const QProcessEnvironment& environment() const { return environment_; }
+  /// "virtual screen :99, 1280 x 1024, openbox" or "the user's screen :0".
+  QString screenDescription() const { return screenDescription_; }
+  bool screenIsVirtual() const { return virtualScreen_ != nullptr; }
+
+  /// Whether a program can show windows on the screen that the environment names. Ends the process when it
+  /// cannot, so it is asked of another process: `velmora-demo --check-screen`.
+  static int checkScreen(int argc, char** argv);
+
+ private:
+  void startBus();
+  void startVirtualScreen();
+  bool usersScreenWorks(const QString& program);
+  QByteArray screenKey();
+
+  Report& report_;
+  QTemporaryDir folder_;
+  QProcessEnvironment environment_;
+  QString screenDescription_;
+  std::unique_ptr<Child> bus_;
+  std::unique_ptr<Child> virtualScreen_;
+  std::unique_ptr<Child> windowManager_;
+};
+
+}  // namespace demo

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <cstdio>
+#include <cstring>
+
+#include "demo/Report.h"
+#include "demo/Road.h"
+#include "demo/Stage.h"
+#include "demo/Waiting.h"
+
+namespace {
+
+using demo::Differs;
+
+// An earlier run's folder is used again; a folder with other things in it is not touched.
+QString preparedFolder(const QString& wanted) {
+  if (wanted.isEmpty()) {
+    QTemporaryDir folder(QDir::tempPath() + "/velmora-demo-XXXXXX");
+    folder.setAutoRemove(false);
+    if (!folder.isValid()) throw Differs("a temporary folder", folder.errorString());
+    return folder.path();
+  }
+  const QDir folder(wanted);
+  if (!folder.exists() && !QDir().mkpath(wanted)) throw Differs("to make " + wanted, "it was not possible");
+  if (!folder.isEmpty() && !folder.exists("trace.txt"))
+    throw Differs(wanted + " to be empty or an earlier demonstration's", "other files in it");
+  for (const char* own : {"viewer", "export", "records", "screens"})
+    QDir(folder.filePath(own)).removeRecursively();
+  return folder.absolutePath();
+}
+
+QString beside(const QString& path) { return QCoreApplication::applicationDirPath() + '/' + path; }
+
+int play(const QCommandLineParser& options, const QString& out) {
+  demo::Report report(out);
+  try {
+    const auto screen =
+        options.isSet("virtual") ? demo::Stage::Screen::Virtual : demo::Stage::Screen::UsersOrVirtual;
+    demo::Stage stage(report, screen, QCoreApplication::applicationFilePath());
+    report.say("demo: on " + stage.screenDescription());
+    demo::Road road(report, stage,
+                    {options.value("application"), "org.velmora.growth", options.value("link"),
+                     beside("../lib/demo"), out});
+    try {
+      road.play();
+    } catch (const Differs& difference) {
+      report.failed(difference.what());
+      road.keepEverything("differs");
+      return 1;
+    }
+    road.keepEverything(QString());
+  } catch (const demo::Interrupted&) {
+    report.say("demo: stopped on request");
+    return 130;
+  } catch (const std::exception& error) {
+    report.say(QString("demo: ") + error.what());
+    return 1;
+  }
+  report.say(QString("demo: %1 steps, all as expected").arg(report.stepsPassed()));
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc == 2 && std::strcmp(argv[1], "--check-screen") == 0) return demo::Stage::checkScreen(argc, argv);
+
+  const QCoreApplication application(argc, argv);
+  QCommandLineParser options;
+  options.setApplicationDescription(
+      "Plays the road of one study with the real programs: from the viewer into a record, and as a chart "
+      "back.\n"
+      "Ends with 0 when every step came out as expected. Takes about half a minute.");
+  options.addHelpOption();
+  options.addOptions({{"out", "Where trace.txt, the pictures and the charts are kept.", "folder"},
+                      {"virtual", "On a virtual screen, even if there is a real one."},
+                      {"application", "The application to play with.", "program", beside("growth")},
+                      {"link", "The program at the viewer's end.", "program", beside("velmora-link")}});
+  options.process(application);
+  demo::interruptibleBySignals();
+  QString out;
+  int code = 1;
+  try {
+    out = preparedFolder(options.value("out"));
+    code = play(options, out);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "demo: %s\n", error.what());
+  }
+  if (!out.isEmpty()) std::printf("demo: trace, charts and pictures are in %s\n", qUtf8Printable(out));
+  return code;
+}

@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "demo/probe/Eyes.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QScreen>
+#include <QTabBar>
+#include <QTabWidget>
+
+namespace demo::probe {
+
+namespace {
+
+QJsonArray rectangle(const QRect& r) { return {r.x(), r.y(), r.width(), r.height()}; }
+
+QString className(const QWidget* widget) { return widget->metaObject()->className(); }
+
+bool isPanel(const QWidget* window) { return qobject_cast<const QFileDialog*>(window) != nullptr; }
+
+// Qt's own parts have names too, all of the same beginning.
+bool isNamed(const QWidget* widget) {
+  return !widget->objectName().isEmpty() && !widget->objectName().startsWith("qt_");
+}
+
+QString nameOf(const QWidget* window) {
+  if (isNamed(window)) return window->objectName();
+  const auto children = window->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+  for (const QWidget* child : children)
+    if (isNamed(child) && !child->isWindow()) return child->objectName();
+  return {};
+}
+
+QJsonArray entries(const QWidget* menu) {
+  QJsonArray result;
+  const QList<QAction*> actions = menu->actions();
+  for (const QAction* action : actions) {
+    if (action->isSeparator() || !action->isVisible()) continue;
+    QJsonObject entry{{"text", withoutMnemonic(action->text())}, {"enabled", action->isEnabled()}};
+    if (action->isCheckable()) entry["checked"] = action->isChecked();
+    result.append(entry);
+  }
+  return result;
+}
+
+void describeContent(const QWidget* widget, QJsonObject& to) {
+  if (const auto* label = qobject_cast<const QLabel*>(widget)) to["text"] = label->text();
+  if (const auto* edit = qobject_cast<const QLineEdit*>(widget)) {
+    to["text"] = edit->text();
+    to["readOnly"] = edit->isReadOnly();
+  }
+  if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) {
+    to["text"] = withoutMnemonic(button->text());
+    if (button->isCheckable()) to["checked"] = button->isChecked();
+  }
+  if (const auto* combo = qobject_cast<const QComboBox*>(widget)) {
+    QJsonArray items;
+    for (int i = 0; i < combo->count(); ++i) items.append(combo->itemText(i));
+    to["items"] = items;
+    to["text"] = combo->currentText();
+  }
+  if (const auto* tabs = qobject_cast<const QTabWidget*>(widget)) {
+    QJsonArray labels;
+    for (int i = 0; i < tabs->count(); ++i) labels.append(withoutMnemonic(tabs->tabText(i)));
+    to["tabs"] = labels;
+    to["current"] = withoutMnemonic(tabs->tabText(tabs->currentIndex()));
+  }
+}
+
+QJsonArray widgetsOf(const QWidget* window) {
+  QJsonArray result;
+  const auto children = window->findChildren<QWidget*>();
+  for (const QWidget* widget : children) {
+    if (widget->window() != window || !widget->isVisible()) continue;
+    if (!isNamed(widget) && !qobject_cast<const QAbstractButton*>(widget)) continue;
+    QJsonObject entry{{"name", widget->objectName()},
+                      {"class", className(widget)},
+                      {"enabled", widget->isEnabled()},
+                      {"focus", widget->hasFocus()},
+                      {"geometry", rectangle(QRect(widget->mapTo(window, QPoint()), widget->size()))}};
+    describeContent(widget, entry);
+    result.append(entry);
+  }
+  return result;
+}
+
+QAction* visibleAction(const QWidget* of, const QString& text) {
+  const QList<QAction*> actions = of->actions();
+  for (QAction* action : actions)
+    if (action->isVisible() && withoutMnemonic(action->text()) == text) return action;
+  return nullptr;
+}
+
+Target middleOf(QWidget* widget) { return {widget, widget->rect().center(), {}}; }
+
+Target failure(const QString& error) { return {{}, {}, error}; }
+
+template <typename Bar>
+Target actionIn(Bar* bar, const QString& text) {
+  QAction* action = bar ? visibleAction(bar, text) : nullptr;
+  if (!action) return failure("no menu entry \"" + text + "\"");
+  if (!action->isEnabled()) return failure("the menu entry \"" + text + "\" is disabled");
+  return {bar, bar->actionGeometry(action).center(), {}};
+}
+
+Target buttonIn(const QWidget* window, const QString& text) {
+  const auto buttons = window->findChildren<QAbstractButton*>();
+  for (QAbstractButton* button : buttons)
+    if (button->window() == window && button->isVisible() && withoutMnemonic(button->text()) == text)
+      return middleOf(button);
+  return failure("no button \"" + text + "\"");
+}
+
+Target tabIn(QWidget* widget, const QString& label) {
+  const auto* tabs = qobject_cast<QTabWidget*>(widget);
+  for (int i = 0; tabs && i < tabs->count(); ++i)
+    if (withoutMnemonic(tabs->tabText(i)) == label)
+      return {tabs->tabBar(), tabs->tabBar()->tabRect(i).center(), {}};
+  return failure("no tab \"" + label + "\"");
+}
+
+}  // namespace
+
+QString withoutMnemonic(const QString& text) {
+  QString result;
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    if (text[i] == u'&' && i + 1 < text.size()) ++i;
+    result += text[i];
+  }
+  return result.section(u'\t', 0, 0);
+}
+
+int Eyes::idOf(QWidget* window) {
+  const auto known = ids_.constFind(window);
+  if (known != ids_.cend()) return *known;
+  // An address is used again for another window; an id never.
+  QObject::connect(window, &QObject::destroyed, &lifetime_, [this, window] { ids_.remove(window); });
+  return ids_[window] = ++lastId_;
+}
+
+QJsonObject Eyes::identity(QWidget* window) {
+  QJsonObject result{{"id", idOf(window)},
+                     {"name", nameOf(window)},
+                     {"class", className(window)},
+                     {"title", window->windowTitle()}};
+  if (isPanel(window)) result["panel"] = true;
+  return result;
+}
+
+QJsonArray Eyes::windows() {
+  QJsonArray result;
+  const QWidgetList all = QApplication::topLevelWidgets();
+  for (QWidget* window : all) {
+    if (!window->isVisible() || window->windowType() == Qt::ToolTip) continue;
+    QJsonObject entry = identity(window);
+    entry["active"] = window->isActiveWindow();
+    entry["modal"] = window->isModal();
+    entry["popup"] = window->windowType() == Qt::Popup;
+    entry["geometry"] = rectangle(window->geometry());
+    entry["pixelRatio"] = window->devicePixelRatio();
+    entry["edited"] = window->isWindowModified();
+    if (const auto* box = qobject_cast<const QMessageBox*>(window))
+      entry["alert"] = QJsonObject{{"text", box->text()}, {"information", box->informativeText()}};
+    entry["widgets"] = widgetsOf(window);
+    if (const auto* bar = window->findChild<QMenuBar*>()) entry["menus"] = entries(bar);
+    if (qobject_cast<const QMenu*>(window)) entry["items"] = entries(window);
+    result.append(entry);
+  }
+  return result;
+}
+
+Target Eyes::find(const QJsonObject& request) {
+  QWidget* window = ids_.key(request["window"].toInt(), nullptr);
+  if (!window || !window->isVisible()) return failure("no such window");
+  if (request.contains("menu")) return actionIn(window->findChild<QMenuBar*>(), request["menu"].toString());
+  if (request.contains("item")) return actionIn(qobject_cast<QMenu*>(window), request["item"].toString());
+  if (request.contains("button")) return buttonIn(window, request["button"].toString());
+
+  const QString name = request["widget"].toString();
+  QWidget* widget = window->objectName() == name ? window : window->findChild<QWidget*>(name);
+  if (!widget) return failure("no widget \"" + name + "\"");
+  if (request.contains("tab")) return tabIn(widget, request["tab"].toString());
+  Target target = middleOf(widget);
+  if (const QJsonArray at = request["at"].toArray(); at.size() == 2)
+    target.point = {at[0].toInt(), at[1].toInt()};
+  return target;
+}
+
+QJsonObject Eyes::takePictures(const QString& folder, const QString& prefix) {
+  QJsonArray files;
+  const QWidgetList all = QApplication::topLevelWidgets();
+  for (QWidget* window : all) {
+    if (!window->isVisible() || window->windowType() == Qt::ToolTip) continue;
+    QString name = nameOf(window);
+    if (name.isEmpty()) name = className(window);
+    QString file = prefix + name + ".png";
+    for (int n = 2; files.contains(file); ++n) file = prefix + name + QString::number(n) + ".png";
+    if (!window->grab().save(folder + '/' + file)) return {{"error", "cannot write " + folder + '/' + file}};
+    files.append(file);
+  }
+  return {{"files", files}};
+}
+
+QJsonObject Eyes::takeScreen(const QString& file) {
+  if (!QGuiApplication::primaryScreen()->grabWindow(0).save(file)) return {{"error", "cannot write " + file}};
+  return {};
+}
+
+QJsonObject Eyes::takePicture(const QJsonObject& request, const QString& file) {
+  const Target target = find(request);
+  if (!target.widget) return {{"error", target.error}};
+  if (!target.widget->grab().save(file)) return {{"error", "cannot write " + file}};
+  return {};
+}
+
+}  // namespace demo::probe

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "orv/OrvDocument.h"
+
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QMainWindow>
+
+#include "platform/Alert.h"
+#include "platform/Bundle.h"
+#include "platform/Localization.h"
+#include "platform/Log.h"
+#include "platform/Printing.h"
+#include "platform/Services.h"
+#include "platform/WindowController.h"
+
+using platform::FileResult;
+using platform::formatted;
+using platform::localizedString;
+
+namespace {
+
+const QString FormatKey = QStringLiteral("format");
+const QString VersionKey = QStringLiteral("version");
+const QString ApplicationKey = QStringLiteral("application");
+const QString ContentKey = QStringLiteral("content");
+
+}  // namespace
+
+OrvDocument::OrvDocument(platform::Services& services)
+    : Document(services),
+      keptCopies_(services.fileManager, services.runLoop, services.mainBundle.bundleIdentifier()) {}
+
+FileResult OrvDocument::readFromData(const QByteArray& data, const QString&) {
+  if (data.isEmpty()) return FileResult::failure(localizedString("OrvDocument", "The file is empty."));
+  QJsonParseError parseError;
+  const QJsonDocument json = QJsonDocument::fromJson(data, &parseError);
+  if (!json.isObject()) {
+    return FileResult::failure(
+        formatted(localizedString("OrvDocument", "The file is damaged (%@ at byte %ld)."),
+                  {parseError.errorString(), QString::number(parseError.offset)}));
+  }
+  const QJsonObject file = json.object();
+  const QString format = file.value(FormatKey).toString();
+  if (format != services().mainBundle.bundleIdentifier()) {
+    return FileResult::failure(
+        localizedString("OrvDocument", "The file is not a record of this application."));
+  }
+  const int version = file.value(VersionKey).toInt(0);
+  if (version < 1 || !file.value(ContentKey).isObject()) {
+    return FileResult::failure(
+        localizedString("OrvDocument", "The file is damaged (its header is incomplete)."));
+  }
+  if (version > contentVersion()) {
+    return FileResult::failure(formatted(
+        localizedString("OrvDocument", "The file was written by a newer version of the application (%@)."),
+        {file.value(ApplicationKey).toString()}));
+  }
+  return contentFromJson(file.value(ContentKey).toObject(), version);
+}
+
+FileResult OrvDocument::dataOfType(const QString&, QByteArray& data) {
+  const platform::Bundle& bundle = services().mainBundle;
+  const QJsonObject file{
+      {FormatKey, bundle.bundleIdentifier()},
+      {VersionKey, contentVersion()},
+      {ApplicationKey, QStringLiteral("%1 %2").arg(
+                           bundle.stringForInfoDictionaryKey(QStringLiteral("CFBundleName")),
+                           bundle.stringForInfoDictionaryKey(QStringLiteral("CFBundleShortVersionString")))},
+      {ContentKey, contentToJson()},
+  };
+  data = QJsonDocument(file).toJson(QJsonDocument::Indented);
+  return FileResult::success();
+}
+
+QWidget* OrvDocument::printableView() const {
+  QWidget* whole = window();
+  const auto* mainWindow = dynamic_cast<QMainWindow*>(whole);
+  return mainWindow && mainWindow->centralWidget() ? mainWindow->centralWidget() : whole;
+}
+
+void OrvDocument::printDocument(const QVariantMap& settings, bool showPrintPanel, DidPrint didPrint) {
+  QString error;
+  const bool printed = services().printer.printView(printableView(), services().sharedPrintInfo, settings,
+                                                    showPrintPanel, &error);
+  if (!printed && !error.isEmpty()) {
+    services().alerts.runModal({localizedString("OrvDocument", "The document could not be printed."),
+                                localizedString("OrvVersion", "OK"), QString(), QString(), error});
+  }
+  if (didPrint) didPrint(this, printed);
+}
+
+FileResult OrvDocument::writeToURL(const QUrl& url, const QByteArray& data,
+                                   platform::SaveOperation operation) {
+  keptCopies_.keepEarlierVersion(url.toLocalFile());
+  return Document::writeToURL(url, data, operation);
+}
+
+QString OrvDocument::keepRescueCopy() {
+  QByteArray data;
+  if (!dataOfType(fileType(), data).ok()) return {};
+  const QString copy = keptCopies_.keepRescueCopy(displayName(), data);
+  if (!copy.isEmpty()) platform::logLine(QStringLiteral("Unsaved changes were kept as %1").arg(copy));
+  return copy;
+}
+
+void OrvDocument::presentSaveError(const QUrl& url, const QByteArray& data, const QString& reason) {
+  const QString name = QFileInfo(url.toLocalFile()).fileName();
+  const QString copy = keptCopies_.keepRescueCopy(name, data);
+  const QString kept =
+      copy.isEmpty() ? localizedString("OrvDocument",
+                                       "No copy could be kept: do not close the record before it is saved.")
+                     : formatted(localizedString("OrvDocument", "A copy was kept as '%@'."), {copy});
+  services().alerts.runModal(
+      {formatted(localizedString("OrvDocument", "The record '%@' could not be saved."), {name}),
+       localizedString("OrvVersion", "OK"), QString(), QString(), reason + QStringLiteral("\n\n") + kept});
+}

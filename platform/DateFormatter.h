@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QDate>
+#include <QDateTime>
+#include <QLocale>
+#include <QString>
+
+namespace platform {
+
+/// Dates and times as the user reads and types them, in the locale's own style.
+///
+/// The short date style always has the year in four digits, for showing and for parsing alike: these are birth dates,
+/// and a two-digit year would be read a century off. When two digits are typed they mean the year from 80 years back
+/// to 20 years ahead of `today`.
+class DateFormatter {
+ public:
+  enum class Style { None, Short };
+
+  explicit DateFormatter(const QLocale& locale = QLocale(), const QDate& today = QDate::currentDate());
+
+  void setDateStyle(Style style) { dateStyle_ = style; }
+  void setTimeStyle(Style style) { timeStyle_ = style; }
+
+  /// The text for a point in time, as the calendar and the clock of this machine's time zone show it; empty for none.
+  QString stringFromDate(const QDateTime& date) const;
+  QString stringFromDate(const QDate& date) const;
+  /// The point in time that the text stands for: noon of that day, local time, so that no change of time zone within
+  /// reason turns it into its neighbour. Invalid when the text is no date in this style. Date style only.
+  QDateTime dateFromString(const QString& text) const;
+
+ private:
+  QLocale locale_;
+  QDate today_;
+  Style dateStyle_ = Style::None;
+  Style timeStyle_ = Style::None;
+};
+
+/// Noon, local time, of a calendar day: how a calendar date travels as a point in time.
+QDateTime noonOf(const QDate& day);
+
+}  // namespace platform

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QUrl>
+#include <QVariantMap>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "platform/FileManager.h"
+
+class QWidget;
+
+namespace platform {
+
+struct SavePanel;
+struct Services;
+class WindowController;
+
+enum class SaveOperation { Save, SaveAs, SaveTo };
+enum class ChangeType { Done, Undone, Cleared };
+
+/// One document: a file (or none yet), its content in memory, its windows, and whether it has unsaved changes.
+///
+/// The document controller owns it. close() detaches it at once and destroys it after the current event, because
+/// documents close themselves in the middle of their own operations: nobody keeps a plain pointer to one across an
+/// alert or a delay.
+class Document : public QObject {
+ public:
+  using DidSave = std::function<void(Document*, bool didSave)>;
+  using ShouldClose = std::function<void(Document*, bool shouldClose)>;
+  using DidPrint = std::function<void(Document*, bool didPrint)>;
+
+  explicit Document(Services& services);
+  ~Document() override;
+
+  // The file.
+
+  /// Where the document is kept; empty while it has no file.
+  const QUrl& fileURL() const { return fileURL_; }
+  void setFileURL(const QUrl& url);
+  /// The file's name without extension, or "Untitled" with a number.
+  virtual QString displayName() const;
+  void setUntitledNumber(int number) { untitledNumber_ = number; }
+
+  /// Takes the content from bytes. A failure says why in words for the user and leaves the document unusable.
+  virtual FileResult readFromData(const QByteArray& data, const QString& typeName) = 0;
+  /// The content as bytes.
+  virtual FileResult dataOfType(const QString& typeName, QByteArray& data) = 0;
+  /// Reads the file; on success it is the document's file and the document has no changes.
+  FileResult readFromURL(const QUrl& url);
+
+  // Changes.
+
+  void updateChangeCount(ChangeType change);
+  bool isDocumentEdited() const { return changeCount_ != 0; }
+
+  // Windows.
+
+  /// The interface file of the document's window. None in the base class.
+  virtual QString windowNibName() const { return {}; }
+  /// Makes the window controllers; the base makes one for windowNibName().
+  virtual void makeWindowControllers();
+  /// Called when a window of the document has been loaded. The base does nothing; an override calls it first.
+  virtual void windowControllerDidLoadNib(WindowController& windowController);
+  /// Brings the document's windows to the front, loading them at first.
+  void showWindows();
+  /// The window that carries the document's sheets; none before it is loaded.
+  QWidget* windowForSheet() const;
+  /// The window of the document, loaded if need be.
+  QWidget* window() const;
+
+  // Saving. Every operation tells `didSave` the outcome, if one is given, before it returns.
+
+  /// Saves to the document's file; a document without one goes through the save panel.
+  virtual void saveDocument(DidSave didSave = {});
+  virtual void saveDocumentAs(DidSave didSave = {});
+  virtual void runModalSavePanelForSaveOperation(SaveOperation operation, DidSave didSave);
+  /// Sets the panel up before it runs; false gives up. A file URL set here only proposes a name: it is taken back
+  /// when the panel has run, so a cancelled panel leaves a document without a file as it was.
+  virtual bool prepareSavePanel(SavePanel& panel);
+  /// The type that the save panel writes; the base answers the type of the file that was read.
+  virtual QString fileTypeFromLastRunSavePanel() const { return fileType_; }
+  /// Writes the content to `url`. After Save and SaveAs that is the document's file and its changes are cleared.
+  /// A failure is told to the user.
+  virtual void saveToURL(const QUrl& url, const QString& typeName, SaveOperation operation, DidSave didSave);
+  /// What a document does as its own save delegate. The base does nothing.
+  virtual void documentDidSave(Document* document, bool didSave);
+
+  // Closing.
+
+  /// Asks whether the document may close and tells `shouldClose`. The base agrees when there are no changes, and asks
+  /// otherwise.
+  virtual void canCloseDocument(ShouldClose shouldClose);
+  /// Closes `document` when the answer was yes.
+  virtual void documentShouldClose(Document* document, bool shouldClose);
+  /// What the window's close button does: asks, then closes.
+  void performClose();
+  /// Closes without a question. Closing twice does nothing more.
+  virtual void close();
+  bool isClosed() const { return closed_; }
+  /// Whether it was the window's close button (or its command) that set the closing going.
+  bool wasClosedByUser() const { return closedByUser_; }
+
+  // Printing.
+
+  /// Prints the document. The base has nothing to print and tells `didPrint` so.
+  virtual void printDocument(const QVariantMap& settings, bool showPrintPanel, DidPrint didPrint = {});
+
+ protected:
+  Services& services() const { return services_; }
+  const QString& fileType() const { return fileType_; }
+  void setFileType(const QString& type) { fileType_ = type; }
+
+  /// Puts the content into the file at `url`.
+  virtual FileResult writeToURL(const QUrl& url, const QByteArray& data, SaveOperation operation);
+  /// Tells the user that saving to `url` failed.
+  virtual void presentSaveError(const QUrl& url, const QByteArray& data, const QString& reason);
+  /// Shows name and changed state in the windows' titles.
+  void synchronizeWindowTitle();
+  const std::vector<std::unique_ptr<WindowController>>& windowControllers() const { return windowControllers_; }
+
+ private:
+  Services& services_;
+  QUrl fileURL_;
+  QString fileType_;
+  int changeCount_ = 0;
+  int untitledNumber_ = 1;
+  bool closed_ = false;
+  bool closedByUser_ = false;
+  std::vector<std::unique_ptr<WindowController>> windowControllers_;
+};
+
+}  // namespace platform

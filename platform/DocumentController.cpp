@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "platform/DocumentController.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <algorithm>
+
+#include "platform/Alert.h"
+#include "platform/Application.h"
+#include "platform/AssertionFailure.h"
+#include "platform/Localization.h"
+#include "platform/Log.h"
+#include "platform/Panels.h"
+#include "platform/RunLoop.h"
+#include "platform/Services.h"
+
+namespace platform {
+
+namespace {
+
+QString canonicalPath(const QUrl& url) {
+  const QFileInfo file(url.toLocalFile());
+  const QString canonical = file.canonicalFilePath();
+  return canonical.isEmpty() ? QDir::cleanPath(file.absoluteFilePath()) : canonical;
+}
+
+}  // namespace
+
+DocumentController::DocumentController(Services& services) : services_(services) {
+  services_.documentController = this;
+}
+
+DocumentController::~DocumentController() {
+  // Documents may still ask for their controller while they go.
+  documents_.clear();
+  closed_.clear();
+  services_.documentController = nullptr;
+}
+
+QList<Document*> DocumentController::documents() const {
+  QList<Document*> all;
+  for (const auto& document : documents_) all.append(document.get());
+  return all;
+}
+
+Document* DocumentController::documentForURL(const QUrl& url) const {
+  if (url.isEmpty()) return nullptr;
+  const QString path = canonicalPath(url);
+  for (const auto& document : documents_) {
+    if (!document->fileURL().isEmpty() && canonicalPath(document->fileURL()) == path) return document.get();
+  }
+  return nullptr;
+}
+
+Document* DocumentController::adopt(std::unique_ptr<Document> document, bool display) {
+  Document* adopted = document.get();
+  documents_.push_back(std::move(document));
+  ordered_.append(adopted);
+  adopted->makeWindowControllers();
+  if (display) adopted->showWindows();
+  return adopted;
+}
+
+void DocumentController::newDocument() { openUntitledDocument(true); }
+
+Document* DocumentController::openUntitledDocument(bool display) {
+  requireValue(static_cast<bool>(factory_), "DocumentController");
+  auto document = factory_();
+  document->setUntitledNumber(++untitledCount_);
+  return adopt(std::move(document), display);
+}
+
+void DocumentController::openDocument() {
+  OpenPanel panel;
+  panel.allowsMultipleSelection = true;
+  if (runModalOpenPanel(panel, openableFileTypes()) != PanelOKButton) return;
+  for (const QUrl& url : panel.urls) {
+    QString error;
+    if (!openDocumentWithContentsOfURL(url, true, &error)) presentOpenError(url, error);
+  }
+}
+
+Document* DocumentController::openDocumentWithContentsOfURL(const QUrl& url, bool display, QString* error) {
+  if (Document* open = documentForURL(url)) {
+    if (display) open->showWindows();
+    return open;
+  }
+  requireValue(static_cast<bool>(factory_), "DocumentController");
+  auto document = factory_();
+  const FileResult read = document->readFromURL(url);
+  if (!read.ok()) {
+    if (error) *error = read.error;
+    return nullptr;
+  }
+  return adopt(std::move(document), display);
+}
+
+int DocumentController::runModalOpenPanel(OpenPanel& panel, const QStringList& fileTypes) {
+  panel.allowedFileTypes = fileTypes;
+  return services_.panels.runModal(panel);
+}
+
+void DocumentController::presentOpenError(const QUrl& url, const QString& reason) {
+  services_.alerts.runModal({formatted(localizedString("Document", "The file '%@' could not be opened."),
+                                       {QFileInfo(url.toLocalFile()).fileName()}),
+                             localizedString("OrvVersion", "OK"), QString(), QString(), reason});
+}
+
+void DocumentController::closeAllDocuments(DidCloseAll didCloseAll) {
+  QList<QPointer<Document>> remaining;
+  for (Document* document : ordered_) remaining.append(document);
+  closeNextOf(std::move(remaining), [didCloseAll](bool all) {
+    if (didCloseAll) didCloseAll(all);
+  });
+}
+
+void DocumentController::closeNextOf(QList<QPointer<Document>> remaining, DidCloseAll didCloseAll) {
+  while (!remaining.isEmpty() && (!remaining.first() || remaining.first()->isClosed())) remaining.removeFirst();
+  if (remaining.isEmpty()) {
+    didCloseAll(true);
+    return;
+  }
+  const QPointer<Document> next = remaining.takeFirst();
+  if (next->isDocumentEdited()) next->showWindows();  // the question should stand before what it is about
+  next->canCloseDocument([this, remaining, didCloseAll](Document* document, bool shouldClose) {
+    if (!shouldClose) {
+      didCloseAll(false);
+      return;
+    }
+    document->close();
+    closeNextOf(remaining, didCloseAll);
+  });
+}
+
+void DocumentController::reviewUnsavedDocuments(DidCloseAll didReview) {
+  const auto unsaved = std::count_if(documents_.begin(), documents_.end(),
+                                     [](const auto& document) { return document->isDocumentEdited(); });
+  if (unsaved > 1) {
+    const int answer = services_.alerts.runModal(
+        {formatted(localizedString("Document", "You have %ld documents with unsaved changes. Do you want to review "
+                                               "these changes before quitting?"),
+                   {QString::number(unsaved)}),
+         localizedString("Document", "Review Changes..."), localizedString("Document", "Discard Changes"),
+         localizedString("OrvVersion", "Cancel"),
+         localizedString("Document", "If you don't review your documents, all your changes will be lost.")});
+    if (answer == AlertOtherReturn) return didReview(false);
+    if (answer == AlertAlternateReturn) return didReview(true);
+  }
+  closeAllDocuments(std::move(didReview));
+}
+
+void DocumentController::terminate() {
+  if (terminating_) return;
+  terminating_ = true;
+  reviewUnsavedDocuments([this](bool mayQuit) {
+    if (!mayQuit) {
+      terminating_ = false;
+      return;
+    }
+    applicationWillTerminate();
+    services_.application.stop();
+  });
+}
+
+bool DocumentController::isUntouched(const Document& document) const {
+  return document.fileURL().isEmpty() && !document.isDocumentEdited();
+}
+
+void DocumentController::noteDocumentIsFront(Document* document) {
+  const qsizetype index = ordered_.indexOf(document);
+  if (index > 0) ordered_.move(index, 0);
+}
+
+void DocumentController::removeDocument(Document* document) {
+  ordered_.removeAll(document);
+  const auto found = std::find_if(documents_.begin(), documents_.end(),
+                                  [document](const auto& owned) { return owned.get() == document; });
+  if (found == documents_.end()) return;
+  const bool leaving = document->wasClosedByUser() && isUntouched(*document);
+  closed_.push_back(std::move(*found));
+  documents_.erase(found);
+  // Its own code may be running right now: it goes when the current event is over.
+  services_.runLoop.performAfterDelay(this, 0, [this, leaving] {
+    closed_.clear();
+    lastDocumentClosed(leaving);
+  });
+}
+
+void DocumentController::lastDocumentClosed(bool userLeaves) {
+  if (!keepsBlankDocument_ || terminating_ || !documents_.empty()) return;
+  if (userLeaves) {
+    terminate();
+  } else {
+    openUntitledDocument(true);
+  }
+}
+
+}  // namespace platform

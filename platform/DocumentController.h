@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QStringList>
+#include <QUrl>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "platform/Document.h"
+
+namespace platform {
+
+struct OpenPanel;
+
+/// Makes, opens, orders and closes the documents of the application, and is the application's delegate: what happens
+/// at start and end is overridden in a subclass.
+class DocumentController : public QObject {
+ public:
+  using DocumentFactory = std::function<std::unique_ptr<Document>()>;
+  using DidCloseAll = std::function<void(bool didCloseAll)>;
+
+  explicit DocumentController(Services& services);
+  ~DocumentController() override;
+
+  /// How a document of the application is made. Must be set before the first one is needed.
+  void setDocumentFactory(DocumentFactory factory) { factory_ = std::move(factory); }
+
+  // The open documents.
+
+  QList<Document*> documents() const;
+  /// Front to back.
+  const QList<Document*>& orderedDocuments() const { return ordered_; }
+  /// The front document, or none.
+  Document* currentDocument() const { return ordered_.isEmpty() ? nullptr : ordered_.first(); }
+  /// The open document of that file, or none. Two paths to one file are the same file.
+  Document* documentForURL(const QUrl& url) const;
+
+  // Making and opening.
+
+  void newDocument();
+  /// Asks which files to open, and opens them.
+  void openDocument();
+  Document* openUntitledDocument(bool display);
+  /// Opens a file; one that is open already is given back, not opened twice, and comes to the front if displayed.
+  /// None when it cannot be opened: then `error`, if given, says why; without `error` nobody is told.
+  Document* openDocumentWithContentsOfURL(const QUrl& url, bool display, QString* error = nullptr);
+  /// Runs the open panel; an override may set it up first.
+  virtual int runModalOpenPanel(OpenPanel& panel, const QStringList& fileTypes);
+  /// The extensions offered in the open panel.
+  virtual QStringList openableFileTypes() const { return {}; }
+  /// Tells the user that a file could not be opened.
+  void presentOpenError(const QUrl& url, const QString& reason);
+
+  // Closing and quitting.
+
+  /// Closes the documents, front to back, each asking its question; stops at the first that stays.
+  void closeAllDocuments(DidCloseAll didCloseAll);
+  /// Quits, unless the user keeps a document with unsaved changes.
+  void terminate();
+  bool isTerminating() const { return terminating_; }
+  /// With this set, the application always has a document for the next patient: when the user has closed the last one
+  /// a new blank one appears, and closing an untouched blank one as the last quits.
+  void setKeepsBlankDocument(bool keeps) { keepsBlankDocument_ = keeps; }
+
+  // What the application does at start and end. The base does nothing.
+
+  virtual void awakeFromNib() {}
+  virtual void applicationDidFinishLaunching() {}
+  virtual void applicationWillTerminate() {}
+  /// Called when a document's window has been loaded: the place to give it its menu bar.
+  virtual void documentWindowDidLoad(WindowController&) {}
+  /// Whether the document is as good as none: untouched since it was made.
+  virtual bool isUntouched(const Document& document) const;
+
+  // Called by documents and their windows.
+
+  void noteDocumentIsFront(Document* document);
+  void removeDocument(Document* document);
+
+ protected:
+  Services& services() const { return services_; }
+
+ private:
+  Document* adopt(std::unique_ptr<Document> document, bool display);
+  void closeNextOf(QList<QPointer<Document>> remaining, DidCloseAll didCloseAll);
+  void reviewUnsavedDocuments(DidCloseAll didReview);
+  void lastDocumentClosed(bool userLeaves);
+
+  Services& services_;
+  DocumentFactory factory_;
+  std::vector<std::unique_ptr<Document>> documents_;
+  std::vector<std::unique_ptr<Document>> closed_;  // until the current event is over
+  QList<Document*> ordered_;
+  int untitledCount_ = 0;
+  bool terminating_ = false;
+  bool keepsBlankDocument_ = false;
+};
+
+}  // namespace platform

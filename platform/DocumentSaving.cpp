@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include <QFileInfo>
+#include <exception>
+
+#include "platform/Alert.h"
+#include "platform/Document.h"
+#include "platform/Localization.h"
+#include "platform/Panels.h"
+#include "platform/Services.h"
+
+namespace platform {
+
+void Document::saveDocument(DidSave didSave) {
+  if (fileURL_.isEmpty()) {
+    runModalSavePanelForSaveOperation(SaveOperation::SaveAs, std::move(didSave));
+  } else {
+    saveToURL(fileURL_, fileType_, SaveOperation::Save, std::move(didSave));
+  }
+}
+
+void Document::saveDocumentAs(DidSave didSave) {
+  runModalSavePanelForSaveOperation(SaveOperation::SaveAs, std::move(didSave));
+}
+
+bool Document::prepareSavePanel(SavePanel&) { return true; }
+
+void Document::runModalSavePanelForSaveOperation(SaveOperation operation, DidSave didSave) {
+  SavePanel panel;
+  panel.title = localizedString("Document", "Save");
+  panel.prompt = localizedString("Document", "Save");
+  const QUrl fileBefore = fileURL_;
+  bool chosen = prepareSavePanel(panel);
+  if (chosen) {
+    panel.requiredFileType = fileTypeFromLastRunSavePanel();
+    panel.nameFieldStringValue = QFileInfo(fileURL_.toLocalFile()).fileName();
+    if (fileURL_.isEmpty()) panel.nameFieldStringValue = displayName();
+    chosen = services_.panels.runModal(panel) == PanelOKButton;
+  }
+  fileURL_ = fileBefore;
+  if (!chosen) {
+    if (didSave) didSave(this, false);
+    return;
+  }
+  saveToURL(panel.url, fileTypeFromLastRunSavePanel(), operation, std::move(didSave));
+}
+
+void Document::saveToURL(const QUrl& url, const QString& typeName, SaveOperation operation, DidSave didSave) {
+  QByteArray data;
+  FileResult result;
+  try {
+    result = dataOfType(typeName, data);
+    if (result.ok()) result = writeToURL(url, data, operation);
+  } catch (const std::exception& failure) {
+    result = FileResult::failure(QString::fromUtf8(failure.what()));
+  }
+  if (!result.ok()) {
+    presentSaveError(url, data, result.error);
+  } else if (operation != SaveOperation::SaveTo) {
+    fileType_ = typeName;
+    setFileURL(url);
+    updateChangeCount(ChangeType::Cleared);
+  }
+  if (didSave) didSave(this, result.ok());
+}
+
+void Document::documentDidSave(Document*, bool) {}
+
+FileResult Document::writeToURL(const QUrl& url, const QByteArray& data, SaveOperation) {
+  return services_.fileManager.writeDurably(url.toLocalFile(), data);
+}
+
+void Document::presentSaveError(const QUrl& url, const QByteArray&, const QString& reason) {
+  services_.alerts.runModal({formatted(localizedString("Document", "The document could not be saved as '%@'."),
+                                       {QFileInfo(url.toLocalFile()).fileName()}),
+                             localizedString("OrvVersion", "OK"), QString(), QString(), reason});
+}
+
+}  // namespace platform

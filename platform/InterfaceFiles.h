@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QMap>
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <memory>
+
+class QWidget;
+
+namespace platform {
+
+/// Finds and loads the interface files (Qt Designer's .ui) by name: the application's own first, then the
+/// framework's.
+class InterfaceFiles {
+ public:
+  using WidgetFactory = std::function<QWidget*(QWidget* parent)>;
+
+  /// Adds a folder (or ":/resource" folder) that is searched before those added earlier.
+  void addSearchPath(const QString& folder);
+  /// Lets interface files name a class of the program's own (a promoted widget).
+  void registerWidget(const QString& className, WidgetFactory factory);
+
+  /// A new window from the interface file "name.ui"; nothing, with a log line, when there is none that loads.
+  std::unique_ptr<QWidget> load(const QString& name) const;
+
+ private:
+  QStringList searchPaths_;
+  QMap<QString, WidgetFactory> factories_;
+};
+
+}  // namespace platform

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+namespace platform {
+
+class UserDefaults;
+class NotificationCenter;
+class DistributedNotificationCenter;
+class Alerts;
+class Panels;
+class Workspace;
+class FileManager;
+class RunLoop;
+class Bundle;
+class Printer;
+class Effects;
+class GraphicsContext;
+class InterfaceFiles;
+class Application;
+class DocumentController;
+struct PrintInfo;
+
+/// What the desktop offers a program, made once: the real things in `main`, stand-ins in a test. It is passed to
+/// constructors; there are no other globals.
+struct Services {
+  UserDefaults& defaults;
+  NotificationCenter& notificationCenter;
+  DistributedNotificationCenter& distributedCenter;
+  Alerts& alerts;
+  Panels& panels;
+  Workspace& workspace;
+  FileManager& fileManager;
+  RunLoop& runLoop;
+  const Bundle& mainBundle;
+  Printer& printer;
+  PrintInfo& sharedPrintInfo;
+  Effects& effects;
+  GraphicsContext& graphics;
+  InterfaceFiles& interfaceFiles;
+  Application& application;
+  /// Set by the document controller itself when it is made, cleared when it goes.
+  DocumentController* documentController = nullptr;
+};
+
+}  // namespace platform

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QLineEdit>
+#include <QObject>
+#include <functional>
+
+namespace platform {
+
+/// Is told when the user begins and ends editing a text field.
+class TextFieldDelegate {
+ public:
+  virtual ~TextFieldDelegate() = default;
+  /// Asked when the user enters the field; false keeps it as it is and gives the keyboard back to the window.
+  virtual bool controlTextShouldBeginEditing(QLineEdit*) { return true; }
+  virtual void controlTextDidBeginEditing(QLineEdit*) {}
+  virtual void controlTextDidEndEditing(QLineEdit*) {}
+};
+
+/// Watches one text field for its delegate.
+///
+/// Editing begins when the user gives the field the keyboard (click, Tab, shortcut) and ends when it goes elsewhere or
+/// Return is pressed; typing on after Return begins anew. A window that merely loses or regains the keyboard, or a
+/// menu that opens, neither begins nor ends an edit.
+class TextFieldEditing : public QObject {
+ public:
+  /// Brings what was typed into its proper form at the end of an edit, or gives a null string for text that has none:
+  /// then the field is marked and `complaint` is its tool tip, but keeps its text.
+  using Formatter = std::function<QString(const QString& text)>;
+
+  /// Lives as long as `field`; `delegate` must outlive the field or be let go of by detach().
+  TextFieldEditing(QLineEdit* field, TextFieldDelegate* delegate);
+
+  void setFormatter(Formatter formatter, const QString& complaint);
+  bool isEditing() const { return editing_; }
+
+  /// Ends the edit in progress in that window, if there is one, as if the user had left the field.
+  static void endEditing(QWidget* window);
+  /// Lets go of the delegates of all fields in that window: what happens to them no longer matters to anyone.
+  static void detach(QWidget* window);
+  /// Starts editing in `field` with all its text selected.
+  static void selectText(QLineEdit* field);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  bool begin();
+  void end();
+  bool wouldEdit(QEvent* event) const;
+
+  QLineEdit* field_;
+  TextFieldDelegate* delegate_;
+  Formatter formatter_;
+  QString complaint_;
+  bool editing_ = false;
+  bool asking_ = false;
+};
+
+}  // namespace platform

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+#include <QPointF>
+#include <QString>
+#include <memory>
+
+class QWidget;
+
+namespace platform {
+
+class Document;
+struct Services;
+
+/// A mouse event that no control of the window took.
+struct MouseEvent {
+  double timestamp = 0;  ///< seconds since the system started
+  QPointF screenLocation;
+};
+
+/// Owns one window, loaded from an interface file when it is first needed. Closing the window only hides it.
+class WindowController : public QObject {
+ public:
+  WindowController(Services& services, QString windowNibName);
+  ~WindowController() override;
+
+  /// The window, loaded if need be.
+  QWidget* window();
+  bool isWindowLoaded() const { return window_ != nullptr; }
+  /// Shows the window in front of the others and gives it the keyboard.
+  virtual void showWindow(const QObject* sender);
+  /// Hides the window.
+  void close();
+
+  /// The document whose window this is; none for the windows of the application.
+  void setDocument(Document* document) { document_ = document; }
+  Document* document() const { return document_; }
+
+  /// An outlet: the widget of that class and object name; none when the interface file has none.
+  template <typename Widget>
+  Widget* outlet(const QString& objectName);
+
+ protected:
+  /// Called once, when the window has been loaded.
+  virtual void windowDidLoad() {}
+  /// Called each time the window gets the keyboard.
+  virtual void windowDidBecomeKey() {}
+  /// Mouse events that reach the window because no control in it wanted them.
+  virtual void mouseDown(const MouseEvent&) {}
+  virtual void mouseDragged(const MouseEvent&) {}
+  /// `event` is null when there was no real event.
+  virtual void mouseUp(const MouseEvent* /*event*/) {}
+
+  Services& services() const { return services_; }
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void loadWindow();
+
+  Services& services_;
+  QString windowNibName_;
+  std::unique_ptr<QWidget> window_;
+  Document* document_ = nullptr;
+};
+
+}  // namespace platform
+
+#include <QWidget>
+
+template <typename Widget>
+Widget* platform::WindowController::outlet(const QString& objectName) {
+  return window()->findChild<Widget*>(objectName);
+}

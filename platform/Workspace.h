@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+namespace platform {
+
+/// The desktop around the application.
+class Workspace {
+ public:
+  virtual ~Workspace() = default;
+
+  /// Opens a web page, a mail address or a file with the user's program for it. False when nothing took it.
+  virtual bool openURL(const QUrl& url) = 0;
+  /// Reveals a file or folder in the user's file viewer.
+  virtual bool selectFile(const QString& path) = 0;
+  /// Where the application with that bundle identifier is installed; a null string when it is not.
+  virtual QString absolutePathForAppBundleWithIdentifier(const QString& identifier) const = 0;
+};
+
+}  // namespace platform

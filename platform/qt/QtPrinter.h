@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include "platform/Printing.h"
+
+namespace platform {
+class GraphicsContext;
+class RunLoop;
+}  // namespace platform
+
+namespace platform::qt {
+
+/// Prints a view on one page, scaled to fit it.
+class QtPrinter : public Printer {
+ public:
+  QtPrinter(RunLoop& runLoop, GraphicsContext& graphics) : runLoop_(runLoop), graphics_(graphics) {}
+
+  bool printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings, bool showPrintPanel,
+                 QString* error) override;
+
+ private:
+  RunLoop& runLoop_;
+  GraphicsContext& graphics_;
+};
+
+}  // namespace platform::qt

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QDBusMessage>
+#include <QString>
+#include <QStringList>
+#include <QVariantMap>
+
+/// A distributed notification as a signal on the session bus.
+///
+/// The signal carries name, object and details ("ssa{sv}"). The details hold, as D-Bus types:
+///
+///   string s · boolean b · whole number x · number d · bytes ay · list av · dictionary a{sv} · date (x)
+///
+/// A date is a structure of one number, the milliseconds since 1970-01-01T00:00:00Z, in the years 1 to 9999.
+/// Other senders may write the narrower and unsigned whole numbers, arrays of one type and variants within
+/// variants as well; they are read as the types above. What fits none of them is left out, alone, and named.
+namespace platform::wire {
+
+inline const QString Path = QStringLiteral("/org/velmora/DistributedNotificationCenter");
+inline const QString Interface = QStringLiteral("org.velmora.DistributedNotificationCenter");
+inline const QString Member = QStringLiteral("Notification");
+inline const QString Signature = QStringLiteral("ssa{sv}");
+
+/// Larger messages are refused on both sides, in bytes. Far above any chart, and far enough below the limits
+/// of the bus library, where arrays above 64 MiB stall the sender and 63 MiB unread silence a receiver.
+inline constexpr qint64 MaximumSize = 32LL * 1024 * 1024;
+
+/// How many lists and dictionaries may lie within each other, the details themselves included. The bus throws
+/// a sender out whose types nest 64 deep, and a dictionary within a dictionary takes three of those.
+inline constexpr int MaximumDepth = 16;
+
+/// One notification.
+struct Message {
+  QString name;
+  QString object;
+  /// QString, bool, qint64, double, QByteArray, QDateTime, QVariantList and QVariantMap of these. When sent,
+  /// every integer type and QStringList will do too; what has arrived holds exactly these types, dates in
+  /// UTC.
+  QVariantMap userInfo;
+};
+
+/// A notification made ready for the bus.
+struct Outgoing {
+  QDBusMessage message;
+  QString refusal;      ///< why it must not be sent at all; null when it may be
+  QStringList dropped;  ///< what was left out of the details, and why; some of it when it was very much
+};
+Outgoing toBus(const Message& message);
+
+/// A notification taken from the bus.
+struct Incoming {
+  Message message;
+  QString refusal;      ///< why there is nothing in `message`; null when there is
+  QStringList dropped;  ///< as above
+};
+Incoming fromBus(const QDBusMessage& signal);
+
+/// Whether the bus can select signals by this name or object: its match rules hold no apostrophe, and no
+/// string on the bus holds a NUL.
+bool canBeMatched(const QString& text);
+
+}  // namespace platform::wire

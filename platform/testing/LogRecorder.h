@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QStringList>
+
+namespace platform::testing {
+
+/// While one lives it keeps the log lines of the process, from any thread, in order, instead of letting them out.
+class LogRecorder {
+ public:
+  LogRecorder();
+  ~LogRecorder();
+  LogRecorder(const LogRecorder&) = delete;
+  LogRecorder& operator=(const LogRecorder&) = delete;
+
+  QStringList lines() const;
+  void clear();
+};
+
+}  // namespace platform::testing

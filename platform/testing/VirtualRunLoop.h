@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include "platform/RunLoop.h"
+
+namespace platform::testing {
+
+/// A run loop whose time passes only when a test says so.
+class VirtualRunLoop : public RunLoop {
+ public:
+  /// Starts at 2024-05-02 10:00, local time.
+  VirtualRunLoop();
+
+  QDateTime now() const override;
+  double uptime() const override { return uptime_; }
+
+  /// Lets `seconds` pass, running what falls due in between, each call at its own time. While a modal session is open
+  /// time passes and nothing runs.
+  void advance(double seconds);
+  /// Runs what is due now, and what that in turn makes due now, until nothing is.
+  void settle() { advance(0); }
+
+ protected:
+  void scheduleChanged() override {}
+
+ private:
+  QDateTime start_;
+  double uptime_ = 1000;
+};
+
+}  // namespace platform::testing

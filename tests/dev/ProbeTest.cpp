@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+// The probe in a program that knows nothing of it, which is another process.
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include "demo/Child.h"
+#include "demo/Person.h"
+#include "demo/ProbeClient.h"
+#include "demo/Report.h"
+#include "demo/Waiting.h"
+
+using demo::Child;
+using demo::Differs;
+using demo::Person;
+using demo::ProbeClient;
+using demo::Report;
+using demo::SeenWindow;
+
+namespace {
+
+constexpr double Patience = 30;
+
+class Probe : public testing::Test {
+ protected:
+  void SetUp() override {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_PLUGIN_PATH", PROBE_PLUGIN_FOLDER);
+    environment.insert("QT_QPA_GENERIC_PLUGINS", "velmoraprobe:" + folder_.filePath("socket"));
+    subject_.start(PROBE_SUBJECT, {}, environment);
+    probe_ = std::make_unique<ProbeClient>(report_, folder_.filePath("socket"), subject_, Patience);
+    person_ = std::make_unique<Person>(*probe_);
+    window_ = named("Subject");
+  }
+
+  SeenWindow named(const QString& name) {
+    return person_->waitFor(
+        name, [&](const SeenWindow& window) { return window.name() == name; }, Patience);
+  }
+  SeenWindow alert(const QString& text) {
+    return person_->waitFor(
+        text, [&](const SeenWindow& window) { return window.alertText() == text; }, Patience);
+  }
+  QString said() { return named("Subject").text("said"); }
+  QString click(const QString& widget) {
+    return probe_->command({{"do", "click"}, {"window", window_.id()}, {"widget", widget}});
+  }
+
+  QTemporaryDir folder_;
+  Report report_{folder_.path()};
+  Child subject_{report_, "subject"};
+  std::unique_ptr<ProbeClient> probe_;
+  std::unique_ptr<Person> person_;
+  SeenWindow window_;
+};
+
+TEST_F(Probe, ClicksWhatAPersonCanReach) {
+  EXPECT_EQ(click("plain"), QString());
+  EXPECT_EQ(said(), "plain");
+}
+
+TEST_F(Probe, RefusesWhatIsDisabledHiddenCoveredOrNotThere) {
+  EXPECT_EQ(click("disabled"), "\"disabled\" is disabled");
+  EXPECT_EQ(click("hidden"), "\"hidden\" is hidden");
+  EXPECT_EQ(click("covered"), "\"covered\" is covered by \"cover\"");
+  EXPECT_EQ(click("nothing"), "no widget \"nothing\"");
+  EXPECT_EQ(probe_->command({{"do", "click"}, {"window", 999}, {"widget", "plain"}}), "no such window");
+  EXPECT_EQ(said(), QString());
+}
+
+TEST_F(Probe, WorksInsideAModalDialogAndRefusesWhatIsBehindIt) {
+  EXPECT_EQ(click("opensDialog"), QString());
+  const SeenWindow box = alert("Really?");
+  EXPECT_EQ(box.alertInformation(), "Because.");
+  EXPECT_EQ(box.buttons(), (QStringList{"Yes", "Cancel"}));
+  EXPECT_TRUE(click("plain").contains("is before it")) << click("plain").toStdString();
+  EXPECT_EQ(said(), QString());
+  person_->answer("Really?", "Yes");
+  EXPECT_EQ(said(), "Really? yes");
+}
+
+TEST_F(Probe, RefusesTheWindowUnderASheetButNotAnother) {
+  EXPECT_EQ(click("opensSheet"), QString());
+  alert("A sheet?");
+  EXPECT_TRUE(click("plain").contains("is before it"));
+  const SeenWindow other = named("Other");
+  EXPECT_EQ(probe_->command({{"do", "click"}, {"window", other.id()}, {"widget", "Other"}}), QString());
+  person_->answer("A sheet?", "Close it");
+  EXPECT_EQ(click("plain"), QString());
+  EXPECT_EQ(said(), "plain");
+}
+
+TEST_F(Probe, EscapeReachesTheDialogThatHasTheKeyboard) {
+  click("opensDialog");
+  person_->waitFor("the dialog",
+                   [](const SeenWindow& window) { return window.isAlert() && window.active(); });
+  EXPECT_EQ(probe_->command({{"do", "key"}, {"key", "Escape"}}), QString());
+  EXPECT_EQ(said(), "Really? cancelled");
+}
+
+TEST_F(Probe, TypesIntoTheFieldThatWasClicked) {
+  person_->enter(window_, "field", "Ab 1.5/ü");
+  const SeenWindow after = named("Subject");
+  EXPECT_EQ(after.text("field"), "Ab 1.5/ü");
+  EXPECT_TRUE(after.widget("secondField")["focus"].toBool());
+  EXPECT_EQ(after.text("secondField"), QString());
+}
+
+TEST_F(Probe, GoesOnInsideADialogThatAKeyOpened) {
+  person_->enter(window_, "field", "ask");
+  person_->answer("On leaving?", "Cancel");
+  EXPECT_EQ(said(), "On leaving? cancelled");
+}
+
+TEST_F(Probe, PressesShortcuts) {
+  click("field");
+  EXPECT_EQ(probe_->command({{"do", "key"}, {"key", "Ctrl+D"}}), QString());
+  EXPECT_EQ(said(), "done");
+}
+
+TEST_F(Probe, OpensAMenuAndPicksFromIt) {
+  person_->choose(window_, "Things", "Do");
+  EXPECT_EQ(said(), "done");
+  person_->choose(window_, "Things", "Ask...");
+  person_->answer("From the menu?", "Yes");
+  EXPECT_EQ(said(), "From the menu? yes");
+}
+
+TEST_F(Probe, RefusesADisabledMenuEntryAndWhatLiesBehindAnOpenMenu) {
+  EXPECT_THROW(person_->choose(window_, "Things", "Never"), Differs);
+  EXPECT_EQ(click("plain"), "a menu is open before it");
+  EXPECT_EQ(said(), QString());
+}
+
+TEST_F(Probe, PicksFromAListAndChoosesATab) {
+  person_->pick(window_, "list", "Male");
+  EXPECT_EQ(named("Subject").text("list"), "Male");
+  person_->chooseTab(window_, "tabs", "Two");
+  EXPECT_EQ(named("Subject").widget("tabs")["current"], "Two");
+  person_->chooseTab(window_, "tabs", "One");
+}
+
+TEST_F(Probe, TellsWhichWindowsCameAndWent) {
+  click("opensDialog");
+  person_->answer("Really?", "Yes");
+  QStringList seen;
+  for (const ProbeClient::News& news : probe_->news())
+    seen.append(news.window["class"].toString() + (news.shown ? " shown" : " hidden"));
+  EXPECT_EQ(seen,
+            (QStringList{"QMainWindow shown", "QWidget shown", "QMessageBox shown", "QMessageBox hidden"}))
+      << seen.join(", ").toStdString();
+}
+
+TEST_F(Probe, DrawsEveryWindowAndOneWidget) {
+  click("opensDialog");
+  alert("Really?");
+  const QJsonObject answer = probe_->ask({{"do", "shots"}, {"folder", folder_.path()}, {"prefix", "07-"}});
+  QStringList files = answer["files"].toVariant().toStringList();
+  files.sort();
+  EXPECT_EQ(files, (QStringList{"07-Other.png", "07-QMessageBox.png", "07-Subject.png"}));
+  EXPECT_EQ(QImage(folder_.filePath("07-Subject.png")).width(), 400);
+  person_->picture(window_, "tabs", folder_.filePath("tabs.png"));
+  EXPECT_EQ(QImage(folder_.filePath("tabs.png")).size(), window_.size("tabs"));
+}
+
+TEST_F(Probe, SaysWhenThePictureCannotBeWritten) {
+  const QJsonObject answer = probe_->ask({{"do", "shots"}, {"folder", "/nowhere"}, {"prefix", "07-"}});
+  EXPECT_FALSE(answer["ok"].toBool());
+}
+
+TEST_F(Probe, AnApplicationThatEndsIsNoticedAtOnce) {
+  subject_.stop();
+  EXPECT_THROW(person_->look(), Differs);
+}
+
+}  // namespace

@@ -1,0 +1,59 @@
+#!/bin/bash
+# SPDX-License-Identifier: LGPL-3.0-or-later
+#
+# demo-test.sh DEMO PROGRAM: the demonstration fails when an application is not as expected, says what it saw, and
+# leaves nothing behind, not when it is interrupted either. PROGRAM is some other program with a window.
+set -euo pipefail
+demo=$1
+program=$2
+world=$(mktemp -d)
+trap 'rm -rf "$world"' EXIT
+mkdir "$world/tmp"
+export TMPDIR=$world/tmp
+failures=0
+
+wrong() {
+  echo "$1"
+  failures=$((failures + 1))
+}
+
+# left_behind: what of the run is still there; its processes are known by the folder in their arguments.
+left_behind() {
+  grep -lsF "$world/tmp" /proc/[0-9]*/cmdline 2>/dev/null || true
+  find "$world/tmp" -mindepth 1 -maxdepth 1
+}
+
+run() { "$demo" --virtual "$@" >"$world/output" 2>&1; }
+
+status=0
+run --out "$world/ends" --application /bin/true || status=$?
+[[ $status -eq 1 ]] || wrong "an application that ends at once: exit status $status"
+grep -q 'step 1: .*DIFFERS' "$world/output" || wrong "an application that ends at once: $(cat "$world/output")"
+[[ -s $world/ends/trace.txt ]] || wrong "no trace was kept"
+[[ -z $(left_behind) ]] || wrong "left behind: $(left_behind)"
+
+status=0
+run --out "$world/missing" --application /nowhere/program || status=$?
+[[ $status -eq 1 ]] || wrong "an application that is not there: exit status $status"
+[[ -z $(left_behind) ]] || wrong "left behind: $(left_behind)"
+
+mkdir "$world/full" && echo mine >"$world/full/mine"
+status=0
+run --out "$world/full" || status=$?
+[[ $status -eq 1 && $(ls "$world/full") == mine ]] || wrong "a folder with other files in it was used"
+
+# Interrupted while it waits for a first question that never comes.
+mkfifo "$world/lines"
+"$demo" --virtual --out "$world/interrupted" --application "$program" >"$world/lines" 2>&1 &
+pid=$!
+exec 3<"$world/lines"
+IFS= read -r line <&3
+[[ $line == *"virtual screen"* ]] || wrong "first line: $line"
+kill -INT "$pid"
+status=0
+wait "$pid" || status=$?
+[[ $status -eq 130 ]] || wrong "interrupted: exit status $status"
+[[ -z $(left_behind) ]] || wrong "left behind after an interrupt: $(left_behind)"
+
+((failures == 0)) && echo "the demonstration fails and cleans up as it should"
+exit "$((failures > 0))"

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+//
+// Lets the stand-ins fail the test when an expectation is broken.
+#include <gtest/gtest.h>
+
+#include "platform/testing/Scripted.h"
+
+namespace {
+
+const bool failuresReported = [] {
+  platform::testing::setFailureHandler([](const QString& what) { ADD_FAILURE() << qPrintable(what); });
+  return true;
+}();
+
+}  // namespace

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+//
+// The chart as a picture: to a file, or to OsiriX.
+#include <QLineEdit>
+#include <QTabBar>
+#include <QTabWidget>
+
+#include "platform/Alert.h"
+#include "platform/Bundle.h"
+#include "platform/DateFormatter.h"
+#include "platform/FileManager.h"
+#include "platform/GraphicsContext.h"
+#include "platform/JpegEncoder.h"
+#include "platform/Localization.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Panels.h"
+#include "platform/Services.h"
+#include "platform/UserDefaults.h"
+#include "velmora/document/ChartFileName.h"
+#include "velmora/document/VelmoraDocument.h"
+#include "velmora/osirix/LinkPayload.h"
+#include "velmora/resources/SettingsKeys.h"
+
+using platform::localizedString;
+
+namespace {
+
+constexpr int BestQuality = 100;
+
+}  // namespace
+
+void VelmoraDocument::displayTabView() {
+  if (tabView_) tabView_->repaint();
+}
+
+QByteArray VelmoraDocument::getJPEGData() {
+  if (!currentDataPointsVisible_) return {};
+  showGraphHilite_ = false;
+  displayTabView();
+  QImage picture;
+  if (tabView_) {
+    const platform::GraphicsContext::OffScreen offScreen(services().graphics);
+    picture = tabView_->grab().toImage();
+  }
+  showGraphHilite_ = true;
+  displayTabView();
+  return platform::encodeJpeg(picture, BestQuality);
+}
+
+void VelmoraDocument::doExport(bool interactive) {
+  const platform::UserDefaults& defaults = services().defaults;
+  if (defaults.boolForKey(velmora::settings::ExportToOsiriX)) {
+    doExportToOsirix();
+    return;
+  }
+  const QByteArray picture = getJPEGData();
+  if (picture.isEmpty()) return;
+
+  if (interactive && !savesAutomatically()) {
+    platform::SavePanel panel;
+    panel.prompt = localizedString("VelmoraAppController", "Export");
+    panel.title = localizedString("VelmoraAppController", "Export");
+    if (services().panels.runModal(panel) == platform::PanelOKButton) {
+      services().fileManager.writeDurably(panel.url.toLocalFile(), picture);
+    }
+    return;
+  }
+
+  const QStringList tabs = velmora::tabLabels(tabView_);
+  const QString fileName =
+      velmora::chartFileName(preferredFileName(true), tabs, tabView_ ? tabView_->currentIndex() : -1);
+  QString folder = platform::expandingTildeInPath(defaults.stringForKey(velmora::settings::ExportDirectory));
+  if (!services().fileManager.fileExistsAtPath(folder)) {
+    folder = platform::expandingTildeInPath(QStringLiteral("~/Desktop/"));
+  }
+  const QString path = folder + QLatin1Char('/') + fileName;
+  if (services().fileManager.fileExistsAtPath(path)) {
+    const int answer = services().alerts.runModal(
+        {localizedString("VelmoraDocument", "A file with that name already exists"),
+         localizedString("VelmoraDocument", "Overwrite"), localizedString("VelmoraDocument", "Skip"), QString(),
+         platform::formatted(localizedString("VelmoraDocument", "A file named '%@' is already present in '%@/'."),
+                             {fileName, folder})});
+    if (answer == platform::AlertAlternateReturn) return;
+  }
+  services().fileManager.writeDurably(path, picture);
+}
+
+void VelmoraDocument::doExportToOsirix() {
+  const QByteArray picture = getJPEGData();
+  if (picture.isEmpty()) return;
+  platform::DateFormatter formatter;
+  formatter.setDateStyle(platform::DateFormatter::Style::Short);
+  velmora::link::ChartExport chart;
+  chart.name = patientName_;
+  chart.studyID = osiriXStudyID_;
+  chart.identifier = identifier();
+  chart.description = platform::formatted(
+      localizedString("VelmoraDocument", "%@ Chart"),
+      {services().mainBundle.stringForInfoDictionaryKey(QStringLiteral("CFBundleName"))});
+  chart.birthDate = birthDateField_ ? birthDateField_->text() : QString();
+  chart.examDate = examDateField_ ? examDateField_->text() : QString();
+  chart.jpeg = picture;
+  services().notificationCenter.postNotificationName(velmora::link::BatchExportNotification,
+                                                     velmora::link::replyPayload(chart, formatter));
+}

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+#include <QVariantMap>
+
+#include "platform/DateFormatter.h"
+
+namespace velmora::link {
+
+/// The local notification with which a document hands a chart over for sending; its object is the payload.
+inline const QString BatchExportNotification = QStringLiteral("BatchExportToOsirix");
+/// The local notification that asks for a data file to be opened, exported and closed; its object is the path.
+inline const QString BatchOpenNotification = QStringLiteral("BatchOpen");
+
+/// What a document knows that goes into a link reply.
+struct ChartExport {
+  QString name;         ///< a null string is absent, an empty one is sent
+  QVariant studyID;     ///< an invalid value is absent
+  QString identifier;   ///< always sent
+  QString description;  ///< always sent
+  QString birthDate;    ///< as shown in its field
+  QString examDate;     ///< as shown in its field
+  QByteArray jpeg;
+};
+
+/// The payload of the link reply. A date text that `formatter` cannot read leaves its key out.
+QVariantMap replyPayload(const ChartExport& chart, const platform::DateFormatter& formatter);
+
+/// The identifier as it names the patient's data file: every "/" is "-".
+QString fileNameIdentifier(const QString& identifier);
+
+}  // namespace velmora::link
