@@ -10,9 +10,9 @@
 /// The patient of the demonstration, an invented one.
 namespace demo {
 
-inline const Study FirstVisit{"12/345/6", "Doe, Robin", QDate(2019, 3, 14), QDate(2022, 5, 6),
+inline const Study FirstVisit{"12/345/6", "Doe, Robin", QDate(2019, 1, 21), QDate(2022, 5, 6),
                               "2.25.31827665148201"};
-inline const Study LaterVisit{"12/345/6", "Doe, Robin", QDate(2019, 3, 14), QDate(2025, 5, 15),
+inline const Study LaterVisit{"12/345/6", "Doe, Robin", QDate(2019, 1, 21), QDate(2025, 5, 15),
                               "2.25.31827665148202"};
 inline const QDate SecondExamination(2023, 11, 14);
 
@@ -22,7 +22,7 @@ struct Measurements {
 };
 inline const Measurements First{"14.6", "97.2", "50.1"};
 inline const Measurements Second{"17.6", "107.8", "50.9"};
-inline const Measurements Third{"21.0", "118.4", "51.5"};
+inline const Measurements Third{"20.9", "118.4", "51.5"};
 inline const QString CorrectedWeight = "21.8";  // of the third
 
 /// How the identifier must read in the application and in file names.

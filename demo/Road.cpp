@@ -206,6 +206,8 @@ void Road::reopenFromTheViewer() {
 }
 
 void Road::startAgain() {
+  application_->process().waitForLine("Zero items in array, exiting",
+                                      6);  // the end of the exports to the viewer
   quit(true);
   report_.saw("quit with \"Save\", exit code 0");
   start();
@@ -225,10 +227,12 @@ void Road::startAgain() {
                               "'.  Would you like to open it?";
   expect(alert.alertInformation() == information, information, alert.alertInformation());
   const SeenWindow opened = application_->document("the saved record", [&](const SeenWindow& window) {
-    return window.id() != document.id() && window.text("examNumberField").endsWith("of 3");
+    return window.id() != document.id() && window.text("examNumberField") == "3 of 3";
   });
   expectText(opened, "referenceIDField", SavedIdentifier);
-  report_.saw("typed identifier offered the saved file, opened with " + opened.text("examNumberField"));
+  expectText(opened, "weightField", CorrectedWeight);
+  report_.saw("typed identifier offered the saved file, opened with " + opened.text("examNumberField") +
+              ", " + CorrectedWeight + " kg");
   shots("found-again");
   quit(false);
   report_.saw("quit again, exit code 0");

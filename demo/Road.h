@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
+#include <QPoint>
 #include <QString>
 #include <memory>
 
@@ -63,6 +64,8 @@ class Road {
   Cast cast_;
   Viewer viewer_;
   std::unique_ptr<Application> application_;
+  QPoint firstMark_;  // where the examinations' marks are in the chart, in pixels of the tab view
+  QPoint secondMark_;
 };
 
 }  // namespace demo

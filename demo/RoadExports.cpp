@@ -112,6 +112,10 @@ void Road::exportToTheFolder() {
 
 void Road::checkReply(const Viewer::Reply& reply, const QSize& size) {
   checkPicture(reply.jpeg, size);
+  const ChartPicture chart = ChartPicture::fromBytes(reply.jpeg);
+  expect(chart.hasExaminationAt(firstMark_) && chart.hasExaminationAt(secondMark_) &&
+             chart.referenceCurvesAt(0.5) >= 5,
+         "both examinations over the reference in the picture", "not all of it");
   expect(reply.complaints.isEmpty(), "nothing wrong with the reply", reply.complaints);
   const auto text = [&](const char* key) { return reply.details[QLatin1String(key)].toString(); };
   const auto day = [&](const char* key) { return reply.details[QLatin1String(key)]["date"].toString(); };
@@ -148,6 +152,7 @@ void Road::checkPicture(const QByteArray& jpeg, const QSize& size) {
   expect(image.size() == size,
          QString("a picture of the tab view's size %1 x %2").arg(size.width()).arg(size.height()),
          QString("%1 x %2").arg(image.width()).arg(image.height()));
+  expect(!ChartPicture::fromBytes(jpeg).ring(), "no ring in an exported picture", "the ring");
 }
 
 // The ring marks the examination that is shown; where it stands for one examination, the other's mark must be
@@ -172,6 +177,8 @@ void Road::checkBothExaminationsInTheChart() {
          first && second ? "the ring in the same place" : "no ring");
   expect(firstShown.hasExaminationAt(*second) && secondShown.hasExaminationAt(*first),
          "the mark of the examination that is not shown", "none where it was");
+  firstMark_ = *first;
+  secondMark_ = *second;
   const int curves = secondShown.referenceCurvesAt(0.5);
   expect(curves >= 5, "reference curves in the chart", QString("%1 lines").arg(curves));
   report_.saw(QString("both examinations in the chart, over %1 reference curves").arg(curves));

@@ -45,6 +45,7 @@ class Document : public QObject {
   /// The file's name without extension, or "Untitled" with a number.
   virtual QString displayName() const;
   void setUntitledNumber(int number) { untitledNumber_ = number; }
+  int untitledNumber() const { return untitledNumber_; }
 
   /// Takes the content from bytes. A failure says why in words for the user and leaves the document unusable.
   virtual FileResult readFromData(const QByteArray& data, const QString& typeName) = 0;

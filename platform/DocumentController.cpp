@@ -66,7 +66,7 @@ void DocumentController::newDocument() { openUntitledDocument(true); }
 Document* DocumentController::openUntitledDocument(bool display) {
   requireValue(static_cast<bool>(factory_), "DocumentController");
   auto document = factory_();
-  document->setUntitledNumber(++untitledCount_);
+  document->setUntitledNumber(firstFreeUntitledNumber());
   return adopt(std::move(document), display);
 }
 
@@ -77,6 +77,15 @@ void DocumentController::openDocument() {
   for (const QUrl& url : panel.urls) {
     QString error;
     if (!openDocumentWithContentsOfURL(url, true, &error)) presentOpenError(url, error);
+  }
+}
+
+int DocumentController::firstFreeUntitledNumber() const {
+  for (int number = 1;; ++number) {
+    const bool taken = std::any_of(documents_.begin(), documents_.end(), [number](const auto& document) {
+      return document->fileURL().isEmpty() && document->untitledNumber() == number;
+    });
+    if (!taken) return number;
   }
 }
 

@@ -84,6 +84,7 @@ class DocumentController : public QObject {
   Services& services() const { return services_; }
 
  private:
+  int firstFreeUntitledNumber() const;
   Document* adopt(std::unique_ptr<Document> document, bool display);
   void closeNextOf(QList<QPointer<Document>> remaining, DidCloseAll didCloseAll);
   void reviewUnsavedDocuments(DidCloseAll didReview);
@@ -94,7 +95,6 @@ class DocumentController : public QObject {
   std::vector<std::unique_ptr<Document>> documents_;
   std::vector<std::unique_ptr<Document>> closed_;  // until the current event is over
   QList<Document*> ordered_;
-  int untitledCount_ = 0;
   bool terminating_ = false;
   bool keepsBlankDocument_ = false;
 };

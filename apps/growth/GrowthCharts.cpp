@@ -14,8 +14,9 @@ namespace {
 
 QString text(const char* english) { return QCoreApplication::translate("VelmoraDocument", english); }
 
-/// Published charts come in two pieces, birth to 36 months and 2 to 20 years; a child with examinations on both sides
-/// needs the whole.
+/// Published charts come in two pieces, birth to 36 months and 2 to 20 years, and this follows them: a child with
+/// examinations on both sides gets the whole. The second piece ends where the child's next years do, so that a
+/// kindergarten child's points are not squeezed into the corner of a chart for adolescents.
 OrvGraphRange ageRange(const ChartPoints& points, const std::optional<GrowthReference::Range>& reference) {
   constexpr double InfantEnd = 36;
   constexpr double ChildStart = 24;
@@ -27,7 +28,19 @@ OrvGraphRange ageRange(const ChartPoints& points, const std::optional<GrowthRefe
     oldest = std::max(oldest, point.x());
   }
   if (oldest <= InfantEnd || end <= InfantEnd) return {0, InfantEnd};
-  return {youngest >= ChildStart ? ChildStart : 0, end};
+  const double start = youngest >= ChildStart ? ChildStart : 0;
+  for (const double shorter : {72.0, 120.0, 180.0}) {
+    if (oldest <= shorter) return {start, std::min(shorter, end)};
+  }
+  return {start, end};
+}
+
+/// The distance of labelled ticks on the age axis, in months.
+double ageTicks(const OrvGraphRange& ages) {
+  const double length = ages.upper - ages.lower;
+  if (length <= 36) return 3;
+  if (length <= 72) return 6;
+  return length <= 120 ? 12 : 24;
 }
 
 QList<OrvReferenceCurve> curvesOf(const GrowthReference& reference, Sex sex, const OrvGraphRange& ages) {
@@ -113,7 +126,7 @@ void showChart(OrvGraphView& view, const GrowthRecord& record, Measure measure, 
   QList<OrvReferenceCurve> curves;
   if (reference && record.sex) curves = curvesOf(*reference, *record.sex, ages);
   view.setAxes(text("Age (months)"), axisTitle(measure), ages, valueRange(curves, measure));
-  view.setTickSteps(ages.upper - ages.lower > 60 ? 24 : 3, 0);
+  view.setTickSteps(ageTicks(ages), 0);
   view.setLegend(text("Patient"), referenceTitle(reference, record.sex));
   view.setReferenceCurves(curves);
   view.setDataPoints(points.points);

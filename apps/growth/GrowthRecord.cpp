@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <QLocale>
+#include <QRegularExpression>
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -130,6 +131,11 @@ Measurement measurementFromText(const QString& text) {
   bool isNumber = false;
   double value = locale.toDouble(trimmed, &isNumber);
   if (!isNumber) value = QLocale::c().toDouble(trimmed, &isNumber);
+  // Many hands type the comma whatever the desktop's language. With three digits behind it, it might mean thousands.
+  static const QRegularExpression decimalComma(QStringLiteral("^[+-]?\\d+,\\d{1,2}$"));
+  if (!isNumber && decimalComma.match(trimmed).hasMatch()) {
+    value = QLocale::c().toDouble(QString(trimmed).replace(QLatin1Char(','), QLatin1Char('.')), &isNumber);
+  }
   if (!isNumber || !std::isfinite(value)) return {std::nullopt, trimmed};
   return {value, {}};
 }

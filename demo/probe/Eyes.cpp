@@ -15,6 +15,7 @@
 #include <QScreen>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QWindow>
 
 namespace demo::probe {
 
@@ -37,6 +38,17 @@ QString nameOf(const QWidget* window) {
   for (const QWidget* child : children)
     if (isNamed(child) && !child->isWindow()) return child->objectName();
   return {};
+}
+
+// A window that has been told to show itself is not seen before the window system has put it there.
+bool isOnScreen(const QWidget* window) {
+  return window->isVisible() && window->windowType() != Qt::ToolTip && window->windowHandle() &&
+         window->windowHandle()->isExposed();
+}
+
+// As it is shown: Qt's mark for unsaved changes is a place holder.
+QString titleOf(const QWidget* window) {
+  return window->windowTitle().replace("[*]", window->isWindowModified() ? "*" : "");
 }
 
 QJsonArray entries(const QWidget* menu) {
@@ -150,7 +162,7 @@ QJsonObject Eyes::identity(QWidget* window) {
   QJsonObject result{{"id", idOf(window)},
                      {"name", nameOf(window)},
                      {"class", className(window)},
-                     {"title", window->windowTitle()}};
+                     {"title", titleOf(window)}};
   if (isPanel(window)) result["panel"] = true;
   return result;
 }
@@ -159,7 +171,7 @@ QJsonArray Eyes::windows() {
   QJsonArray result;
   const QWidgetList all = QApplication::topLevelWidgets();
   for (QWidget* window : all) {
-    if (!window->isVisible() || window->windowType() == Qt::ToolTip) continue;
+    if (!isOnScreen(window)) continue;
     QJsonObject entry = identity(window);
     entry["active"] = window->isActiveWindow();
     entry["modal"] = window->isModal();
@@ -198,7 +210,7 @@ QJsonObject Eyes::takePictures(const QString& folder, const QString& prefix) {
   QJsonArray files;
   const QWidgetList all = QApplication::topLevelWidgets();
   for (QWidget* window : all) {
-    if (!window->isVisible() || window->windowType() == Qt::ToolTip) continue;
+    if (!isOnScreen(window)) continue;
     QString name = nameOf(window);
     if (name.isEmpty()) name = className(window);
     QString file = prefix + name + ".png";

@@ -5,13 +5,14 @@
 
 #include "platform/Guard.h"
 #include "platform/Log.h"
+#include "platform/qt/wire/BusLink.h"
 
 namespace platform {
 
 QtDistributedNotificationCenter::QtDistributedNotificationCenter(const QString& busAddress)
-    : link_(
+    : link_(std::make_unique<wire::BusLink>(
           busAddress, [this](const wire::Message& message) { deliver(message); },
-          [](const QString& line) { logLine(line); }) {}
+          [](const QString& line) { logLine(line); })) {}
 
 QtDistributedNotificationCenter::~QtDistributedNotificationCenter() {
   const std::lock_guard lock(mutex_);
@@ -32,7 +33,7 @@ void QtDistributedNotificationCenter::addObserver(const QObject* observer, const
         observer, &QObject::destroyed, &context_, [this, observer] { removeObserver(observer); },
         Qt::DirectConnection);
   }
-  if (!anyFor(name, object)) link_.subscribe(name, object);
+  if (!anyFor(name, object)) link_->subscribe(name, object);
   registrations_.push_back(std::move(registration));
 }
 
@@ -52,17 +53,17 @@ void QtDistributedNotificationCenter::removeObserver(const QObject* observer,
     registration->removed = true;  // a delivery that is under way may still hold it
     QObject::disconnect(registration->death);
     if (!anyFor(registration->name, registration->object)) {
-      link_.unsubscribe(registration->name, registration->object);
+      link_->unsubscribe(registration->name, registration->object);
     }
   }
 }
 
 void QtDistributedNotificationCenter::postNotificationName(const QString& name, const QString& object,
                                                            const QVariantMap& userInfo) {
-  link_.post({name, object, userInfo});
+  link_->post({name, object, userInfo});
 }
 
-bool QtDistributedNotificationCenter::flush(std::chrono::milliseconds limit) { return link_.flush(limit); }
+bool QtDistributedNotificationCenter::flush(std::chrono::milliseconds limit) { return link_->flush(limit); }
 
 bool QtDistributedNotificationCenter::anyFor(const QString& name, const QString& object) const {
   return std::any_of(registrations_.begin(), registrations_.end(), [&](const auto& registration) {

@@ -3,13 +3,18 @@
 
 #include <QObject>
 #include <chrono>
+#include <memory>
 #include <mutex>
 #include <vector>
 
 #include "platform/NotificationCenter.h"
-#include "platform/qt/wire/BusLink.h"
 
 namespace platform {
+
+namespace wire {
+class BusLink;
+struct Message;
+}  // namespace wire
 
 /// Notifications between processes, as signals on the session bus.
 ///
@@ -21,7 +26,7 @@ class QtDistributedNotificationCenter final : public DistributedNotificationCent
  public:
   /// Begins to connect, to the session bus or to the bus at `busAddress` where one is given.
   explicit QtDistributedNotificationCenter(const QString& busAddress = QString());
-  /// Sends what was posted, waiting a few seconds at most.
+  /// Sends what was posted, waiting a few seconds at most for the bus to take it.
   ~QtDistributedNotificationCenter() override;
 
   /// An observer that is destroyed is removed then; one whose own members a handler uses removes itself
@@ -53,7 +58,7 @@ class QtDistributedNotificationCenter final : public DistributedNotificationCent
   std::recursive_mutex mutex_;
   std::vector<std::shared_ptr<Registration>> registrations_;
   QObject context_;
-  wire::BusLink link_;  // destroyed first: its thread uses all of the above
+  std::unique_ptr<wire::BusLink> link_;  // destroyed first: its thread uses all of the above
 };
 
 }  // namespace platform

@@ -130,7 +130,7 @@ void RecordingDistributedCenter::postNotificationName(const QString& name, const
 
 bool RecordingPrinter::printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings,
                                  bool showPrintPanel, QString*) {
-  jobs.append({view->window()->windowTitle(), info, settings, showPrintPanel});
+  jobs.append({view->window()->windowTitle().remove(QStringLiteral("[*]")), info, settings, showPrintPanel});
   if (whilePrinting) whilePrinting(view);
   return true;
 }

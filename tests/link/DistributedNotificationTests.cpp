@@ -5,6 +5,8 @@
 
 #include <QDateTime>
 #include <QThread>
+#include <future>
+#include <memory>
 
 #include "platform/qt/QtDistributedNotificationCenter.h"
 #include "tests/link/BusTap.h"
@@ -177,17 +179,39 @@ TEST_F(DistributedNotifications, KeepTheOrderOfPosting) {
   for (int i = 0; i < 500; ++i) ASSERT_EQ(numberOf(mailbox_.takeDetails()), QVariant(qint64(i)));
 }
 
-TEST_F(DistributedNotifications, PostedBeforeTheCentreGoesAreStillSent) {
+TEST_F(DistributedNotifications, PostedBeforeTheCentreGoesAreStillSentThoughTheBusIsSlow) {
   QtDistributedNotificationCenter receiver(bus_.address());
   receiver.addObserver(&observer_, GrowthLink, Request, mailbox_.handler());
   ASSERT_TRUE(receiver.flush());
-  {
-    QtDistributedNotificationCenter sender(bus_.address());
-    for (int i = 0; i < 20; ++i) {
-      sender.postNotificationName(GrowthLink, Request,
-                                  {{QStringLiteral("Number"), i}, {QStringLiteral("JPEG"), noise(200'000)}});
-    }
+  auto sender = std::make_unique<QtDistributedNotificationCenter>(bus_.address());
+  ASSERT_TRUE(sender->flush());
+  bus_.freeze();
+  for (int i = 0; i < 20; ++i) {
+    sender->postNotificationName(GrowthLink, Request,
+                                 {{QStringLiteral("Number"), i}, {QStringLiteral("JPEG"), noise(200'000)}});
   }
+  // Twenty times what the socket takes: a centre that did not wait would be gone now, and they with it.
+  std::future<void> gone = std::async(std::launch::async, [&] { sender.reset(); });
+  EXPECT_EQ(gone.wait_for(std::chrono::milliseconds(300)), std::future_status::timeout);
+  bus_.resume();
+  gone.get();
+  for (int i = 0; i < 20; ++i) ASSERT_EQ(numberOf(mailbox_.takeDetails()), QVariant(qint64(i)));
+}
+
+TEST_F(DistributedNotifications, AreAskedForAndPostedWithoutWaitingForTheBus) {
+  QtDistributedNotificationCenter centre(bus_.address());
+  ASSERT_TRUE(centre.flush());
+  bus_.freeze();
+  centre.addObserver(&observer_, GrowthLink, Request, mailbox_.handler());
+  for (int i = 0; i < 20; ++i) {
+    centre.postNotificationName(GrowthLink, Request,
+                                {{QStringLiteral("Number"), i}, {QStringLiteral("JPEG"), noise(200'000)}});
+  }
+  centre.addObserver(&observer_, GrowthLink, Reply, mailbox_.handler());
+  centre.removeObserver(&observer_, GrowthLink, Reply);
+  EXPECT_FALSE(centre.flush(std::chrono::milliseconds(50)));
+  EXPECT_TRUE(mailbox_.empty());
+  bus_.resume();
   for (int i = 0; i < 20; ++i) ASSERT_EQ(numberOf(mailbox_.takeDetails()), QVariant(qint64(i)));
 }
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
+#include <signal.h>
+#include <sys/types.h>
+
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QString>
@@ -25,7 +28,10 @@ class PrivateBus {
     }
     address_ = QString::fromLocal8Bit(daemon_.readLine()).trimmed();
   }
-  ~PrivateBus() { stop(); }
+  ~PrivateBus() {
+    resume();
+    stop();
+  }
   PrivateBus(const PrivateBus&) = delete;
   PrivateBus& operator=(const PrivateBus&) = delete;
 
@@ -49,7 +55,15 @@ class PrivateBus {
     }
   }
 
+  /// Keeps the bus from doing anything until resume(), as on a machine under load.
+  void freeze() { signal(SIGSTOP); }
+  void resume() { signal(SIGCONT); }
+
  private:
+  void signal(int number) {
+    if (daemon_.state() != QProcess::NotRunning) ::kill(static_cast<pid_t>(daemon_.processId()), number);
+  }
+
   QTemporaryDir folder_;
   QProcess daemon_;
   QString address_;

@@ -28,7 +28,9 @@ class BusLink {
 
   /// Begins to connect, to the session bus or to the bus at `address` where one is given.
   BusLink(const QString& address, Received received, Log log);
-  /// Sends what was posted, waiting a few seconds at most, and disconnects.
+  /// Sends what was posted, waiting a few seconds at most for the bus to take it, and disconnects. Only a bus
+  /// that takes a connection and never greets it holds this up for longer: the bus library waits for the
+  /// greeting.
   ~BusLink();
   BusLink(const BusLink&) = delete;
   BusLink& operator=(const BusLink&) = delete;

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QString>
+#include <iosfwd>
+
+namespace platform {
+class Document;
+}
+
+/// How a text looks in the message of a failed test.
+void PrintTo(const QString& text, std::ostream* out);
+
+/// What a person does with the window of a document, by mouse and keyboard.
+namespace user {
+
+/// Brings the document's window to the front and waits until it has the keyboard.
+void bringToFront(platform::Document& document);
+/// The widget of that object name in the document's window; fails the test when there is none.
+QWidget* widget(platform::Document& document, const char* name);
+QLineEdit* field(platform::Document& document, const char* name);
+QPushButton* button(platform::Document& document, const char* name);
+/// The text of the field or label of that name.
+QString textOf(platform::Document& document, const char* name);
+
+void click(QWidget* widget);
+/// Clicks into the field, selects what is there and types over it. The edit goes on.
+void type(QLineEdit* field, const QString& text);
+/// Ends the edit with Return.
+void pressReturn(QLineEdit* field);
+/// type() and pressReturn().
+void enter(QLineEdit* field, const QString& text);
+/// Presses a key in the window, wherever the keyboard is.
+void pressKey(platform::Document& document, Qt::Key key);
+
+}  // namespace user
