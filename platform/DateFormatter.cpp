@@ -2,7 +2,6 @@
 #include "platform/DateFormatter.h"
 
 #include <QRegularExpression>
-#include <optional>
 
 namespace platform {
 
@@ -27,11 +26,69 @@ QString fourDigitYearFormat(const QLocale& locale) {
 }
 
 /// The year that two typed digits mean: from 80 years back to 20 ahead.
-QDate withFullYear(const QDate& date, const QDate& today) {
+int fullYear(int twoDigits, const QDate& today) {
   const int earliest = today.year() - 80;
-  int year = earliest - earliest % 100 + date.year() % 100;
-  if (year < earliest) year += 100;
-  return QDate(year, date.month(), date.day());
+  const int year = earliest - earliest % 100 + twoDigits;
+  return year < earliest ? year + 100 : year;
+}
+
+/// The text with every decimal digit of any script as an ASCII one, and without the invisible marks that keep
+/// right-to-left dates in order: people type the digits that their keyboard has.
+QString plainDigits(const QString& text) {
+  QString plain;
+  for (const QChar c : text) {
+    if (c == QChar(0x200E) || c == QChar(0x200F) || c == QChar(0x061C)) continue;
+    plain += c.isDigit() ? QChar(static_cast<char16_t>(u'0' + c.digitValue())) : c;
+  }
+  return plain.trimmed();
+}
+
+/// The order of day, month and year in a format, as "dMy"; empty when the month is spelled out.
+QString numericOrder(const QString& format) {
+  QString order;
+  bool quoted = false;
+  for (const QChar c : format) {
+    if (c == QLatin1Char('\'')) quoted = !quoted;
+    if (quoted || !QStringLiteral("dMy").contains(c)) continue;
+    if (!order.contains(c)) order += c;
+  }
+  return format.contains(QLatin1String("MMM")) ? QString() : order;
+}
+
+/// Three numbers, in the order of the locale whatever stands between them, or year first where that has four digits.
+QDate numericDate(const QString& text, QString order, const QDate& today) {
+  static const QRegularExpression threeNumbers(
+      QStringLiteral("^([0-9]{1,4})[^0-9\\p{L}+]{1,3}([0-9]{1,2})[^0-9\\p{L}+]{1,3}([0-9]{1,4})\\.?$"));
+  const auto match = threeNumbers.match(plainDigits(text));
+  if (!match.hasMatch()) return {};
+  if (match.capturedLength(1) == 4) order = QStringLiteral("yMd");
+  if (order.size() != 3) return {};
+  int day = 0;
+  int month = 0;
+  int year = 0;
+  for (int i = 0; i < 3; ++i) {
+    const QString number = match.captured(i + 1);
+    const QChar part = order.at(i);
+    const bool isYear = part == QLatin1Char('y');
+    if (isYear ? number.size() % 2 != 0 : number.size() > 2) return {};
+    if (part == QLatin1Char('d')) day = number.toInt();
+    if (part == QLatin1Char('M')) month = number.toInt();
+    if (isYear) year = number.size() == 2 ? fullYear(number.toInt(), today) : number.toInt();
+  }
+  return QDate(year, month, day);
+}
+
+/// A date with its month spelled out, as the locale does it.
+QDate spelledDate(const QLocale& locale, const QString& text, const QString& format, const QDate& today) {
+  const QDate date = locale.toDate(text, format);
+  if (date.isValid()) return date;
+  // Qt reads two digits as 19xx, where 29 February 2000 has no counterpart: so the year is written out first.
+  static const QRegularExpression lastTwo(QStringLiteral("(?<![0-9])([0-9]{2})$"));
+  const auto match = lastTwo.match(text);
+  if (!match.hasMatch()) return {};
+  return locale.toDate(text.left(match.capturedStart(1)) +
+                           QStringLiteral("%1").arg(fullYear(match.captured(1).toInt(), today), 4, 10, QLatin1Char('0')),
+                       format);
 }
 
 }  // namespace
@@ -53,28 +110,8 @@ QDateTime DateFormatter::dateFromString(const QString& text) const {
   const QString trimmed = text.trimmed();
   if (trimmed.isEmpty() || dateStyle_ != Style::Short) return {};
   const QString format = fourDigitYearFormat(locale_);
-  QDate date = locale_.toDate(trimmed, format);
-  if (!date.isValid()) {
-    // Two digits for the year. Qt reads them as 19xx, which also decides whether there is a 29 February, so they are
-    // written out before the text is read as a date.
-    QString twoDigit = format;
-    twoDigit.replace(QLatin1String("yyyy"), QLatin1String("yy"));
-    static const QRegularExpression lastTwo(QStringLiteral("(?<!\\d)(\\d{2})(?!\\d)"));
-    const QDate in19xx = locale_.toDate(trimmed, twoDigit);
-    if (in19xx.isValid()) {
-      date = withFullYear(in19xx, today_);
-    } else {
-      // 29/2/00 has no counterpart in 1900: try each two-digit group of the text as the year, in four digits.
-      auto match = lastTwo.globalMatch(trimmed);
-      while (match.hasNext() && !date.isValid()) {
-        const auto group = match.next();
-        const int year = withFullYear(QDate(1900 + group.captured(1).toInt(), 1, 1), today_).year();
-        QString expanded = trimmed;
-        expanded.replace(group.capturedStart(1), 2, QString::number(year));
-        date = locale_.toDate(expanded, format);
-      }
-    }
-  }
+  QDate date = numericDate(trimmed, numericOrder(format), today_);
+  if (!date.isValid()) date = spelledDate(locale_, trimmed, format, today_);
   if (!date.isValid() || date.year() < 1) return {};
   return noonOf(date);
 }
