@@ -35,33 +35,46 @@ QString preparedFolder(const QString& wanted) {
 
 QString beside(const QString& path) { return QCoreApplication::applicationDirPath() + '/' + path; }
 
+// Plays; what came in the way has been told.
+bool playedThrough(const QCommandLineParser& options, const QString& out, demo::Report& report) {
+  const auto screen =
+      options.isSet("virtual") ? demo::Stage::Screen::Virtual : demo::Stage::Screen::UsersOrVirtual;
+  demo::Stage stage(report, screen, QCoreApplication::applicationFilePath());
+  report.say("demo: on " + stage.screenDescription());
+  demo::Road road(report, stage,
+                  {options.value("application"), "org.velmora.growth", options.value("link"),
+                   beside("../lib/demo"), out});
+  try {
+    road.play();
+  } catch (const Differs& difference) {
+    report.failed(difference.what());
+    road.keepEverything("differs");
+    return false;
+  }
+  road.keepEverything(QString());
+  return true;
+}
+
 int play(const QCommandLineParser& options, const QString& out) {
   demo::Report report(out);
+  QString ending;
+  int code = 1;
   try {
-    const auto screen =
-        options.isSet("virtual") ? demo::Stage::Screen::Virtual : demo::Stage::Screen::UsersOrVirtual;
-    demo::Stage stage(report, screen, QCoreApplication::applicationFilePath());
-    report.say("demo: on " + stage.screenDescription());
-    demo::Road road(report, stage,
-                    {options.value("application"), "org.velmora.growth", options.value("link"),
-                     beside("../lib/demo"), out});
-    try {
-      road.play();
-    } catch (const Differs& difference) {
-      report.failed(difference.what());
-      road.keepEverything("differs");
-      return 1;
+    if (playedThrough(options, out, report)) {
+      ending = QString("demo: %1 steps, all as expected").arg(report.stepsPassed());
+      code = 0;
+    } else {
+      ending = QString("demo: step %1 differs").arg(report.number());
     }
-    road.keepEverything(QString());
   } catch (const demo::Interrupted&) {
-    report.say("demo: stopped on request");
-    return 130;
+    ending = "demo: stopped on request";
+    code = 130;
   } catch (const std::exception& error) {
-    report.say(QString("demo: ") + error.what());
-    return 1;
+    ending = QString("demo: ") + error.what();
   }
-  report.say(QString("demo: %1 steps, all as expected").arg(report.stepsPassed()));
-  return 0;
+  report.say("demo: trace, charts and pictures are in " + out);
+  report.say(ending);
+  return code;
 }
 
 }  // namespace
@@ -82,14 +95,10 @@ int main(int argc, char** argv) {
                       {"link", "The program at the viewer's end.", "program", beside("velmora-link")}});
   options.process(application);
   demo::interruptibleBySignals();
-  QString out;
-  int code = 1;
   try {
-    out = preparedFolder(options.value("out"));
-    code = play(options, out);
+    return play(options, preparedFolder(options.value("out")));
   } catch (const std::exception& error) {
     std::fprintf(stderr, "demo: %s\n", error.what());
+    return 1;
   }
-  if (!out.isEmpty()) std::printf("demo: trace, charts and pictures are in %s\n", qUtf8Printable(out));
-  return code;
 }
