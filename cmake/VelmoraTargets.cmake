@@ -52,8 +52,7 @@ function(velmora_test name)
     ${name}
     DISCOVERY_TIMEOUT 60
     DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT 120 ENVIRONMENT
-               "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=Europe/Berlin;UBSAN_OPTIONS=print_stacktrace=1")
+    PROPERTIES TIMEOUT 120)
 endfunction()
 
 # velmora_add_application(NAME

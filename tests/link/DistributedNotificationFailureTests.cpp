@@ -101,6 +101,19 @@ TEST_F(DistributedObservers, MayRemoveThemselvesWhileTheyAreCalled) {
   EXPECT_TRUE(mailbox_.empty());
 }
 
+TEST_F(DistributedObservers, MayAddObserversAndPostAndFlushWhileTheyAreCalled) {
+  bool flushed = false;
+  centre_.addObserver(&observer_, GrowthLink, Request, [&](const platform::Notification&) {
+    centre_.addObserver(&other_, GrowthLink, Reply, otherMailbox_.handler());
+    post(2, Reply);
+    flushed = centre_.flush();
+  });
+  post(1);
+  EXPECT_EQ(numberOf(otherMailbox_.takeDetails()), QVariant(qint64(2)));
+  settle();
+  EXPECT_TRUE(flushed);
+}
+
 TEST_F(DistributedObservers, AreNotRunningAnyMoreWhenTheirRemovalReturns) {
   std::promise<void> entered;
   std::promise<void> removed;

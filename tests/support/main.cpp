@@ -28,6 +28,9 @@ int main(int argc, char** argv) {
   own("XDG_DATA_HOME", "/.local/share");
   own("XDG_CACHE_HOME", "/.cache");
   own("XDG_RUNTIME_DIR", "/.runtime");
+  // The same clock and language everywhere; a test about another one sets its own.
+  qputenv("TZ", "Europe/Berlin");
+  qputenv("LC_ALL", "C.UTF-8");
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
 
   QApplication application(argc, argv);

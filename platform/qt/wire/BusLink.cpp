@@ -26,11 +26,8 @@ QString title(const QString& name, const QString& object) {
 }  // namespace
 
 BusLink::BusLink(const QString& address, Received received, Log log)
-    : received_(std::move(received)),
-      log_(std::move(log)),
-      connectionName_(nextConnectionName()),
-      receiver_(std::make_unique<BusReceiver>([this](const QDBusMessage& signal) { arrived(signal); })) {
-  receiver_->moveToThread(&thread_);
+    : received_(std::move(received)), log_(std::move(log)), connectionName_(nextConnectionName()) {
+  worker_.moveToThread(&thread_);
   thread_.setObjectName(QStringLiteral("velmora-link"));
   thread_.start();
   enqueue([this, address] { open(address); });
@@ -80,16 +77,16 @@ bool BusLink::flush(std::chrono::milliseconds limit) {
   const auto deadline = std::chrono::steady_clock::now() + limit;
   auto answer = std::make_shared<std::promise<bool>>();
   std::future<bool> future = answer->get_future();
-  enqueue([this, answer, limit] { answer->set_value(roundTrip(limit)); });
+  enqueue([this, answer, limit] { answer->set_value(usable() && roundTrip(limit)); });
   return future.wait_until(deadline) == std::future_status::ready && future.get();
 }
 
 void BusLink::enqueue(std::function<void()> task) {
-  QMetaObject::invokeMethod(receiver_.get(), std::move(task), Qt::QueuedConnection);
+  QMetaObject::invokeMethod(&worker_, std::move(task), Qt::QueuedConnection);
 }
 
 bool BusLink::roundTrip(std::chrono::milliseconds limit) {
-  if (!usable()) return false;
+  if (!bus_ || !bus_->isConnected()) return false;
   const QDBusMessage question = QDBusMessage::createMethodCall(
       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"));
@@ -105,6 +102,7 @@ void BusLink::open(const QString& address) {
                         : QDBusConnection::connectToBus(address, connectionName_);
   if (bus.isConnected()) {
     bus_ = std::make_unique<QDBusConnection>(bus);
+    receiver_ = std::make_unique<BusReceiver>([this](const QDBusMessage& signal) { arrived(signal); });
     return;
   }
   QDBusConnection::disconnectFromBus(connectionName_);
@@ -113,17 +111,24 @@ void BusLink::open(const QString& address) {
 
 void BusLink::close() {
   if (!bus_) return;
-  if (bus_->isConnected()) roundTrip(LongestGoodbye);
+  roundTrip(LongestGoodbye);
+  letGo();
+}
+
+void BusLink::letGo() {
+  // QtDBus takes a connection apart on a thread of its own, and looks at the receivers that are still on it.
+  // They go first: the end of a receiver waits until QtDBus has forgotten it.
+  receiver_.reset();
   bus_.reset();
   QDBusConnection::disconnectFromBus(connectionName_);
 }
 
+/// Not within a delivery: a receiver that is being called must not go.
 bool BusLink::usable() {
   if (!bus_) return false;
   if (bus_->isConnected()) return true;
   log_(QStringLiteral("The session bus has gone, the link is off"));
-  bus_.reset();
-  QDBusConnection::disconnectFromBus(connectionName_);
+  letGo();
   return false;
 }
 

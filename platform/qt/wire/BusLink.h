@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
+#include <QObject>
 #include <QString>
 #include <QThread>
 #include <chrono>
@@ -53,6 +54,7 @@ class BusLink {
   // The link's thread only.
   void open(const QString& address);
   void close();
+  void letGo();
   bool usable();
   void send(const Message& message);
   void arrived(const QDBusMessage& signal);
@@ -60,8 +62,10 @@ class BusLink {
   Received received_;
   Log log_;
   QString connectionName_;
+  // Made and destroyed on the link's thread; none without a bus.
+  std::unique_ptr<QDBusConnection> bus_;
   std::unique_ptr<BusReceiver> receiver_;
-  std::unique_ptr<QDBusConnection> bus_;  // made and destroyed on the link's thread; none without a bus
+  QObject worker_;  // whose events are the tasks
   QThread thread_;
 };
 

@@ -51,11 +51,25 @@ QString shortened(const QString& text) {
   return text.size() <= LongestKeyShown ? text : text.left(LongestKeyShown) + QStringLiteral("...");
 }
 
+/// Where a value lies in the details: put into words only when it has to be named.
+struct Place {
+  const Place* outer = nullptr;
+  QString key;
+  qsizetype index = -1;  ///< in a list, instead of a key
+
+  QString text() const {
+    if (!outer) return QString();
+    const QString before = outer->text();
+    if (index >= 0) return QStringLiteral("%1[%2]").arg(before).arg(index);
+    return before.isEmpty() ? shortened(key) : before + QLatin1Char('.') + shortened(key);
+  }
+};
+
 /// Turns the values of one message from or to their form on the bus; the two differ in dates only.
 class Conversion {
  public:
   QVariantMap details(const QVariant& value) {
-    const auto converted = convert(value, QString(), 1);
+    const auto converted = convert(value, Place(), 1);
     return converted ? converted->toMap() : QVariantMap();
   }
 
@@ -75,21 +89,21 @@ class Conversion {
  private:
   /// The value in its other form; nothing when it was left out. `where` names the value, `depth` counts the
   /// lists and dictionaries down to it, itself included if it is one.
-  std::optional<QVariant> convert(const QVariant& value, const QString& where, int depth);
-  std::optional<QVariant> convertArgument(const QDBusArgument& argument, const QString& where, int depth);
-  std::optional<QVariant> convertList(const QVariantList& list, const QString& where, int depth);
-  std::optional<QVariant> convertMap(const QVariantMap& map, const QString& where, int depth);
-  std::optional<QVariant> dateFromBus(const QDBusArgument& argument, const QString& where);
-  std::optional<QVariant> dateToBus(const QDateTime& date, const QString& where);
+  std::optional<QVariant> convert(const QVariant& value, const Place& where, int depth);
+  std::optional<QVariant> convertArgument(const QDBusArgument& argument, const Place& where, int depth);
+  std::optional<QVariant> convertList(const QVariantList& list, const Place& where, int depth);
+  std::optional<QVariant> convertMap(const QVariantMap& map, const Place& where, int depth);
+  std::optional<QVariant> dateFromBus(const QDBusArgument& argument, const Place& where);
+  std::optional<QVariant> dateToBus(const QDateTime& date, const Place& where);
 
-  void addEntry(QVariantMap& map, const QString& key, const QVariant& value, const QString& where, int depth);
-  void addElement(QVariantList& list, qsizetype index, const QVariant& value, const QString& where,
-                  int depth);
+  void addEntry(QVariantMap& map, const QString& key, const QVariant& value, const Place& where, int depth);
+  void addElement(QVariantList& list, qsizetype index, const QVariant& value, const Place& where, int depth);
 
-  std::nullopt_t drop(const QString& where, const QString& reason) {
+  std::nullopt_t drop(const Place& where, const QString& reason) {
     ++droppedCount_;
     if (dropped_.size() < MostDescriptions) {
-      dropped_.append(where.isEmpty() ? reason : where + QStringLiteral(" (") + reason + QLatin1Char(')'));
+      const QString text = where.text();
+      dropped_.append(text.isEmpty() ? reason : text + QStringLiteral(" (") + reason + QLatin1Char(')'));
     }
     return std::nullopt;
   }
@@ -108,7 +122,7 @@ QVariant unwrapped(QVariant value) {
   return value;
 }
 
-std::optional<QVariant> Conversion::convert(const QVariant& wrapped, const QString& where, int depth) {
+std::optional<QVariant> Conversion::convert(const QVariant& wrapped, const Place& where, int depth) {
   size_ += Overhead;
   const QVariant value = unwrapped(wrapped);
   const int type = value.typeId();
@@ -162,14 +176,12 @@ std::optional<QVariant> Conversion::convert(const QVariant& wrapped, const QStri
   return drop(where, QStringLiteral("type ") + QString::fromLatin1(value.typeName()));
 }
 
-std::optional<QVariant> Conversion::convertArgument(const QDBusArgument& argument, const QString& where,
+std::optional<QVariant> Conversion::convertArgument(const QDBusArgument& argument, const Place& where,
                                                     int depth) {
   const QString signature = argument.currentSignature();
+  if (signature == QLatin1String("(x)")) return dateFromBus(argument, where);
   if (tooDeep(depth)) return drop(where, TooDeep);
   switch (argument.currentType()) {
-    case QDBusArgument::StructureType:
-      if (signature == QLatin1String("(x)")) return dateFromBus(argument, where);
-      break;
     case QDBusArgument::ArrayType: {
       QVariantList list;
       argument.beginArray();
@@ -199,7 +211,7 @@ std::optional<QVariant> Conversion::convertArgument(const QDBusArgument& argumen
   return drop(where, QStringLiteral("D-Bus type ") + shortened(signature));
 }
 
-std::optional<QVariant> Conversion::convertList(const QVariantList& list, const QString& where, int depth) {
+std::optional<QVariant> Conversion::convertList(const QVariantList& list, const Place& where, int depth) {
   if (tooDeep(depth)) return drop(where, TooDeep);
   QVariantList result;
   for (qsizetype index = 0; index < list.size() && !tooLarge(); ++index) {
@@ -208,7 +220,7 @@ std::optional<QVariant> Conversion::convertList(const QVariantList& list, const 
   return result;
 }
 
-std::optional<QVariant> Conversion::convertMap(const QVariantMap& map, const QString& where, int depth) {
+std::optional<QVariant> Conversion::convertMap(const QVariantMap& map, const Place& where, int depth) {
   if (tooDeep(depth)) return drop(where, TooDeep);
   QVariantMap result;
   for (auto entry = map.cbegin(); entry != map.cend() && !tooLarge(); ++entry) {
@@ -217,24 +229,23 @@ std::optional<QVariant> Conversion::convertMap(const QVariantMap& map, const QSt
   return result;
 }
 
-void Conversion::addElement(QVariantList& list, qsizetype index, const QVariant& value, const QString& where,
+void Conversion::addElement(QVariantList& list, qsizetype index, const QVariant& value, const Place& where,
                             int depth) {
-  const QString place = QStringLiteral("%1[%2]").arg(where).arg(index);
-  if (auto converted = convert(value, place, depth + 1)) list.append(*std::move(converted));
+  if (auto converted = convert(value, Place{&where, QString(), index}, depth + 1))
+    list.append(*std::move(converted));
 }
 
-void Conversion::addEntry(QVariantMap& map, const QString& key, const QVariant& value, const QString& where,
+void Conversion::addEntry(QVariantMap& map, const QString& key, const QVariant& value, const Place& where,
                           int depth) {
   addText(key);
-  const QString place = where.isEmpty() ? shortened(key) : where + QLatin1Char('.') + shortened(key);
   if (key.contains(QChar(u'\0'))) {
-    drop(shortened(where), QStringLiteral("a key with a NUL in it"));
+    drop(where, QStringLiteral("a key with a NUL in it"));
     return;
   }
-  if (auto converted = convert(value, place, depth + 1)) map.insert(key, *std::move(converted));
+  if (auto converted = convert(value, Place{&where, key}, depth + 1)) map.insert(key, *std::move(converted));
 }
 
-std::optional<QVariant> Conversion::dateFromBus(const QDBusArgument& argument, const QString& where) {
+std::optional<QVariant> Conversion::dateFromBus(const QDBusArgument& argument, const Place& where) {
   WireDate date;
   argument >> date;
   if (date.milliseconds < EarliestDate || date.milliseconds > LatestDate) {
@@ -243,7 +254,7 @@ std::optional<QVariant> Conversion::dateFromBus(const QDBusArgument& argument, c
   return QDateTime::fromMSecsSinceEpoch(date.milliseconds, Qt::UTC);
 }
 
-std::optional<QVariant> Conversion::dateToBus(const QDateTime& date, const QString& where) {
+std::optional<QVariant> Conversion::dateToBus(const QDateTime& date, const Place& where) {
   if (!date.isValid()) return drop(where, QStringLiteral("an invalid date"));
   const qint64 milliseconds = date.toMSecsSinceEpoch();
   if (milliseconds < EarliestDate || milliseconds > LatestDate) {
