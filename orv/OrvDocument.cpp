@@ -34,7 +34,7 @@ FileResult OrvDocument::readFromData(const QByteArray& data, const QString&) {
   if (data.isEmpty()) return FileResult::failure(localizedString("OrvDocument", "The file is empty."));
   QJsonParseError parseError;
   const QJsonDocument json = QJsonDocument::fromJson(data, &parseError);
-  if (!json.isObject()) {
+  if (json.isNull()) {
     return FileResult::failure(
         formatted(localizedString("OrvDocument", "The file is damaged (%@ at byte %ld)."),
                   {parseError.errorString(), QString::number(parseError.offset)}));

@@ -36,7 +36,7 @@ void Document::runModalSavePanelForSaveOperation(SaveOperation operation, DidSav
     if (fileURL_.isEmpty()) panel.nameFieldStringValue = displayName();
     chosen = services_.panels.runModal(panel) == PanelOKButton;
   }
-  fileURL_ = fileBefore;
+  setFileURL(fileBefore);
   if (!chosen) {
     if (didSave) didSave(this, false);
     return;

@@ -12,6 +12,7 @@
 #include <QSaveFile>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 
 namespace platform {
 
@@ -72,9 +73,12 @@ FileResult FileManager::copyItem(const QString& source, const QString& destinati
     return FileResult::failure(QStringLiteral("'%1' exists already.").arg(destination));
   }
   if (item.isSymLink()) {
-    const bool linked = QFile::link(item.symLinkTarget(), destination);
-    return linked ? FileResult::success()
-                  : FileResult::failure(QStringLiteral("The link '%1' could not be copied.").arg(source));
+    // As it stands: a relative link inside a bundle leads inside the copy, not back to the original.
+    std::error_code failed;
+    std::filesystem::copy_symlink(QFile::encodeName(source).constData(),
+                                  QFile::encodeName(destination).constData(), failed);
+    return failed ? FileResult::failure(QStringLiteral("The link '%1' could not be copied.").arg(source))
+                  : FileResult::success();
   }
   if (!item.isDir()) {
     QFile file(source);

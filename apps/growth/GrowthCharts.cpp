@@ -152,7 +152,8 @@ QString resultText(const GrowthRecord& record, const Examination& examination, M
   QString centileText = locale.toString(centile, 'f', 1);
   if (centile < 0.1) centileText = QStringLiteral("< ") + locale.toString(0.1, 'f', 1);
   if (centile > 99.9) centileText = QStringLiteral("> ") + locale.toString(99.9, 'f', 1);
-  return text("z-score %1, centile %2").arg(locale.toString(*z, 'f', 2), centileText);
+  const double shown = std::abs(*z) < 0.005 ? 0 : *z;  // no "-0.00"
+  return text("z-score %1, centile %2").arg(locale.toString(shown, 'f', 2), centileText);
 }
 
 }  // namespace growth

@@ -130,7 +130,9 @@ Measurement measurementFromText(const QString& text) {
   locale.setNumberOptions(QLocale::RejectGroupSeparator);
   bool isNumber = false;
   double value = locale.toDouble(trimmed, &isNumber);
-  if (!isNumber) value = QLocale::c().toDouble(trimmed, &isNumber);
+  QLocale withPoint = QLocale::c();
+  withPoint.setNumberOptions(QLocale::RejectGroupSeparator);
+  if (!isNumber) value = withPoint.toDouble(trimmed, &isNumber);
   // Many hands type the comma whatever the desktop's language. With three digits behind it, it might mean thousands.
   static const QRegularExpression decimalComma(QStringLiteral("^[+-]?\\d+,\\d{1,2}$"));
   if (!isNumber && decimalComma.match(trimmed).hasMatch()) {

@@ -23,6 +23,11 @@ struct Free {
   void operator()(void* memory) const { std::free(memory); }
 };
 
+struct FreeNode {
+  void operator()(void* node) const { plist_free(node); }
+};
+using OwnedNode = std::unique_ptr<void, FreeNode>;
+
 QVariant valueOf(plist_t node, int depth);
 
 QVariantMap dictionaryOf(plist_t node, int depth) {
@@ -93,15 +98,31 @@ QVariant valueOf(plist_t node, int depth) {
   }
 }
 
+/// A property list in its text form, whichever form it has. A key with a NUL in it is cut off there.
+QByteArray asXml(const QByteArray& data) {
+  if (!plist_is_binary(data.constData(), static_cast<uint32_t>(data.size()))) return data;
+  plist_t root = nullptr;
+  plist_from_bin(data.constData(), static_cast<uint32_t>(data.size()), &root);
+  const OwnedNode owned(root);
+  if (!root) return {};
+  char* text = nullptr;
+  uint32_t length = 0;
+  plist_to_xml(root, &text, &length);
+  const std::unique_ptr<char, void (*)(char*)> ownedText(text,
+                                                         [](char* memory) { plist_to_xml_free(memory); });
+  return QByteArray(text, static_cast<qsizetype>(length));
+}
+
 }  // namespace
 
 QVariant propertyListFromData(const QByteArray& data) {
   if (data.isEmpty() || data.size() > 16 * 1024 * 1024) return {};
+  const QByteArray xml = asXml(data);
+  // libplist ends the process when it is asked for a string with a NUL in it, which only a damaged file has.
+  if (xml.contains('\0')) return {};
   plist_t root = nullptr;
-  plist_from_memory(data.constData(), static_cast<uint32_t>(data.size()), &root);
-  const std::unique_ptr<void, void (*)(void*)> owned(root, [](void* node) {
-    if (node) plist_free(node);
-  });
+  plist_from_xml(xml.constData(), static_cast<uint32_t>(xml.size()), &root);
+  const OwnedNode owned(root);
   return valueOf(root, 0);
 }
 

@@ -3,6 +3,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -25,6 +26,8 @@ void fill(QMessageBox& box, const Alert& alert) {
   box.setTextFormat(Qt::PlainText);
   box.setText(alert.messageText);
   box.setInformativeText(alert.informativeText);
+  // The box passes its text format on to its message alone.
+  for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
   box.setWindowTitle(QApplication::applicationDisplayName());
 
   struct Choice {

@@ -30,7 +30,12 @@ constexpr int BestQuality = 100;
 }  // namespace
 
 void VelmoraDocument::displayTabView() {
-  if (tabView_) tabView_->repaint();
+  if (!tabView_) return;
+  tabView_->repaint();
+  // A chart covers what is behind it, so it is not painted with it.
+  for (QWidget* inside : tabView_->findChildren<QWidget*>()) {
+    if (inside->isVisible()) inside->repaint();
+  }
 }
 
 QByteArray VelmoraDocument::getJPEGData() {

@@ -91,7 +91,8 @@ RecordingDocument* RecordApplication::front() const {
 }
 
 QStringList RecordApplication::rescueCopies() const {
-  return QDir(home.path(QStringLiteral(".local/share/%1/Rescued").arg(BundleIdentifier))).entryList(QDir::Files);
+  return QDir(home.path(QStringLiteral(".local/share/%1/Rescued").arg(BundleIdentifier)))
+      .entryList(QDir::Files);
 }
 
 void RecordApplication::chooseStudy(const QVariantMap& request) {

@@ -26,9 +26,9 @@ class RecordingDelegate : public VelmoraApplicationDelegate {
   void addToCachedDatabaseFiles(const QString& fileName) override;
 };
 
-/// An application of the family, "Recorder", on a desktop of stand-ins and with a home folder of its own. Its documents
-/// are RecordingDocuments, its data files end in ".rec", and dates look like 31/12/2024. The controller has been
-/// woken (awakeFromNib), not launched.
+/// An application of the family, "Recorder", on a desktop of stand-ins and with a home folder of its own. Its
+/// documents are RecordingDocuments, its data files end in ".rec", and dates look like 31/12/2024. The
+/// controller has been woken (awakeFromNib), not launched.
 class RecordApplication {
  public:
   static QVariantMap informationOf(const QString& bundleIdentifier);
@@ -51,7 +51,9 @@ class RecordApplication {
 
   // Records.
 
-  QString pathOfRecord(const QString& name) const { return saveFolder() + QStringLiteral("/%1.rec").arg(name); }
+  QString pathOfRecord(const QString& name) const {
+    return saveFolder() + QStringLiteral("/%1.rec").arg(name);
+  }
   /// Puts a record with that identifier and those examinations into the save folder.
   void writeRecord(const QString& name, const QStringList& exams = {QStringLiteral("01/02/2023")},
                    const QString& birthDate = QStringLiteral("03/04/2020"));

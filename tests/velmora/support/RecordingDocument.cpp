@@ -75,6 +75,7 @@ platform::FileResult RecordingDocument::contentFromJson(const QJsonObject& conte
   identifierOfRecord_ = content.value(QStringLiteral("identifier")).toString();
   birthDateOfRecord_ = content.value(QStringLiteral("birthDate")).toString();
   exams.clear();
-  for (const QJsonValue& exam : content.value(QStringLiteral("exams")).toArray()) exams.append(exam.toString());
+  for (const QJsonValue& exam : content.value(QStringLiteral("exams")).toArray())
+    exams.append(exam.toString());
   return platform::FileResult::success();
 }

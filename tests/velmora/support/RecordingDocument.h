@@ -5,8 +5,8 @@
 
 #include "velmora/document/VelmoraDocument.h"
 
-/// A document of an application of the family that keeps, in order, what the framework asks of it. An examination of
-/// its record is nothing but its date, as text.
+/// A document of an application of the family that keeps, in order, what the framework asks of it. An
+/// examination of its record is nothing but its date, as text.
 class RecordingDocument : public VelmoraDocument {
  public:
   using VelmoraDocument::VelmoraDocument;

@@ -16,7 +16,8 @@ namespace user {
 
 void bringToFront(platform::Document& document) {
   document.showWindows();
-  if (!QTest::qWaitForWindowActive(document.window())) ADD_FAILURE() << "The window does not come to the front";
+  if (!QTest::qWaitForWindowActive(document.window()))
+    ADD_FAILURE() << "The window does not come to the front";
 }
 
 QWidget* widget(platform::Document& document, const char* name) {

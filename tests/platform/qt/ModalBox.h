@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTimer>
+#include <functional>
+
+namespace testing_support {
+
+/// Calls `person` with the dialog that opens next, in its own event loop. A dialog opens before its loop
+/// begins, so the first event of that loop finds it open.
+template <typename Dialog>
+void whenOpen(std::function<void(Dialog&)> person) {
+  QTimer::singleShot(0, qApp, [person = std::move(person)] {
+    auto* dialog = dynamic_cast<Dialog*>(QApplication::activeModalWidget());
+    if (!dialog) {
+      ADD_FAILURE() << "no such dialog is open";
+      if (QWidget* other = QApplication::activeModalWidget()) other->close();
+      return;
+    }
+    person(*dialog);
+  });
+}
+
+}  // namespace testing_support

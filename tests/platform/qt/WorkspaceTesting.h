@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTextBrowser>
+
+#include "platform/qt/QtWorkspace.h"
+
+namespace testing_support {
+
+/// A desktop whose applications stand in a data folder of the test's own.
+class RealWorkspace : public testing::Test {
+ protected:
+  RealWorkspace() : before_(qgetenv("XDG_DATA_HOME")) {
+    qputenv("XDG_DATA_HOME", QFile::encodeName(data.path()));
+    QDir().mkpath(data.path() + "/applications");
+  }
+  ~RealWorkspace() override { qputenv("XDG_DATA_HOME", before_); }
+
+  QString entry(const QString& identifier) const {
+    return data.path() + "/applications/" + identifier + ".desktop";
+  }
+  void install(const QString& identifier, const QByteArray& lines) const {
+    QFile file(entry(identifier));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[Desktop Entry]\nType=Application\nName=Viewer\n" + lines);
+  }
+
+  QTemporaryDir data;
+  platform::qt::QtWorkspace workspace;
+
+ private:
+  QByteArray before_;
+};
+
+/// Stands for the user's programs for files.
+class ProgramForFiles {
+ public:
+  ProgramForFiles() {
+    QObject::connect(&browser_, &QTextBrowser::sourceChanged, &browser_,
+                     [this](const QUrl& url) { opened.append(url); });
+    QDesktopServices::setUrlHandler("file", &browser_, "setSource");
+  }
+  ~ProgramForFiles() { QDesktopServices::unsetUrlHandler("file"); }
+  ProgramForFiles(const ProgramForFiles&) = delete;
+  ProgramForFiles& operator=(const ProgramForFiles&) = delete;
+
+  QList<QUrl> opened;
+
+ private:
+  QTextBrowser browser_;
+};
+
+}  // namespace testing_support

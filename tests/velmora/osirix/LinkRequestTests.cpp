@@ -1,0 +1,305 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <thread>
+
+#include "platform/AssertionFailure.h"
+#include "platform/DateFormatter.h"
+#include "platform/testing/LogRecorder.h"
+#include "tests/velmora/support/RecordApplication.h"
+#include "velmora/osirix/LinkProtocol.h"
+#include "velmora/resources/SettingsKeys.h"
+
+namespace keys = velmora::link;
+namespace settings = velmora::settings;
+using testing_support::RecordApplication;
+using testing_support::study;
+using user::textOf;
+
+namespace {
+
+QVariantMap without(QVariantMap request, const QString& key) {
+  request.remove(key);
+  return request;
+}
+
+QVariantMap with(QVariantMap request, const QString& key, const QVariant& value) {
+  request.insert(key, value);
+  return request;
+}
+
+}  // namespace
+
+TEST(LinkRequest, FillsTheFrontDocument) {
+  RecordApplication application;
+  RecordingDocument& back = application.newRecord();
+  RecordingDocument& document = application.newRecord();
+  application.chooseStudy(study("AB1"));
+
+  EXPECT_EQ(textOf(document, "referenceIDField"), "AB1");
+  EXPECT_EQ(textOf(document, "birthDateField"), "30/06/2021");
+  EXPECT_EQ(textOf(document, "examDateField"), "29/04/2024");
+  EXPECT_EQ(document.patientName(), "Doe^Jane");
+  EXPECT_EQ(document.osiriXStudyID(), QVariant("1.2.840.99"));
+  EXPECT_TRUE(document.isDocumentEdited());
+  EXPECT_EQ(back.identifier(), "");
+  EXPECT_EQ(application.controller.documents().size(), 2) << "no document is made for it";
+}
+
+TEST(LinkRequest, RefreshesTheDisplayLastAndAfterMarkingTheDocumentChanged) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  application.chooseStudy(study("AB1"));
+  EXPECT_EQ(document.calls, (QStringList{"updateDisplay 0", "synchronizeToData 0"}));
+  EXPECT_EQ(document.changedByThen, (QList<bool>{true, true}));
+  EXPECT_EQ(document.exams, QStringList{"29/04/2024"}) << "stored, so the exam date was there by then";
+}
+
+TEST(LinkRequest, FillsADocumentThatIsNotBlankToo) {
+  RecordApplication application;
+  application.writeRecord("OLD");
+  RecordingDocument& document = application.openRecord("OLD");
+  application.chooseStudy(study("AB1"));
+  EXPECT_EQ(document.identifier(), "AB1");
+}
+
+TEST(LinkRequest, WithoutAutoSaveFillsTheFrontDocumentEvenIfThePatientHasAFile) {
+  RecordApplication application;
+  application.keepRecord("AB1");
+  RecordingDocument& document = application.newRecord();
+  application.chooseStudy(study("AB1"));
+  application.pass(1);
+  EXPECT_EQ(application.front(), &document);
+  EXPECT_EQ(document.identifier(), "AB1");
+  EXPECT_EQ(document.exams.size(), 1);
+  EXPECT_TRUE(application.delegate.asked.isEmpty());
+}
+
+TEST(LinkRequest, OpensTheFileOfAReturningPatientAndAddsAnExamination) {
+  RecordApplication application;
+  application.turnOn(settings::AutoSave);
+  application.keepRecord("AB1", {"01/02/2023"});
+  application.newRecord();
+  application.chooseStudy(study("AB1"));
+
+  ASSERT_EQ(application.controller.documents().size(), 1) << "the document that was in front is closed";
+  RecordingDocument* record = application.front();
+  EXPECT_EQ(record->fileURL().toLocalFile(), application.pathOfRecord("AB1"));
+  EXPECT_EQ(record->exams, QStringList{"01/02/2023"});
+  EXPECT_FALSE(record->isDocumentEdited());
+  application.pass(0.099);
+  EXPECT_EQ(record->exams.size(), 1);
+  application.pass(0.001);
+  EXPECT_EQ(record->exams, (QStringList{"01/02/2023", "29/04/2024"}));
+  EXPECT_EQ(record->currentExam(), 1U);
+  EXPECT_EQ(record->patientName(), "Doe^Jane");
+  EXPECT_EQ(textOf(*record, "examDateField"), "29/04/2024");
+  EXPECT_TRUE(record->isDocumentEdited());
+  application.pass(10);
+  EXPECT_EQ(record->exams.size(), 2) << "one examination for one request";
+  EXPECT_TRUE(application.desktop.alerts.shown().isEmpty());
+}
+
+TEST(LinkRequest, LeavesIdentifierBirthDateAndStudyOfAReturningPatientAlone) {
+  RecordApplication application;
+  application.turnOn(settings::AutoSave);
+  application.keepRecord("AB1");
+  application.newRecord();
+  application.chooseStudy(study("AB1"));
+  application.pass(0.1);
+  RecordingDocument* record = application.front();
+  EXPECT_EQ(textOf(*record, "referenceIDField"), "AB1");
+  EXPECT_EQ(textOf(*record, "birthDateField"), "03/04/2020");
+  EXPECT_EQ(record->osiriXStudyID(), QVariant(""));
+}
+
+TEST(LinkRequest, AddsTheExaminationBeforeItAppliesNameAndDate) {
+  RecordApplication application;
+  application.turnOn(settings::AutoSave);
+  application.keepRecord("AB1");
+  application.newRecord();
+  application.chooseStudy(study("AB1"));
+  application.front()->forgetCalls();
+  application.pass(0.1);
+  EXPECT_EQ(application.front()->calls,
+            (QStringList{"synchronizeToData 0", "addExamination 0", "synchronizeFromData 1",
+                         "updateDisplay 1", "synchronizeToData 1"}));
+}
+
+TEST(LinkRequest, WithoutABirthDateLeavesTheFieldAsItWas) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  document.setBirthDate(platform::noonOf(QDate(2019, 1, 2)));
+  application.chooseStudy(without(study("AB1"), keys::DateOfBirth));
+  EXPECT_EQ(textOf(document, "birthDateField"), "02/01/2019");
+}
+
+TEST(LinkRequest, WithoutAStudyDateEmptiesTheExamDate) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  document.setExamDate(platform::noonOf(QDate(2019, 1, 2)));
+  application.chooseStudy(without(study("AB1"), keys::DateOfStudy));
+  EXPECT_EQ(textOf(document, "examDateField"), "");
+}
+
+TEST(LinkRequest, WithoutNameOrStudyKeepsNeither) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  document.setName("Somebody else");
+  document.setOsiriXStudyID("1.2");
+  application.chooseStudy({{keys::Identifier, "AB1"}});
+  EXPECT_EQ(document.identifier(), "AB1");
+  EXPECT_EQ(document.patientName(), "");
+  EXPECT_FALSE(document.osiriXStudyID().isValid());
+}
+
+TEST(LinkRequest, ReplacesEverySlashOfTheIdentifier) {
+  RecordApplication application;
+  application.turnOn(settings::AutoSave);
+  RecordingDocument& document = application.newRecord();
+  application.chooseStudy(study("12/345/6"));
+  EXPECT_EQ(document.identifier(), "12-345-6");
+  EXPECT_EQ(application.delegate.asked, QStringList{"12-345-6"}) << "the look-up sees it so, too";
+}
+
+TEST(LinkRequest, WithSlashesFindsTheFileNamedWithDashes) {
+  RecordApplication application;
+  application.turnOn(settings::AutoSave);
+  application.keepRecord("12-345-6");
+  application.newRecord();
+  application.chooseStudy(study("12/345/6"));
+  application.pass(0.1);
+  EXPECT_EQ(application.front()->exams.size(), 2);
+}
+
+TEST(LinkRequest, WithoutAnIdentifierTouchesNothing) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  const platform::Notification request{"", {}, without(study("AB1"), keys::Identifier)};
+  try {
+    application.controller.doLinkFromOsirix(request);
+    FAIL() << "an identifier is required";
+  } catch (const platform::AssertionFailure& failure) {
+    EXPECT_EQ(failure.message(), "Value==nil");
+    EXPECT_EQ(failure.sourceFile(), "VelmoraAppController");
+  }
+  EXPECT_TRUE(document.calls.isEmpty());
+  EXPECT_FALSE(document.isDocumentEdited());
+  EXPECT_EQ(textOf(document, "examDateField"), "");
+}
+
+TEST(LinkRequest, WithoutAnIdentifierLeavesOneLineInTheLog) {
+  RecordApplication application;
+  application.newRecord();
+  const platform::testing::LogRecorder log;
+  application.chooseStudy(without(study("AB1"), keys::Identifier));
+  EXPECT_EQ(log.lines(), QStringList{"timed call: VelmoraAppController: Value==nil"});
+}
+
+TEST(LinkRequest, WithSomethingThatIsNoIdentifierTouchesNothing) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  const platform::testing::LogRecorder log;
+  const QVariantList odd{QVariantMap{{"a", 1}}, QVariantList{"AB1"}, QByteArray("AB1"), 17, true, QVariant()};
+  for (const QVariant& identifier : odd) {
+    application.chooseStudy(with(study("AB1"), keys::Identifier, identifier));
+  }
+  EXPECT_EQ(log.lines().size(), odd.size());
+  EXPECT_EQ(document.identifier(), "");
+  EXPECT_FALSE(document.isDocumentEdited());
+}
+
+TEST(LinkRequest, TakesAnEmptyIdentifierAsItIs) {
+  RecordApplication application;
+  application.turnOn(settings::AutoSave);
+  RecordingDocument& document = application.newRecord();
+  application.chooseStudy(study(""));
+  EXPECT_EQ(document.identifier(), "");
+  EXPECT_EQ(textOf(document, "examDateField"), "29/04/2024");
+}
+
+TEST(LinkRequest, WithDatesThatAreNoDatesIsARequestWithoutDates) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  document.setBirthDate(platform::noonOf(QDate(2019, 1, 2)));
+  for (const QVariant& odd :
+       QVariantList{"2021-06-30", 20210630, QVariantMap{}, QByteArray("x"), QDateTime()}) {
+    application.chooseStudy(with(with(study("AB1"), keys::DateOfBirth, odd), keys::DateOfStudy, odd));
+    EXPECT_EQ(textOf(document, "birthDateField"), "02/01/2019");
+    EXPECT_EQ(textOf(document, "examDateField"), "");
+  }
+}
+
+TEST(LinkRequest, KeepsAStudyIdentifierOfAnyTypeAsItCame) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  for (const QVariant& studyID :
+       QVariantList{42, QByteArray("\x01\x02"), QVariantList{"a", 1}, QVariantMap{{"a", 1}}}) {
+    application.chooseStudy(with(study("AB1"), keys::OsiriXStudyID, studyID));
+    EXPECT_EQ(document.osiriXStudyID(), studyID);
+  }
+}
+
+TEST(LinkRequest, WithANameThatIsNoTextHasNoName) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  application.chooseStudy(with(study("AB1"), keys::Name, QVariantMap{{"a", 1}}));
+  EXPECT_EQ(document.patientName(), "");
+  EXPECT_EQ(document.identifier(), "AB1");
+}
+
+TEST(LinkRequest, ShowsTheCalendarDayOfAPointInTime) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  const QDateTime lateEvening(QDate(2021, 6, 30), QTime(23, 59));
+  const QDateTime midnight(QDate(2024, 4, 29), QTime(0, 0));
+  application.chooseStudy(
+      with(with(study("AB1"), keys::DateOfBirth, lateEvening), keys::DateOfStudy, midnight));
+  EXPECT_EQ(textOf(document, "birthDateField"), "30/06/2021");
+  EXPECT_EQ(textOf(document, "examDateField"), "29/04/2024");
+}
+
+TEST(LinkRequest, WithNoDocumentOpenChangesNothing) {
+  RecordApplication application;
+  EXPECT_THROW(application.controller.doLinkFromOsirix({"", {}, study("AB1")}), std::out_of_range);
+  const platform::testing::LogRecorder log;
+  application.chooseStudy(study("AB1"));
+  EXPECT_EQ(log.lines().size(), 1);
+  EXPECT_TRUE(application.controller.documents().isEmpty());
+  application.pass(1);
+  EXPECT_EQ(log.lines().size(), 1);
+}
+
+TEST(LinkRequest, IsOnlyHandedToTheMainThreadByTheThreadThatHearsIt) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  std::thread([&] { application.controller.notifiedOfLinkFromOsirix({"", {}, study("AB1")}); }).join();
+  EXPECT_EQ(document.identifier(), "");
+  application.settle();
+  EXPECT_EQ(document.identifier(), "AB1");
+}
+
+TEST(LinkRequest, WaitsWhileAnAlertIsOpen) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  const platform::Alert notice{"Notice", "OK", "", "", ""};
+  application.desktop.alerts.expect(notice, platform::AlertDefaultReturn, [&] {
+    application.chooseStudy(study("AB1"));
+    EXPECT_EQ(document.identifier(), "");
+  });
+  application.desktop.alerts.runModal(notice);
+  application.settle();
+  EXPECT_EQ(document.identifier(), "AB1");
+}
+
+TEST(LinkRequest, IsHandledInTheOrderOfArrival) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  const QString name = keys::notificationName("org.velmora.recorder");
+  application.desktop.distributedCenter.deliver(name, keys::RequestObject, study("FIRST"));
+  application.desktop.distributedCenter.deliver(name, keys::RequestObject, study("SECOND"));
+  application.settle();
+  EXPECT_EQ(document.identifier(), "SECOND");
+  EXPECT_EQ(document.calls.count("updateDisplay 0"), 2);
+}
