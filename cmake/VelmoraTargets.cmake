@@ -22,6 +22,16 @@ if(VELMORA_SANITIZE)
                                                    -fno-omit-frame-pointer)
   target_link_options(velmora_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(VELMORA_FUZZ)
+  # clang leaves its sanitizers' symbols to the program, so what stands in a library alone cannot be checked there.
+  set(VELMORA_COMPLETE_LIBRARIES "")
+  target_compile_options(
+    velmora_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined
+                              -fno-omit-frame-pointer -Wno-unknown-warning-option)
+  target_link_options(velmora_options INTERFACE -fsanitize=address,undefined)
+else()
+  set(VELMORA_COMPLETE_LIBRARIES -Wl,--no-undefined)
+endif()
 
 # velmora_library(NAME [SOURCES ...] [PUBLIC targets...] [PRIVATE targets...])
 # A shared library. Undefined symbols are link errors, so what the link list leaves out cannot be used.
@@ -29,7 +39,7 @@ function(velmora_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
   add_library(${name} SHARED ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC velmora_options ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
-  target_link_options(${name} PRIVATE -Wl,--no-undefined)
+  target_link_options(${name} PRIVATE ${VELMORA_COMPLETE_LIBRARIES})
   set_target_properties(${name} PROPERTIES AUTORCC ON)
   if(TARGET Qt6::Widgets AND "Qt6::Widgets" IN_LIST ARG_PUBLIC)
     target_precompile_headers(${name} PRIVATE <QWidget> <QVariantMap> <QDateTime> <functional> <memory>)

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
+//
+// The data file's form, and printing. Writing the file stands in OrvDocumentSaving.cpp.
 #include "orv/OrvDocument.h"
 
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QMainWindow>
 
+#include "orv/OrvChecksum.h"
 #include "platform/Alert.h"
 #include "platform/Bundle.h"
 #include "platform/Localization.h"
-#include "platform/Log.h"
 #include "platform/Printing.h"
 #include "platform/Services.h"
 #include "platform/WindowController.h"
@@ -22,6 +23,7 @@ namespace {
 const QString FormatKey = QStringLiteral("format");
 const QString VersionKey = QStringLiteral("version");
 const QString ApplicationKey = QStringLiteral("application");
+const QString ChecksumKey = QStringLiteral("checksum");
 const QString ContentKey = QStringLiteral("content");
 
 }  // namespace
@@ -55,6 +57,10 @@ FileResult OrvDocument::readFromData(const QByteArray& data, const QString&) {
         localizedString("OrvDocument", "The file was written by a newer version of the application (%@)."),
         {file.value(ApplicationKey).toString()}));
   }
+  if (!orv::checksumHolds(data)) {
+    return FileResult::failure(
+        localizedString("OrvDocument", "The file is damaged (its checksum does not match)."));
+  }
   return contentFromJson(file.value(ContentKey).toObject(), version);
 }
 
@@ -66,9 +72,10 @@ FileResult OrvDocument::dataOfType(const QString&, QByteArray& data) {
       {ApplicationKey, QStringLiteral("%1 %2").arg(
                            bundle.stringForInfoDictionaryKey(QStringLiteral("CFBundleName")),
                            bundle.stringForInfoDictionaryKey(QStringLiteral("CFBundleShortVersionString")))},
+      {ChecksumKey, QString::fromLatin1(orv::emptyChecksum())},
       {ContentKey, contentToJson()},
   };
-  data = QJsonDocument(file).toJson(QJsonDocument::Indented);
+  data = orv::withChecksum(QJsonDocument(file).toJson(QJsonDocument::Indented));
   return FileResult::success();
 }
 
@@ -87,30 +94,4 @@ void OrvDocument::printDocument(const QVariantMap& settings, bool showPrintPanel
                                 localizedString("OrvVersion", "OK"), QString(), QString(), error});
   }
   if (didPrint) didPrint(this, printed);
-}
-
-FileResult OrvDocument::writeToURL(const QUrl& url, const QByteArray& data,
-                                   platform::SaveOperation operation) {
-  keptCopies_.keepEarlierVersion(url.toLocalFile());
-  return Document::writeToURL(url, data, operation);
-}
-
-QString OrvDocument::keepRescueCopy() {
-  QByteArray data;
-  if (!dataOfType(fileType(), data).ok()) return {};
-  const QString copy = keptCopies_.keepRescueCopy(displayName(), data);
-  if (!copy.isEmpty()) platform::logLine(QStringLiteral("Unsaved changes were kept as %1").arg(copy));
-  return copy;
-}
-
-void OrvDocument::presentSaveError(const QUrl& url, const QByteArray& data, const QString& reason) {
-  const QString name = QFileInfo(url.toLocalFile()).fileName();
-  const QString copy = keptCopies_.keepRescueCopy(name, data);
-  const QString kept =
-      copy.isEmpty() ? localizedString("OrvDocument",
-                                       "No copy could be kept: do not close the record before it is saved.")
-                     : formatted(localizedString("OrvDocument", "A copy was kept as '%@'."), {copy});
-  services().alerts.runModal(
-      {formatted(localizedString("OrvDocument", "The record '%@' could not be saved."), {name}),
-       localizedString("OrvVersion", "OK"), QString(), QString(), reason + QStringLiteral("\n\n") + kept});
 }

@@ -20,6 +20,10 @@ class OrvDocument : public platform::Document {
   platform::FileResult readFromData(const QByteArray& data, const QString& typeName) override;
   platform::FileResult dataOfType(const QString& typeName, QByteArray& data) override;
 
+  void keepUnsavedChanges() override;
+  /// Closes; unsaved changes leave a rescue copy, because another window has saved this record's file.
+  void fileWasReplaced() override;
+
   /// The view that is printed; the base answers the contents of the document's window.
   virtual QWidget* printableView() const;
   void printDocument(const QVariantMap& settings, bool showPrintPanel, DidPrint didPrint = {}) override;
@@ -33,8 +37,12 @@ class OrvDocument : public platform::Document {
   /// the document is not used.
   virtual platform::FileResult contentFromJson(const QJsonObject& content, int version) = 0;
 
-  /// Keeps the content as it is now outside the save folder, because it is about to be dropped. Gives the
-  /// path.
+  qint64 largestFile() const override { return 64LL * 1024 * 1024; }
+  void didReadFile(const QByteArray& data) override;
+
+  /// Keeps the content as it is now outside the save folder, because it is about to be dropped, and gives the
+  /// path. When no copy can be made the user may save it elsewhere; then, and when he does not, the path is
+  /// null.
   QString keepRescueCopy();
 
   platform::FileResult writeToURL(const QUrl& url, const QByteArray& data,
@@ -42,5 +50,15 @@ class OrvDocument : public platform::Document {
   void presentSaveError(const QUrl& url, const QByteArray& data, const QString& reason) override;
 
  private:
+  platform::FileResult keepWhatStandsAt(const QString& path, QString* copyOfAnother);
+  void tellAboutAnother(const QString& path, const QString& copy);
+  void saveElsewhere(const QByteArray& data);
+  QString fileNameForCopies() const;
+
   OrvKeptCopies keptCopies_;
+  /// Checksum of what this document last read from its file or wrote there; empty while it has no file.
+  QByteArray knownContents_;
+  /// Checksum of what this document last tried to write: a save may fail when that stands in its place
+  /// already.
+  QByteArray attemptedContents_;
 };

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "orv/graphPlot.h"
+#include "platform/Guard.h"
 
 OrvGraphView::OrvGraphView(QWidget* parent) : QWidget(parent), plot_(std::make_unique<GraphPlot>()) {
   // Clicking the chart ends the edit of a field, so that what was typed belongs to the examination it was
@@ -115,10 +116,12 @@ void OrvGraphView::mousePressEvent(QMouseEvent* event) {
 // painting.
 void OrvGraphView::paintEvent(QPaintEvent*) {
   QCPPainter painter(this);
-  plot_->layOut(size());
-  plot_->paint(painter);
-  const bool mayShow = !shouldShowHighlight_ || shouldShowHighlight_();
-  if (highlighted_ && mayShow) plot_->paintHighlight(painter, *highlighted_);
+  platform::guarded("chart", [&] {
+    plot_->layOut(size());
+    plot_->paint(painter);
+    const bool mayShow = !shouldShowHighlight_ || shouldShowHighlight_();
+    if (highlighted_ && mayShow) plot_->paintHighlight(painter, *highlighted_);
+  });
 }
 
 // What a screen reader says: what is charted, against what, and the points.

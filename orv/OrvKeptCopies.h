@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 namespace platform {
 class FileManager;
@@ -18,24 +19,29 @@ class OrvKeptCopies {
   OrvKeptCopies(platform::FileManager& files, const platform::RunLoop& clock,
                 const QString& bundleIdentifier);
 
-  /// Keeps what stands at `path` now, if anything does, before it is replaced. At most MostVersions copies of
-  /// a file are kept; older ones than OldestDays go, except the newest one. A failure is logged and stops
-  /// nothing.
-  void keepEarlierVersion(const QString& path);
+  /// Keeps `contents`, what stands at `path` now, before it is replaced. Gives the path of the copy, or a
+  /// null string, with a log line, when none could be made. At most MostVersions copies of a file are kept;
+  /// those older than OldestDays go, except the newest one.
+  QString keepEarlierVersion(const QString& path, const QByteArray& contents);
   /// Keeps `contents` under a name made from `name`; gives the path, or a null string when that failed too.
+  /// Those older than OldestDays go.
   QString keepRescueCopy(const QString& name, const QByteArray& contents);
+  /// Removes what copying that was cut off by a power cut or a kill has left. `extensions`: of the data
+  /// files.
+  void removeAbandonedCopies(const QStringList& extensions);
 
   static constexpr int MostVersions = 20;
   static constexpr int OldestDays = 365;
 
+  /// The copies of one file, named by the UTC time of the copying: they sort by time.
   QString earlierVersionsFolder(const QString& path) const;
   QString rescueFolder() const { return root_ + QStringLiteral("/Rescued"); }
 
  private:
-  QString stamp() const;
   bool makePrivateFolder(const QString& path);
   bool writePrivately(const QString& path, const QByteArray& contents);
   void prune(const QString& folder);
+  void pruneRescueCopies();
 
   platform::FileManager& files_;
   const platform::RunLoop& clock_;

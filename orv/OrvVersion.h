@@ -15,10 +15,10 @@ class OrvVersion : public QObject {
 
   /// The application's name as people know it.
   QString applicationName() const;
-  /// Looks for a newer version and, when that has ended, posts "VersionCheckSuccessful" or
-  /// "VersionCheckUnsuccessful" on the local notification centre, never before this call has returned.
-  /// `userAsked` tells a check that somebody waits for from an automatic one. Where the information
-  /// dictionary names no address to ask, the check is unsuccessful.
+  /// Ends a version check with "VersionCheckSuccessful" or "VersionCheckUnsuccessful" on the local
+  /// notification centre, never before this call has returned. There is nowhere to ask for newer versions
+  /// yet, so every check is unsuccessful. `userAsked` tells a check that somebody waits for from an automatic
+  /// one.
   void checkVersion(bool userAsked);
 
  private:

@@ -33,7 +33,8 @@ class Alerts {
 
   /// Shows the alert application-modally and returns the answer (AlertReturn).
   virtual int runModal(const Alert& alert) = 0;
-  /// Shows the alert as a sheet on `window` and returns at once; `didEnd` gets the answer, unless `owner` has gone.
+  /// Shows the alert as a sheet on `window` and returns at once; `didEnd` gets the answer, unless `owner` has
+  /// gone.
   virtual void beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner,
                                         DidEnd didEnd) = 0;
 };

@@ -16,7 +16,9 @@ class Bundle {
   /// A value of the information dictionary; invalid when the key is absent.
   QVariant objectForInfoDictionaryKey(const QString& key) const { return info_.value(key); }
   QString stringForInfoDictionaryKey(const QString& key) const { return info_.value(key).toString(); }
-  QString bundleIdentifier() const { return stringForInfoDictionaryKey(QStringLiteral("CFBundleIdentifier")); }
+  QString bundleIdentifier() const {
+    return stringForInfoDictionaryKey(QStringLiteral("CFBundleIdentifier"));
+  }
   /// The folder that holds what the bundle carries.
   const QString& resourcePath() const { return resourcePath_; }
 

@@ -36,9 +36,9 @@ int fullYear(int twoDigits, const QDate& today) {
 /// right-to-left dates in order: people type the digits that their keyboard has.
 QString plainDigits(const QString& text) {
   QString plain;
-  for (const QChar c : text) {
-    if (c == QChar(0x200E) || c == QChar(0x200F) || c == QChar(0x061C)) continue;
-    plain += c.isDigit() ? QChar(static_cast<char16_t>(u'0' + c.digitValue())) : c;
+  for (const char32_t c : text.toUcs4()) {
+    if (c == 0x200E || c == 0x200F || c == 0x061C) continue;
+    plain += QChar::isDigit(c) ? QString::number(QChar::digitValue(c)) : QString::fromUcs4(&c, 1);
   }
   return plain.trimmed();
 }
@@ -55,7 +55,8 @@ QString numericOrder(const QString& format) {
   return format.contains(QLatin1String("MMM")) ? QString() : order;
 }
 
-/// Three numbers, in the order of the locale whatever stands between them, or year first where that has four digits.
+/// Three numbers, in the order of the locale whatever stands between them, or year first where that has four
+/// digits.
 QDate numericDate(const QString& text, QString order, const QDate& today) {
   static const QRegularExpression threeNumbers(
       QStringLiteral("^([0-9]{1,4})[^0-9\\p{L}+]{1,3}([0-9]{1,2})[^0-9\\p{L}+]{1,3}([0-9]{1,4})\\.?$"));
@@ -86,9 +87,10 @@ QDate spelledDate(const QLocale& locale, const QString& text, const QString& for
   static const QRegularExpression lastTwo(QStringLiteral("(?<![0-9])([0-9]{2})$"));
   const auto match = lastTwo.match(text);
   if (!match.hasMatch()) return {};
-  return locale.toDate(text.left(match.capturedStart(1)) +
-                           QStringLiteral("%1").arg(fullYear(match.captured(1).toInt(), today), 4, 10, QLatin1Char('0')),
-                       format);
+  return locale.toDate(
+      text.left(match.capturedStart(1)) +
+          QStringLiteral("%1").arg(fullYear(match.captured(1).toInt(), today), 4, 10, QLatin1Char('0')),
+      format);
 }
 
 }  // namespace
@@ -99,23 +101,34 @@ QString DateFormatter::stringFromDate(const QDateTime& date) const {
   if (!date.isValid()) return {};
   const QDateTime local = date.toLocalTime();
   QStringList parts;
-  if (dateStyle_ == Style::Short) parts += locale_.toString(local.date(), fourDigitYearFormat(locale_));
+  if (dateStyle_ == Style::Short) parts += stringFromDate(local.date());
   if (timeStyle_ == Style::Short) parts += locale_.toString(local.time(), QLocale::ShortFormat);
   return parts.join(QLatin1Char(' '));
 }
 
-QString DateFormatter::stringFromDate(const QDate& date) const { return stringFromDate(noonOf(date)); }
+QString DateFormatter::stringFromDate(const QDate& day) const {
+  if (!day.isValid() || dateStyle_ != Style::Short) return {};
+  return locale_.toString(day, fourDigitYearFormat(locale_));
+}
 
-QDateTime DateFormatter::dateFromString(const QString& text) const {
+QDateTime DateFormatter::dateFromString(const QString& text) const { return noonOf(dayFromString(text)); }
+
+QDate DateFormatter::dayFromString(const QString& text) const {
   const QString trimmed = text.trimmed();
   if (trimmed.isEmpty() || dateStyle_ != Style::Short) return {};
   const QString format = fourDigitYearFormat(locale_);
   QDate date = numericDate(trimmed, numericOrder(format), today_);
   if (!date.isValid()) date = spelledDate(locale_, trimmed, format, today_);
-  if (!date.isValid() || date.year() < 1) return {};
-  return noonOf(date);
+  return date.isValid() && date.year() >= 1 ? date : QDate();
 }
 
-QDateTime noonOf(const QDate& day) { return day.isValid() ? QDateTime(day, QTime(12, 0)) : QDateTime(); }
+QDateTime noonOf(const QDate& day) {
+  if (!day.isValid()) return {};
+  const QDateTime noon(day, QTime(12, 0));
+  if (noon.isValid()) return noon;
+  // Clocks have jumped over noon, too: Morocco's did on 3 June 1967.
+  const QDateTime later(day, QTime(13, 0));
+  return later.isValid() ? later : noon;
+}
 
 }  // namespace platform

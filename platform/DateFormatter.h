@@ -10,9 +10,9 @@ namespace platform {
 
 /// Dates and times as the user reads and types them, in the locale's own style.
 ///
-/// The short date style always has the year in four digits, for showing and for parsing alike: these are birth dates,
-/// and a two-digit year would be read a century off. When two digits are typed they mean the year from 80 years back
-/// to 20 years ahead of `today`.
+/// The short date style always has the year in four digits, for showing and for parsing alike: these are
+/// birth dates, and a two-digit year would be read a century off. When two digits are typed they mean the
+/// year from 80 years back to 20 years ahead of `today`.
 class DateFormatter {
  public:
   enum class Style { None, Short };
@@ -22,11 +22,17 @@ class DateFormatter {
   void setDateStyle(Style style) { dateStyle_ = style; }
   void setTimeStyle(Style style) { timeStyle_ = style; }
 
-  /// The text for a point in time, as the calendar and the clock of this machine's time zone show it; empty for none.
+  /// The text for a point in time, as the calendar and the clock of this machine's time zone show it; empty
+  /// for none.
   QString stringFromDate(const QDateTime& date) const;
-  QString stringFromDate(const QDate& date) const;
-  /// The point in time that the text stands for: noon of that day, local time, so that no change of time zone within
-  /// reason turns it into its neighbour. Invalid when the text is no date in this style. Date style only.
+  /// The text for a calendar day, which no time zone can touch. Date style only.
+  QString stringFromDate(const QDate& day) const;
+  /// The calendar day that the text stands for; invalid when it is no date in this style. Date style only.
+  QDate dayFromString(const QString& text) const;
+  /// The point in time that the text stands for: noon of that day, local time, so that no change of time zone
+  /// within reason turns it into its neighbour. Invalid when the text is no date in this style, and for the
+  /// few days that a time zone left out when it moved across the date line; date() is that day all the same.
+  /// Date style only.
   QDateTime dateFromString(const QString& text) const;
 
  private:
@@ -36,7 +42,8 @@ class DateFormatter {
   Style timeStyle_ = Style::None;
 };
 
-/// Noon, local time, of a calendar day: how a calendar date travels as a point in time.
+/// Noon, local time, of a calendar day: how a calendar date travels as a point in time. One o'clock where the
+/// clocks jumped over noon; invalid for a day that the local time zone left out.
 QDateTime noonOf(const QDate& day);
 
 }  // namespace platform

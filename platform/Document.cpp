@@ -2,6 +2,7 @@
 #include "platform/Document.h"
 
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <exception>
 
 #include "platform/Alert.h"
@@ -31,7 +32,7 @@ QString Document::displayName() const {
 FileResult Document::readFromURL(const QUrl& url) {
   QByteArray data;
   const QString path = url.toLocalFile();
-  FileResult result = services_.fileManager.readFile(path, data);
+  FileResult result = services_.fileManager.readFile(path, data, largestFile());
   if (!result.ok()) return result;
   try {
     result = readFromData(data, pathExtension(path));
@@ -41,6 +42,7 @@ FileResult Document::readFromURL(const QUrl& url) {
   if (!result.ok()) return result;
   fileType_ = pathExtension(path);
   setFileURL(url);
+  didReadFile(data);
   updateChangeCount(ChangeType::Cleared);
   return result;
 }
@@ -118,14 +120,24 @@ void Document::documentShouldClose(Document* document, bool shouldClose) {
 }
 
 void Document::performClose() {
-  // What is being typed belongs to the record, and leaving the field may itself have consequences (another file is
-  // opened in place of this document). So the edit ends first, and the question comes after what that sets going.
+  // A second click on the close button, while the first is being dealt with, asks nothing new.
+  if (askingToClose_ || closed_) return;
+  askingToClose_ = true;
+  // What is being typed belongs to the record, and leaving the field may itself have consequences (another
+  // file is opened in place of this document). So the edit ends first, and the question comes after what that
+  // sets going.
   TextFieldEditing::endEditing(windowForSheet());
   services_.runLoop.performAfterDelay(this, 0, [this] {
-    if (closed_) return;
-    closedByUser_ = true;
-    canCloseDocument([this](Document* document, bool shouldClose) { documentShouldClose(document, shouldClose); });
-    if (!closed_) closedByUser_ = false;
+    closedByUser_ = !closed_;
+    // However the question ends, the next click asks again.
+    const auto asked = qScopeGuard([this] {
+      askingToClose_ = false;
+      if (!closed_) closedByUser_ = false;
+    });
+    if (!closed_) {
+      canCloseDocument(
+          [this](Document* document, bool shouldClose) { documentShouldClose(document, shouldClose); });
+    }
   });
 }
 
@@ -139,6 +151,8 @@ void Document::close() {
   }
   if (services_.documentController) services_.documentController->removeDocument(this);
 }
+
+void Document::releaseWindows() { windowControllers_.clear(); }
 
 void Document::printDocument(const QVariantMap&, bool, DidPrint didPrint) {
   if (didPrint) didPrint(this, false);

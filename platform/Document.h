@@ -23,11 +23,12 @@ class WindowController;
 enum class SaveOperation { Save, SaveAs, SaveTo };
 enum class ChangeType { Done, Undone, Cleared };
 
-/// One document: a file (or none yet), its content in memory, its windows, and whether it has unsaved changes.
+/// One document: a file (or none yet), its content in memory, its windows, and whether it has unsaved
+/// changes.
 ///
-/// The document controller owns it. close() detaches it at once and destroys it after the current event, because
-/// documents close themselves in the middle of their own operations: nobody keeps a plain pointer to one across an
-/// alert or a delay.
+/// The document controller owns it. close() detaches it at once and destroys it after the current event,
+/// because documents close themselves in the middle of their own operations: nobody keeps a plain pointer to
+/// one across an alert or a delay.
 class Document : public QObject {
  public:
   using DidSave = std::function<void(Document*, bool didSave)>;
@@ -67,6 +68,9 @@ class Document : public QObject {
   virtual void makeWindowControllers();
   /// Called when a window of the document has been loaded. The base does nothing; an override calls it first.
   virtual void windowControllerDidLoadNib(WindowController& windowController);
+  /// Called when windowControllerDidLoadNib() of all classes is through: the window shows the document as it
+  /// was read.
+  virtual void windowIsSetUp() {}
   /// Brings the document's windows to the front, loading them at first.
   void showWindows();
   /// The window that carries the document's sheets; none before it is loaded.
@@ -80,21 +84,21 @@ class Document : public QObject {
   virtual void saveDocument(DidSave didSave = {});
   virtual void saveDocumentAs(DidSave didSave = {});
   virtual void runModalSavePanelForSaveOperation(SaveOperation operation, DidSave didSave);
-  /// Sets the panel up before it runs; false gives up. A file URL set here only proposes a name: it is taken back
-  /// when the panel has run, so a cancelled panel leaves a document without a file as it was.
+  /// Sets the panel up before it runs; false gives up. A file URL set here only proposes a name: it is taken
+  /// back when the panel has run, so a cancelled panel leaves a document without a file as it was.
   virtual bool prepareSavePanel(SavePanel& panel);
   /// The type that the save panel writes; the base answers the type of the file that was read.
   virtual QString fileTypeFromLastRunSavePanel() const { return fileType_; }
-  /// Writes the content to `url`. After Save and SaveAs that is the document's file and its changes are cleared.
-  /// A failure is told to the user.
+  /// Writes the content to `url`. After Save and SaveAs that is the document's file and its changes are
+  /// cleared. A failure is told to the user.
   virtual void saveToURL(const QUrl& url, const QString& typeName, SaveOperation operation, DidSave didSave);
   /// What a document does as its own save delegate. The base does nothing.
   virtual void documentDidSave(Document* document, bool didSave);
 
   // Closing.
 
-  /// Asks whether the document may close and tells `shouldClose`. The base agrees when there are no changes, and asks
-  /// otherwise.
+  /// Asks whether the document may close and tells `shouldClose`. The base agrees when there are no changes,
+  /// and asks otherwise.
   virtual void canCloseDocument(ShouldClose shouldClose);
   /// Closes `document` when the answer was yes.
   virtual void documentShouldClose(Document* document, bool shouldClose);
@@ -103,6 +107,14 @@ class Document : public QObject {
   /// Closes without a question. Closing twice does nothing more.
   virtual void close();
   bool isClosed() const { return closed_; }
+  /// Another window has written a new version to this document's file: what is shown here is the past. The
+  /// base closes.
+  virtual void fileWasReplaced() { close(); }
+  /// Keeps unsaved changes somewhere, because the session ends and nobody can be asked. The base has nowhere.
+  virtual void keepUnsavedChanges() {}
+  /// Destroys the windows while the document is still whole. Called by the controller before it destroys the
+  /// document.
+  void releaseWindows();
   /// Whether it was the window's close button (or its command) that set the closing going.
   bool wasClosedByUser() const { return closedByUser_; }
 
@@ -116,15 +128,26 @@ class Document : public QObject {
   const QString& fileType() const { return fileType_; }
   void setFileType(const QString& type) { fileType_ = type; }
 
+  /// The largest file that readFromURL takes, in bytes.
+  virtual qint64 largestFile() const { return 256LL * 1024 * 1024; }
+  /// Told of the bytes of the document's file once they have been read and understood. The base does nothing.
+  virtual void didReadFile(const QByteArray&) {}
+  /// Whether the user has agreed, in the save panel, to replace what stands at the place of the save in
+  /// progress.
+  bool replacementConfirmed() const { return replacementConfirmed_; }
   /// Puts the content into the file at `url`.
   virtual FileResult writeToURL(const QUrl& url, const QByteArray& data, SaveOperation operation);
   /// Tells the user that saving to `url` failed.
   virtual void presentSaveError(const QUrl& url, const QByteArray& data, const QString& reason);
   /// Shows name and changed state in the windows' titles.
   void synchronizeWindowTitle();
-  const std::vector<std::unique_ptr<WindowController>>& windowControllers() const { return windowControllers_; }
+  const std::vector<std::unique_ptr<WindowController>>& windowControllers() const {
+    return windowControllers_;
+  }
 
  private:
+  void replaceOtherDocumentsOf(const QUrl& url);
+
   Services& services_;
   QUrl fileURL_;
   QString fileType_;
@@ -132,6 +155,8 @@ class Document : public QObject {
   int untitledNumber_ = 1;
   bool closed_ = false;
   bool closedByUser_ = false;
+  bool askingToClose_ = false;
+  bool replacementConfirmed_ = false;
   std::vector<std::unique_ptr<WindowController>> windowControllers_;
 };
 

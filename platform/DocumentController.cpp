@@ -8,11 +8,13 @@
 #include "platform/Alert.h"
 #include "platform/Application.h"
 #include "platform/AssertionFailure.h"
+#include "platform/Guard.h"
 #include "platform/Localization.h"
 #include "platform/Log.h"
 #include "platform/Panels.h"
 #include "platform/RunLoop.h"
 #include "platform/Services.h"
+#include "platform/TextFieldEditing.h"
 
 namespace platform {
 
@@ -32,9 +34,16 @@ DocumentController::DocumentController(Services& services) : services_(services)
 
 DocumentController::~DocumentController() {
   // Documents may still ask for their controller while they go.
+  ordered_.clear();
+  for (auto& document : documents_) closed_.push_back(std::move(document));
   documents_.clear();
-  closed_.clear();
+  destroyClosedDocuments();
   services_.documentController = nullptr;
+}
+
+void DocumentController::destroyClosedDocuments() {
+  for (const auto& document : closed_) document->releaseWindows();
+  closed_.clear();
 }
 
 QList<Document*> DocumentController::documents() const {
@@ -43,13 +52,17 @@ QList<Document*> DocumentController::documents() const {
   return all;
 }
 
-Document* DocumentController::documentForURL(const QUrl& url) const {
-  if (url.isEmpty()) return nullptr;
+Document* DocumentController::documentForURL(const QUrl& url) const { return documentsForURL(url).value(0); }
+
+QList<Document*> DocumentController::documentsForURL(const QUrl& url) const {
+  QList<Document*> found;
+  if (url.isEmpty()) return found;
   const QString path = canonicalPath(url);
   for (const auto& document : documents_) {
-    if (!document->fileURL().isEmpty() && canonicalPath(document->fileURL()) == path) return document.get();
+    if (!document->fileURL().isEmpty() && canonicalPath(document->fileURL()) == path)
+      found.append(document.get());
   }
-  return nullptr;
+  return found;
 }
 
 Document* DocumentController::adopt(std::unique_ptr<Document> document, bool display) {
@@ -74,9 +87,19 @@ void DocumentController::openDocument() {
   OpenPanel panel;
   panel.allowsMultipleSelection = true;
   if (runModalOpenPanel(panel, openableFileTypes()) != PanelOKButton) return;
+  const QList<Document*> before = documents();
+  bool openedOne = false;
   for (const QUrl& url : panel.urls) {
     QString error;
-    if (!openDocumentWithContentsOfURL(url, true, &error)) presentOpenError(url, error);
+    if (openDocumentWithContentsOfURL(url, true, &error)) {
+      openedOne = true;
+    } else {
+      presentOpenError(url, error);
+    }
+  }
+  // An untouched blank window has served its purpose once a record is open.
+  for (Document* document : before) {
+    if (openedOne && documents().contains(document) && isUntouched(*document)) document->close();
   }
 }
 
@@ -115,7 +138,17 @@ void DocumentController::presentOpenError(const QUrl& url, const QString& reason
                              localizedString("OrvVersion", "OK"), QString(), QString(), reason});
 }
 
+void DocumentController::endEditingEverywhere() {
+  for (const Document* document : documents()) TextFieldEditing::endEditing(document->windowForSheet());
+}
+
 void DocumentController::closeAllDocuments(DidCloseAll didCloseAll) {
+  endEditingEverywhere();
+  services_.runLoop.performAfterDelay(
+      this, 0, [this, didCloseAll = std::move(didCloseAll)] { closeAllNow(didCloseAll); });
+}
+
+void DocumentController::closeAllNow(DidCloseAll didCloseAll) {
   QList<QPointer<Document>> remaining;
   for (Document* document : ordered_) remaining.append(document);
   closeNextOf(std::move(remaining), [didCloseAll](bool all) {
@@ -124,7 +157,8 @@ void DocumentController::closeAllDocuments(DidCloseAll didCloseAll) {
 }
 
 void DocumentController::closeNextOf(QList<QPointer<Document>> remaining, DidCloseAll didCloseAll) {
-  while (!remaining.isEmpty() && (!remaining.first() || remaining.first()->isClosed())) remaining.removeFirst();
+  while (!remaining.isEmpty() && (!remaining.first() || remaining.first()->isClosed()))
+    remaining.removeFirst();
   if (remaining.isEmpty()) {
     didCloseAll(true);
     return;
@@ -146,29 +180,53 @@ void DocumentController::reviewUnsavedDocuments(DidCloseAll didReview) {
                                      [](const auto& document) { return document->isDocumentEdited(); });
   if (unsaved > 1) {
     const int answer = services_.alerts.runModal(
-        {formatted(localizedString("Document", "You have %ld documents with unsaved changes. Do you want to review "
-                                               "these changes before quitting?"),
+        {formatted(localizedString("Document",
+                                   "You have %ld documents with unsaved changes. Do you want to review "
+                                   "these changes before quitting?"),
                    {QString::number(unsaved)}),
          localizedString("Document", "Review Changes..."), localizedString("Document", "Discard Changes"),
          localizedString("OrvVersion", "Cancel"),
          localizedString("Document", "If you don't review your documents, all your changes will be lost.")});
     if (answer == AlertOtherReturn) return didReview(false);
-    if (answer == AlertAlternateReturn) return didReview(true);
+    if (answer == AlertAlternateReturn) {
+      for (Document* document : documents()) document->close();
+      return didReview(true);
+    }
   }
-  closeAllDocuments(std::move(didReview));
+  closeAllNow(std::move(didReview));
 }
 
 void DocumentController::terminate() {
   if (terminating_) return;
   terminating_ = true;
-  reviewUnsavedDocuments([this](bool mayQuit) {
-    if (!mayQuit) {
-      terminating_ = false;
-      return;
+  endEditingEverywhere();
+  services_.runLoop.performAfterDelay(this, 0, [this] {
+    try {
+      reviewUnsavedDocuments([this](bool mayQuit) {
+        if (!mayQuit) {
+          terminating_ = false;
+          return;
+        }
+        guarded("end", [this] { applicationWillTerminate(); });
+        services_.application.stop();
+      });
+    } catch (...) {
+      terminating_ = false;  // who could not be asked now can be asked again
+      throw;
     }
-    applicationWillTerminate();
-    services_.application.stop();
   });
+}
+
+bool DocumentController::sessionMayEnd(bool userCanBeAsked) {
+  endEditingEverywhere();
+  const auto unsaved = [](const auto& document) { return document->isDocumentEdited(); };
+  if (std::none_of(documents_.begin(), documents_.end(), unsaved)) return true;
+  if (!userCanBeAsked) {
+    for (Document* document : documents()) document->keepUnsavedChanges();
+    return true;
+  }
+  terminate();
+  return false;
 }
 
 bool DocumentController::isUntouched(const Document& document) const {
@@ -190,7 +248,7 @@ void DocumentController::removeDocument(Document* document) {
   documents_.erase(found);
   // Its own code may be running right now: it goes when the current event is over.
   services_.runLoop.performAfterDelay(this, 0, [this, leaving] {
-    closed_.clear();
+    destroyClosedDocuments();
     lastDocumentClosed(leaving);
   });
 }

@@ -15,8 +15,8 @@ namespace platform {
 
 struct OpenPanel;
 
-/// Makes, opens, orders and closes the documents of the application, and is the application's delegate: what happens
-/// at start and end is overridden in a subclass.
+/// Makes, opens, orders and closes the documents of the application, and is the application's delegate: what
+/// happens at start and end is overridden in a subclass.
 class DocumentController : public QObject {
  public:
   using DocumentFactory = std::function<std::unique_ptr<Document>()>;
@@ -37,6 +37,8 @@ class DocumentController : public QObject {
   Document* currentDocument() const { return ordered_.isEmpty() ? nullptr : ordered_.first(); }
   /// The open document of that file, or none. Two paths to one file are the same file.
   Document* documentForURL(const QUrl& url) const;
+  /// Every open document of that file: more than one only in the middle of a save.
+  QList<Document*> documentsForURL(const QUrl& url) const;
 
   // Making and opening.
 
@@ -44,8 +46,9 @@ class DocumentController : public QObject {
   /// Asks which files to open, and opens them.
   void openDocument();
   Document* openUntitledDocument(bool display);
-  /// Opens a file; one that is open already is given back, not opened twice, and comes to the front if displayed.
-  /// None when it cannot be opened: then `error`, if given, says why; without `error` nobody is told.
+  /// Opens a file; one that is open already is given back, not opened twice, and comes to the front if
+  /// displayed. None when it cannot be opened: then `error`, if given, says why; without `error` nobody is
+  /// told.
   Document* openDocumentWithContentsOfURL(const QUrl& url, bool display, QString* error = nullptr);
   /// Runs the open panel; an override may set it up first.
   virtual int runModalOpenPanel(OpenPanel& panel, const QStringList& fileTypes);
@@ -56,13 +59,17 @@ class DocumentController : public QObject {
 
   // Closing and quitting.
 
-  /// Closes the documents, front to back, each asking its question; stops at the first that stays.
+  /// Ends what is being edited; then, after what that sets going, closes the documents, front to back, each
+  /// asking its question. Stops at the first that stays.
   void closeAllDocuments(DidCloseAll didCloseAll);
-  /// Quits, unless the user keeps a document with unsaved changes.
+  /// Ends what is being edited, asks about unsaved changes, and quits unless the user keeps a document open.
   void terminate();
+  /// The session ends. True when the application may go with it: nothing is unsaved, or nobody can be asked
+  /// and the changes have been kept. Otherwise the questions of terminate() are on their way.
+  bool sessionMayEnd(bool userCanBeAsked);
   bool isTerminating() const { return terminating_; }
-  /// With this set, the application always has a document for the next patient: when the user has closed the last one
-  /// a new blank one appears, and closing an untouched blank one as the last quits.
+  /// With this set, the application always has a document for the next patient: when the user has closed the
+  /// last one a new blank one appears, and closing an untouched blank one as the last quits.
   void setKeepsBlankDocument(bool keeps) { keepsBlankDocument_ = keeps; }
 
   // What the application does at start and end. The base does nothing.
@@ -86,6 +93,9 @@ class DocumentController : public QObject {
  private:
   int firstFreeUntitledNumber() const;
   Document* adopt(std::unique_ptr<Document> document, bool display);
+  void endEditingEverywhere();
+  void destroyClosedDocuments();
+  void closeAllNow(DidCloseAll didCloseAll);
   void closeNextOf(QList<QPointer<Document>> remaining, DidCloseAll didCloseAll);
   void reviewUnsavedDocuments(DidCloseAll didReview);
   void lastDocumentClosed(bool userLeaves);

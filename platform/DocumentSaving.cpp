@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <exception>
 
 #include "platform/Alert.h"
 #include "platform/Document.h"
+#include "platform/DocumentController.h"
+#include "platform/Guard.h"
 #include "platform/Localization.h"
 #include "platform/Panels.h"
 #include "platform/Services.h"
@@ -29,7 +32,9 @@ void Document::runModalSavePanelForSaveOperation(SaveOperation operation, DidSav
   panel.title = localizedString("Document", "Save");
   panel.prompt = localizedString("Document", "Save");
   const QUrl fileBefore = fileURL_;
-  bool chosen = prepareSavePanel(panel);
+  bool chosen = false;
+  // A panel that could not be set up, for want of a folder that can be named, still lets the record be saved.
+  if (!guarded("save panel", [&] { chosen = prepareSavePanel(panel); })) chosen = true;
   if (chosen) {
     panel.requiredFileType = fileTypeFromLastRunSavePanel();
     panel.nameFieldStringValue = QFileInfo(fileURL_.toLocalFile()).fileName();
@@ -41,6 +46,8 @@ void Document::runModalSavePanelForSaveOperation(SaveOperation operation, DidSav
     if (didSave) didSave(this, false);
     return;
   }
+  replacementConfirmed_ = true;
+  const auto saved = qScopeGuard([this] { replacementConfirmed_ = false; });
   saveToURL(panel.url, fileTypeFromLastRunSavePanel(), operation, std::move(didSave));
 }
 
@@ -59,8 +66,17 @@ void Document::saveToURL(const QUrl& url, const QString& typeName, SaveOperation
     fileType_ = typeName;
     setFileURL(url);
     updateChangeCount(ChangeType::Cleared);
+    replaceOtherDocumentsOf(url);
   }
   if (didSave) didSave(this, result.ok());
+}
+
+void Document::replaceOtherDocumentsOf(const QUrl& url) {
+  // Two windows on one file would each overwrite what the other saves.
+  if (!services_.documentController) return;
+  for (Document* other : services_.documentController->documentsForURL(url)) {
+    if (other != this) other->fileWasReplaced();
+  }
 }
 
 void Document::documentDidSave(Document*, bool) {}
@@ -70,9 +86,10 @@ FileResult Document::writeToURL(const QUrl& url, const QByteArray& data, SaveOpe
 }
 
 void Document::presentSaveError(const QUrl& url, const QByteArray&, const QString& reason) {
-  services_.alerts.runModal({formatted(localizedString("Document", "The document could not be saved as '%@'."),
-                                       {QFileInfo(url.toLocalFile()).fileName()}),
-                             localizedString("OrvVersion", "OK"), QString(), QString(), reason});
+  services_.alerts.runModal(
+      {formatted(localizedString("Document", "The document could not be saved as '%@'."),
+                 {QFileInfo(url.toLocalFile()).fileName()}),
+       localizedString("OrvVersion", "OK"), QString(), QString(), reason});
 }
 
 }  // namespace platform

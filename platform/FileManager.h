@@ -28,8 +28,9 @@ class FileManager {
   virtual bool fileExistsAtPath(const QString& path) const;
   virtual bool isDirectory(const QString& path) const;
 
-  /// Every entry below the folder at any depth, hidden ones and folders included, as paths relative to it, until
-  /// `visit` answers false. Symbolic links are listed, not followed. A folder that does not exist yields nothing.
+  /// Every entry below the folder at any depth, hidden ones and folders included, as paths relative to it,
+  /// until `visit` answers false. Symbolic links are listed, not followed. A folder that does not exist
+  /// yields nothing.
   virtual void enumeratorAtPath(const QString& path, const std::function<bool(const QString&)>& visit) const;
   /// The names directly inside the folder, hidden ones included.
   virtual QStringList contentsOfDirectoryAtPath(const QString& path) const;
@@ -44,9 +45,15 @@ class FileManager {
   /// Reads a regular file whole, refusing anything above `limit` bytes.
   virtual FileResult readFile(const QString& path, QByteArray& contents,
                               qint64 limit = 256LL * 1024 * 1024) const;
-  /// Puts `contents` at `path` so that the file there is at any moment the old or the new one, whole, and is the new
-  /// one, on the disk itself, when this returns success. A failure leaves the old file as it was.
+  /// Puts `contents` at `path` so that the file there is at any moment the old or the new one, whole, and is
+  /// the new one, on the disk itself, when this returns success. After a failure it is the old one, unless
+  /// the failure came when the new one was in place and could only not be vouched for. A link is followed;
+  /// the rights of a file that is replaced stay; a protected file, and what is no file, are not replaced.
   virtual FileResult writeDurably(const QString& path, const QByteArray& contents);
+  /// Removes what writes that were cut off by a power cut or a kill have left in the folder: temporary files
+  /// of writeDurably, ".<16 hexadecimal digits>.<extension>.unfinished", for names with one of these
+  /// extensions. One that a living process is writing just now stays.
+  virtual void removeAbandonedFiles(const QString& folder, const QStringList& extensions);
 };
 
 /// "~" and "~/…" with the home folder in place of the tilde; a slash at the end is dropped.

@@ -17,12 +17,14 @@ QString expandingTildeInPath(const QString& path) {
 QString abbreviatingWithTildeInPath(const QString& path) {
   const QString home = QDir::homePath();
   if (home.size() > 1 && path == home) return QStringLiteral("~");
-  if (home.size() > 1 && path.startsWith(home + QLatin1Char('/'))) return QLatin1Char('~') + path.mid(home.size());
+  if (home.size() > 1 && path.startsWith(home + QLatin1Char('/')))
+    return QLatin1Char('~') + path.mid(home.size());
   return path;
 }
 
 namespace {
-/// Where the dot of the extension stands, or -1. A dot at the beginning of a name hides a file, it begins no extension.
+/// Where the dot of the extension stands, or -1. A dot at the beginning of a name hides a file, it begins no
+/// extension.
 qsizetype extensionDot(const QString& path) {
   const qsizetype name = path.lastIndexOf(QLatin1Char('/')) + 1;
   const qsizetype dot = path.lastIndexOf(QLatin1Char('.'));

@@ -3,8 +3,9 @@
 
 namespace platform {
 
-/// Tells drawing code what it draws for. A window is drawn for the screen, except while it is grabbed for an image or
-/// printed; marks that belong to the screen alone (the highlight of the current examination) ask here.
+/// Tells drawing code what it draws for. A window is drawn for the screen, except while it is grabbed for an
+/// image or printed; marks that belong to the screen alone (the highlight of the current examination) ask
+/// here.
 class GraphicsContext {
  public:
   bool currentContextDrawingToScreen() const { return offScreen_ == 0; }

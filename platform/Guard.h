@@ -5,10 +5,10 @@
 
 namespace platform {
 
-/// Runs `call` and lets no exception out: an exception that crosses Qt's event loop ends the process, and with it
-/// every open record. Whatever is caught is written to the log in one line that begins with `where`.
-/// Every place where Qt calls into our code goes through here: timed calls, hand-offs, actions, window and text
-/// field events, bus signals. Returns false when something was caught.
+/// Runs `call` and lets no exception out: an exception that crosses Qt's event loop ends the process, and
+/// with it every open record. Whatever is caught is written to the log in one line that begins with `where`.
+/// Every place where Qt calls into our code goes through here: timed calls, hand-offs, actions, window and
+/// text field events, bus signals. Returns false when something was caught.
 bool guarded(const char* where, const std::function<void()>& call);
 
 }  // namespace platform

@@ -6,8 +6,8 @@
 namespace platform {
 
 void NotificationCenter::addObserver(const QObject* observer, const QString& name, Handler handler) {
-  registrations_.push_back(
-      std::make_shared<Registration>(Registration{QPointer<const QObject>(observer), name, std::move(handler)}));
+  registrations_.push_back(std::make_shared<Registration>(
+      Registration{QPointer<const QObject>(observer), name, std::move(handler)}));
 }
 
 void NotificationCenter::removeObserver(const QObject* observer) {

@@ -23,11 +23,11 @@ class Printer {
  public:
   virtual ~Printer() = default;
 
-  /// Prints `view`, with the title of its window at the head of the page. `settings` may hold "OutputFile" (a path:
-  /// print into that PDF file) and "PrinterName". Without a panel nothing is asked. False when the user cancelled or
-  /// nothing could be printed; then `error` says why, unless it was the user.
-  virtual bool printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings, bool showPrintPanel,
-                         QString* error) = 0;
+  /// Prints `view`, with the title of its window at the head of the page. `settings` may hold "OutputFile" (a
+  /// path: print into that PDF file) and "PrinterName". Without a panel nothing is asked. False when the user
+  /// cancelled or nothing could be printed; then `error` says why, unless it was the user.
+  virtual bool printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings,
+                         bool showPrintPanel, QString* error) = 0;
 };
 
 }  // namespace platform

@@ -11,24 +11,22 @@ void RunLoop::performAfterDelay(const QObject* owner, double seconds, Call call)
   insert(owner, uptime() + std::max(0.0, seconds), std::move(call));
 }
 
-void RunLoop::performOnMainThread(const QObject* owner, Call call) { insert(owner, uptime(), std::move(call)); }
+void RunLoop::performOnMainThread(const QObject* owner, Call call) {
+  insert(owner, uptime(), std::move(call));
+}
 
 void RunLoop::insert(const QObject* owner, double due, Call call) {
   {
     const std::lock_guard lock(mutex_);
-    const auto later = std::upper_bound(pending_.begin(), pending_.end(), due,
-                                        [](double time, const Pending& other) { return time < other.due; });
-    pending_.insert(later, Pending{due, ++lastSequence_, QPointer<const QObject>(owner), std::move(call)});
+    pending_.emplace(Turn{due, ++lastSequence_}, Pending{QPointer<const QObject>(owner), std::move(call)});
   }
   scheduleChanged();
 }
 
 std::optional<RunLoop::Pending> RunLoop::takeDue(double time) {
   const std::lock_guard lock(mutex_);
-  if (pending_.empty() || pending_.front().due > time) return std::nullopt;
-  Pending first = std::move(pending_.front());
-  pending_.erase(pending_.begin());
-  return first;
+  if (pending_.empty() || pending_.begin()->first.due > time) return std::nullopt;
+  return std::move(pending_.extract(pending_.begin()).mapped());
 }
 
 void RunLoop::runDueCalls() {
@@ -45,7 +43,7 @@ void RunLoop::runDueCalls() {
   while (modalSessions_ == 0) {
     {
       const std::lock_guard lock(mutex_);
-      if (pending_.empty() || pending_.front().sequence > lastOfThisTurn) break;
+      if (pending_.empty() || pending_.begin()->first.sequence > lastOfThisTurn) break;
     }
     const std::optional<Pending> next = takeDue(time);
     if (!next) break;
@@ -59,7 +57,7 @@ std::optional<double> RunLoop::nextDue() const {
   if (modalSessions_ > 0) return std::nullopt;
   const std::lock_guard lock(mutex_);
   if (pending_.empty()) return std::nullopt;
-  return pending_.front().due;
+  return pending_.begin()->first.due;
 }
 
 RunLoop::ModalSession::ModalSession(RunLoop& runLoop) : runLoop_(runLoop) { ++runLoop_.modalSessions_; }

@@ -4,19 +4,20 @@
 #include <QDateTime>
 #include <QObject>
 #include <QPointer>
+#include <compare>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
-#include <vector>
 
 namespace platform {
 
 /// The main thread's timed calls and hand-offs, and the clock that goes with them.
 ///
-/// Calls that fall due together run in the order in which they were made. A call with delay zero runs after the
-/// current event, never within it. A call whose owner is gone is dropped. While an application-modal alert or panel
-/// is open nothing runs: what falls due waits until it closes, and then runs in order.
+/// Calls that fall due together run in the order in which they were made. A call with delay zero runs after
+/// the current event, never within it. A call whose owner is gone is dropped. While an application-modal
+/// alert or panel is open nothing runs: what falls due waits until it closes, and then runs in order.
 class RunLoop {
  public:
   using Call = std::function<void()>;
@@ -60,9 +61,12 @@ class RunLoop {
   std::optional<double> nextDue() const;
 
  private:
-  struct Pending {
+  struct Turn {
     double due;
     std::uint64_t sequence;
+    auto operator<=>(const Turn&) const = default;
+  };
+  struct Pending {
     QPointer<const QObject> owner;
     Call call;
   };
@@ -70,7 +74,7 @@ class RunLoop {
   std::optional<Pending> takeDue(double time);
 
   mutable std::mutex mutex_;
-  std::vector<Pending> pending_;  // in the order in which they are to run
+  std::map<Turn, Pending> pending_;  // in the order in which they are to run
   std::uint64_t lastSequence_ = 0;
   int modalSessions_ = 0;
   bool running_ = false;

@@ -20,8 +20,8 @@ class Application;
 class DocumentController;
 struct PrintInfo;
 
-/// What the desktop offers a program, made once: the real things in `main`, stand-ins in a test. It is passed to
-/// constructors; there are no other globals.
+/// What the desktop offers a program, made once: the real things in `main`, stand-ins in a test. It is passed
+/// to constructors; there are no other globals.
 struct Services {
   UserDefaults& defaults;
   NotificationCenter& notificationCenter;

@@ -2,6 +2,7 @@
 #include "platform/TextFieldEditing.h"
 
 #include <QFocusEvent>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QPointer>
 
@@ -18,18 +19,54 @@ TextFieldEditing* editingOf(const QLineEdit* field) {
   return nullptr;
 }
 
-/// A window that comes to the front, or a context menu that closes, gives the field the keyboard back: nothing new
-/// was asked of the field.
+/// A window that comes to the front, or a context menu that closes, gives the field the keyboard back:
+/// nothing new was asked of the field.
 bool onlyMovesWithTheWindow(Qt::FocusReason reason) {
   return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
          reason == Qt::MenuBarFocusReason;
+}
+
+/// Who walks through the fields with the keyboard passes more of them than he means to edit.
+bool walksThrough(Qt::FocusReason reason) {
+  return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+         reason == Qt::ShortcutFocusReason;
 }
 
 }  // namespace
 
 TextFieldEditing::TextFieldEditing(QLineEdit* field, TextFieldDelegate* delegate)
     : QObject(field), field_(field), delegate_(delegate) {
+  textBefore_ = field->text();
   field->installEventFilter(this);
+  connect(field, &QLineEdit::textEdited, this, [this] { textWasEdited(); });
+  connect(field, &QLineEdit::textChanged, this, [this] { textChanged(); });
+}
+
+void TextFieldEditing::textWasEdited() {
+  if (editing_ || !delegate_) return;
+  // Changed without an edit: a paste, a drop, an undo after Return. The question comes late, but it comes.
+  const QString before = textBefore_;
+  const QPointer<TextFieldEditing> self(this);
+  const bool began = begin();
+  if (!self) return;
+  if (!began) {
+    field_->setText(before);
+  } else if (!field_->hasFocus()) {
+    field_->setFocus(Qt::OtherFocusReason);  // an edit ends by leaving the field, so the user must be in it
+  }
+}
+
+void TextFieldEditing::textChanged() {
+  textBefore_ = field_->text();
+  if (!editing_) markIfImproper();
+}
+
+void TextFieldEditing::markIfImproper() {
+  if (!formatter_) return;
+  const QString text = field_->text();
+  const bool improper = !text.trimmed().isEmpty() && formatter_(text).isNull();
+  field_->setToolTip(improper ? complaint_ : QString());
+  field_->setStyleSheet(improper ? QStringLiteral("color: #b00020") : QString());
 }
 
 void TextFieldEditing::setFormatter(Formatter formatter, const QString& complaint) {
@@ -87,14 +124,18 @@ void TextFieldEditing::end() {
     const QString text = field_->text();
     const QString proper = text.trimmed().isEmpty() ? QStringLiteral("") : formatter_(text);
     if (!proper.isNull() && proper != text) field_->setText(proper);
-    field_->setToolTip(proper.isNull() ? complaint_ : QString());
-    field_->setStyleSheet(proper.isNull() ? QStringLiteral("color: #b00020") : QString());
+    markIfImproper();
   }
   if (delegate_) guarded("text field", [&] { delegate_->controlTextDidEndEditing(field_); });
 }
 
 bool TextFieldEditing::wouldEdit(QEvent* event) const {
-  if (event->type() == QEvent::InputMethod) return true;
+  if (event->type() == QEvent::InputMethod) {
+    // Input methods also send empty events, on focus and on clicks.
+    const auto* input = static_cast<QInputMethodEvent*>(event);
+    return !input->commitString().isEmpty() || !input->preeditString().isEmpty() ||
+           input->replacementLength() > 0;
+  }
   if (event->type() != QEvent::KeyPress) return false;
   const auto* key = static_cast<QKeyEvent*>(event);
   switch (key->key()) {
@@ -110,8 +151,8 @@ bool TextFieldEditing::wouldEdit(QEvent* event) const {
     default:
       break;
   }
-  if (key->matches(QKeySequence::Paste) || key->matches(QKeySequence::Cut) || key->matches(QKeySequence::Undo) ||
-      key->matches(QKeySequence::Redo)) {
+  if (key->matches(QKeySequence::Paste) || key->matches(QKeySequence::Cut) ||
+      key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
     return true;
   }
   return !key->text().isEmpty() && key->text().at(0).isPrint() &&
@@ -122,7 +163,8 @@ bool TextFieldEditing::eventFilter(QObject* watched, QEvent* event) {
   if (watched != field_) return false;
   switch (event->type()) {
     case QEvent::FocusIn: {
-      if (onlyMovesWithTheWindow(static_cast<QFocusEvent*>(event)->reason())) return false;
+      const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+      if (onlyMovesWithTheWindow(reason) || walksThrough(reason)) return false;
       const QPointer<TextFieldEditing> self(this);
       begin();
       return !self;

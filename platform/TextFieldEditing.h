@@ -19,13 +19,16 @@ class TextFieldDelegate {
 
 /// Watches one text field for its delegate.
 ///
-/// Editing begins when the user gives the field the keyboard (click, Tab, shortcut) and ends when it goes elsewhere or
-/// Return is pressed; typing on after Return begins anew. A window that merely loses or regains the keyboard, or a
-/// menu that opens, neither begins nor ends an edit.
+/// Editing begins when the user clicks into the field, or first changes it after coming by the keyboard: so
+/// Tab passes through a filled field without a question. It ends when the keyboard goes elsewhere or Return
+/// is pressed; a change after Return begins anew, whatever makes it (keys, paste, a drop, undo), and is taken
+/// back when it is refused. A window that merely loses or regains the keyboard, or a menu that opens, neither
+/// begins nor ends an edit.
 class TextFieldEditing : public QObject {
  public:
-  /// Brings what was typed into its proper form at the end of an edit, or gives a null string for text that has none:
-  /// then the field is marked and `complaint` is its tool tip, but keeps its text.
+  /// Brings what was typed into its proper form at the end of an edit, or gives a null string for text that
+  /// has none: such a text stays, and is marked, with `complaint` as the tool tip, for as long as it stands
+  /// there.
   using Formatter = std::function<QString(const QString& text)>;
 
   /// Lives as long as `field`; `delegate` must outlive the field or be let go of by detach().
@@ -48,11 +51,15 @@ class TextFieldEditing : public QObject {
   bool begin();
   void end();
   bool wouldEdit(QEvent* event) const;
+  void textWasEdited();
+  void textChanged();
+  void markIfImproper();
 
   QLineEdit* field_;
   TextFieldDelegate* delegate_;
   Formatter formatter_;
   QString complaint_;
+  QString textBefore_;  // before the change that is being reported
   bool editing_ = false;
   bool asking_ = false;
 };

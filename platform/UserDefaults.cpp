@@ -12,8 +12,9 @@ QVariant UserDefaults::objectForKey(const QString& key) const {
   return stored.isValid() ? stored : registered_.value(key);
 }
 
-QString UserDefaults::stringForKey(const QString& key) const {
-  const QVariant value = objectForKey(key);
+namespace {
+
+QString textOf(const QVariant& value) {
   switch (value.typeId()) {
     case QMetaType::QString:
     case QMetaType::Int:
@@ -25,6 +26,19 @@ QString UserDefaults::stringForKey(const QString& key) const {
     default:
       return {};
   }
+}
+
+QDateTime dateOf(const QVariant& value) {
+  if (value.typeId() == QMetaType::QDateTime) return value.toDateTime();
+  if (value.typeId() == QMetaType::QString) return QDateTime::fromString(value.toString(), Qt::ISODateWithMs);
+  return {};
+}
+
+}  // namespace
+
+QString UserDefaults::stringForKey(const QString& key) const {
+  const QString stored = textOf(storedValue(key));
+  return stored.isNull() ? textOf(registered_.value(key)) : stored;
 }
 
 bool UserDefaults::boolForKey(const QString& key) const {
@@ -61,10 +75,8 @@ qint64 UserDefaults::integerForKey(const QString& key) const {
 }
 
 QDateTime UserDefaults::dateForKey(const QString& key) const {
-  const QVariant value = objectForKey(key);
-  if (value.typeId() == QMetaType::QDateTime) return value.toDateTime();
-  if (value.typeId() == QMetaType::QString) return QDateTime::fromString(value.toString(), Qt::ISODateWithMs);
-  return {};
+  const QDateTime stored = dateOf(storedValue(key));
+  return stored.isValid() ? stored : dateOf(registered_.value(key));
 }
 
 void UserDefaults::setObject(const QVariant& value, const QString& key) { storeValue(key, value); }

@@ -39,7 +39,9 @@ void WindowController::loadWindow() {
   window_->setFocus();
   window_->installEventFilter(this);
   windowDidLoad();
-  if (document_) document_->windowControllerDidLoadNib(*this);
+  if (!document_) return;
+  document_->windowControllerDidLoadNib(*this);
+  document_->windowIsSetUp();
 }
 
 void WindowController::showWindow(const QObject*) {

@@ -5,6 +5,7 @@
 #include <QLocale>
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "orv/OrvGraphView.h"
 
@@ -14,9 +15,9 @@ namespace {
 
 QString text(const char* english) { return QCoreApplication::translate("VelmoraDocument", english); }
 
-/// Published charts come in two pieces, birth to 36 months and 2 to 20 years, and this follows them: a child with
-/// examinations on both sides gets the whole. The second piece ends where the child's next years do, so that a
-/// kindergarten child's points are not squeezed into the corner of a chart for adolescents.
+/// Published charts come in two pieces, birth to 36 months and 2 to 20 years, and this follows them: a child
+/// with examinations on both sides gets the whole. The second piece ends where the child's next years do, so
+/// that a kindergarten child's points are not squeezed into the corner of a chart for adolescents.
 OrvGraphRange ageRange(const ChartPoints& points, const std::optional<GrowthReference::Range>& reference) {
   constexpr double InfantEnd = 36;
   constexpr double ChildStart = 24;
@@ -46,8 +47,8 @@ double ageTicks(const OrvGraphRange& ages) {
 QList<OrvReferenceCurve> curvesOf(const GrowthReference& reference, Sex sex, const OrvGraphRange& ages) {
   QList<OrvReferenceCurve> curves;
   for (const int percentile : chartPercentiles) {
-    curves.append({QString::number(percentile), reference.centileCurve(sex, percentile, ages.lower, ages.upper),
-                   percentile == 50});
+    curves.append({QString::number(percentile),
+                   reference.centileCurve(sex, percentile, ages.lower, ages.upper), percentile == 50});
   }
   return curves;
 }
@@ -117,8 +118,8 @@ ChartPoints chartPoints(const GrowthRecord& record, Measure measure) {
   return chart;
 }
 
-void showChart(OrvGraphView& view, const GrowthRecord& record, Measure measure, const GrowthReference* reference,
-               qsizetype currentExamination) {
+void showChart(OrvGraphView& view, const GrowthRecord& record, Measure measure,
+               const GrowthReference* reference, qsizetype currentExamination) {
   const ChartPoints points = chartPoints(record, measure);
   std::optional<GrowthReference::Range> range;
   if (reference) range = reference->range(record.sex.value_or(Sex::Female));
@@ -140,6 +141,9 @@ QString resultText(const GrowthRecord& record, const Examination& examination, M
   if (!measured.value) return {};
   if (*measured.value <= 0) return text("A measurement is above zero.");
   const std::optional<double> age = record.ageAt(examination);
+  if (!age && record.birthDate.day.isValid() && examination.date.day.isValid()) {
+    return text("The examination lies before the birth.");
+  }
   if (!age) return text("Needs birth and exam date.");
   if (!record.sex) return text("Needs the sex.");
   if (!reference) return text("No reference.");

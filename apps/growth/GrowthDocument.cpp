@@ -30,8 +30,9 @@ growth::RecordDate typedDate(const QString& text, const QDate& day) {
 }
 
 QString ageText(const growth::AgeParts& age) {
-  return platform::formatted(platform::localizedString("VelmoraDocument", "%ld y %ld m %ld d"),
-                             {QString::number(age.years), QString::number(age.months), QString::number(age.days)});
+  return platform::formatted(
+      platform::localizedString("VelmoraDocument", "%ld y %ld m %ld d"),
+      {QString::number(age.years), QString::number(age.months), QString::number(age.days)});
 }
 
 }  // namespace
@@ -68,7 +69,8 @@ void GrowthDocument::connectOwnOutlets(QWidget* window) {
     });
   }
   if (tabView_) {
-    QObject::connect(tabView_, &QTabWidget::currentChanged, this, [this] { noteSelectedChart(); });
+    QObject::connect(tabView_, &QTabWidget::currentChanged, this,
+                     [this] { platform::guarded("tab", [this] { noteSelectedChart(); }); });
   }
 }
 
@@ -96,7 +98,8 @@ void GrowthDocument::synchronizeFromData() {
                                                            : examination.date.unread);
   }
   for (const Measure measure : growth::measures) {
-    if (QLineEdit* field = measuredFields_[at(measure)]) field->setText(growth::textOf(examination.of(measure)));
+    if (QLineEdit* field = measuredFields_[at(measure)])
+      field->setText(growth::textOf(examination.of(measure)));
   }
   showExamNumber();
   showResults();
@@ -116,7 +119,8 @@ void GrowthDocument::synchronizeToData() {
     if (sexPopUp_->currentIndex() == Male) record_.sex = growth::Sex::Male;
   }
   growth::Examination& examination = shownExamination();
-  if (examDateField_) examination.date = typedDate(examDateField_->text(), dayOfShownDate(examDateField_->text()));
+  if (examDateField_)
+    examination.date = typedDate(examDateField_->text(), dayOfShownDate(examDateField_->text()));
   for (const Measure measure : growth::measures) {
     if (const QLineEdit* field = measuredFields_[at(measure)]) {
       examination.of(measure) = growth::measurementFromText(field->text());
@@ -149,8 +153,14 @@ void GrowthDocument::updateDisplay() {
 }
 
 void GrowthDocument::controlTextDidEndEditing(QLineEdit* control) {
+  const bool looksUp = lookUpRequired() && !preferredFileName(false).isEmpty();
   VelmoraDocument::controlTextDidEndEditing(control);
-  if (!isClosed()) updateDisplay();
+  if (isClosed()) return;
+  // While a look-up decides whether this record stays at all, its examinations keep their order.
+  if (!looksUp) return updateDisplay();
+  synchronizeToData();
+  showResults();
+  showCharts();
 }
 
 void GrowthDocument::setCurrentRecordFromClick(const QPointF& point) {

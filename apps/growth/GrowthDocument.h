@@ -9,8 +9,8 @@
 class QComboBox;
 class VelmoraGraphView;
 
-/// The growth of one child. Shows how an application of the family is written: its own record, its own fields, and the
-/// hooks of the subclass contract; everything else is the framework's.
+/// The growth of one child. Shows how an application of the family is written: its own record, its own
+/// fields, and the hooks of the subclass contract; everything else is the framework's.
 class GrowthDocument : public VelmoraDocument {
  public:
   GrowthDocument(platform::Services& services, VelmoraApplicationDelegate& delegate,

@@ -29,7 +29,8 @@ QJsonValue dateToJson(const RecordDate& date) {
 RecordDate dateFromJson(const QJsonValue& json) {
   const QString text = json.toString();
   const QDate day = QDate::fromString(text, Qt::ISODate);
-  return day.isValid() ? RecordDate{day, {}} : RecordDate{{}, text};
+  // Qt takes a date with words behind it for the date; what was typed stays as it was typed.
+  return day.isValid() && day.toString(Qt::ISODate) == text ? RecordDate{day, {}} : RecordDate{{}, text};
 }
 
 QJsonObject examinationToJson(const Examination& examination) {
@@ -89,7 +90,8 @@ QJsonObject GrowthRecord::toJson() const {
   QJsonObject json{{QStringLiteral("identifier"), identifier}, {QStringLiteral("examinations"), all}};
   if (birthDate != RecordDate{}) json.insert(QStringLiteral("birthDate"), dateToJson(birthDate));
   if (sex) {
-    json.insert(QStringLiteral("sex"), *sex == Sex::Female ? QStringLiteral("female") : QStringLiteral("male"));
+    json.insert(QStringLiteral("sex"),
+                *sex == Sex::Female ? QStringLiteral("female") : QStringLiteral("male"));
   }
   return json;
 }
@@ -97,7 +99,9 @@ QJsonObject GrowthRecord::toJson() const {
 FileResult GrowthRecord::fromJson(const QJsonObject& json, GrowthRecord& record) {
   GrowthRecord read;
   const QJsonValue identifier = json.value(QStringLiteral("identifier"));
-  if (!identifier.isString()) return damaged(QStringLiteral("identifier"));
+  // Half a character would be left out of the file's name, and the record be saved as another patient's.
+  if (!identifier.isString() || !identifier.toString().isValidUtf16())
+    return damaged(QStringLiteral("identifier"));
   read.identifier = identifier.toString();
   const QJsonValue birthDate = json.value(QStringLiteral("birthDate"));
   if (!birthDate.isUndefined() && !birthDate.isString()) return damaged(QStringLiteral("birthDate"));
@@ -133,7 +137,8 @@ Measurement measurementFromText(const QString& text) {
   QLocale withPoint = QLocale::c();
   withPoint.setNumberOptions(QLocale::RejectGroupSeparator);
   if (!isNumber) value = withPoint.toDouble(trimmed, &isNumber);
-  // Many hands type the comma whatever the desktop's language. With three digits behind it, it might mean thousands.
+  // Many hands type the comma whatever the desktop's language. With three digits behind it, it might mean
+  // thousands.
   static const QRegularExpression decimalComma(QStringLiteral("^[+-]?\\d+,\\d{1,2}$"));
   if (!isNumber && decimalComma.match(trimmed).hasMatch()) {
     value = QLocale::c().toDouble(QString(trimmed).replace(QLatin1Char(','), QLatin1Char('.')), &isNumber);
@@ -146,7 +151,10 @@ QString textOf(const Measurement& measurement) {
   if (!measurement.value) return measurement.unread;
   QLocale locale;
   locale.setNumberOptions(QLocale::OmitGroupSeparator);
-  return locale.toString(*measurement.value, 'g', QLocale::FloatingPointShortest);
+  const QString shown = locale.toString(*measurement.value, 'g', QLocale::FloatingPointShortest);
+  // Some languages write powers of ten, or a minus sign, as they themselves cannot be read.
+  if (measurementFromText(shown).value == measurement.value) return shown;
+  return QLocale::c().toString(*measurement.value, 'g', QLocale::FloatingPointShortest);
 }
 
 }  // namespace growth

@@ -15,8 +15,8 @@ namespace growth {
 
 /// One date of a record, or what was typed where a date belongs: nothing that was typed is lost.
 struct RecordDate {
-  QDate day;        ///< invalid when there is none
-  QString unread;   ///< the text that is no date
+  QDate day;       ///< invalid when there is none
+  QString unread;  ///< the text that is no date
   bool operator==(const RecordDate&) const = default;
 };
 
@@ -56,7 +56,8 @@ struct GrowthRecord {
   bool operator==(const GrowthRecord&) const = default;
 };
 
-/// A number as the user types it, with the decimal sign of the locale or a point; the text itself when it is none.
+/// A number as the user types it, with the decimal sign of the locale or a point; the text itself when it is
+/// none.
 Measurement measurementFromText(const QString& text);
 QString textOf(const Measurement& measurement);
 

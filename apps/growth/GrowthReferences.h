@@ -19,8 +19,8 @@ QString wordFor(Measure measure);
 /// The references that the application carries, one for each measure.
 class GrowthReferences {
  public:
-  /// Reads the reference files in `folder`. One that cannot be read is logged and missing: its chart then shows the
-  /// patient's points alone, and its measurements have no z-scores.
+  /// Reads the reference files in `folder`. One that cannot be read is logged and missing: its chart then
+  /// shows the patient's points alone, and its measurements have no z-scores.
   explicit GrowthReferences(const QString& folder);
 
   const GrowthReference* reference(Measure measure) const;

@@ -20,7 +20,8 @@ int main(int argc, char** argv) {
   services.defaults.registerDefaults(
       {{velmora::settings::DataFileExtension,
         services.mainBundle.stringForInfoDictionaryKey(QStringLiteral("VelmoraDataFileExtension"))}});
-  const growth::GrowthReferences references(services.mainBundle.resourcePath() + QStringLiteral("/reference"));
+  const growth::GrowthReferences references(services.mainBundle.resourcePath() +
+                                            QStringLiteral("/reference"));
 
   VelmoraAppController controller(services);
   services.interfaceFiles.addSearchPath(QStringLiteral(":/growth"));

@@ -26,8 +26,8 @@ class Desktop {
 
   Services& services();
 
-  /// Starts the application: interface loaded, the files named on the command line (or an untitled document) opened,
-  /// launch finished; then the main loop. Returns the exit status.
+  /// Starts the application: interface loaded, the files named on the command line (or an untitled document)
+  /// opened, launch finished; then the main loop. Returns the exit status.
   int run(DocumentController& controller);
 
  private:

@@ -1,135 +1,117 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "platform/qt/PropertyList.h"
 
-#include <plist/plist.h>
-
 #include <QDateTime>
 #include <QTimeZone>
-#include <cstdlib>
-#include <memory>
+#include <QXmlStreamReader>
+#include <cmath>
+#include <optional>
 
 #include "platform/FileManager.h"
 #include "platform/Log.h"
+#include "platform/qt/PropertyListBinary.h"
 
 namespace platform::qt {
 
 namespace {
 
-constexpr int DeepestNesting = 64;
-/// Property lists count time from 2001-01-01T00:00:00Z.
-constexpr qint64 SecondsTo2001 = 978307200;
+constexpr qsizetype LargestPropertyList = 16 * 1024 * 1024;
 
-struct Free {
-  void operator()(void* memory) const { std::free(memory); }
-};
+/// Reads the XML form. The elements are those of Apple's PropertyList-1.0.dtd.
+class XmlReader {
+ public:
+  explicit XmlReader(const QByteArray& data) : xml_(data) {}
 
-struct FreeNode {
-  void operator()(void* node) const { plist_free(node); }
-};
-using OwnedNode = std::unique_ptr<void, FreeNode>;
-
-QVariant valueOf(plist_t node, int depth);
-
-QVariantMap dictionaryOf(plist_t node, int depth) {
-  QVariantMap map;
-  plist_dict_iter iterator = nullptr;
-  plist_dict_new_iter(node, &iterator);
-  const std::unique_ptr<void, Free> owned(iterator);
-  for (;;) {
-    char* key = nullptr;
-    plist_t item = nullptr;
-    plist_dict_next_item(node, iterator, &key, &item);
-    const std::unique_ptr<char, Free> ownedKey(key);
-    if (!item) return map;
-    map.insert(QString::fromUtf8(key), valueOf(item, depth + 1));
+  QVariant read() {
+    if (!xml_.readNextStartElement() || xml_.name() != QLatin1String("plist")) return {};
+    if (!xml_.readNextStartElement()) return {};
+    const std::optional<QVariant> whole = value(0);
+    while (!xml_.atEnd()) xml_.readNext();
+    return whole && !xml_.hasError() ? *whole : QVariant();
   }
-}
 
-QVariantList arrayOf(plist_t node, int depth) {
-  QVariantList list;
-  const uint32_t count = plist_array_get_size(node);
-  for (uint32_t i = 0; i < count; ++i) list.append(valueOf(plist_array_get_item(node, i), depth + 1));
-  return list;
-}
-
-QVariant valueOf(plist_t node, int depth) {
-  if (!node || depth > DeepestNesting) return {};
-  switch (plist_get_node_type(node)) {
-    case PLIST_BOOLEAN: {
-      uint8_t value = 0;
-      plist_get_bool_val(node, &value);
-      return value != 0;
-    }
-    case PLIST_UINT: {
-      uint64_t value = 0;
-      plist_get_uint_val(node, &value);
-      return QVariant::fromValue(static_cast<qint64>(value));
-    }
-    case PLIST_REAL: {
-      double value = 0;
-      plist_get_real_val(node, &value);
-      return value;
-    }
-    case PLIST_STRING: {
-      char* value = nullptr;
-      plist_get_string_val(node, &value);
-      const std::unique_ptr<char, Free> owned(value);
-      return QString::fromUtf8(value);
-    }
-    case PLIST_DATA: {
-      char* value = nullptr;
-      uint64_t length = 0;
-      plist_get_data_val(node, &value, &length);
-      const std::unique_ptr<char, Free> owned(value);
-      return QByteArray(value, static_cast<qsizetype>(length));
-    }
-    case PLIST_DATE: {
-      int32_t seconds = 0;
-      int32_t microseconds = 0;
-      plist_get_date_val(node, &seconds, &microseconds);
-      return QDateTime::fromMSecsSinceEpoch((SecondsTo2001 + seconds) * 1000 + microseconds / 1000, QTimeZone::utc());
-    }
-    case PLIST_ARRAY:
-      return arrayOf(node, depth);
-    case PLIST_DICT:
-      return dictionaryOf(node, depth);
-    default:
-      return {};
+ private:
+  /// The value of the element that has just begun, read to its end; nothing when it is none.
+  std::optional<QVariant> value(int depth) {
+    if (depth > DeepestPropertyList || ++read_ > MostPropertyListValues) return std::nullopt;
+    const QString kind = xml_.name().toString();
+    if (kind == QLatin1String("dict")) return dictionary(depth);
+    if (kind == QLatin1String("array")) return array(depth);
+    const QString text = xml_.readElementText();
+    if (kind == QLatin1String("string")) return QVariant(text.isNull() ? QStringLiteral("") : text);
+    if (kind == QLatin1String("true")) return QVariant(true);
+    if (kind == QLatin1String("false")) return QVariant(false);
+    if (kind == QLatin1String("data")) return data(text);
+    if (kind == QLatin1String("integer")) return integer(text.trimmed());
+    if (kind == QLatin1String("real")) return real(text.trimmed());
+    if (kind == QLatin1String("date")) return date(text.trimmed());
+    return std::nullopt;
   }
-}
 
-/// A property list in its text form, whichever form it has. A key with a NUL in it is cut off there.
-QByteArray asXml(const QByteArray& data) {
-  if (!plist_is_binary(data.constData(), static_cast<uint32_t>(data.size()))) return data;
-  plist_t root = nullptr;
-  plist_from_bin(data.constData(), static_cast<uint32_t>(data.size()), &root);
-  const OwnedNode owned(root);
-  if (!root) return {};
-  char* text = nullptr;
-  uint32_t length = 0;
-  plist_to_xml(root, &text, &length);
-  const std::unique_ptr<char, void (*)(char*)> ownedText(text,
-                                                         [](char* memory) { plist_to_xml_free(memory); });
-  return QByteArray(text, static_cast<qsizetype>(length));
-}
+  std::optional<QVariant> dictionary(int depth) {
+    QVariantMap map;
+    while (xml_.readNextStartElement()) {
+      if (xml_.name() != QLatin1String("key")) return std::nullopt;
+      const QString key = xml_.readElementText();
+      if (!xml_.readNextStartElement()) return std::nullopt;
+      const std::optional<QVariant> held = value(depth + 1);
+      if (!held) return std::nullopt;
+      map.insert(key, *held);
+    }
+    return QVariant(map);
+  }
+
+  std::optional<QVariant> array(int depth) {
+    QVariantList list;
+    while (xml_.readNextStartElement()) {
+      const std::optional<QVariant> element = value(depth + 1);
+      if (!element) return std::nullopt;
+      list.append(*element);
+    }
+    return QVariant(list);
+  }
+
+  static std::optional<QVariant> data(const QString& text) {
+    const QByteArray encoded = text.simplified().remove(QLatin1Char(' ')).toLatin1();
+    const auto decoded = QByteArray::fromBase64Encoding(encoded, QByteArray::AbortOnBase64DecodingErrors);
+    return decoded ? std::optional<QVariant>(*decoded) : std::nullopt;
+  }
+
+  static std::optional<QVariant> integer(const QString& text) {
+    bool isNumber = false;
+    const bool hexadecimal = text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+    const qint64 number = text.toLongLong(&isNumber, hexadecimal ? 16 : 10);
+    return isNumber ? std::optional<QVariant>(number) : std::nullopt;
+  }
+
+  static std::optional<QVariant> real(const QString& text) {
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? std::optional<QVariant>(number) : std::nullopt;
+  }
+
+  static std::optional<QVariant> date(const QString& text) {
+    QDateTime moment = QDateTime::fromString(text, QStringLiteral("yyyy-MM-ddTHH:mm:ssZ"));
+    if (!moment.isValid()) return std::nullopt;
+    moment.setTimeZone(QTimeZone::utc());
+    return QVariant(moment);
+  }
+
+  QXmlStreamReader xml_;
+  int read_ = 0;
+};
 
 }  // namespace
 
 QVariant propertyListFromData(const QByteArray& data) {
-  if (data.isEmpty() || data.size() > 16 * 1024 * 1024) return {};
-  const QByteArray xml = asXml(data);
-  // libplist ends the process when it is asked for a string with a NUL in it, which only a damaged file has.
-  if (xml.contains('\0')) return {};
-  plist_t root = nullptr;
-  plist_from_xml(xml.constData(), static_cast<uint32_t>(xml.size()), &root);
-  const OwnedNode owned(root);
-  return valueOf(root, 0);
+  if (data.size() > LargestPropertyList) return {};
+  return data.startsWith("bplist") ? valueOfBinaryPropertyList(data) : XmlReader(data).read();
 }
 
 Bundle bundleWithPath(const QString& folder) {
   const QString path = folder + QStringLiteral("/Info.plist");
   QByteArray data;
-  const FileResult read = FileManager().readFile(path, data, 16 * 1024 * 1024);
+  const FileResult read = FileManager().readFile(path, data, LargestPropertyList);
   QVariant info;
   if (read.ok()) info = propertyListFromData(data);
   if (info.typeId() != QMetaType::QVariantMap) {

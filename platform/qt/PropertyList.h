@@ -9,8 +9,9 @@
 
 namespace platform::qt {
 
-/// The value that a property list, XML or binary, holds; invalid when it is none. Dictionaries are QVariantMap, arrays
-/// QVariantList, strings QString, integers qint64, dates QDateTime, data QByteArray.
+/// The value that a property list, XML or binary, holds; invalid when it is none, or damaged anywhere.
+/// Dictionaries are QVariantMap, arrays QVariantList, strings QString, integers qint64, dates QDateTime, data
+/// QByteArray.
 QVariant propertyListFromData(const QByteArray& data);
 
 /// The bundle whose information dictionary is `folder`/Info.plist and whose resources stand in `folder`.

@@ -4,6 +4,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLabel>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -35,55 +36,72 @@ void fill(QMessageBox& box, const Alert& alert) {
     int answer;
     QMessageBox::ButtonRole role;
   };
+  // With three buttons the alternate one is the way that loses something (Don't Save); with two it is the way
+  // back.
+  const QMessageBox::ButtonRole alternateRole =
+      alert.otherButton.isEmpty() ? QMessageBox::RejectRole : QMessageBox::DestructiveRole;
   const std::array<Choice, 3> choices{{{alert.defaultButton, AlertDefaultReturn, QMessageBox::AcceptRole},
-                                       {alert.alternateButton, AlertAlternateReturn, QMessageBox::DestructiveRole},
+                                       {alert.alternateButton, AlertAlternateReturn, alternateRole},
                                        {alert.otherButton, AlertOtherReturn, QMessageBox::RejectRole}}};
   const QString cancel = localizedString("OrvVersion", "Cancel");
-  QPushButton* only = nullptr;
+  QPushButton* last = nullptr;
+  QPushButton* cancelButton = nullptr;
   int shown = 0;
   for (const Choice& choice : choices) {
     if (choice.title.isEmpty()) continue;
-    const bool isCancel = choice.title == cancel;
-    QPushButton* button = box.addButton(choice.title, isCancel ? QMessageBox::RejectRole : choice.role);
-    button->setProperty(AnswerProperty, choice.answer);
-    if (choice.answer == AlertDefaultReturn) box.setDefaultButton(button);
-    if (isCancel) box.setEscapeButton(button);
-    only = button;
+    last = box.addButton(choice.title, choice.role);
+    last->setProperty(AnswerProperty, choice.answer);
+    if (choice.answer == AlertDefaultReturn) box.setDefaultButton(last);
+    if (choice.title == cancel) cancelButton = last;
     ++shown;
   }
-  if (shown == 1) {
-    box.setIcon(QMessageBox::Information);
-    box.setEscapeButton(only);
-  }
+  // Escape and the close button are Cancel; without one, the only other choice that changes nothing: No,
+  // Skip, or the one button of a notice.
+  if (!cancelButton && shown <= 2) cancelButton = last;
+  if (cancelButton) box.setEscapeButton(cancelButton);
+  if (shown == 1) box.setIcon(QMessageBox::Information);
 }
 
-int answerOf(const QMessageBox& box) {
+int answerOf(const QMessageBox& box, const Alert& alert) {
   const QAbstractButton* clicked = box.clickedButton();
-  // Ended without a button, as when the session ends: the answer that changes nothing.
-  if (!clicked) return AlertOtherReturn;
-  return clicked->property(AnswerProperty).toInt();
+  if (clicked) return clicked->property(AnswerProperty).toInt();
+  // Ended without a button, as when the program ends: the answer of the button that changes least.
+  return alert.otherButton.isEmpty() ? AlertAlternateReturn : AlertOtherReturn;
+}
+
+/// The window that an alert belongs to: the active one or, while another program is in front, a document's,
+/// which then asks for attention: what waits for an answer must not lie unseen behind the viewer.
+QWidget* windowForAlert() {
+  if (QWidget* active = QApplication::activeWindow()) return active;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (!window->isVisible() || !dynamic_cast<QMainWindow*>(window)) continue;
+    QApplication::alert(window);
+    return window;
+  }
+  return nullptr;
 }
 
 }  // namespace
 
 int QtAlerts::runModal(const Alert& alert) {
   const RunLoop::ModalSession session(runLoop_);
-  QMessageBox box(QApplication::activeWindow());
+  QMessageBox box(windowForAlert());
   fill(box, alert);
   box.setWindowModality(Qt::ApplicationModal);
   box.exec();
-  return answerOf(box);
+  return answerOf(box, alert);
 }
 
-void QtAlerts::beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner, DidEnd didEnd) {
+void QtAlerts::beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner,
+                                        DidEnd didEnd) {
   auto* box = new QMessageBox(window);
   fill(*box, alert);
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setWindowModality(Qt::WindowModal);
   const QPointer<const QObject> living(owner);
-  QObject::connect(box, &QMessageBox::finished, box, [box, living, didEnd = std::move(didEnd)] {
+  QObject::connect(box, &QMessageBox::finished, box, [box, alert, living, didEnd = std::move(didEnd)] {
     if (!living) return;
-    const int answer = answerOf(*box);
+    const int answer = answerOf(*box, alert);
     guarded("sheet", [&] { didEnd(answer); });
   });
   box->open();

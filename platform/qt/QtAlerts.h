@@ -17,7 +17,8 @@ class QtAlerts : public Alerts {
   explicit QtAlerts(RunLoop& runLoop) : runLoop_(runLoop) {}
 
   int runModal(const Alert& alert) override;
-  void beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner, DidEnd didEnd) override;
+  void beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner,
+                                DidEnd didEnd) override;
 
  private:
   RunLoop& runLoop_;

@@ -11,7 +11,7 @@ namespace platform::qt {
 
 namespace {
 
-constexpr int PoofSize = 48;          // pixels
+constexpr int PoofSize = 48;  // pixels
 constexpr int PoofMilliseconds = 350;
 
 class PoofWindow : public QWidget {

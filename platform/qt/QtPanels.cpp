@@ -22,13 +22,15 @@ int QtPanels::runModal(OpenPanel& panel) {
     dialog.setOption(QFileDialog::ShowDirsOnly);
     dialog.setOption(QFileDialog::ReadOnly, !panel.canCreateDirectories);
   } else {
-    dialog.setFileMode(panel.allowsMultipleSelection ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
+    dialog.setFileMode(panel.allowsMultipleSelection ? QFileDialog::ExistingFiles
+                                                     : QFileDialog::ExistingFile);
   }
   if (!panel.allowedFileTypes.isEmpty()) {
     QStringList patterns;
     for (const QString& type : panel.allowedFileTypes) patterns += QStringLiteral("*.") + type;
-    dialog.setNameFilters({localizedString("Document", "Records") + QStringLiteral(" (%1)").arg(patterns.join(u' ')),
-                           localizedString("Document", "All files") + QStringLiteral(" (*)")});
+    dialog.setNameFilters(
+        {localizedString("Document", "Records") + QStringLiteral(" (%1)").arg(patterns.join(u' ')),
+         localizedString("Document", "All files") + QStringLiteral(" (*)")});
   }
   if (!panel.directoryURL.isEmpty()) dialog.setDirectoryUrl(panel.directoryURL);
   const int accepted = dialog.exec();

@@ -31,8 +31,10 @@ void drawPage(QPainter& painter, const QPrinter& printer, QWidget* view, const P
   }
   // Fit shrinks and never enlarges beyond the page; what does not fit is otherwise cut off by it.
   double scale = 1.0 * printer.resolution() / view->logicalDpiX();
-  if (info.horizontalPagination == PrintInfo::Pagination::Fit) scale = std::min(scale, area.width() / view->width());
-  if (info.verticalPagination == PrintInfo::Pagination::Fit) scale = std::min(scale, area.height() / view->height());
+  if (info.horizontalPagination == PrintInfo::Pagination::Fit)
+    scale = std::min(scale, area.width() / view->width());
+  if (info.verticalPagination == PrintInfo::Pagination::Fit)
+    scale = std::min(scale, area.height() / view->height());
   painter.translate(area.topLeft());
   painter.scale(scale, scale);
   view->render(&painter, QPoint(), QRegion(), QWidget::DrawChildren);
@@ -40,8 +42,8 @@ void drawPage(QPainter& painter, const QPrinter& printer, QWidget* view, const P
 
 }  // namespace
 
-bool QtPrinter::printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings, bool showPrintPanel,
-                          QString* error) {
+bool QtPrinter::printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings,
+                          bool showPrintPanel, QString* error) {
   const auto fail = [error](const QString& reason) {
     if (error) *error = reason;
     return false;

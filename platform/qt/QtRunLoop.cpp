@@ -17,7 +17,8 @@ double QtRunLoop::uptime() const { return static_cast<double>(clock_.nsecsElapse
 
 void QtRunLoop::scheduleChanged() {
   // Also called from the thread that receives notifications; timers belong to their own thread.
-  QMetaObject::invokeMethod(&timer_, [this] { rearm(); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      &timer_, [this] { rearm(); }, Qt::QueuedConnection);
 }
 
 void QtRunLoop::rearm() {

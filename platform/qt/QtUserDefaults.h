@@ -2,12 +2,14 @@
 #pragma once
 
 #include <QSettings>
+#include <memory>
 
 #include "platform/UserDefaults.h"
 
 namespace platform::qt {
 
 /// The user's settings in an INI file named by the bundle identifier, in the user's configuration folder.
+/// Before anything is written over a damaged file, it is kept beside under a name of its own.
 class QtUserDefaults : public UserDefaults {
  public:
   explicit QtUserDefaults(const QString& bundleIdentifier);
@@ -17,7 +19,10 @@ class QtUserDefaults : public UserDefaults {
   void storeValue(const QString& key, const QVariant& value) override;
 
  private:
-  mutable QSettings settings_;
+  void synchronize() const;
+  void forgetErrors() const;
+
+  mutable std::unique_ptr<QSettings> settings_;
 };
 
 }  // namespace platform::qt

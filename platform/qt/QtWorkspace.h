@@ -11,7 +11,8 @@ class QtWorkspace : public Workspace {
   bool openURL(const QUrl& url) override;
   /// Asks the file viewer (org.freedesktop.FileManager1) to show the item; failing that, opens its folder.
   bool selectFile(const QString& path) override;
-  /// The program that the desktop entry "<identifier>.desktop" starts, or the entry itself where it names none.
+  /// The program that the desktop entry "<identifier>.desktop" starts, or the entry itself where it names
+  /// none.
   QString absolutePathForAppBundleWithIdentifier(const QString& identifier) const override;
 };
 

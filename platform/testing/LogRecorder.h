@@ -5,7 +5,8 @@
 
 namespace platform::testing {
 
-/// While one lives it keeps the log lines of the process, from any thread, in order, instead of letting them out.
+/// While one lives it keeps the log lines of the process, from any thread, in order, instead of letting them
+/// out.
 class LogRecorder {
  public:
   LogRecorder();

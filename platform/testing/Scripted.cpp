@@ -16,7 +16,8 @@ FailureHandler& failureHandler() {
 
 QString described(const Alert& alert) {
   return QStringLiteral("'%1' [%2|%3|%4] '%5'")
-      .arg(alert.messageText, alert.defaultButton, alert.alternateButton, alert.otherButton, alert.informativeText);
+      .arg(alert.messageText, alert.defaultButton, alert.alternateButton, alert.otherButton,
+           alert.informativeText);
 }
 
 }  // namespace
@@ -49,7 +50,8 @@ ScriptedAlerts::Expected ScriptedAlerts::take(const Alert& alert) {
   Expected next = std::move(expected_.front());
   expected_.pop_front();
   if (next.alert != alert) {
-    reportFailure(QStringLiteral("Expected alert %1, but %2 came").arg(described(next.alert), described(alert)));
+    reportFailure(
+        QStringLiteral("Expected alert %1, but %2 came").arg(described(next.alert), described(alert)));
   }
   return next;
 }
@@ -103,15 +105,16 @@ int ScriptedPanels::runModal(SavePanel& panel) {
   return panel.url.isEmpty() ? PanelCancelButton : PanelOKButton;
 }
 
-void RecordingDistributedCenter::deliver(const QString& name, const QString& object, const QVariantMap& userInfo) {
+void RecordingDistributedCenter::deliver(const QString& name, const QString& object,
+                                         const QVariantMap& userInfo) {
   const QList<Observer> snapshot = observers_;
   for (const Observer& observer : snapshot) {
     if (observer.name == name && observer.object == object) observer.handler({name, object, userInfo});
   }
 }
 
-void RecordingDistributedCenter::addObserver(const QObject* observer, const QString& name, const QString& object,
-                                             Handler handler) {
+void RecordingDistributedCenter::addObserver(const QObject* observer, const QString& name,
+                                             const QString& object, Handler handler) {
   observers_.append({observer, name, object, std::move(handler)});
 }
 

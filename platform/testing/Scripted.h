@@ -16,12 +16,12 @@
 #include "platform/UserDefaults.h"
 #include "platform/Workspace.h"
 
-/// Stand-ins for the parts of the desktop that a person or another program would answer. What a test expects of them
-/// it says beforehand; what was not expected, and what was expected and never came, fails the test.
+/// Stand-ins for the parts of the desktop that a person or another program would answer. What a test expects
+/// of them it says beforehand; what was not expected, and what was expected and never came, fails the test.
 namespace platform::testing {
 
-/// Told of every broken expectation. A test program sets this to its framework's failure function; without it the
-/// failure ends the process.
+/// Told of every broken expectation. A test program sets this to its framework's failure function; without it
+/// the failure ends the process.
 using FailureHandler = std::function<void(const QString&)>;
 void setFailureHandler(FailureHandler handler);
 void reportFailure(const QString& what);
@@ -33,7 +33,8 @@ class ScriptedAlerts : public Alerts {
   /// Fails the test if an expected alert never came or a sheet was left unanswered.
   ~ScriptedAlerts() override;
 
-  /// The next alert must be exactly this one; it is answered with `answer`. `whileOpen` runs while it is open.
+  /// The next alert must be exactly this one; it is answered with `answer`. `whileOpen` runs while it is
+  /// open.
   void expect(const Alert& alert, int answer, std::function<void()> whileOpen = {});
   /// Whether every expected alert has come.
   bool allCame() const { return expected_.empty(); }
@@ -44,8 +45,10 @@ class ScriptedAlerts : public Alerts {
   bool sheetOpen() const { return static_cast<bool>(sheetDidEnd_); }
 
   int runModal(const Alert& alert) override;
-  /// Sheets stay open until answerSheet(); they must be expected all the same (their scripted answer is not used).
-  void beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner, DidEnd didEnd) override;
+  /// Sheets stay open until answerSheet(); they must be expected all the same (their scripted answer is not
+  /// used).
+  void beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner,
+                                DidEnd didEnd) override;
 
  private:
   struct Expected {
@@ -112,7 +115,8 @@ class RecordingDistributedCenter : public DistributedNotificationCenter {
   const QList<Posted>& posted() const { return posted_; }
   qsizetype observerCount() const { return observers_.size(); }
 
-  void addObserver(const QObject* observer, const QString& name, const QString& object, Handler handler) override;
+  void addObserver(const QObject* observer, const QString& name, const QString& object,
+                   Handler handler) override;
   void removeObserver(const QObject* observer, const std::optional<QString>& name,
                       const std::optional<QString>& object) override;
   void postNotificationName(const QString& name, const QString& object, const QVariantMap& userInfo) override;

@@ -16,7 +16,8 @@
 namespace platform::testing {
 
 /// A whole desktop of stand-ins, with the real file manager: what a test of documents is built on.
-/// Files go wherever the settings and HOME of the test process point, so a test sets these to a folder of its own.
+/// Files go wherever the settings and HOME of the test process point, so a test sets these to a folder of its
+/// own.
 struct TestServices {
   explicit TestServices(const QVariantMap& infoDictionary, const QString& resourcePath = {})
       : mainBundle(infoDictionary, resourcePath) {}
@@ -36,9 +37,21 @@ struct TestServices {
   GraphicsContext graphics;
   InterfaceFiles interfaceFiles;
   RecordingApplication application;
-  Services services{defaults,    notificationCenter, distributedCenter, alerts,  panels,
-                    workspace,   fileManager,        runLoop,           mainBundle, printer,
-                    sharedPrintInfo, effects,        graphics,          interfaceFiles, application,
+  Services services{defaults,
+                    notificationCenter,
+                    distributedCenter,
+                    alerts,
+                    panels,
+                    workspace,
+                    fileManager,
+                    runLoop,
+                    mainBundle,
+                    printer,
+                    sharedPrintInfo,
+                    effects,
+                    graphics,
+                    interfaceFiles,
+                    application,
                     nullptr};
 };
 

@@ -14,8 +14,8 @@ class VirtualRunLoop : public RunLoop {
   QDateTime now() const override;
   double uptime() const override { return uptime_; }
 
-  /// Lets `seconds` pass, running what falls due in between, each call at its own time. While a modal session is open
-  /// time passes and nothing runs.
+  /// Lets `seconds` pass, running what falls due in between, each call at its own time. While a modal session
+  /// is open time passes and nothing runs.
   void advance(double seconds);
   /// Runs what is due now, and what that in turn makes due now, until nothing is.
   void settle() { advance(0); }

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 
 #include "platform/Application.h"
 #include "platform/AssertionFailure.h"
@@ -41,14 +42,17 @@ void AboutController::windowDidLoad() {
                      [this, help] { platform::guarded("button", [&] { doHelp(help); }); });
   }
 
+  auto* escape = new QShortcut(Qt::Key_Escape, window());
+  QObject::connect(escape, &QShortcut::activated, this, [this] { close(); });
+
   setBackgroundGradient();
   const platform::Bundle& bundle = services().mainBundle;
   const auto information = [&bundle](const char* key) {
     return bundle.stringForInfoDictionaryKey(QString::fromLatin1(key));
   };
   if (nameField_) {
-    nameField_->setText(platform::formatted(QStringLiteral("%@ %@"),
-                                            {information("CFBundleName"), information("CFBundleShortVersionString")}));
+    nameField_->setText(platform::formatted(
+        QStringLiteral("%@ %@"), {information("CFBundleName"), information("CFBundleShortVersionString")}));
   }
   if (versionField_) {
     QString format = platform::localizedString("SplashController", "Build %@ (%s)");

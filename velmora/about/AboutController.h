@@ -6,8 +6,8 @@
 
 #include "platform/WindowController.h"
 
-/// The about window. At the start it is the splash, which closes itself after three seconds; later showings stay until
-/// a click. Its status line tells how the start-up goes on.
+/// The about window. At the start it is the splash, which closes itself after three seconds; later showings
+/// stay until a click. Its status line tells how the start-up goes on.
 class AboutController : public platform::WindowController {
  public:
   explicit AboutController(platform::Services& services);

@@ -11,11 +11,12 @@ struct Services;
 
 namespace velmora {
 
-/// The names of the data files in the save folder, so that a document can ask cheaply whether its patient has one.
+/// The names of the data files in the save folder, so that a document can ask cheaply whether its patient has
+/// one.
 ///
-/// Filled by a scan of the folder, which is repeated every ten seconds while nothing is found, and grown by saves. The
-/// scan gives paths relative to the folder (a file in a sub-folder begins with the sub-folder's name), a save the bare
-/// name; both without extension. Entries are compared exactly.
+/// Filled by a scan of the folder, which is repeated every ten seconds while nothing is found, and grown by
+/// saves. The scan gives paths relative to the folder (a file in a sub-folder begins with the sub-folder's
+/// name), a save the bare name; both without extension. Entries are compared exactly.
 class DatabaseFileCache : public QObject {
  public:
   using ShowStatus = std::function<void(const QString&)>;

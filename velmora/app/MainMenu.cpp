@@ -42,13 +42,15 @@ class MenuMaker {
   QMenu* addMenu(const char* title, const char* name) {
     QMenu* menu = window_.menuBar()->addMenu(text(title));
     menu->setObjectName(QString::fromLatin1(name));
-    QObject::connect(menu, &QMenu::aboutToShow, &window_, [this_ = *this, menu] { this_.validate(menu); });
+    QObject::connect(menu, &QMenu::aboutToShow, &window_,
+                     [this_ = *this, menu] { platform::guarded("menu", [&] { this_.validate(menu); }); });
     return menu;
   }
 
   void validate(const QMenu* menu) const {
     for (QAction* action : menu->actions()) {
-      if (!action->isSeparator()) action->setEnabled(controller_.validateMenuItem(action->text().remove(u'&')));
+      if (!action->isSeparator())
+        action->setEnabled(controller_.validateMenuItem(action->text().remove(u'&')));
     }
   }
 
@@ -96,7 +98,8 @@ class MenuMaker {
     });
   }
 
-  /// An item that works on the text field with the keyboard. Its key is shown, but the field itself hears it first.
+  /// An item that works on the text field with the keyboard. Its key is shown, but the field itself hears it
+  /// first.
   void addEdit(QMenu* menu, const char* title, const char* name, const QKeySequence& keys,
                void (QLineEdit::*command)()) {
     add(menu, title, name, keys, [command] {
@@ -120,7 +123,8 @@ class MenuMaker {
   void makeExaminationMenu(QMenu* menu) {
     add(menu, "&New Examination", "doNewRecord", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N),
         onDocument([](VelmoraDocument& record) { record.doNewRecord(&record); }));
-    add(menu, "&Delete Examination...", "doDeleteRecord", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backspace),
+    add(menu, "&Delete Examination...", "doDeleteRecord",
+        QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backspace),
         onDocument([](VelmoraDocument& record) { record.doDeleteRecord(&record); }));
     menu->addSeparator();
     add(menu, "Ne&xt Examination", "doNextRecord", QKeySequence(Qt::CTRL | Qt::Key_PageDown),

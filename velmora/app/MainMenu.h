@@ -10,8 +10,9 @@ class WindowController;
 
 namespace velmora {
 
-/// Gives the window of a document the application's menu bar. Commands that act on the document first end what is
-/// being edited, and run after what that sets going; on a document that has closed meanwhile they do nothing.
+/// Gives the window of a document the application's menu bar. Commands that act on the document first end
+/// what is being edited, and run after what that sets going; on a document that has closed meanwhile they do
+/// nothing.
 void installMainMenu(platform::Services& services, VelmoraAppController& controller,
                      platform::WindowController& windowController);
 

@@ -51,7 +51,8 @@ void VelmoraAppController::doExport(const QObject*) {
 }
 
 bool VelmoraAppController::validateMenuItem(const QString& title) const {
-  if (title.startsWith(platform::localizedString("VelmoraAppController", "Export"))) return currentDocument() != nullptr;
+  if (title.startsWith(platform::localizedString("VelmoraAppController", "Export")))
+    return currentDocument() != nullptr;
   return true;
 }
 

@@ -20,12 +20,13 @@ class UserDefaults;
 
 /// The one controller of an application of the family: document controller and application delegate in one.
 ///
-/// It registers the settings, asks the first-run questions, shows the splash, runs the steps of the start-up, hears
-/// link requests, paces link replies, and answers the menus. An application makes one, tells it how its documents are
-/// made (setDocumentFactory) and runs it on a desktop.
+/// It registers the settings, asks the first-run questions, shows the splash, runs the steps of the start-up,
+/// hears link requests, paces link replies, and answers the menus. An application makes one, tells it how its
+/// documents are made (setDocumentFactory) and runs it on a desktop.
 class VelmoraAppController : public platform::DocumentController, public VelmoraApplicationDelegate {
  public:
-  /// Registers the defaults of the framework's settings. Done by the constructor, before anything reads a setting.
+  /// Registers the defaults of the framework's settings. Done by the constructor, before anything reads a
+  /// setting.
   static void initialize(platform::UserDefaults& defaults);
 
   explicit VelmoraAppController(platform::Services& services);
@@ -40,18 +41,24 @@ class VelmoraAppController : public platform::DocumentController, public Velmora
   // The data-file cache.
 
   void cacheDatabaseFiles() { databaseFiles_.cacheDatabaseFiles(); }
-  bool fileIsInCachedDatabaseFiles(const QString& name) const override { return databaseFiles_.contains(name); }
+  bool fileIsInCachedDatabaseFiles(const QString& name) const override {
+    return databaseFiles_.contains(name);
+  }
   void addToCachedDatabaseFiles(const QString& fileName) override { databaseFiles_.add(fileName); }
   const QStringList& cachedDatabaseArray() const { return databaseFiles_.names(); }
 
   // The link with OsiriX.
 
-  void notifiedOfLinkFromOsirix(const platform::Notification& request) { link_.notifiedOfLinkFromOsirix(request); }
+  void notifiedOfLinkFromOsirix(const platform::Notification& request) {
+    link_.notifiedOfLinkFromOsirix(request);
+  }
   void doLinkFromOsirix(const platform::Notification& request) { link_.doLinkFromOsirix(request); }
   void deferredNewRecord(const platform::Notification& request) { link_.deferredNewRecord(request); }
   void batchOpen(const platform::Notification& path) { batchOpenQueue_.batchOpen(path); }
   void delayBatchOpen() { batchOpenQueue_.delayBatchOpen(); }
-  void batchExportToOsirix(const platform::Notification& payload) { exportQueue_.batchExportToOsirix(payload); }
+  void batchExportToOsirix(const platform::Notification& payload) {
+    exportQueue_.batchExportToOsirix(payload);
+  }
   void delayBatchExportToOsirix() { exportQueue_.delayBatchExportToOsirix(); }
   const QStringList& batchArray() const { return batchOpenQueue_.batchArray(); }
   const QList<QVariantMap>& exportToOsirixArray() const { return exportQueue_.exportToOsirixArray(); }
@@ -62,7 +69,8 @@ class VelmoraAppController : public platform::DocumentController, public Velmora
   void doSplashAboutBox(const QObject* sender);
   /// Exports the chart of the current document.
   void doExport(const QObject* sender);
-  /// Items whose title begins with "Export", in the user's language, need a current document; all others are enabled.
+  /// Items whose title begins with "Export", in the user's language, need a current document; all others are
+  /// enabled.
   bool validateMenuItem(const QString& title) const;
 
   int runModalOpenPanel(platform::OpenPanel& panel, const QStringList& fileTypes) override;
@@ -78,6 +86,7 @@ class VelmoraAppController : public platform::DocumentController, public Velmora
  private:
   void askFirstRunQuestions();
   void setUpDatabase();
+  void removeAbandonedFiles();
   void showStatusString(const QString& status);
 
   OrvVersion orvVersion_;

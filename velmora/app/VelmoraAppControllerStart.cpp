@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // What happens when the application starts and ends.
+#include "orv/OrvKeptCopies.h"
 #include "platform/Alert.h"
 #include "platform/Bundle.h"
 #include "platform/FileManager.h"
@@ -46,11 +47,13 @@ void VelmoraAppController::awakeFromNib() {
   local.addObserver(this, velmora::link::BatchExportNotification,
                     [this](const platform::Notification& payload) { batchExportToOsirix(payload); });
   services().distributedCenter.addObserver(
-      this, velmora::link::notificationName(services().mainBundle.bundleIdentifier()), velmora::link::RequestObject,
+      this, velmora::link::notificationName(services().mainBundle.bundleIdentifier()),
+      velmora::link::RequestObject,
       [this](const platform::Notification& request) { notifiedOfLinkFromOsirix(request); });
 }
 
 void VelmoraAppController::applicationDidFinishLaunching() {
+  removeAbandonedFiles();
   if (services().defaults.integerForKey(settings::VersionCheckInterval) == 0) askFirstRunQuestions();
   doSplashAboutBox(this);
   services().runLoop.performAfterDelay(this, CacheDelay, [this] { cacheDatabaseFiles(); });
@@ -59,22 +62,37 @@ void VelmoraAppController::applicationDidFinishLaunching() {
 void VelmoraAppController::askFirstRunQuestions() {
   const int check = services().alerts.runModal(
       {localizedString("VelmoraAppController", "Periodically check for updates?"),
-       localizedString("VelmoraAppController", "Check"), localizedString("VelmoraAppController", "Don't Check"),
-       QString(),
+       localizedString("VelmoraAppController", "Check"),
+       localizedString("VelmoraAppController", "Don't Check"), QString(),
        platform::formatted(
            localizedString("VelmoraAppController",
                            "You can change this setting later by choosing Preferences from the %@ menu."),
            {orvVersion_.applicationName()})});
-  if (check == platform::AlertDefaultReturn) services().defaults.setObject(true, settings::AutomaticVersionCheck);
+  if (check == platform::AlertDefaultReturn)
+    services().defaults.setObject(true, settings::AutomaticVersionCheck);
   services().defaults.setInteger(FirstRunInterval, settings::VersionCheckInterval);
 
   const int setUp = services().alerts.runModal(
-      {localizedString("VelmoraAppController", "Set Up Database?"), localizedString("VelmoraAppController", "Yes"),
-       localizedString("VelmoraAppController", "No"), QString(),
-       localizedString("VelmoraAppController",
-                       "Would you like to automatically configure the default database?\n\nYou can alter the default "
-                       "settings later in the preferences.")});
+      {localizedString("VelmoraAppController", "Set Up Database?"),
+       localizedString("VelmoraAppController", "Yes"), localizedString("VelmoraAppController", "No"),
+       QString(),
+       localizedString(
+           "VelmoraAppController",
+           "Would you like to automatically configure the default database?\n\nYou can alter the default "
+           "settings later in the preferences.")});
   if (setUp == platform::AlertDefaultReturn) setUpDatabase();
+}
+
+void VelmoraAppController::removeAbandonedFiles() {
+  const platform::UserDefaults& defaults = services().defaults;
+  const auto folder = [&defaults](const QString& key) {
+    return platform::expandingTildeInPath(defaults.stringForKey(key));
+  };
+  services().fileManager.removeAbandonedFiles(folder(settings::SaveDirectory),
+                                              {defaults.stringForKey(settings::DataFileExtension)});
+  services().fileManager.removeAbandonedFiles(folder(settings::ExportDirectory), {QStringLiteral("jpg")});
+  OrvKeptCopies(services().fileManager, services().runLoop, services().mainBundle.bundleIdentifier())
+      .removeAbandonedCopies({defaults.stringForKey(settings::DataFileExtension)});
 }
 
 void VelmoraAppController::setUpDatabase() {

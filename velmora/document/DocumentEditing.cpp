@@ -20,7 +20,10 @@ bool VelmoraDocument::controlTextShouldBeginEditing(QLineEdit* control) {
   return answer != platform::AlertAlternateReturn;
 }
 
-void VelmoraDocument::controlTextDidBeginEditing(QLineEdit*) { updateChangeCount(platform::ChangeType::Done); }
+void VelmoraDocument::controlTextDidBeginEditing(QLineEdit* control) {
+  updateChangeCount(platform::ChangeType::Done);
+  if (control != referenceIDField_) holdsMoreThanIdentifier_ = true;
+}
 
 void VelmoraDocument::controlTextDidEndEditing(QLineEdit*) {
   const QString name = preferredFileName(false).toUpper();

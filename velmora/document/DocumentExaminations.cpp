@@ -14,6 +14,7 @@
 using platform::localizedString;
 
 void VelmoraDocument::doNewRecord(const QObject*) {
+  holdsMoreThanIdentifier_ = true;
   updateChangeCount(platform::ChangeType::Done);
   synchronizeToData();
   addExamination();
@@ -26,15 +27,23 @@ void VelmoraDocument::doDeleteRecord(const QObject*) {
     services().effects.beep();
     return;
   }
-  const platform::Alert alert{localizedString("VelmoraDocument", "Are you sure you want to remove this exam?"),
-                              localizedString("VelmoraDocument", "Remove"), localizedString("OrvVersion", "Cancel"),
-                              QString(), QString()};
-  services().alerts.beginSheetModalForWindow(alert, windowForSheet(), this,
-                                             [this](int returnCode) { deleteAlertDidEnd(returnCode); });
+  const platform::Alert alert{
+      localizedString("VelmoraDocument", "Are you sure you want to remove this exam?"),
+      localizedString("VelmoraDocument", "Remove"), localizedString("OrvVersion", "Cancel"), QString(),
+      QString()};
+  // While the sheet waits, the viewer may add an examination to this record, and that one is shown then. The
+  // answer was about the one that was shown before.
+  const auto answered = [this, exam = currentExam_, last = lastExam()](int returnCode) {
+    const bool shownStill = currentExam_ == exam && lastExam() == last;
+    if (shownStill) return deleteAlertDidEnd(returnCode);
+    if (returnCode == platform::AlertDefaultReturn) services().effects.beep();
+  };
+  services().alerts.beginSheetModalForWindow(alert, windowForSheet(), this, answered);
 }
 
 void VelmoraDocument::deleteAlertDidEnd(int returnCode) {
   if (returnCode != platform::AlertDefaultReturn) return;
+  holdsMoreThanIdentifier_ = true;
   updateChangeCount(platform::ChangeType::Done);
   // Loaded, not stored: what was typed into the examination that goes is thrown away with it.
   synchronizeFromData();
@@ -72,6 +81,7 @@ void VelmoraDocument::setCurrentRecordFromClick(const QPointF&) {
 }
 
 void VelmoraDocument::directUpdateDisplayAndSetDirty(const QObject* sender) {
+  holdsMoreThanIdentifier_ = true;
   updateChangeCount(platform::ChangeType::Done);
   directUpdateDisplay(sender);
 }

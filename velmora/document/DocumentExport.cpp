@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // The chart as a picture: to a file, or to OsiriX.
+#include <QCoreApplication>
+#include <QHoverEvent>
 #include <QLineEdit>
+#include <QScopeGuard>
 #include <QTabBar>
 #include <QTabWidget>
 
@@ -41,14 +44,25 @@ void VelmoraDocument::displayTabView() {
 QByteArray VelmoraDocument::getJPEGData() {
   if (!currentDataPointsVisible_) return {};
   showGraphHilite_ = false;
+  const auto showAgain = qScopeGuard([this] {
+    showGraphHilite_ = true;
+    displayTabView();
+  });
   displayTabView();
   QImage picture;
   if (tabView_) {
+    // Where mouse and keyboard happen to be is no part of the chart.
+    QTabBar* tabs = tabView_->tabBar();
+    QHoverEvent leave(QEvent::HoverLeave, QPointF(-1, -1), QPointF(-1, -1), QPointF(-1, -1));
+    QCoreApplication::sendEvent(tabs, &leave);
+    const bool focused = tabs->hasFocus();
+    if (focused) tabs->clearFocus();
+    const auto focusAgain = qScopeGuard([tabs, focused] {
+      if (focused) tabs->setFocus(Qt::OtherFocusReason);
+    });
     const platform::GraphicsContext::OffScreen offScreen(services().graphics);
     picture = tabView_->grab().toImage();
   }
-  showGraphHilite_ = true;
-  displayTabView();
   return platform::encodeJpeg(picture, BestQuality);
 }
 
@@ -82,9 +96,11 @@ void VelmoraDocument::doExport(bool interactive) {
   if (services().fileManager.fileExistsAtPath(path)) {
     const int answer = services().alerts.runModal(
         {localizedString("VelmoraDocument", "A file with that name already exists"),
-         localizedString("VelmoraDocument", "Overwrite"), localizedString("VelmoraDocument", "Skip"), QString(),
-         platform::formatted(localizedString("VelmoraDocument", "A file named '%@' is already present in '%@/'."),
-                             {fileName, folder})});
+         localizedString("VelmoraDocument", "Overwrite"), localizedString("VelmoraDocument", "Skip"),
+         QString(),
+         platform::formatted(
+             localizedString("VelmoraDocument", "A file named '%@' is already present in '%@/'."),
+             {fileName, folder})});
     if (answer == platform::AlertAlternateReturn) return;
   }
   services().fileManager.writeDurably(path, picture);
@@ -99,9 +115,9 @@ void VelmoraDocument::doExportToOsirix() {
   chart.name = patientName_;
   chart.studyID = osiriXStudyID_;
   chart.identifier = identifier();
-  chart.description = platform::formatted(
-      localizedString("VelmoraDocument", "%@ Chart"),
-      {services().mainBundle.stringForInfoDictionaryKey(QStringLiteral("CFBundleName"))});
+  chart.description =
+      platform::formatted(localizedString("VelmoraDocument", "%@ Chart"),
+                          {services().mainBundle.stringForInfoDictionaryKey(QStringLiteral("CFBundleName"))});
   chart.birthDate = birthDateField_ ? birthDateField_->text() : QString();
   chart.examDate = examDateField_ ? examDateField_->text() : QString();
   chart.jpeg = picture;

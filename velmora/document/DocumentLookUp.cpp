@@ -14,22 +14,26 @@
 
 using platform::localizedString;
 
+QString VelmoraDocument::dataFilePath(const QString& identifier) const {
+  return platform::expandingTildeInPath(services().defaults.stringForKey(velmora::settings::SaveDirectory)) +
+         QLatin1Char('/') + platform::appendingPathExtension(identifier, dataFileExtension_);
+}
+
 bool VelmoraDocument::lookUp(const QString& identifier, bool askForConfirmation) {
   const platform::UserDefaults& defaults = services().defaults;
   if (!defaults.boolForKey(velmora::settings::AutoSave)) return false;
   if (!delegate_.fileIsInCachedDatabaseFiles(identifier)) return false;
-  const QString path =
-      platform::expandingTildeInPath(defaults.stringForKey(velmora::settings::SaveDirectory)) + QLatin1Char('/') +
-      platform::appendingPathExtension(identifier, dataFileExtension_);
+  const QString path = dataFilePath(identifier);
   if (!services().fileManager.fileExistsAtPath(path)) return false;
   if (askForConfirmation) {
     const int answer = services().alerts.runModal(
         {localizedString("VelmoraDocument", "Patient Data Found"), localizedString("VelmoraDocument", "Open"),
          localizedString("OrvVersion", "Cancel"), QString(),
-         platform::formatted(localizedString("VelmoraDocument",
-                                             "A previously saved data file is available for patient '%@'.  Would you "
-                                             "like to open it?"),
-                             {identifier.toUpper()})});
+         platform::formatted(
+             localizedString("VelmoraDocument",
+                             "A previously saved data file is available for patient '%@'.  Would you "
+                             "like to open it?"),
+             {identifier.toUpper()})});
     if (answer != platform::AlertDefaultReturn) return false;
   }
   services().runLoop.performOnMainThread(this, [this, path] { deferredOpenLookedUpFile(path); });
@@ -40,8 +44,9 @@ void VelmoraDocument::deferredOpenLookedUpFile(const QString& path) {
   const QUrl url = QUrl::fromLocalFile(path);
   platform::DocumentController* controller = services().documentController;
   if (!controller) return closeInFavourOf(url);
-  // When the file asked for is this document's own, opening would give this very document back, and closing it would
-  // leave the patient without a window, and what follows with the wrong one. So then it closes first.
+  // When the file asked for is this document's own, opening would give this very document back, and closing
+  // it would leave the patient without a window, and what follows with the wrong one. So then it closes
+  // first.
   const bool ownFile = controller->documentForURL(url) == this;
   if (ownFile) closeInFavourOf(url);
   QString error;
@@ -51,15 +56,23 @@ void VelmoraDocument::deferredOpenLookedUpFile(const QString& path) {
 }
 
 void VelmoraDocument::closeInFavourOf(const QUrl& file) {
-  // The document in which an identifier was entered is dropped for the file of that identifier: that is the purpose.
-  // But unsaved changes to a saved record, or to a record under another identifier, are more than that identifier;
-  // they leave a copy behind.
+  // The document in which an identifier was entered is dropped for the file of that identifier: that is the
+  // purpose. Where another record was in front when the viewer asked, its user should know what became of the
+  // changes.
   const QString name = platform::deletingPathExtension(file.fileName());
-  const bool anotherPatient =
+  const bool another =
       !preferredFileName(false).isEmpty() && preferredFileName(false).compare(name, Qt::CaseInsensitive) != 0;
-  if (isDocumentEdited() && !isClosed() && (!fileURL().isEmpty() || anotherPatient)) {
+  const QString shownName = displayName();
+  const QString copy = closeKeepingACopy();
+  if (another || !fileURL().isEmpty()) tellAboutKeptCopy(shownName, copy);
+}
+
+QString VelmoraDocument::closeKeepingACopy() {
+  QString copy;
+  if (!isClosed() && isDocumentEdited() && holdsMoreThanIdentifier_) {
     synchronizeToData();
-    keepRescueCopy();
+    copy = keepRescueCopy();
   }
   close();
+  return copy;
 }

@@ -19,15 +19,18 @@ constexpr qint64 RecentMilliseconds = 30000;
 void VelmoraDocument::printDocument(const QVariantMap& settings, bool showPrintPanel, DidPrint didPrint) {
   const QDateTime now = services().runLoop.now();
   if (lastPrintedDate_.msecsTo(now) < RecentMilliseconds) {
-    services().alerts.runModal({localizedString("VelmoraDocument", "Recently Printed"),
-                                localizedString("OrvVersion", "OK"), QString(), QString(),
-                                localizedString("VelmoraDocument", "This document was printed in the last 30 seconds.")});
+    services().alerts.runModal(
+        {localizedString("VelmoraDocument", "Recently Printed"), localizedString("OrvVersion", "OK"),
+         QString(), QString(),
+         localizedString("VelmoraDocument", "This document was printed in the last 30 seconds.")});
   }
   synchronizeToData();
   currentExam_ = lastExam();
   synchronizeFromData();
-  if (QWidget* view = printableView()) view->window()->setWindowTitle(preferredFileName(false) + QStringLiteral("[*]"));
+  if (QWidget* view = printableView())
+    view->window()->setWindowTitle(preferredFileName(false) + QStringLiteral("[*]"));
   lastPrintedDate_ = services().runLoop.now();
   platform::requireValue(lastPrintedDate_.isValid(), "VelmoraDocument");
   OrvAutoNameDocument::printDocument(settings, showPrintPanel, std::move(didPrint));
+  synchronizeWindowTitle();
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // Saving under the patient's identifier, and the question before closing.
+#include <QTabWidget>
+
 #include "platform/Alert.h"
 #include "platform/AssertionFailure.h"
 #include "platform/DocumentController.h"
@@ -32,12 +34,34 @@ bool VelmoraDocument::savesAutomatically() const {
   return services().defaults.boolForKey(velmora::settings::AutoSave) && !preferredFileName(false).isEmpty();
 }
 
+void VelmoraDocument::saveDocument(DidSave didSave) {
+  const QString name = preferredFileName(false);
+  const bool anotherIdentifier =
+      !fileURL().isEmpty() && !name.isEmpty() && !savedName_.isEmpty() && name != savedName_;
+  if (!anotherIdentifier) return OrvAutoNameDocument::saveDocument(std::move(didSave));
+  const int answer = services().alerts.runModal(
+      {localizedString("VelmoraDocument", "The identifier of this record has changed"),
+       localizedString("VelmoraDocument", "New File"), localizedString("VelmoraDocument", "Same File"),
+       QString(),
+       platform::formatted(
+           localizedString("VelmoraDocument",
+                           "It was '%@' and is now '%@'. With a new file the record of '%@' stays as it "
+                           "was last saved."),
+           {savedName_, name, savedName_})});
+  if (answer == platform::AlertDefaultReturn) {
+    saveDocumentAs(std::move(didSave));
+  } else {
+    OrvAutoNameDocument::saveDocument(std::move(didSave));
+  }
+}
+
 bool VelmoraDocument::prepareSavePanel(platform::SavePanel& panel) {
   const QString folder = saveFolder(services());
   panel.directoryURL = QUrl::fromLocalFile(folder);
   platform::requireValue(panel.directoryURL.isValid(), "VelmoraDocument");
   const QString name = preferredFileName(false);
-  if (fileURL().isEmpty() && !name.isEmpty()) setFileURL(QUrl::fromLocalFile(folder + QLatin1Char('/') + name));
+  if (fileURL().isEmpty() && !name.isEmpty())
+    setFileURL(QUrl::fromLocalFile(folder + QLatin1Char('/') + name));
   return true;
 }
 
@@ -49,13 +73,41 @@ void VelmoraDocument::runModalSavePanelForSaveOperation(platform::SaveOperation 
         operation, [this](platform::Document* document, bool saved) { documentDidSave(document, saved); });
     return;
   }
-  const QString path = folder + QLatin1Char('/') + preferredFileName(false) + QLatin1Char('.') + dataFileExtension_;
+  const QString path =
+      folder + QLatin1Char('/') + preferredFileName(false) + QLatin1Char('.') + dataFileExtension_;
   const QUrl url = QUrl::fromLocalFile(path);
   saveToURL(url, platform::pathExtension(path), operation, std::move(didSave));
+  const bool saved = !isDocumentEdited();
   close();
-  if (!closeRequested_ && services().documentController) {
-    services().documentController->openDocumentWithContentsOfURL(url, true);
-  }
+  if (closeRequested_ || !services().documentController) return;
+  platform::Document* reopened = services().documentController->openDocumentWithContentsOfURL(url, true);
+  // After a failed save that is an earlier record, which knows nothing of this one's study.
+  auto* record = dynamic_cast<VelmoraDocument*>(reopened);
+  if (record && saved) record->continueFrom(*this);
+}
+
+void VelmoraDocument::keepUnsavedChanges() {
+  synchronizeToData();
+  OrvAutoNameDocument::keepUnsavedChanges();
+}
+
+void VelmoraDocument::fileWasReplaced() {
+  synchronizeToData();
+  OrvAutoNameDocument::fileWasReplaced();
+}
+
+void VelmoraDocument::continueFrom(VelmoraDocument& earlier) {
+  // To the user it is the same record: the window stays where it is and shows what it showed, and what the
+  // viewer told of patient and study still holds.
+  setName(earlier.patientName_);
+  setOsiriXStudyID(earlier.osiriXStudyID_);
+  QWidget* window = windowForSheet();
+  const QWidget* earlierWindow = earlier.windowForSheet();
+  if (!window || !earlierWindow) return;
+  window->setGeometry(earlierWindow->geometry());
+  if (tabView_ && earlier.tabView_) tabView_->setCurrentIndex(earlier.tabView_->currentIndex());
+  if (earlier.currentExam_ <= lastExam()) currentExam_ = earlier.currentExam_;
+  synchronizeFromData();
 }
 
 void VelmoraDocument::saveToURL(const QUrl& url, const QString& typeName, platform::SaveOperation operation,
@@ -63,8 +115,22 @@ void VelmoraDocument::saveToURL(const QUrl& url, const QString& typeName, platfo
   synchronizeToData();
   lookUpRequired_ = false;
   OrvAutoNameDocument::saveToURL(url, typeName, operation, std::move(didSave));
+  if (!isDocumentEdited()) {
+    savedName_ = preferredFileName(false);
+    holdsMoreThanIdentifier_ = false;
+  }
   if (!url.isEmpty()) delegate_.addToCachedDatabaseFiles(url.path().section(QLatin1Char('/'), -1));
   if (closeAfterSave_) close();
+}
+
+void VelmoraDocument::tellAboutKeptCopy(const QString& name, const QString& copy) {
+  if (copy.isEmpty()) return;
+  services().alerts.runModal(
+      {platform::formatted(localizedString("VelmoraDocument", "'%@' was closed with unsaved changes"),
+                           {name}),
+       localizedString("OrvVersion", "OK"), QString(), QString(),
+       platform::formatted(localizedString("VelmoraDocument", "A copy with the changes was kept as '%@'."),
+                           {copy})});
 }
 
 void VelmoraDocument::documentDidSave(platform::Document* document, bool didSave) {
@@ -81,7 +147,8 @@ void VelmoraDocument::canCloseDocument(ShouldClose shouldClose) {
   const bool automatic = savesAutomatically();
   const int answer = services().alerts.runModal(
       {localizedString("VelmoraDocument", "Save changes to document?"),
-       automatic ? localizedString("VelmoraDocument", "Save") : localizedString("VelmoraDocument", "Save As..."),
+       automatic ? localizedString("VelmoraDocument", "Save")
+                 : localizedString("VelmoraDocument", "Save As..."),
        localizedString("VelmoraDocument", "Don't Save"), localizedString("OrvVersion", "Cancel"), QString()});
   if (answer == platform::AlertAlternateReturn) {
     shouldClose(this, true);
@@ -89,7 +156,11 @@ void VelmoraDocument::canCloseDocument(ShouldClose shouldClose) {
     shouldClose(this, false);
   } else if (automatic) {
     closeRequested_ = true;
-    saveDocument();
+    bool failed = false;
+    saveDocument([&failed](platform::Document*, bool saved) { failed = !saved; });
+    // The answer stands even where the save folder is gone and the panel in its place was cancelled. A save
+    // that failed has left its copy already.
+    if (!failed && !isClosed() && isDocumentEdited()) tellAboutKeptCopy(displayName(), closeKeepingACopy());
     shouldClose(this, true);
   } else {
     saveDocumentAs();

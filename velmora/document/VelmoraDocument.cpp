@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
-// Making the document and its window, and the patient's setters. The document's other jobs stand in files of their
-// own: DocumentExaminations, DocumentEditing, DocumentLookUp, DocumentExport, DocumentSaving, DocumentPrinting.
+// Making the document and its window, and the patient's setters. The document's other jobs stand in files of
+// their own: DocumentExaminations, DocumentEditing, DocumentLookUp, DocumentExport, DocumentSaving,
+// DocumentPrinting.
 #include "velmora/document/VelmoraDocument.h"
 
 #include <QAbstractSpinBox>
@@ -9,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTabWidget>
 
 #include "platform/AssertionFailure.h"
@@ -18,6 +20,7 @@
 #include "platform/Printing.h"
 #include "platform/Services.h"
 #include "platform/UserDefaults.h"
+#include "platform/WidgetHabits.h"
 #include "platform/WindowController.h"
 #include "velmora/document/VelmoraGraphView.h"
 #include "velmora/resources/SettingsKeys.h"
@@ -42,6 +45,7 @@ VelmoraDocument::~VelmoraDocument() {
   if (QWidget* window = windowForSheet()) {
     platform::TextFieldEditing::detach(window);
     window->disconnect(this);
+    for (QObject* part : window->findChildren<QObject*>()) part->disconnect(this);
   }
 }
 
@@ -72,6 +76,10 @@ void VelmoraDocument::windowControllerDidLoadNib(platform::WindowController& win
   closeAfterSave_ = false;
 }
 
+void VelmoraDocument::windowIsSetUp() {
+  if (!fileURL().isEmpty()) savedName_ = preferredFileName(false);
+}
+
 void VelmoraDocument::connectOutlets(QWidget* window) {
   referenceIDField_ = window->findChild<QLineEdit*>(QStringLiteral("referenceIDField"));
   birthDateField_ = window->findChild<QLineEdit*>(QStringLiteral("birthDateField"));
@@ -83,7 +91,8 @@ void VelmoraDocument::connectOutlets(QWidget* window) {
   nextStudyButton_ = window->findChild<QAbstractButton*>(QStringLiteral("nextStudyButton"));
   connectButton(previousStudyButton_, &VelmoraDocument::doPreviousRecord);
   connectButton(nextStudyButton_, &VelmoraDocument::doNextRecord);
-  connectButton(window->findChild<QAbstractButton*>(QStringLiteral("newStudyButton")), &VelmoraDocument::doNewRecord);
+  connectButton(window->findChild<QAbstractButton*>(QStringLiteral("newStudyButton")),
+                &VelmoraDocument::doNewRecord);
   connectButton(window->findChild<QAbstractButton*>(QStringLiteral("deleteStudyButton")),
                 &VelmoraDocument::doDeleteRecord);
   for (QWidget* widget : window->findChildren<QWidget*>()) {
@@ -91,7 +100,8 @@ void VelmoraDocument::connectOutlets(QWidget* window) {
   }
 }
 
-void VelmoraDocument::connectButton(QAbstractButton* button, void (VelmoraDocument::*command)(const QObject*)) {
+void VelmoraDocument::connectButton(QAbstractButton* button,
+                                    void (VelmoraDocument::*command)(const QObject*)) {
   if (!button) return;
   QObject::connect(button, &QAbstractButton::clicked, this, [this, button, command] {
     platform::guarded("button", [&] { (this->*command)(button); });
@@ -99,6 +109,8 @@ void VelmoraDocument::connectButton(QAbstractButton* button, void (VelmoraDocume
 }
 
 void VelmoraDocument::becomeDelegateOfTextFields(QWidget* window) {
+  for (QComboBox* menu : window->findChildren<QComboBox*>()) platform::ignoreWheelWithoutFocus(menu);
+  if (tabView_) platform::keepArrowKeys(tabView_->tabBar());
   for (QLineEdit* field : window->findChildren<QLineEdit*>()) {
     // The text part of another control belongs to that control.
     const bool partOfAnother =
@@ -109,11 +121,15 @@ void VelmoraDocument::becomeDelegateOfTextFields(QWidget* window) {
     const QString example = shortDateFormatter().stringFromDate(QDate(2019, 3, 14));
     editing->setFormatter(
         [](const QString& text) {
-          const QDateTime date = shortDateFormatter().dateFromString(text);
-          return date.isValid() ? shortDateFormatter().stringFromDate(date) : QString();
+          const QDate day = shortDateFormatter().dayFromString(text);
+          return day.isValid() ? shortDateFormatter().stringFromDate(day) : QString();
         },
-        platform::formatted(localizedString("VelmoraDocument", "This is not a date. A date looks like %@."), {example}));
-    if (field->placeholderText().isEmpty()) field->setPlaceholderText(example);
+        platform::formatted(localizedString("VelmoraDocument", "This is not a date. A date looks like %@."),
+                            {example}));
+    if (field->placeholderText().isEmpty()) {
+      field->setPlaceholderText(
+          platform::formatted(localizedString("VelmoraDocument", "for example %@"), {example}));
+    }
   }
 }
 
@@ -121,7 +137,9 @@ void VelmoraDocument::setIdentifier(const QString& identifier) {
   if (referenceIDField_) referenceIDField_->setText(identifier);
 }
 
-QString VelmoraDocument::identifier() const { return referenceIDField_ ? referenceIDField_->text() : QString(); }
+QString VelmoraDocument::identifier() const {
+  return referenceIDField_ ? referenceIDField_->text() : QString();
+}
 
 void VelmoraDocument::setBirthDate(const QDateTime& date) { showDate(birthDateField_, date); }
 void VelmoraDocument::setExamDate(const QDateTime& date) { showDate(examDateField_, date); }
@@ -132,4 +150,6 @@ void VelmoraDocument::showDate(QLineEdit* field, const QDateTime& date) {
 
 QString VelmoraDocument::shownDate(const QDate& day) { return shortDateFormatter().stringFromDate(day); }
 
-QDate VelmoraDocument::dayOfShownDate(const QString& text) { return shortDateFormatter().dateFromString(text).date(); }
+QDate VelmoraDocument::dayOfShownDate(const QString& text) {
+  return shortDateFormatter().dayFromString(text);
+}

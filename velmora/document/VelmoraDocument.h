@@ -18,14 +18,15 @@ class VelmoraApplicationDelegate;
 /// The document for one patient: identifier, birth date, and one or more examinations of which one is shown.
 ///
 /// The class owns what every application of the family shares: the fields of the window, stepping through
-/// examinations, the look-up of an earlier data file, the export of the chart, saving, closing and printing. The
-/// examinations themselves belong to the application's subclass, which is driven through the hooks under "The
-/// subclass contract". By itself the class is a complete document with exactly one, empty examination.
+/// examinations, the look-up of an earlier data file, the export of the chart, saving, closing and printing.
+/// The examinations themselves belong to the application's subclass, which is driven through the hooks under
+/// "The subclass contract". By itself the class is a complete document with exactly one, empty examination.
 ///
 /// The window is loaded from the interface file "VelmoraDocument"; its outlets are found by object name
 /// (referenceIDField, birthDateField, examDateField, ageField, examNumberField, tabView, previousStudyButton,
-/// nextStudyButton, newStudyButton, deleteStudyButton). A missing one is tolerated everywhere. The document is the
-/// delegate of every text field of the window that the user can edit, except those with the property "ownDelegate".
+/// nextStudyButton, newStudyButton, deleteStudyButton). A missing one is tolerated everywhere. The document
+/// is the delegate of every text field of the window that the user can edit, except those with the property
+/// "ownDelegate".
 class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDelegate {
  public:
   VelmoraDocument(platform::Services& services, VelmoraApplicationDelegate& delegate);
@@ -34,10 +35,12 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
   QString windowNibName() const override { return QStringLiteral("VelmoraDocument"); }
   /// Sets the window up. An override calls this first and then fills the window from its data.
   void windowControllerDidLoadNib(platform::WindowController& windowController) override;
+  void windowIsSetUp() override;
   void setDataFileExtension(const QString& extension) { dataFileExtension_ = extension; }
   const QString& dataFileExtension() const { return dataFileExtension_; }
 
-  // The patient. No setter marks the document changed: callers that want that send directUpdateDisplayAndSetDirty.
+  // The patient. No setter marks the document changed: callers that want that send
+  // directUpdateDisplayAndSetDirty.
 
   void setName(const QString& name) { patientName_ = name; }
   const QString& patientName() const { return patientName_; }
@@ -56,11 +59,11 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
   quint64 currentExam() const { return currentExam_; }
   /// The index of the last examination: their number less one. The base answers 0.
   virtual quint64 lastExam() const { return 0; }
-  /// Fill fields and chart, and setCurrentDataPointsVisible, from the examination at currentExam. Called after every
-  /// change of currentExam, after adding and deleting, and before deleting.
+  /// Fill fields and chart, and setCurrentDataPointsVisible, from the examination at currentExam. Called
+  /// after every change of currentExam, after adding and deleting, and before deleting.
   virtual void synchronizeFromData() {}
-  /// Store the fields into the examination at currentExam. Called before every change of currentExam, before adding,
-  /// refreshing the display, printing and saving.
+  /// Store the fields into the examination at currentExam. Called before every change of currentExam, before
+  /// adding, refreshing the display, printing and saving.
   virtual void synchronizeToData() {}
   /// Add an examination. Who wants it shown moves currentExam (setCurrentExam) here.
   virtual void addExamination() {}
@@ -68,10 +71,11 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
   virtual void deleteCurrentExamination() {}
   /// Bring the examinations back into their order after an edit.
   virtual void updateArrayOrder() {}
-  /// Choose the examination that a click on the chart designates, given in the chart's data coordinates. The base
-  /// stores to data, goes to examination 0 and loads from data.
+  /// Choose the examination that a click on the chart designates, given in the chart's data coordinates. The
+  /// base stores to data, goes to examination 0 and loads from data.
   virtual void setCurrentRecordFromClick(const QPointF& point);
-  /// The base stores to data and shows the number of the examination; an override calls it and refreshes its own.
+  /// The base stores to data and shows the number of the examination; an override calls it and refreshes its
+  /// own.
   virtual void updateDisplay();
   /// To be set when an edit of the identifier shall look for an earlier data file once it has ended.
   void setLookUpRequired(bool required) { lookUpRequired_ = required; }
@@ -98,15 +102,17 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
 
   // The earlier data file of a returning patient.
 
-  /// Looks for the data file of `identifier` in the save folder. True when there is one and it will be opened in place
-  /// of this document, which then closes without a question, after the current event.
+  /// Looks for the data file of `identifier` in the save folder. True when there is one and it will be opened
+  /// in place of this document, which then closes without a question, after the current event.
   bool lookUp(const QString& identifier, bool askForConfirmation);
+  /// Where the data file of `identifier` stands or would stand.
+  QString dataFilePath(const QString& identifier) const;
   void deferredOpenLookedUpFile(const QString& path);
 
   // The chart as a picture.
 
-  /// The chart area as JPEG, in its size on the screen, without the mark on the current examination; nothing when that
-  /// examination has no data points.
+  /// The chart area as JPEG, in its size on the screen, without the mark on the current examination; nothing
+  /// when that examination has no data points.
   QByteArray getJPEGData();
   /// Exports the chart: to OsiriX, to the export folder, or (only if `interactive`) where a save panel says.
   void doExport(bool interactive);
@@ -119,6 +125,9 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
 
   /// The identifier with every "/" replaced by "-"; empty when there is none.
   QString preferredFileName(bool forExport) const override;
+  /// Saves to the document's file; but when the identifier has changed since that was read or written, asks
+  /// whether the record shall have a new file, so that no patient's file turns into another's unseen.
+  void saveDocument(DidSave didSave = {}) override;
   bool prepareSavePanel(platform::SavePanel& panel) override;
   QString fileTypeFromLastRunSavePanel() const override { return dataFileExtension_; }
   /// With "Auto Save" on, an identifier and the save folder present, saves there without a panel.
@@ -127,6 +136,12 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
                  DidSave didSave) override;
   void documentDidSave(platform::Document* document, bool didSave) override;
   void canCloseDocument(ShouldClose shouldClose) override;
+  /// Like the base, with what stands in the fields.
+  void keepUnsavedChanges() override;
+  void fileWasReplaced() override;
+  /// Closes without a question; what would be lost by that, beyond a typed identifier, leaves a rescue copy,
+  /// whose path is given.
+  QString closeKeepingACopy();
   /// Prints the last examination. Tells the user when the document was printed in the last 30 seconds.
   void printDocument(const QVariantMap& settings, bool showPrintPanel, DidPrint didPrint = {}) override;
 
@@ -134,13 +149,16 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
   void setCurrentExam(quint64 index) { currentExam_ = index; }
   /// Shows which of how many examinations is shown. A subclass calls it in synchronizeFromData.
   void showExamNumber();
-  /// The text of a date as the window shows it, and the day that such a text stands for (invalid when it is none).
+  /// The text of a date as the window shows it, and the day that such a text stands for (invalid when it is
+  /// none).
   static QString shownDate(const QDate& day);
   static QDate dayOfShownDate(const QString& text);
 
   // The base document without data of its own has nothing to write; a subclass overrides both.
   QJsonObject contentToJson() const override { return {}; }
-  platform::FileResult contentFromJson(const QJsonObject&, int) override { return platform::FileResult::success(); }
+  platform::FileResult contentFromJson(const QJsonObject&, int) override {
+    return platform::FileResult::success();
+  }
 
   QPointer<QLineEdit> referenceIDField_;
   QPointer<QLineEdit> birthDateField_;
@@ -159,6 +177,9 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
   void showDate(QLineEdit* field, const QDateTime& date);
   void displayTabView();
   void closeInFavourOf(const QUrl& file);
+  void continueFrom(VelmoraDocument& earlier);
+  /// Tells the user where the unsaved changes of a closed record are kept; nothing when there is no copy.
+  void tellAboutKeptCopy(const QString& name, const QString& copy);
   bool savesAutomatically() const;
 
   VelmoraApplicationDelegate& delegate_;
@@ -172,4 +193,8 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
   bool closeAfterSave_ = false;
   quint64 currentExam_ = 0;
   QDateTime lastPrintedDate_;
+  /// The automatic file name under which the record was read or last saved.
+  QString savedName_;
+  /// Whether more than an identifier was entered since the record was read or last saved.
+  bool holdsMoreThanIdentifier_ = false;
 };

@@ -7,8 +7,9 @@
 
 class VelmoraDocument;
 
-/// The chart of a patient document. Every click on it is handed to the document, in the chart's data coordinates.
-/// Applications subclass it, or use it as it is, and name it in their interface file "VelmoraDocument".
+/// The chart of a patient document. Every click on it is handed to the document, in the chart's data
+/// coordinates. Applications subclass it, or use it as it is, and name it in their interface file
+/// "VelmoraDocument".
 class VelmoraGraphView : public OrvGraphView {
  public:
   explicit VelmoraGraphView(QWidget* parent = nullptr);

@@ -21,7 +21,8 @@ class BatchOpenQueue : public QObject {
 
   /// Takes a path (the notification's object) and works at once.
   void batchOpen(const platform::Notification& notification);
-  /// Opens and exports the first file, has it closed a second later, and goes on in the next turn of the run loop.
+  /// Opens and exports the first file, has it closed a second later, and goes on in the next turn of the run
+  /// loop.
   void delayBatchOpen();
   void clear() { batchArray_.clear(); }
   const QStringList& batchArray() const { return batchArray_; }

@@ -12,7 +12,8 @@ namespace velmora::link {
 
 /// The local notification with which a document hands a chart over for sending; its object is the payload.
 inline const QString BatchExportNotification = QStringLiteral("BatchExportToOsirix");
-/// The local notification that asks for a data file to be opened, exported and closed; its object is the path.
+/// The local notification that asks for a data file to be opened, exported and closed; its object is the
+/// path.
 inline const QString BatchOpenNotification = QStringLiteral("BatchOpen");
 
 /// What a document knows that goes into a link reply.

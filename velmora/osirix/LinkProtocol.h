@@ -5,9 +5,10 @@
 
 /// The names that an application of the family and the viewer's end of the link agree on.
 ///
-/// Both directions use the same notification name, "<bundle identifier>.osirixLink", and are told apart by the object:
-/// requests (a study chosen in the viewer) and replies (a chart for that study). The details are a dictionary with the
-/// keys below. Dates are points in time; a calendar date travels as noon, local time, of that day.
+/// Both directions use the same notification name, "<bundle identifier>.osirixLink", and are told apart by
+/// the object: requests (a study chosen in the viewer) and replies (a chart for that study). The details are
+/// a dictionary with the keys below. Dates are points in time; a calendar date travels as noon, local time,
+/// of that day.
 namespace velmora::link {
 
 inline const QString RequestObject = QStringLiteral("OsirixLink");

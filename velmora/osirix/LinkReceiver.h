@@ -14,23 +14,28 @@ struct Services;
 
 namespace velmora {
 
-/// What happens when the viewer tells of a study that the user has chosen: the front document is filled with the
-/// patient's data or, for a patient with a data file, that file is opened in its place and gets a new examination.
+/// What happens when the viewer tells of a study that the user has chosen: the front document is filled with
+/// the patient's data or, for a patient with a data file, that file is opened in its place and gets a new
+/// examination.
 class LinkReceiver : public QObject {
  public:
   LinkReceiver(platform::Services& services, platform::DocumentController& controller);
 
   /// The observer of link requests. May be called on any thread: it only hands over to the main thread.
   void notifiedOfLinkFromOsirix(const platform::Notification& notification);
-  /// Handles one request. Throws "Value==nil" for one without identifier, and std::out_of_range when no document is
-  /// open; then nothing is changed.
+  /// Handles one request. Throws "Value==nil" for one without identifier, std::length_error for one whose
+  /// identifier or name is of absurd length, and std::out_of_range when no document is open; then nothing is
+  /// changed.
   void doLinkFromOsirix(const platform::Notification& notification);
-  /// Adds the examination to the file that the look-up has opened meanwhile. When the front document is not that
-  /// patient's, because the file did not open or another window came forward, nothing is touched.
+  /// Adds the examination to the file that the look-up has opened meanwhile. That is the front document;
+  /// should another window have come forward, it is still the record of that file that gets it. When there is
+  /// none, or its identifier is not the one asked for, nothing is touched: an examination never goes into
+  /// another patient's record.
   void deferredNewRecord(const platform::Notification& notification);
 
  private:
   VelmoraDocument* frontDocument() const;
+  VelmoraDocument* recordOf(const QString& identifier) const;
 
   platform::Services& services_;
   platform::DocumentController& controller_;

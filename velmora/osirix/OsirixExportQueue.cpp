@@ -30,8 +30,9 @@ void OsirixExportQueue::delayBatchExportToOsirix() {
     return;
   }
   platform::logLine(QStringLiteral("Sending notification to OsiriX plugin"));
-  services_.distributedCenter.postNotificationName(link::notificationName(services_.mainBundle.bundleIdentifier()),
-                                                   link::ReplyObject, exportToOsirixArray_.first());
+  services_.distributedCenter.postNotificationName(
+      link::notificationName(services_.mainBundle.bundleIdentifier()), link::ReplyObject,
+      exportToOsirixArray_.first());
   exportToOsirixArray_.removeFirst();
   services_.runLoop.performAfterDelay(this, NextDelay, [this] { delayBatchExportToOsirix(); });
   platform::logLine(QStringLiteral("Queue next delayed batch export"));

@@ -13,11 +13,12 @@ struct Services;
 
 namespace velmora {
 
-/// Charts on their way to OsiriX: link replies, sent one at a time, so that OsiriX is never handed a burst of images.
+/// Charts on their way to OsiriX: link replies, sent one at a time, so that OsiriX is never handed a burst of
+/// images.
 ///
-/// The first leaves a second after it arrived at an empty queue, each further one four seconds after the one before.
-/// That the queue is empty is the only test: an arrival during the last four seconds of an earlier chain starts a
-/// second chain beside it.
+/// The first leaves a second after it arrived at an empty queue, each further one four seconds after the one
+/// before. That the queue is empty is the only test: an arrival during the last four seconds of an earlier
+/// chain starts a second chain beside it.
 class OsirixExportQueue : public QObject {
  public:
   explicit OsirixExportQueue(platform::Services& services) : services_(services) {}

@@ -10,7 +10,8 @@ namespace velmora::settings {
 inline const QString SaveDirectory = QStringLiteral("Save Directory");
 /// Folder path, tilde form: where chart images go when they do not go to OsiriX. Registered: "~/Desktop/".
 inline const QString ExportDirectory = QStringLiteral("Export Directory");
-/// Boolean: data files are kept automatically in the save folder; cache and look-up run only then. Registered: false.
+/// Boolean: data files are kept automatically in the save folder; cache and look-up run only then.
+/// Registered: false.
 inline const QString AutoSave = QStringLiteral("Auto Save");
 /// Boolean: charts go to OsiriX instead of the export folder. Registered: false.
 inline const QString ExportToOsiriX = QStringLiteral("Export to OsiriX");

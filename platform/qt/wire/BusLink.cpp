@@ -3,8 +3,11 @@
 
 #include <QDBusConnection>
 #include <QMetaObject>
+#include <QTimer>
+#include <algorithm>
 #include <atomic>
 #include <future>
+#include <utility>
 
 #include "platform/qt/wire/BusReceiver.h"
 
@@ -13,6 +16,12 @@ namespace {
 
 // A bus that has not taken the last messages by then has stopped; an application must still be able to end.
 constexpr std::chrono::milliseconds LongestGoodbye{5000};
+
+/// How long a bus may take to let us in.
+constexpr std::chrono::milliseconds LongestGreeting{5000};
+
+constexpr std::chrono::milliseconds FirstDelay{1000};
+constexpr std::chrono::milliseconds LongestDelay{30000};
 
 QString nextConnectionName() {
   static std::atomic<int> last{0};
@@ -23,17 +32,24 @@ QString title(const QString& name, const QString& object) {
   return QStringLiteral("Notification \"%1\" for \"%2\"").arg(name.left(200), object.left(200));
 }
 
+/// What the bus compares with; a null string would match anything.
+QStringList exactly(const QString& name, const QString& object) {
+  return {name.isNull() ? QStringLiteral("") : name, object.isNull() ? QStringLiteral("") : object};
+}
+
 }  // namespace
 
 BusLink::BusLink(const QString& address, Received received, Log log)
-    : received_(std::move(received)), log_(std::move(log)), connectionName_(nextConnectionName()) {
+    : received_(std::move(received)), log_(std::move(log)), address_(address) {
   worker_.moveToThread(&thread_);
   thread_.setObjectName(QStringLiteral("velmora-link"));
   thread_.start();
-  enqueue([this, address] { open(address); });
+  enqueue([this] { open(); });
 }
 
 BusLink::~BusLink() {
+  // With nothing to say there is no need to wait for a bus that is only being looked for.
+  if (unsent_ == 0) greeting_.giveUp();
   enqueue([this] {
     close();
     thread_.quit();  // from here, so that nothing asked before is skipped
@@ -43,33 +59,34 @@ BusLink::~BusLink() {
 
 void BusLink::subscribe(const QString& name, const QString& object) {
   enqueue([this, name, object] {
-    if (!usable()) return;
-    if (!canBeMatched(name) || !canBeMatched(object)) {
-      log_(title(name, object) + QStringLiteral(" cannot be asked for: an apostrophe or a NUL"));
-      return;
-    }
-    // A null string would match anything.
-    const QStringList exactly{name.isNull() ? QStringLiteral("") : name,
-                              object.isNull() ? QStringLiteral("") : object};
-    if (!bus_->connect(QString(), Path, Interface, Member, exactly, Signature, receiver_.get(),
-                       SLOT(receive(QDBusMessage)))) {
-      log_(title(name, object) + QStringLiteral(" cannot be asked for: ") + bus_->lastError().message());
-    }
+    if (canBeMatched(name) && canBeMatched(object)) subscriptions_.append({name, object});
+    if (usable()) ask(name, object);
   });
+}
+
+void BusLink::ask(const QString& name, const QString& object) {
+  if (!canBeMatched(name) || !canBeMatched(object)) {
+    log_(title(name, object) + QStringLiteral(" cannot be asked for: an apostrophe or a NUL"));
+  } else if (!bus_->connect(QString(), Path, Interface, Member, exactly(name, object), Signature,
+                            receiver_.get(), SLOT(receive(QDBusMessage)))) {
+    log_(title(name, object) + QStringLiteral(" cannot be asked for: ") + bus_->lastError().message());
+  }
 }
 
 void BusLink::unsubscribe(const QString& name, const QString& object) {
   enqueue([this, name, object] {
-    if (!usable() || !canBeMatched(name) || !canBeMatched(object)) return;
-    const QStringList exactly{name.isNull() ? QStringLiteral("") : name,
-                              object.isNull() ? QStringLiteral("") : object};
-    bus_->disconnect(QString(), Path, Interface, Member, exactly, Signature, receiver_.get(),
+    if (!subscriptions_.removeOne({name, object}) || !usable()) return;
+    bus_->disconnect(QString(), Path, Interface, Member, exactly(name, object), Signature, receiver_.get(),
                      SLOT(receive(QDBusMessage)));
   });
 }
 
 void BusLink::post(const Message& message) {
-  enqueue([this, message] { send(message); });
+  ++unsent_;
+  enqueue([this, message] {
+    send(message);
+    --unsent_;
+  });
 }
 
 bool BusLink::flush(std::chrono::milliseconds limit) {
@@ -96,20 +113,53 @@ bool BusLink::roundTrip(std::chrono::milliseconds limit) {
   return answer.type() == QDBusMessage::ReplyMessage;
 }
 
-void BusLink::open(const QString& address) {
-  const QDBusConnection bus =
-      address.isEmpty() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName_)
-                        : QDBusConnection::connectToBus(address, connectionName_);
-  if (bus.isConnected()) {
-    bus_ = std::make_unique<QDBusConnection>(bus);
-    receiver_ = std::make_unique<BusReceiver>([this](const QDBusMessage& signal) { arrived(signal); });
-    return;
+std::chrono::milliseconds BusLink::retryAfter(std::chrono::milliseconds previous) {
+  return previous.count() == 0 ? FirstDelay : std::min(2 * previous, LongestDelay);
+}
+
+void BusLink::open() {
+  if (bus_ || greeting_.gaveUp()) return;
+  const QString reason = connectToBus();
+  if (greeting_.gaveUp()) return;
+  if (!reason.isNull()) {
+    if (!std::exchange(off_, true)) log_(QStringLiteral("No session bus, the link is off: ") + reason);
+    return tryLater();
   }
-  QDBusConnection::disconnectFromBus(connectionName_);
-  log_(QStringLiteral("No session bus, the link is off: ") + bus.lastError().message());
+  connectedSince_.start();
+  for (const Subscription& each : std::as_const(subscriptions_)) ask(each.name, each.object);
+  if (std::exchange(off_, false)) log_(QStringLiteral("The session bus is back, the link is on"));
+}
+
+/// Null when connected, else why not.
+QString BusLink::connectToBus() {
+  const QString address = lastingAddress(address_.isEmpty() ? sessionBusAddress() : address_);
+  const QString refusal = greeting_.ask(address, LongestGreeting);
+  if (!refusal.isNull()) return refusal;
+  // A name for each attempt: the bus library may still be taking the one before apart.
+  connectionName_ = nextConnectionName();
+  const QDBusConnection bus = QDBusConnection::connectToBus(address, connectionName_);
+  if (!bus.isConnected()) {
+    const QString error = bus.lastError().message();
+    QDBusConnection::disconnectFromBus(connectionName_);
+    return error.isEmpty() ? QStringLiteral("it hung up") : error;
+  }
+  bus_ = std::make_unique<QDBusConnection>(bus);
+  // Being told is a delivery, within which the receiver must not go.
+  receiver_ = std::make_unique<BusReceiver>([this](const QDBusMessage& signal) { arrived(signal); },
+                                            [this] { enqueue([this] { usable(); }); });
+  bus_->connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), receiver_.get(),
+                SLOT(end()));
+  return {};
+}
+
+void BusLink::tryLater() {
+  delay_ = retryAfter(delay_);
+  QTimer::singleShot(delay_, &worker_, [this] { open(); });
 }
 
 void BusLink::close() {
+  greeting_.giveUp();  // nothing is looked for any more
   if (!bus_) return;
   roundTrip(LongestGoodbye);
   letGo();
@@ -123,12 +173,20 @@ void BusLink::letGo() {
   QDBusConnection::disconnectFromBus(connectionName_);
 }
 
+void BusLink::lost() {
+  off_ = true;
+  log_(QStringLiteral("The session bus has gone, the link is off"));
+  letGo();
+  // A bus that lets us in only to hang up is not visited every second.
+  if (connectedSince_.hasExpired(LongestDelay.count())) delay_ = std::chrono::milliseconds(0);
+  tryLater();
+}
+
 /// Not within a delivery: a receiver that is being called must not go.
 bool BusLink::usable() {
   if (!bus_) return false;
   if (bus_->isConnected()) return true;
-  log_(QStringLiteral("The session bus has gone, the link is off"));
-  letGo();
+  lost();
   return false;
 }
 

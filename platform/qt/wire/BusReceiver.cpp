@@ -3,8 +3,11 @@
 
 namespace platform::wire {
 
-BusReceiver::BusReceiver(Arrived arrived) : arrived_(std::move(arrived)) {}
+BusReceiver::BusReceiver(Arrived arrived, Ended ended)
+    : arrived_(std::move(arrived)), ended_(std::move(ended)) {}
 
 void BusReceiver::receive(const QDBusMessage& signal) { arrived_(signal); }
+
+void BusReceiver::end() { ended_(); }
 
 }  // namespace platform::wire

@@ -7,20 +7,25 @@
 
 namespace platform::wire {
 
-/// The object that QtDBus hands arriving signals to, on the thread that the object lives on.
+/// The object that QtDBus hands arriving signals to, and tells of the end of the connection, on the thread
+/// that the object lives on.
 class BusReceiver : public QObject {
   Q_OBJECT
 
  public:
   using Arrived = std::function<void(const QDBusMessage&)>;
 
-  explicit BusReceiver(Arrived arrived);
+  using Ended = std::function<void()>;
+
+  BusReceiver(Arrived arrived, Ended ended);
 
  public Q_SLOTS:
   void receive(const QDBusMessage& signal);
+  void end();
 
  private:
   Arrived arrived_;
+  Ended ended_;
 };
 
 }  // namespace platform::wire
