@@ -72,9 +72,16 @@ class BusTap {
     return true;
   }
 
+  /// One connection after the other: a program first looks whether the bus greets, then comes to stay.
   void forward() {
-    const int program = ::accept(listener_, nullptr, nullptr);
-    if (program < 0) return;
+    for (;;) {
+      const int program = ::accept(listener_, nullptr, nullptr);
+      if (program < 0) return;
+      forward(program);
+    }
+  }
+
+  void forward(int program) {
     const int bus = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const sockaddr_un address = socketAddress(busPath_);
     bool open = ::connect(bus, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;

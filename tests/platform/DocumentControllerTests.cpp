@@ -124,6 +124,8 @@ class ClosingAll : public testing_support::TextDocuments {
   bool closeAll() {
     QList<bool> answers;
     controller.closeAllDocuments([&answers](bool all) { answers.append(all); });
+    EXPECT_TRUE(answers.isEmpty()) << "what is being edited ends first, and what that sets going";
+    desktop.runLoop.settle();
     EXPECT_EQ(answers.size(), 1);
     return answers.value(0);
   }
@@ -186,7 +188,8 @@ class Quitting : public testing_support::TextDocuments {
     document->edit("new");
     return document;
   }
-  void expectQuit(bool quit) const {
+  void expectQuit(bool quit) {
+    desktop.runLoop.settle();
     EXPECT_EQ(desktop.application.stops, quit ? 1 : 0);
     EXPECT_EQ(counting.willTerminate, quit ? 1 : 0);
     EXPECT_EQ(counting.isTerminating(), quit);
@@ -256,6 +259,7 @@ TEST_F(Quitting, DiscardsAllChangesWhenTheUserWantsIt) {
   desktop.alerts.expect(reviewQuestion(2), platform::AlertAlternateReturn);
   counting.terminate();
   expectQuit(true);
+  EXPECT_TRUE(counting.documents().isEmpty()) << "no window is left that could refuse to close";
 }
 
 TEST_F(Quitting, IsGivenUpWhenTheUserCancelsTheReview) {

@@ -2,6 +2,7 @@
 #include "platform/TextFieldEditing.h"
 
 #include <QContextMenuEvent>
+#include <QInputMethodEvent>
 #include <QMenu>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -87,9 +88,33 @@ TEST_F(TextFields, BeginAnEditWithAClickAndEndItByGoingElsewhere) {
 TEST_F(TextFields, AreWalkedThroughWithTab) {
   click(name);
   QTest::keyClick(name, Qt::Key_Tab);
-  EXPECT_EQ(delegate.take(), (NameBegins + QStringList{"ends name", "asks date", "begins date"}));
+  EXPECT_EQ(delegate.take(), (NameBegins + QStringList{"ends name"})) << "passing through edits nothing";
+  EXPECT_TRUE(date->hasFocus());
+  QTest::keyClicks(date, "1");
+  EXPECT_EQ(delegate.take(), (QStringList{"asks date", "begins date"}));
   QTest::keyClick(date, Qt::Key_Backtab);
-  EXPECT_EQ(delegate.take(), (QStringList{"ends date", "asks name", "begins name"}));
+  EXPECT_EQ(delegate.take(), QStringList{"ends date"});
+  EXPECT_TRUE(name->hasFocus());
+}
+
+TEST_F(TextFields, BeginAnEditByAPasteOrADropWithoutAKey) {
+  name->insert("dropped");
+  EXPECT_EQ(delegate.take(), NameBegins);
+  EXPECT_TRUE(name->hasFocus()) << "an edit ends by leaving the field, so the user must be in it";
+  click(date);
+  EXPECT_EQ(delegate.take().first(), "ends name");
+}
+
+TEST_F(TextFields, TakeNoEditFromAnEmptyInputMethodEvent) {
+  QTest::keyClick(&window, Qt::Key_Tab);
+  ASSERT_TRUE(name->hasFocus());
+  QInputMethodEvent empty;
+  QApplication::sendEvent(name, &empty);
+  EXPECT_EQ(delegate.take(), QStringList());
+  QInputMethodEvent typed;
+  typed.setCommitString(QStringLiteral("é"));
+  QApplication::sendEvent(name, &typed);
+  EXPECT_EQ(delegate.take(), NameBegins);
 }
 
 TEST_F(TextFields, EndAnEditByAClickIntoTheEmptyWindow) {
@@ -170,7 +195,7 @@ TEST_F(TextFields, AreNotEditedWhenTheyAreReadOnly) {
   click(name);
   QTest::keyClicks(name, "1");
   QTest::keyClick(name, Qt::Key_Tab);
-  EXPECT_EQ(delegate.take(), (QStringList{"asks date", "begins date"}));
+  EXPECT_EQ(delegate.take(), QStringList());
 }
 
 TEST_F(TextFields, GoOnWithTheirEditWhenTheWindowLosesAndRegainsTheKeyboard) {

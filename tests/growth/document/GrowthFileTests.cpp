@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "tests/support/SealedFile.h"
 #include "tests/growth/document/GrowthApplication.h"
 
 using testing_support::GrowthApplication;
@@ -14,8 +15,9 @@ namespace {
 
 /// A data file with that content.
 QByteArray file(const QByteArray& content, int version = 1, const char* format = "org.velmora.growth") {
-  return QByteArray("{\"format\": \"") + format + "\", \"version\": " + QByteArray::number(version) +
-         ", \"application\": \"Growth 9.9\", \"content\": " + content + "}";
+  return testing_support::sealed(QByteArray("{\"format\": \"") + format +
+                                 "\", \"version\": " + QByteArray::number(version) +
+                                 ", \"application\": \"Growth 9.9\", \"content\": " + content + "}");
 }
 
 constexpr const char* goodContent = R"({"identifier": "A", "examinations": [{"weight": 3}]})";

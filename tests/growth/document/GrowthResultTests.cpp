@@ -74,7 +74,7 @@ TEST(GrowthResult, OutsideTheReferenceSaysSo) {
 TEST(GrowthResult, BeforeTheBirthHasNoAge) {
   GrowthApplication application;
   GrowthDocument& document = application.typeBoy("31/12/2021", "3");
-  EXPECT_EQ(textOf(document, "weightResultField"), "Needs birth and exam date.");
+  EXPECT_EQ(textOf(document, "weightResultField"), "The examination lies before the birth.");
   EXPECT_EQ(textOf(document, "ageField"), "");
 }
 

@@ -10,7 +10,7 @@ class KeptCopies : public testing_support::NoteDocuments {
   /// Writes a file, keeps it as an earlier version, and lets a second pass: copies are named by the time.
   void keep(const QString& file, const QByteArray& contents) {
     write(file, contents);
-    copies.keepEarlierVersion(file);
+    copies.keepEarlierVersion(file, contents);
     desktop.runLoop.advance(1);
   }
   QList<QByteArray> versions(const QString& file) {
@@ -27,11 +27,6 @@ TEST_F(KeptCopies, OfAFileAreInTheOrderOfTime) {
   for (const char* contents : {"one", "two", "three"}) keep(path("record.note"), contents);
   EXPECT_EQ(versions(path("record.note")), (QList<QByteArray>{"one", "two", "three"}));
   EXPECT_EQ(contentsOf(path("record.note")), "three") << "the file itself stays";
-}
-
-TEST_F(KeptCopies, AreNotMadeOfWhatIsNotThere) {
-  copies.keepEarlierVersion(path("absent.note"));
-  EXPECT_FALSE(QDir(kept()).exists());
 }
 
 TEST_F(KeptCopies, OfFilesOfOneNameInTwoFoldersAreKeptApart) {
@@ -100,7 +95,7 @@ TEST_F(KeptCopies, StopNothingWhenTheyCannotBeKept) {
   write(kept(), "a file where the folder would be");
   const platform::testing::LogRecorder log;
   write(path("record.note"), "contents");
-  copies.keepEarlierVersion(path("record.note"));
+  EXPECT_TRUE(copies.keepEarlierVersion(path("record.note"), "contents").isNull());
   EXPECT_EQ(log.lines().size(), 1);
   EXPECT_TRUE(copies.keepRescueCopy("record.note", "contents").isNull());
   EXPECT_EQ(log.lines().size(), 2);

@@ -90,13 +90,15 @@ TEST_F(SavingRecords, TellsTheUserWhenNotEvenACopyCouldBeKept) {
   document.edit("precious");
   write(kept(), "a file where the folder of copies would be");
   const QString reason = desktop.fileManager.writeDurably(path("no/record.note"), "x").error;
-  desktop.alerts.expect({"The record 'record.note' could not be saved.", "OK", "", "",
-                         reason + "\n\nNo copy could be kept: do not close the record before it is saved."},
+  desktop.alerts.expect({"The record 'record.note' could not be saved.", "Save Elsewhere...", "Don't Save",
+                         "", reason + "\n\nNo copy could be kept either."},
                         platform::AlertDefaultReturn);
+  desktop.panels.expectSave(url("elsewhere.note"));
   const platform::testing::LogRecorder log;
   EXPECT_EQ(save("no/record.note"), QList<bool>{false});
   EXPECT_TRUE(desktop.alerts.allCame());
   EXPECT_TRUE(document.isDocumentEdited());
+  EXPECT_EQ(noteIn(contentsOf(path("elsewhere.note"))), "precious");
 }
 
 TEST_F(SavingRecords, LeavesTheOldFileWhenItFails) {

@@ -3,6 +3,7 @@
 
 #include <QJsonDocument>
 
+#include "tests/support/SealedFile.h"
 #include "tests/orv/documents/NoteDocument.h"
 
 using platform::FileResult;
@@ -29,7 +30,7 @@ TEST_F(DataFiles, HaveAHeaderAndTheContentAsText) {
   QByteArray data;
   ASSERT_TRUE(document.dataOfType("note", data).ok());
   const QJsonObject file = QJsonDocument::fromJson(data).object();
-  EXPECT_EQ(file.keys(), (QStringList{"application", "content", "format", "version"}));
+  EXPECT_EQ(file.keys(), (QStringList{"application", "checksum", "content", "format", "version"}));
   EXPECT_EQ(file.value("format").toString(), "org.velmora.tests");
   EXPECT_EQ(file.value("version").toInt(), 3);
   EXPECT_EQ(file.value("application").toString(), "Notes 2.1");
@@ -43,6 +44,7 @@ TEST_F(DataFiles, GiveBackWhatWasWritten) {
     NoteDocument written(desktop.services);
     written.note = note;
     written.number = 0.1 + 0.2;
+    QFile::remove(path("record.note"));
     written.saveToURL(url("record.note"), "note", platform::SaveOperation::SaveAs, {});
     NoteDocument read(desktop.services);
     ASSERT_TRUE(read.readFromURL(url("record.note")).ok());
@@ -56,7 +58,7 @@ TEST_F(DataFiles, OfAnEarlierFormAreReadAsThatForm) {
   NoteDocument document(desktop.services);
   document.newestVersion = 3;
   const QByteArray old = R"({"format": "org.velmora.tests", "version": 2, "content": {"note": "old"}})";
-  ASSERT_TRUE(document.readFromData(old, "note").ok());
+  ASSERT_TRUE(document.readFromData(testing_support::sealed(old), "note").ok());
   EXPECT_EQ(document.versionRead, 2);
   EXPECT_EQ(document.note, "old");
 }
@@ -89,7 +91,9 @@ TEST_F(DataFiles, AreRefusedWithTheReason) {
       {R"({"format": "org.velmora.tests", "version": 1, "content": {}})", "It has no note."},
       {R"({"format": "org.velmora.tests", "version": 1, "content": {"note": "good"}})", nullptr},
   };
-  for (const Case& each : cases) EXPECT_EQ(refusal(each.data), QString::fromUtf8(each.reason)) << each.data;
+  for (const Case& each : cases) {
+    EXPECT_EQ(refusal(testing_support::sealed(each.data)), QString::fromUtf8(each.reason)) << each.data;
+  }
 }
 
 TEST_F(DataFiles, AreRefusedAsDamagedWhereTheyAreCutShort) {
@@ -97,13 +101,27 @@ TEST_F(DataFiles, AreRefusedAsDamagedWhereTheyAreCutShort) {
   document.note = "a note";
   QByteArray data;
   document.dataOfType("note", data);
-  const QByteArray whole = data.trimmed();
-  ASSERT_EQ(refusal(whole), QString());
-  for (qsizetype length = 1; length < whole.size(); ++length) {
-    const QString reason = refusal(whole.left(length));
+  ASSERT_EQ(refusal(data), QString());
+  EXPECT_EQ(refusal(data.trimmed()), "The file is damaged (its checksum does not match).");
+  for (qsizetype length = 1; length < data.trimmed().size(); ++length) {
+    const QString reason = refusal(data.left(length));
     ASSERT_TRUE(reason.startsWith("The file is damaged (") && reason.contains(" at byte ") &&
                 reason.endsWith(")."))
         << length << ": " << qPrintable(reason);
+  }
+}
+
+TEST_F(DataFiles, AreRefusedWhenAnyBitHasFlipped) {
+  NoteDocument document(desktop.services);
+  document.note = "a note";
+  QByteArray data;
+  document.dataOfType("note", data);
+  for (qsizetype byte = 0; byte < data.size(); ++byte) {
+    for (int bit = 0; bit < 8; ++bit) {
+      QByteArray flipped = data;
+      flipped[byte] = static_cast<char>(flipped[byte] ^ (1 << bit));
+      ASSERT_FALSE(refusal(flipped).isEmpty()) << "byte " << byte << ", bit " << bit;
+    }
   }
 }
 

@@ -60,19 +60,29 @@ TEST(GuardedField, KeepsItsTextWhenTheEditIsCancelled) {
   EXPECT_FALSE(document.isDocumentEdited());
 }
 
-TEST(GuardedField, AsksForEveryWayIntoIt) {
+TEST(GuardedField, IsPassedByTheKeyboardAndAsksAtTheFirstChange) {
+  RecordApplication application;
+  application.writeRecord("AB1");
+  RecordingDocument& document = application.openRecord("AB1");
+  QLineEdit* field = user::field(document, "referenceIDField");
+  field->setFocus(Qt::TabFocusReason);
+  EXPECT_FALSE(document.isDocumentEdited());
+  application.desktop.alerts.expect(alreadyDefined, AlertAlternateReturn);
+  QTest::keyClicks(field, "X");
+  EXPECT_TRUE(application.desktop.alerts.allCame());
+  EXPECT_EQ(field->text(), "AB1");
+}
+
+TEST(GuardedField, IsNotChangedByAPasteOrADropThatIsRefused) {
   RecordApplication application;
   application.writeRecord("AB1");
   RecordingDocument& document = application.openRecord("AB1");
   QLineEdit* field = user::field(document, "referenceIDField");
   application.desktop.alerts.expect(alreadyDefined, AlertAlternateReturn);
-  field->setFocus(Qt::TabFocusReason);
-  application.desktop.alerts.expect(alreadyDefined, AlertAlternateReturn);
-  field->setFocus(Qt::ShortcutFocusReason);
-  application.desktop.alerts.expect(alreadyDefined, AlertAlternateReturn);
-  QTest::keyClicks(field, "X");
+  field->insert("pasted");  // as the context menu and a drop do, past every key
   EXPECT_TRUE(application.desktop.alerts.allCame());
   EXPECT_EQ(field->text(), "AB1");
+  EXPECT_FALSE(document.isDocumentEdited());
 }
 
 TEST(GuardedField, LetsAnyOtherAnswerThrough) {

@@ -145,8 +145,15 @@ TEST_F(LookUp, ClosesTheDocumentWithoutAQuestionWhateverWasTyped) {
   application.settle();
   EXPECT_EQ(application.controller.documents().size(), 1);
   EXPECT_EQ(application.desktop.alerts.shown().size(), 1);
-  EXPECT_TRUE(application.rescueCopies().isEmpty())
-      << "what was typed for this patient is dropped for the file";
+  EXPECT_EQ(application.rescueCopies().size(), 1)
+      << "more than an identifier was typed: it is kept as a copy";
+}
+
+TEST_F(LookUp, KeepsNoCopyOfADocumentThatHeldOnlyTheIdentifier) {
+  application.desktop.alerts.expect(found("ABC123"), AlertDefaultReturn);
+  typeIdentifier("abc123");
+  application.settle();
+  EXPECT_TRUE(application.rescueCopies().isEmpty());
 }
 
 TEST_F(LookUp, GivesBackAFileThatIsOpenAlready) {
@@ -173,6 +180,8 @@ TEST_F(LookUp, KeepsACopyOfUnsavedChangesToAnotherPatientsSavedRecord) {
   application.keepRecord("OTHER", {"01/01/2020"});
   RecordingDocument& other = application.openRecord("OTHER");
   user::enter(user::field(other, "examDateField"), "02/02/2022");
+  application.desktop.alerts.expect(testing_support::closedWithChanges(application, "OTHER"),
+                                    AlertDefaultReturn);
   EXPECT_TRUE(other.lookUp("ABC123", false));
   application.settle();
   EXPECT_EQ(open(), (QStringList{"ABC123", ""}));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include "orv/OrvKeptCopies.h"
 #include "tests/velmora/support/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 
@@ -21,6 +22,16 @@ class Saving : public testing::Test {
     document->forgetCalls();
   }
   QString path() const { return application.pathOfRecord("12-345"); }
+  /// The notice that something else stood where the record was saved.
+  platform::Alert anotherVersionKept() {
+    const OrvKeptCopies copies(application.desktop.fileManager, application.desktop.runLoop,
+                               "org.velmora.recorder");
+    const QString copy = copies.earlierVersionsFolder(path()) + '/' +
+                         application.desktop.runLoop.now().toUTC().toString("yyyyMMdd-HHmmss-zzz") + ".rec";
+    return {"Another version of the record '12-345.rec' was in its place.", "OK", "", "",
+            "Yours has been saved. The other one, which somebody else may have written, was kept as '" +
+                copy + "'."};
+  }
   QList<platform::SavePanel> panels() const { return application.desktop.panels.savePanels(); }
   RecordApplication application;
   RecordingDocument* document;
@@ -60,9 +71,9 @@ TEST_F(Saving, AutomaticallyOpensTheRecordAgainFromItsFile) {
 TEST_F(Saving, AutomaticallyOverwritesAFileOfThatName) {
   application.turnOn(settings::AutoSave);
   application.writeRecord("12-345", {"01/01/2001"});
+  application.desktop.alerts.expect(anotherVersionKept(), platform::AlertDefaultReturn);
   document->saveDocument();
   EXPECT_FALSE(readFile(path()).contains("01/01/2001"));
-  EXPECT_TRUE(application.desktop.alerts.shown().isEmpty());
 }
 
 TEST_F(Saving, AutomaticallyTellsTheCallersCallback) {
@@ -233,6 +244,7 @@ TEST_F(Saving, KeepsWhatItReplacesAsAnEarlierVersion) {
   application.turnOn(settings::AutoSave);
   application.writeRecord("12-345", {"01/01/2001"});
   const QByteArray before = readFile(path());
+  application.desktop.alerts.expect(anotherVersionKept(), platform::AlertDefaultReturn);
   document->saveDocument();
   const QDir versions(application.home.path(".local/share/org.velmora.recorder/Earlier Versions"));
   const QStringList folders = versions.entryList(QDir::Dirs | QDir::NoDotAndDotDot);

@@ -9,6 +9,7 @@
 #include <stdexcept>
 
 #include "platform/DateFormatter.h"
+#include "tests/support/SealedFile.h"
 #include "velmora/osirix/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
@@ -61,7 +62,7 @@ void RecordApplication::writeRecord(const QString& name, const QStringList& exam
                          {QStringLiteral("version"), 1},
                          {QStringLiteral("application"), QStringLiteral("Recorder 2.1")},
                          {QStringLiteral("content"), content}};
-  writeFile(pathOfRecord(name), QJsonDocument(file).toJson());
+  writeFile(pathOfRecord(name), sealed(QJsonDocument(file).toJson()));
 }
 
 void RecordApplication::keepRecord(const QString& name, const QStringList& exams) {
@@ -107,6 +108,13 @@ QVariantMap study(const QString& identifier) {
           {velmora::link::DateOfBirth, platform::noonOf(QDate(2021, 6, 30))},
           {velmora::link::DateOfStudy, platform::noonOf(QDate(2024, 4, 29))},
           {velmora::link::OsiriXStudyID, QStringLiteral("1.2.840.99")}};
+}
+
+platform::Alert closedWithChanges(RecordApplication& application, const QString& name) {
+  const QString copy = application.home.path(".local/share/org.velmora.recorder/Rescued/") + name + ' ' +
+                       application.desktop.runLoop.now().toUTC().toString("yyyyMMdd-HHmmss-zzz") + ".rec";
+  return {"'" + name + "' was closed with unsaved changes", "OK", "", "",
+          "A copy with the changes was kept as '" + copy + "'."};
 }
 
 }  // namespace testing_support

@@ -86,4 +86,7 @@ class RecordApplication {
 /// The identifier, name and dates of a study that a request tells of.
 QVariantMap study(const QString& identifier);
 
+/// The notice that a record was closed with unsaved changes, for a copy that is made now.
+platform::Alert closedWithChanges(RecordApplication& application, const QString& name);
+
 }  // namespace testing_support

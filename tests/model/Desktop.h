@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QPointer>
+#include <functional>
+
+#include "platform/Bundle.h"
+#include "platform/FileManager.h"
+#include "platform/GraphicsContext.h"
+#include "platform/InterfaceFiles.h"
+#include "platform/Services.h"
+#include "platform/testing/Scripted.h"
+#include "tests/model/Model.h"
+
+namespace model {
+
+/// A run loop in virtual time that lets window events through after every turn, as a real one does.
+class PacedRunLoop : public platform::RunLoop {
+ public:
+  QDateTime now() const override;
+  double uptime() const override { return time_; }
+  /// Lets `seconds` pass. In a modal session nothing runs meanwhile.
+  void pass(double seconds);
+
+  std::function<void()> afterTurn;
+  std::function<bool()> stopped;
+
+ protected:
+  void scheduleChanged() override {}
+
+ private:
+  double time_ = 0;
+};
+
+/// Answers every question as the model foresaw, and complains of those that it did not foresee.
+class Answering : public platform::Alerts, public platform::Panels {
+ public:
+  explicit Answering(PacedRunLoop& runLoop) : runLoop_(runLoop) {}
+
+  /// The questions of the next step, and where its files stand.
+  void expect(const QList<Question>& questions, const QString& home);
+  /// What was asked and not foreseen, or foreseen and not asked.
+  QStringList complaints() const;
+  /// Called for what happens while a question is open.
+  std::function<void(const Event&)> happens;
+
+  bool sheetIsOn(const QWidget* window) const {
+    return sheets_.contains(window) && sheets_.value(window).owner;
+  }
+  void answerSheet(const QWidget* window, int returnCode);
+
+  int runModal(const platform::Alert& alert) override;
+  void beginSheetModalForWindow(const platform::Alert& alert, QWidget* window, const QObject* owner,
+                                DidEnd didEnd) override;
+  int runModal(platform::OpenPanel& panel) override;
+  int runModal(platform::SavePanel& panel) override;
+
+ private:
+  struct Sheet {
+    QPointer<const QObject> owner;
+    DidEnd didEnd;
+  };
+  const Question* next(Question::Form form, const QString& what);
+  int answer(const Question* question);
+
+  PacedRunLoop& runLoop_;
+  QList<Question> questions_;
+  qsizetype asked_ = 0;
+  QString home_;
+  QStringList complaints_;
+  QMap<const QWidget*, Sheet> sheets_;
+};
+
+/// Files as they are, but for a folder whose disk can be full.
+class FillableFileManager : public platform::FileManager {
+ public:
+  QString fullFolder;  ///< none while empty
+  platform::FileResult writeDurably(const QString& path, const QByteArray& contents) override;
+};
+
+/// The stand-ins that a program runs on here.
+struct Desktop {
+  PacedRunLoop runLoop;
+  platform::testing::MemoryUserDefaults defaults;
+  platform::NotificationCenter notificationCenter;
+  platform::testing::RecordingDistributedCenter distributedCenter{runLoop};
+  Answering answering{runLoop};
+  platform::testing::RecordingWorkspace workspace;
+  FillableFileManager fileManager;
+  platform::Bundle mainBundle{{{QStringLiteral("CFBundleIdentifier"), BundleIdentifier},
+                               {QStringLiteral("CFBundleName"), QStringLiteral("Traced")},
+                               {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("1.0")}},
+                              {}};
+  platform::testing::RecordingPrinter printer;
+  platform::PrintInfo sharedPrintInfo;
+  platform::testing::RecordingEffects effects;
+  platform::GraphicsContext graphics;
+  platform::InterfaceFiles interfaceFiles;
+  platform::testing::RecordingApplication application;
+  platform::Services services{defaults,          notificationCenter,
+                              distributedCenter, answering,
+                              answering,         workspace,
+                              fileManager,       runLoop,
+                              mainBundle,        printer,
+                              sharedPrintInfo,   effects,
+                              graphics,          interfaceFiles,
+                              application,       nullptr};
+};
+
+}  // namespace model
