@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
-// Encoding a chart as JPEG, against Qt's own writer at the same quality: time, size, and what is left of the colours.
+// Encoding a chart as JPEG, against Qt's own writer at the same quality: time, size, and what is left of the
+// colours.
 #include <QBuffer>
 #include <QImage>
 #include <QPainter>
@@ -18,7 +19,8 @@ QImage chart() {
   image.fill(Qt::white);
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing);
-  const QColor colours[] = {QColor(0x20, 0x60, 0x6c), QColor(0x10, 0x30, 0x80), QColor(0xe0, 0x60, 0x00), Qt::red};
+  const QColor colours[] = {QColor(0x20, 0x60, 0x6c), QColor(0x10, 0x30, 0x80), QColor(0xe0, 0x60, 0x00),
+                            Qt::red};
   for (int curve = 0; curve < 9; ++curve) {
     painter.setPen(QPen(colours[curve % 4], 1.2));
     QPolygonF line;
@@ -68,7 +70,9 @@ int main() {
   std::printf("chart of %d x %d, quality %d, median of %d\n", image.width(), image.height(), Quality, Rounds);
   std::printf("  time   %6.2f ms, Qt's writer %6.2f ms, ratio %.2f\n", ourTime, qtTime, ourTime / qtTime);
   std::printf("  size   %6lld B,  Qt's writer %6lld B,  ratio %.2f\n", static_cast<long long>(ours.size()),
-              static_cast<long long>(qts.size()), static_cast<double>(ours.size()) / static_cast<double>(qts.size()));
-  std::printf("  signal %6.1f dB, Qt's writer %6.1f dB\n", signalToNoise(image, ours), signalToNoise(image, qts));
+              static_cast<long long>(qts.size()),
+              static_cast<double>(ours.size()) / static_cast<double>(qts.size()));
+  std::printf("  signal %6.1f dB, Qt's writer %6.1f dB\n", signalToNoise(image, ours),
+              signalToNoise(image, qts));
   return 0;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
-// The durable write, against the floor of any write that survives a power cut: write, fsync, rename, fsync of the folder.
+// The durable write, against the floor of any write that survives a power cut: write, fsync, rename, fsync of
+// the folder.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -41,8 +42,8 @@ int main() {
     const QString path = folder.filePath(QStringLiteral("ours.growth"));
     const double ours =
         bench::medianMilliseconds(Rounds, [&] { good = files.writeDurably(path, contents).ok() && good; });
-    const double floor =
-        bench::medianMilliseconds(Rounds, [&] { good = floorWrite(folder.path().toLocal8Bit(), contents) && good; });
+    const double floor = bench::medianMilliseconds(
+        Rounds, [&] { good = floorWrite(folder.path().toLocal8Bit(), contents) && good; });
     std::printf("%7lld bytes: durable write %.3f ms, floor %.3f ms, ratio %.2f (median of %d)\n",
                 static_cast<long long>(size), ours, floor, ours / floor, Rounds);
   }
