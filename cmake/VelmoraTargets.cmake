@@ -3,6 +3,7 @@
 # How targets are made here. One target a folder; its link list says whom the folder may know.
 
 set(VELMORA_ROOT ${CMAKE_CURRENT_LIST_DIR}/..)
+include(${CMAKE_CURRENT_LIST_DIR}/DesktopIntegration.cmake)
 
 # What every target of ours is compiled with.
 add_library(velmora_options INTERFACE)
@@ -47,17 +48,21 @@ function(velmora_library name)
   install(TARGETS ${name} LIBRARY DESTINATION lib)
 endfunction()
 
-# velmora_test(NAME SOURCES ... LIBRARIES ...)
+# velmora_test(NAME [OPTIMIZED] SOURCES ... LIBRARIES ...)
 # A GoogleTest program whose every test is a ctest test with a time-out, on the offscreen platform.
 # tests/support/main.cpp gives it a home folder, settings and a runtime folder of its own.
 function(velmora_test name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ARG "OPTIMIZED" "" "SOURCES;LIBRARIES" ${ARGN})
   add_executable(${name} ${ARG_SOURCES} ${VELMORA_ROOT}/tests/support/main.cpp)
   target_link_libraries(${name} PRIVATE velmora_options GTest::gtest Qt6::Widgets Qt6::Test ${ARG_LIBRARIES})
   if("velmora_platform_testing" IN_LIST ARG_LIBRARIES)
     target_sources(${name} PRIVATE ${VELMORA_ROOT}/tests/support/ReportFailures.cpp)
   endif()
   target_precompile_headers(${name} PRIVATE <gtest/gtest.h> <QWidget> <QVariantMap> <QTest>)
+  # Compiling is most of what a run of the tests costs; the code of the tests itself is seldom what they wait for.
+  if(VELMORA_SANITIZE AND NOT ARG_OPTIMIZED)
+    target_compile_options(${name} PRIVATE -O0)
+  endif()
   gtest_discover_tests(
     ${name}
     DISCOVERY_TIMEOUT 60
@@ -67,16 +72,27 @@ endfunction()
 
 # velmora_add_application(NAME
 #   BUNDLE_NAME name  BUNDLE_IDENTIFIER reverse-dns  VERSION short-version  BUILD build-number
-#   DATA_FILE_EXTENSION extension  COPYRIGHT line
-#   SOURCES ...  LIBRARIES ...  RESOURCES files...)
+#   DATA_FILE_EXTENSION extension  COPYRIGHT line  [FEED_URL address]
+#   SOURCES ...  LIBRARIES ...  RESOURCES files...  PLUGIN bundle  HELP folder
+#   TRANSLATIONS files.ts...
+#   DESKTOP SUMMARY line  SUMMARIES de=line fr=line ...  DESCRIPTION paragraphs...  CATEGORIES names...
+#           LICENSE spdx  DEVELOPER name  HOMEPAGE address  RELEASE_DATE yyyy-mm-dd  ICON svg)
 #
-# A resource keeps its folder: reference/weight.reference stands in share/NAME/reference.
+# A resource keeps its folder: reference/weight.reference stands in share/NAME/reference. The plugin for OsiriX is a
+# folder, and the only one in share/NAME/OsiriX Plugins. The help, a folder with <language>/index.html for each
+# language, stands in share/NAME/help.
+# A translation, NAME_LANGUAGE.ts, stands as NAME_LANGUAGE.qm in share/NAME/translations.
+#
+# DESKTOP, all of it or none, says how the application appears in menus, file managers and software centres, and on
+# the session bus (DesktopIntegration.cmake).
+#
+# FEED_URL is where the application looks for new versions; without it every check for one is unsuccessful.
 #
 # An application of the family. Writes its information dictionary, share/NAME/Info.plist, and places its resources
 # beside it, where the running program finds both.
 function(velmora_add_application name)
-  cmake_parse_arguments(ARG "" "BUNDLE_NAME;BUNDLE_IDENTIFIER;VERSION;BUILD;DATA_FILE_EXTENSION;COPYRIGHT"
-                        "SOURCES;LIBRARIES;RESOURCES" ${ARGN})
+  cmake_parse_arguments(ARG "" "BUNDLE_NAME;BUNDLE_IDENTIFIER;VERSION;BUILD;DATA_FILE_EXTENSION;COPYRIGHT;PLUGIN;HELP;FEED_URL"
+                        "SOURCES;LIBRARIES;RESOURCES;TRANSLATIONS;DESKTOP" ${ARGN})
   foreach(required BUNDLE_NAME BUNDLE_IDENTIFIER VERSION BUILD DATA_FILE_EXTENSION COPYRIGHT SOURCES)
     if(NOT ARG_${required})
       message(FATAL_ERROR "velmora_add_application(${name}): ${required} is missing")
@@ -87,16 +103,44 @@ function(velmora_add_application name)
   target_link_libraries(${name} PRIVATE velmora_options ${ARG_LIBRARIES})
 
   set(bundle ${CMAKE_BINARY_DIR}/share/${name})
-  foreach(key BUNDLE_NAME BUNDLE_IDENTIFIER VERSION BUILD DATA_FILE_EXTENSION COPYRIGHT)
+  foreach(key BUNDLE_NAME BUNDLE_IDENTIFIER VERSION BUILD DATA_FILE_EXTENSION COPYRIGHT FEED_URL)
     string(REPLACE "&" "&amp;" ${key} "${ARG_${key}}")
     string(REPLACE "<" "&lt;" ${key} "${${key}}")
   endforeach()
+  set(FEED_URL_ENTRY "")
+  if(ARG_FEED_URL)
+    set(FEED_URL_ENTRY "\n\t<key>SUFeedURL</key>\n\t<string>${FEED_URL}</string>")
+  endif()
   configure_file(${VELMORA_ROOT}/cmake/Info.plist.in ${bundle}/Info.plist @ONLY)
   foreach(resource ${ARG_RESOURCES})
     cmake_path(GET resource PARENT_PATH folder)
     file(COPY ${CMAKE_CURRENT_SOURCE_DIR}/${resource} DESTINATION ${bundle}/${folder})
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${resource})
   endforeach()
+  file(REMOVE_RECURSE "${bundle}/OsiriX Plugins")
+  if(ARG_PLUGIN)
+    file(COPY "${CMAKE_CURRENT_SOURCE_DIR}/${ARG_PLUGIN}" DESTINATION "${bundle}/OsiriX Plugins")
+    file(GLOB_RECURSE carried "${CMAKE_CURRENT_SOURCE_DIR}/${ARG_PLUGIN}/*")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${carried})
+  endif()
+  file(REMOVE_RECURSE "${bundle}/help")
+  if(ARG_HELP)
+    file(COPY "${CMAKE_CURRENT_SOURCE_DIR}/${ARG_HELP}/" DESTINATION "${bundle}/help")
+    file(GLOB_RECURSE pages "${CMAKE_CURRENT_SOURCE_DIR}/${ARG_HELP}/*")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${pages})
+  endif()
+  if(ARG_TRANSLATIONS)
+    velmora_translations(${name}_translations ${name} ${ARG_TRANSLATIONS})
+  endif()
+  if(ARG_DESKTOP)
+    velmora_desktop_integration(
+      ${name}
+      BUNDLE_NAME "${ARG_BUNDLE_NAME}"
+      BUNDLE_IDENTIFIER ${ARG_BUNDLE_IDENTIFIER}
+      VERSION ${ARG_VERSION}
+      DATA_FILE_EXTENSION ${ARG_DATA_FILE_EXTENSION}
+      ${ARG_DESKTOP})
+  endif()
   install(TARGETS ${name} RUNTIME DESTINATION bin)
   install(DIRECTORY ${bundle}/ DESTINATION share/${name})
 endfunction()

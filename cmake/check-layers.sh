@@ -13,7 +13,7 @@ found=0
 # "file:line:text" of every line of code, without what is in // comments.
 folders=()
 for folder in platform orv velmora apps bridge demo bench tests; do [[ -d $folder ]] && folders+=("$folder"); done
-code=$({ grep -rnHE --include='*.h' --include='*.cpp' 'include|Q[A-Z]' "${folders[@]}" || true; } |
+code=$({ grep -rnHE --include='*.h' --include='*.cpp' 'include|Q[A-Z]|startTimer' "${folders[@]}" || true; } |
   sed -E 's@^([^:]*:[0-9]+:)(.*[[:space:]])?//.*$@\1\2@')
 included=$(sed -nE 's@^([^:]*:[0-9]+:)[[:space:]]*#[[:space:]]*include[[:space:]]*[<"]([^>"]*)[>"].*@\1\2@p' <<<"$code")
 
@@ -60,8 +60,13 @@ complain 'give the path from the folder of the project' \
     grep -vE "\"(platform|orv|velmora|apps|bridge|demo|bench|tests)/|\"(ui_[^/]*\.h|[^/]*\.moc)\"" || true)
 complain 'a path may not climb' < <(includes 'platform|orv|velmora|apps|bridge|demo|bench' | grep -F '..' || true)
 
+# The ready-made dialogs of Qt and of the desktop, its timers, settings, processes, printers, buses and networks. A
+# QDialog as such is a window like others: the interface files make some.
+dialogs='QMessageBox|Q[A-Z][A-Za-z]*Dialog|QErrorMessage|QWizard|QSystemTrayIcon|QDesktopServices'
+timers='QTimer|QBasicTimer|QChronoTimer|QTimeLine|startTimer'
+others='QSettings|QProcess|QProcessEnvironment|QPrinter|QPrinterInfo|QDBus[A-Za-z]*|QNetwork[A-Za-z]*'
 complain 'belongs in platform/qt' \
-  < <(lines 'platform|orv|velmora|apps' | grep -v '^platform/qt/' |
-    grep -E ':[0-9]+:.*\b(QMessageBox|QFileDialog|QDesktopServices|QSettings|QTimer|QProcess|QDBus[A-Za-z]*)\b' || true)
+  < <(lines 'platform|orv|velmora|apps|bench' | grep -v '^platform/qt/' |
+    grep -E ":[0-9]+:.*\b($dialogs|$timers|$others)\b" || true)
 
 exit "$found"

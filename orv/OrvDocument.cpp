@@ -30,7 +30,9 @@ const QString ContentKey = QStringLiteral("content");
 
 OrvDocument::OrvDocument(platform::Services& services)
     : Document(services),
-      keptCopies_(services.fileManager, services.runLoop, services.mainBundle.bundleIdentifier()) {}
+      privateFolder_(services.fileManager, services.mainBundle.bundleIdentifier()),
+      keptCopies_(services.fileManager, services.runLoop, services.mainBundle.bundleIdentifier()),
+      writtenFolders_(services.fileManager, services.mainBundle.bundleIdentifier()) {}
 
 FileResult OrvDocument::readFromData(const QByteArray& data, const QString&) {
   if (data.isEmpty()) return FileResult::failure(localizedString("OrvDocument", "The file is empty."));

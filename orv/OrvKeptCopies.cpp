@@ -3,24 +3,22 @@
 
 #include <QCryptographicHash>
 #include <QDateTime>
-#include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
+#include <algorithm>
+#include <functional>
 
 #include "platform/FileManager.h"
 #include "platform/Log.h"
 #include "platform/RunLoop.h"
 
-using platform::FileResult;
-
 namespace {
 
-constexpr QFile::Permissions UserOnlyFile = QFile::ReadOwner | QFile::WriteOwner;
-constexpr QFile::Permissions UserOnlyFolder = UserOnlyFile | QFile::ExeOwner;
 /// File names are limited to 255 bytes; this leaves room for stamps and hashes in any script.
 constexpr qsizetype LongestName = 40;
 const QString StampForm = QStringLiteral("yyyyMMdd-HHmmss-zzz");
 constexpr qsizetype StampLength = 19;
+/// Follows the stamp of a copy of what somebody else had put in a record's place.
+const QString MarkOfAnother = QStringLiteral(" another");
 
 QString stampOf(const QDateTime& time) { return time.toUTC().toString(StampForm); }
 
@@ -30,6 +28,8 @@ QDateTime timeOfCopy(const QString& name) {
   time.setTimeSpec(Qt::UTC);
   return time;
 }
+
+bool isOfAnother(const QString& copy) { return copy.mid(StampLength).startsWith(MarkOfAnother); }
 
 /// The beginning of a record's name, in characters that any file name can have.
 QString readableBeginning(const QString& name) {
@@ -47,10 +47,7 @@ QString readableBeginning(const QString& name) {
 
 OrvKeptCopies::OrvKeptCopies(platform::FileManager& files, const platform::RunLoop& clock,
                              const QString& bundleIdentifier)
-    : files_(files),
-      clock_(clock),
-      root_(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1Char('/') +
-            bundleIdentifier) {}
+    : files_(files), clock_(clock), folder_(files, bundleIdentifier) {}
 
 QString OrvKeptCopies::earlierVersionsFolder(const QString& path) const {
   // Two records of the same name in different folders are different records.
@@ -58,61 +55,60 @@ QString OrvKeptCopies::earlierVersionsFolder(const QString& path) const {
       QCryptographicHash::hash(QFileInfo(path).absoluteFilePath().toUtf8(), QCryptographicHash::Sha256)
           .toHex()
           .left(16);
-  return root_ + QStringLiteral("/Earlier Versions/") + readableBeginning(QFileInfo(path).fileName()) +
+  return versionsRoot() + QLatin1Char('/') + readableBeginning(QFileInfo(path).fileName()) +
          QLatin1Char(' ') + QString::fromLatin1(hash);
 }
 
-bool OrvKeptCopies::makePrivateFolder(const QString& path) {
-  const FileResult made = files_.createDirectory(path);
-  if (!made.ok()) {
-    platform::logLine(made.error);
-    return false;
-  }
-  QFile::setPermissions(root_, UserOnlyFolder);
-  return true;
+QStringList OrvKeptCopies::copiesIn(const QString& folder) const {
+  QStringList copies = files_.contentsOfDirectoryAtPath(folder);
+  copies.removeIf([](const QString& name) { return !timeOfCopy(name).isValid(); });
+  copies.sort();  // the stamps sort by time
+  return copies;
 }
 
-bool OrvKeptCopies::writePrivately(const QString& path, const QByteArray& contents) {
-  const FileResult written = files_.writeDurably(path, contents);
-  if (!written.ok()) {
-    platform::logLine(QStringLiteral("A copy could not be kept: ") + written.error);
-    return false;
-  }
-  return QFile::setPermissions(path, UserOnlyFile);
+bool OrvKeptCopies::holds(const QString& copy, const QByteArray& contents) const {
+  QByteArray kept;
+  return files_.readFile(copy, kept, contents.size()).ok() && kept == contents;
 }
 
-QString OrvKeptCopies::keepEarlierVersion(const QString& path, const QByteArray& contents) {
+QString OrvKeptCopies::keepEarlierVersion(const QString& path, const QByteArray& contents, Origin origin) {
   const QString folder = earlierVersionsFolder(path);
-  if (!makePrivateFolder(folder)) return {};
+  if (!folder_.make(folder)) return {};
   files_.removeAbandonedFiles(folder, {platform::pathExtension(path)});
-  // The newest copy has the latest stamp, even when the clock has been put back since the one before: what
-  // sorts first is the first to go.
   QDateTime time = clock_.now();
-  for (const QString& name : files_.contentsOfDirectoryAtPath(folder)) {
-    const QDateTime earlier = timeOfCopy(name);
-    if (earlier.isValid() && earlier >= time) time = earlier.addMSecs(1);
+  const QStringList copies = copiesIn(folder);
+  if (!copies.isEmpty()) {
+    // Saving a record over and over without a change must not push its true earlier versions out. What counts
+    // as another's is kept as such, however well known it is.
+    const QString newest = folder + QLatin1Char('/') + copies.last();
+    if ((origin == Origin::Own || isOfAnother(copies.last())) && holds(newest, contents)) return newest;
+    // The newest copy has the latest stamp, even when the clock has been put back since the one before: what
+    // sorts first is the first to go.
+    const QDateTime earlier = timeOfCopy(copies.last());
+    if (earlier >= time) time = earlier.addMSecs(1);
   }
-  const QString copy = platform::appendingPathExtension(folder + QLatin1Char('/') + stampOf(time),
+  const QString mark = origin == Origin::Another ? MarkOfAnother : QString();
+  const QString copy = platform::appendingPathExtension(folder + QLatin1Char('/') + stampOf(time) + mark,
                                                         platform::pathExtension(path));
-  if (!writePrivately(copy, contents)) return {};
+  if (!folder_.write(copy, contents)) return {};
   prune(folder);
   return copy;
 }
 
 void OrvKeptCopies::prune(const QString& folder) {
-  QStringList copies = files_.contentsOfDirectoryAtPath(folder);
-  copies.removeIf([](const QString& name) { return !timeOfCopy(name).isValid(); });
-  copies.sort();  // the stamps sort by time
+  const QStringList copies = copiesIn(folder);
+  // The bound in number is for the user's own versions: however many he makes, they push nobody else's out.
+  qsizetype own = std::count_if(copies.begin(), copies.end(), std::not_fn(isOfAnother));
   const QDateTime oldest = clock_.now().addDays(-OldestDays);
-  for (qsizetype i = 0; i + 1 < copies.size(); ++i) {
-    const QString copy = folder + QLatin1Char('/') + copies.at(i);
-    const bool tooMany = copies.size() - i > MostVersions;
+  for (const QString& name : copies.mid(0, copies.size() - 1)) {
+    const QString copy = folder + QLatin1Char('/') + name;
+    const bool tooMany = !isOfAnother(name) && own-- > MostVersions;
     if (tooMany || files_.modificationDate(copy) < oldest) files_.removeItem(copy);
   }
 }
 
 QString OrvKeptCopies::keepRescueCopy(const QString& name, const QByteArray& contents) {
-  if (contents.isEmpty() || !makePrivateFolder(rescueFolder())) return {};
+  if (contents.isEmpty() || !folder_.make(rescueFolder())) return {};
   files_.removeAbandonedFiles(rescueFolder(), {platform::pathExtension(name)});
   // The copy must succeed where the save failed on the very name of the record.
   const QString beginning = rescueFolder() + QLatin1Char('/') +
@@ -124,7 +120,7 @@ QString OrvKeptCopies::keepRescueCopy(const QString& name, const QByteArray& con
                                             readableBeginning(platform::pathExtension(name)));
     time = time.addMSecs(1);
   } while (files_.fileExistsAtPath(path));
-  if (!writePrivately(path, contents)) return {};
+  if (!folder_.write(path, contents)) return {};
   pruneRescueCopies();
   return path;
 }
@@ -139,9 +135,10 @@ void OrvKeptCopies::pruneRescueCopies() {
 }
 
 void OrvKeptCopies::removeAbandonedCopies(const QStringList& extensions) {
-  files_.removeAbandonedFiles(rescueFolder(), extensions);
-  const QString versions = root_ + QStringLiteral("/Earlier Versions");
-  for (const QString& record : files_.contentsOfDirectoryAtPath(versions)) {
-    files_.removeAbandonedFiles(versions + QLatin1Char('/') + record, extensions);
+  files_.removeAbandonedFiles(folder_.path(), extensions + QStringList{QStringLiteral("json")},
+                              platform::FileManager::Depth::Everything);
+  pruneRescueCopies();
+  for (const QString& record : files_.contentsOfDirectoryAtPath(versionsRoot())) {
+    prune(versionsRoot() + QLatin1Char('/') + record);
   }
 }

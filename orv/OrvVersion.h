@@ -6,21 +6,45 @@
 
 namespace platform {
 struct Services;
+struct WebAnswer;
+}  // namespace platform
+
+namespace orv {
+struct AppcastItem;
 }
 
-/// What is known of the application's version. One object serves the application; its owner hands it out.
+/// What is known of the application's version, and whether there is a newer one. One object serves the
+/// application; its owner hands it out.
 class OrvVersion : public QObject {
  public:
   explicit OrvVersion(platform::Services& services) : services_(services) {}
 
   /// The application's name as people know it.
   QString applicationName() const;
-  /// Ends a version check with "VersionCheckSuccessful" or "VersionCheckUnsuccessful" on the local
-  /// notification centre, never before this call has returned. There is nowhere to ask for newer versions
-  /// yet, so every check is unsuccessful. `userAsked` tells a check that somebody waits for from an automatic
-  /// one.
+
+  /// Looks for a newer version: asks for the feed (readAppcast) at the address under "SUFeedURL" of the
+  /// information dictionary, and for nothing else. Returns at once. In the end "VersionCheckSuccessful" or
+  /// "VersionCheckUnsuccessful" is posted on the local notification centre, and after that the user is told:
+  /// always of a newer version, with a button that opens its page; when `userAsked` also that there is none,
+  /// or why the check failed. A check without an address, or without an answer within 30 seconds and 1 MiB,
+  /// is unsuccessful.
+  ///
+  /// While a check is on its way, a further one joins it: one request, one notification, and the result is
+  /// told when either was asked for by the user.
   void checkVersion(bool userAsked);
 
  private:
+  void didLoad(const platform::WebAnswer& answer);
+  void succeed(const orv::AppcastItem* newer);
+  void fail(const QString& reason);
+  bool isNewer(const orv::AppcastItem& item) const;
+  void offer(const orv::AppcastItem& item);
+  void tell(const QString& message, const QString& details);
+  /// The check is over; whether the user waits for its result.
+  bool end(const char* notification);
+  QString info(const char* key) const;
+
   platform::Services& services_;
+  bool checking_ = false;
+  bool userAsked_ = false;
 };

@@ -21,8 +21,14 @@ struct Alert {
   bool operator==(const Alert&) const = default;
 };
 
-/// Which button answered.
-enum AlertReturn : int { AlertDefaultReturn = 1, AlertAlternateReturn = 0, AlertOtherReturn = -1 };
+/// Which button answered. An alert that ends without an answer, because the program ends, is stopped: that
+/// agrees to nothing and refuses nothing, so nothing is stored, dropped or overwritten on it.
+enum AlertReturn : int {
+  AlertDefaultReturn = 1,
+  AlertAlternateReturn = 0,
+  AlertOtherReturn = -1,
+  AlertStopped = -1000
+};
 
 /// Shows alerts.
 class Alerts {

@@ -8,6 +8,7 @@
 #include <QVariantMap>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/FileManager.h"
@@ -22,6 +23,12 @@ class WindowController;
 
 enum class SaveOperation { Save, SaveAs, SaveTo };
 enum class ChangeType { Done, Undone, Cleared };
+/// Where content is that was to be saved.
+enum class Whereabouts {
+  Kept,     ///< in a file: its own, a copy, or one that the user has named
+  GivenUp,  ///< nowhere else, and the user does not want it
+  OnlyHere  ///< nowhere but in this document, which must not close over it
+};
 
 /// One document: a file (or none yet), its content in memory, its windows, and whether it has unsaved
 /// changes.
@@ -53,7 +60,7 @@ class Document : public QObject {
   /// The content as bytes.
   virtual FileResult dataOfType(const QString& typeName, QByteArray& data) = 0;
   /// Reads the file; on success it is the document's file and the document has no changes.
-  FileResult readFromURL(const QUrl& url);
+  virtual FileResult readFromURL(const QUrl& url);
 
   // Changes.
 
@@ -90,7 +97,7 @@ class Document : public QObject {
   /// The type that the save panel writes; the base answers the type of the file that was read.
   virtual QString fileTypeFromLastRunSavePanel() const { return fileType_; }
   /// Writes the content to `url`. After Save and SaveAs that is the document's file and its changes are
-  /// cleared. A failure is told to the user.
+  /// cleared. A failure, whatever it comes from, is told to the user.
   virtual void saveToURL(const QUrl& url, const QString& typeName, SaveOperation operation, DidSave didSave);
   /// What a document does as its own save delegate. The base does nothing.
   virtual void documentDidSave(Document* document, bool didSave);
@@ -130,6 +137,12 @@ class Document : public QObject {
 
   /// The largest file that readFromURL takes, in bytes.
   virtual qint64 largestFile() const { return 256LL * 1024 * 1024; }
+  /// Takes what stands in the windows into the content, because that is about to be saved or kept. The base
+  /// does nothing.
+  virtual void takeFromWindows() {}
+  /// The content as it is to be saved or kept: takeFromWindows() and dataOfType(). What they throw is a
+  /// failure; after a failure `data` is empty.
+  FileResult contentToKeep(const QString& typeName, QByteArray& data);
   /// Told of the bytes of the document's file once they have been read and understood. The base does nothing.
   virtual void didReadFile(const QByteArray&) {}
   /// Whether the user has agreed, in the save panel, to replace what stands at the place of the save in
@@ -137,8 +150,12 @@ class Document : public QObject {
   bool replacementConfirmed() const { return replacementConfirmed_; }
   /// Puts the content into the file at `url`.
   virtual FileResult writeToURL(const QUrl& url, const QByteArray& data, SaveOperation operation);
-  /// Tells the user that saving to `url` failed.
-  virtual void presentSaveError(const QUrl& url, const QByteArray& data, const QString& reason);
+  /// Tells the user that saving to `url` failed. `data` is the content, empty when that could not be had. An
+  /// override may put it elsewhere; the base does not.
+  virtual Whereabouts presentSaveError(const QUrl& url, const QByteArray& data, const QString& reason);
+  /// Where the content is since the last save that was tried; nothing when none was since forgetLastSave().
+  std::optional<Whereabouts> sinceLastSave() const { return sinceLastSave_; }
+  void forgetLastSave() { sinceLastSave_.reset(); }
   /// Shows name and changed state in the windows' titles.
   void synchronizeWindowTitle();
   const std::vector<std::unique_ptr<WindowController>>& windowControllers() const {
@@ -157,6 +174,7 @@ class Document : public QObject {
   bool closedByUser_ = false;
   bool askingToClose_ = false;
   bool replacementConfirmed_ = false;
+  std::optional<Whereabouts> sinceLastSave_;
   std::vector<std::unique_ptr<WindowController>> windowControllers_;
 };
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "platform/DocumentController.h"
 
+#include <sys/stat.h>
+
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <algorithm>
 
@@ -13,6 +16,7 @@
 #include "platform/Log.h"
 #include "platform/Panels.h"
 #include "platform/RunLoop.h"
+#include "platform/Script.h"
 #include "platform/Services.h"
 #include "platform/TextFieldEditing.h"
 
@@ -24,6 +28,21 @@ QString canonicalPath(const QUrl& url) {
   const QFileInfo file(url.toLocalFile());
   const QString canonical = file.canonicalFilePath();
   return canonical.isEmpty() ? QDir::cleanPath(file.absoluteFilePath()) : canonical;
+}
+
+/// Two paths to one file: the same once links are followed or, on a folder that ignores case, the same but
+/// for case and leading to one file. (Of two hard links each has a file of its own as soon as it is saved.)
+bool isSameFile(const QString& first, const QString& second) {
+  if (first == second) return true;
+  const auto folded = [](const QString& path) {
+    return path.normalized(QString::NormalizationForm_C).toCaseFolded();
+  };
+  if (folded(first) != folded(second)) return false;
+  struct stat one {};
+  struct stat other {};
+  return ::stat(QFile::encodeName(first).constData(), &one) == 0 &&
+         ::stat(QFile::encodeName(second).constData(), &other) == 0 && one.st_dev == other.st_dev &&
+         one.st_ino == other.st_ino;
 }
 
 }  // namespace
@@ -59,7 +78,7 @@ QList<Document*> DocumentController::documentsForURL(const QUrl& url) const {
   if (url.isEmpty()) return found;
   const QString path = canonicalPath(url);
   for (const auto& document : documents_) {
-    if (!document->fileURL().isEmpty() && canonicalPath(document->fileURL()) == path)
+    if (!document->fileURL().isEmpty() && isSameFile(canonicalPath(document->fileURL()), path))
       found.append(document.get());
   }
   return found;
@@ -87,20 +106,35 @@ void DocumentController::openDocument() {
   OpenPanel panel;
   panel.allowsMultipleSelection = true;
   if (runModalOpenPanel(panel, openableFileTypes()) != PanelOKButton) return;
-  const QList<Document*> before = documents();
+  openDocuments(panel.urls);
+}
+
+bool DocumentController::openDocuments(const QList<QUrl>& urls) {
+  QList<QPointer<Document>> before;
+  for (Document* document : documents()) before.append(document);
   bool openedOne = false;
-  for (const QUrl& url : panel.urls) {
-    QString error;
-    if (openDocumentWithContentsOfURL(url, true, &error)) {
-      openedOne = true;
-    } else {
-      presentOpenError(url, error);
-    }
+  for (const QUrl& url : urls) {
+    guarded("open", [&] {
+      QString error;
+      if (openDocumentWithContentsOfURL(url, true, &error)) {
+        openedOne = true;
+        noteNewRecentDocumentURL(url);
+      } else {
+        presentOpenError(url, error);
+      }
+    });
   }
   // An untouched blank window has served its purpose once a record is open.
-  for (Document* document : before) {
-    if (openedOne && documents().contains(document) && isUntouched(*document)) document->close();
+  for (const QPointer<Document>& document : before) {
+    if (openedOne && document && !document->isClosed() && isUntouched(*document)) document->close();
   }
+  return openedOne;
+}
+
+bool DocumentController::applicationPerformAction(const QString& name) {
+  if (name != QLatin1String("new")) return false;
+  newDocument();
+  return true;
 }
 
 int DocumentController::firstFreeUntitledNumber() const {
@@ -187,16 +221,17 @@ void DocumentController::reviewUnsavedDocuments(DidCloseAll didReview) {
          localizedString("Document", "Review Changes..."), localizedString("Document", "Discard Changes"),
          localizedString("OrvVersion", "Cancel"),
          localizedString("Document", "If you don't review your documents, all your changes will be lost.")});
-    if (answer == AlertOtherReturn) return didReview(false);
     if (answer == AlertAlternateReturn) {
       for (Document* document : documents()) document->close();
       return didReview(true);
     }
+    if (answer != AlertDefaultReturn) return didReview(false);
   }
   closeAllNow(std::move(didReview));
 }
 
 void DocumentController::terminate() {
+  services_.scripts.stopRunning();  // while one runs, the call below waits, and so does the whole session
   if (terminating_) return;
   terminating_ = true;
   endEditingEverywhere();
@@ -218,13 +253,18 @@ void DocumentController::terminate() {
 }
 
 bool DocumentController::sessionMayEnd(bool userCanBeAsked) {
+  if (!userCanBeAsked) {
+    // To end an edit may set a question going, before which everything would wait until the session is gone.
+    // What stands in the fields is kept without that. And one document that fails must not take the others
+    // with it.
+    for (Document* document : documents()) {
+      guarded("session end", [document] { document->keepUnsavedChanges(); });
+    }
+    return true;
+  }
   endEditingEverywhere();
   const auto unsaved = [](const auto& document) { return document->isDocumentEdited(); };
   if (std::none_of(documents_.begin(), documents_.end(), unsaved)) return true;
-  if (!userCanBeAsked) {
-    for (Document* document : documents()) document->keepUnsavedChanges();
-    return true;
-  }
   terminate();
   return false;
 }

@@ -45,6 +45,9 @@ class DocumentController : public QObject {
   void newDocument();
   /// Asks which files to open, and opens them.
   void openDocument();
+  /// Opens what the user has asked for, telling him what cannot be opened. A blank document in which nothing
+  /// was done makes room for the first one that opens. False when none opens.
+  bool openDocuments(const QList<QUrl>& urls);
   Document* openUntitledDocument(bool display);
   /// Opens a file; one that is open already is given back, not opened twice, and comes to the front if
   /// displayed. None when it cannot be opened: then `error`, if given, says why; without `error` nobody is
@@ -54,6 +57,8 @@ class DocumentController : public QObject {
   virtual int runModalOpenPanel(OpenPanel& panel, const QStringList& fileTypes);
   /// The extensions offered in the open panel.
   virtual QStringList openableFileTypes() const { return {}; }
+  /// Told of every file that the user has opened or saved under its name. The base does nothing.
+  virtual void noteNewRecentDocumentURL(const QUrl&) {}
   /// Tells the user that a file could not be opened.
   void presentOpenError(const QUrl& url, const QString& reason);
 
@@ -62,7 +67,8 @@ class DocumentController : public QObject {
   /// Ends what is being edited; then, after what that sets going, closes the documents, front to back, each
   /// asking its question. Stops at the first that stays.
   void closeAllDocuments(DidCloseAll didCloseAll);
-  /// Ends what is being edited, asks about unsaved changes, and quits unless the user keeps a document open.
+  /// Stops a script that runs, ends what is being edited, asks about unsaved changes, and quits unless the
+  /// user keeps a document open.
   void terminate();
   /// The session ends. True when the application may go with it: nothing is unsaved, or nobody can be asked
   /// and the changes have been kept. Otherwise the questions of terminate() are on their way.
@@ -77,6 +83,11 @@ class DocumentController : public QObject {
   virtual void awakeFromNib() {}
   virtual void applicationDidFinishLaunching() {}
   virtual void applicationWillTerminate() {}
+  /// The desktop asks to print a file. True when that has been dealt with.
+  virtual bool applicationPrintFile(const QString& /*path*/) { return false; }
+  /// The desktop asks for one of the application's actions, by its name in the desktop entry. False when
+  /// there is no such action. The base knows "new": a new document.
+  virtual bool applicationPerformAction(const QString& name);
   /// Called when a document's window has been loaded: the place to give it its menu bar.
   virtual void documentWindowDidLoad(WindowController&) {}
   /// Whether the document is as good as none: untouched since it was made.

@@ -13,6 +13,21 @@
 
 namespace platform {
 
+namespace {
+
+/// What the call answers; what it throws is a failure too.
+FileResult attempted(const std::function<FileResult()>& call) {
+  try {
+    return call();
+  } catch (const std::exception& failure) {
+    return FileResult::failure(QString::fromUtf8(failure.what()));
+  } catch (...) {
+    return FileResult::failure(QString());
+  }
+}
+
+}  // namespace
+
 void Document::saveDocument(DidSave didSave) {
   if (fileURL_.isEmpty()) {
     runModalSavePanelForSaveOperation(SaveOperation::SaveAs, std::move(didSave));
@@ -51,22 +66,27 @@ void Document::runModalSavePanelForSaveOperation(SaveOperation operation, DidSav
   saveToURL(panel.url, fileTypeFromLastRunSavePanel(), operation, std::move(didSave));
 }
 
+FileResult Document::contentToKeep(const QString& typeName, QByteArray& data) {
+  const FileResult result = attempted([&] {
+    takeFromWindows();
+    return dataOfType(typeName, data);
+  });
+  if (!result.ok()) data.clear();
+  return result;
+}
+
 void Document::saveToURL(const QUrl& url, const QString& typeName, SaveOperation operation, DidSave didSave) {
   QByteArray data;
-  FileResult result;
-  try {
-    result = dataOfType(typeName, data);
-    if (result.ok()) result = writeToURL(url, data, operation);
-  } catch (const std::exception& failure) {
-    result = FileResult::failure(QString::fromUtf8(failure.what()));
-  }
-  if (!result.ok()) {
-    presentSaveError(url, data, result.error);
-  } else if (operation != SaveOperation::SaveTo) {
+  FileResult result = contentToKeep(typeName, data);
+  if (result.ok()) result = attempted([&] { return writeToURL(url, data, operation); });
+  sinceLastSave_ = Whereabouts::OnlyHere;
+  sinceLastSave_ = result.ok() ? Whereabouts::Kept : presentSaveError(url, data, result.error);
+  if (result.ok() && operation != SaveOperation::SaveTo) {
     fileType_ = typeName;
     setFileURL(url);
     updateChangeCount(ChangeType::Cleared);
     replaceOtherDocumentsOf(url);
+    if (services_.documentController) services_.documentController->noteNewRecentDocumentURL(url);
   }
   if (didSave) didSave(this, result.ok());
 }
@@ -85,11 +105,12 @@ FileResult Document::writeToURL(const QUrl& url, const QByteArray& data, SaveOpe
   return services_.fileManager.writeDurably(url.toLocalFile(), data);
 }
 
-void Document::presentSaveError(const QUrl& url, const QByteArray&, const QString& reason) {
+Whereabouts Document::presentSaveError(const QUrl& url, const QByteArray&, const QString& reason) {
   services_.alerts.runModal(
       {formatted(localizedString("Document", "The document could not be saved as '%@'."),
                  {QFileInfo(url.toLocalFile()).fileName()}),
        localizedString("OrvVersion", "OK"), QString(), QString(), reason});
+  return Whereabouts::OnlyHere;
 }
 
 }  // namespace platform

@@ -7,10 +7,11 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryDir>
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
-#include <filesystem>
 
 namespace platform {
 
@@ -26,6 +27,7 @@ bool FileManager::isDirectory(const QString& path) const { return QFileInfo(path
 
 void FileManager::enumeratorAtPath(const QString& path,
                                    const std::function<bool(const QString&)>& visit) const {
+  if (path.isEmpty()) return;  // to Qt this is the folder that the program stands in
   // Links are listed but not followed: a link to a folder above would otherwise never end.
   QDirIterator entries(path, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
                        QDirIterator::Subdirectories);
@@ -42,47 +44,19 @@ QStringList FileManager::contentsOfDirectoryAtPath(const QString& path) const {
 
 QDateTime FileManager::modificationDate(const QString& path) const { return QFileInfo(path).lastModified(); }
 
-FileResult FileManager::createDirectory(const QString& path) {
-  if (QDir().mkpath(path)) return FileResult::success();
-  return FileResult::failure(QStringLiteral("The folder '%1' could not be created.").arg(path));
-}
-
 FileResult FileManager::removeItem(const QString& path) {
   const QFileInfo item(path);
   if (item.isDir() && !item.isSymLink()) {
-    if (QDir(path).removeRecursively()) return FileResult::success();
+    // Out of its place first, so that a folder which cannot go stays whole and is never left half.
+    const QString place = QDir::cleanPath(path);
+    QTemporaryDir aside(QFileInfo(place).path() + QStringLiteral("/.removed-XXXXXX"));
+    const bool moved = aside.isValid() && std::rename(QFile::encodeName(place).constData(),
+                                                      QFile::encodeName(aside.path()).constData()) == 0;
+    if (moved && aside.remove()) return FileResult::success();
     return FileResult::failure(QStringLiteral("The folder '%1' could not be removed.").arg(path));
   }
   QFile file(path);
   return file.remove() ? FileResult::success() : FileResult::failure(file.errorString());
-}
-
-FileResult FileManager::copyItem(const QString& source, const QString& destination) {
-  const QFileInfo item(source);
-  if (QFileInfo(destination).isSymLink() || QFileInfo::exists(destination)) {
-    return FileResult::failure(QStringLiteral("'%1' exists already.").arg(destination));
-  }
-  if (item.isSymLink()) {
-    // As it stands: a relative link inside a bundle leads inside the copy, not back to the original.
-    std::error_code failed;
-    std::filesystem::copy_symlink(QFile::encodeName(source).constData(),
-                                  QFile::encodeName(destination).constData(), failed);
-    return failed ? FileResult::failure(QStringLiteral("The link '%1' could not be copied.").arg(source))
-                  : FileResult::success();
-  }
-  if (!item.isDir()) {
-    QFile file(source);
-    return file.copy(destination) ? FileResult::success() : FileResult::failure(file.errorString());
-  }
-  if (!QDir().mkdir(destination)) {
-    return FileResult::failure(QStringLiteral("The folder '%1' could not be created.").arg(destination));
-  }
-  for (const QString& name : contentsOfDirectoryAtPath(source)) {
-    const FileResult copied =
-        copyItem(source + QLatin1Char('/') + name, destination + QLatin1Char('/') + name);
-    if (!copied.ok()) return copied;
-  }
-  return FileResult::success();
 }
 
 FileResult FileManager::readFile(const QString& path, QByteArray& contents, qint64 limit) const {

@@ -37,23 +37,40 @@ class FileManager {
   /// When the item was last modified; invalid when that cannot be told.
   virtual QDateTime modificationDate(const QString& path) const;
 
+  /// Makes a folder and those above it that are missing, on the disk itself. One that is there is no failure.
   virtual FileResult createDirectory(const QString& path);
+  /// Removes a file, a link (not what it leads to), or a folder with all that is in it. A folder that cannot
+  /// be taken out of its place stays whole.
   virtual FileResult removeItem(const QString& path);
-  /// Copies a file, or a folder with all that is in it. Fails when something stands at `destination`.
+  /// Copies a file, or a folder with all that is in it: links as links, everything with its rights. Fails
+  /// when something stands at `destination`; after a failure nothing does.
   virtual FileResult copyItem(const QString& source, const QString& destination);
 
   /// Reads a regular file whole, refusing anything above `limit` bytes.
   virtual FileResult readFile(const QString& path, QByteArray& contents,
                               qint64 limit = 256LL * 1024 * 1024) const;
+  /// Called when a new file is on the disk under another name, right before it takes the place of what stands
+  /// at its own: the moment to see whether that is still what it was. A failure gives the write up.
+  using LastLook = std::function<FileResult()>;
   /// Puts `contents` at `path` so that the file there is at any moment the old or the new one, whole, and is
   /// the new one, on the disk itself, when this returns success. After a failure it is the old one, unless
-  /// the failure came when the new one was in place and could only not be vouched for. A link is followed;
-  /// the rights of a file that is replaced stay; a protected file, and what is no file, are not replaced.
-  virtual FileResult writeDurably(const QString& path, const QByteArray& contents);
-  /// Removes what writes that were cut off by a power cut or a kill have left in the folder: temporary files
-  /// of writeDurably, ".<16 hexadecimal digits>.<extension>.unfinished", for names with one of these
-  /// extensions. One that a living process is writing just now stays.
-  virtual void removeAbandonedFiles(const QString& folder, const QStringList& extensions);
+  /// the failure came when the new one was in place and could only not be vouched for. A link is followed; a
+  /// protected file, and what is no file, are not replaced. Of a file that is replaced the rights, the group
+  /// and the access list stay; in a group that the user may not give it to, the group may do no more than
+  /// everybody. With a last look, what appears meanwhile where nothing stood is not replaced unseen: there is
+  /// another look then.
+  virtual FileResult writeDurably(const QString& path, const QByteArray& contents,
+                                  const LastLook& lastLook = {});
+
+  enum class Depth { Folder, Everything };
+  /// The age from which on a temporary file is taken for abandoned.
+  static constexpr int AbandonedAfterMinutes = 10;
+  /// Removes what writes that were cut off by a power cut or a kill have left in the folder, or anywhere
+  /// below it: temporary files of writeDurably, ".<16 hexadecimal digits>.<extension>.unfinished", for names
+  /// with one of these extensions or with none. One that a living process of this machine is writing just now
+  /// stays, and so do young ones: where locks hold on one machine only, another may be writing them.
+  virtual void removeAbandonedFiles(const QString& folder, const QStringList& extensions,
+                                    Depth depth = Depth::Folder);
 };
 
 /// "~" and "~/…" with the home folder in place of the tilde; a slash at the end is dropped.

@@ -6,15 +6,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRandomGenerator>
-#include <QRegularExpression>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 
 #include "platform/FileManager.h"
+#include "platform/UnfinishedFile.h"
 
 namespace platform {
 
@@ -47,76 +47,46 @@ QString followed(QString path) {
   return {};
 }
 
-/// Temporary files are named apart from the final name: no name that a person would give looks like this one,
-/// and the longest name that a folder takes can still be written. The extension says whose it is.
-QString temporaryName(const QString& extension) {
-  const QString hidden =
-      QStringLiteral(".%1").arg(QRandomGenerator::system()->generate64(), 16, 16, QLatin1Char('0'));
-  return appendingPathExtension(hidden, extension) + QStringLiteral(".unfinished");
-}
-
-QRegularExpression temporaryNamePattern() {
-  return QRegularExpression(QStringLiteral("\\A\\.[0-9a-f]{16}\\.(.+)\\.unfinished\\z"));
-}
-
-/// A file under a temporary name in the folder of its final one: removed again unless put in place.
-class UnfinishedFile {
- public:
-  explicit UnfinishedFile(const QString& target) : target_(QFile::encodeName(target)) {
-    const QFileInfo place(target);
-    path_ = QFile::encodeName(place.absolutePath() + QLatin1Char('/') + temporaryName(pathExtension(target)));
-    descriptor_ = ::open(path_.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    error_ = descriptor_ < 0 ? errno : 0;
-    // Says to removeAbandonedFiles() of other processes that somebody will see to this file. It holds until
-    // the file is in place. Where the file system knows no locks the write goes on without.
-    if (isOpen()) ::flock(descriptor_, LOCK_EX | LOCK_NB);
-  }
-  ~UnfinishedFile() {
-    if (!isOpen()) return;
-    if (!inPlace_) ::unlink(path_.constData());
-    ::close(descriptor_);
-  }
-  UnfinishedFile(const UnfinishedFile&) = delete;
-  UnfinishedFile& operator=(const UnfinishedFile&) = delete;
-
-  bool isOpen() const { return descriptor_ >= 0; }
-  /// What stopped the last step, in the system's words.
-  QString error() const { return QString::fromLocal8Bit(std::strerror(error_)); }
-
-  /// File systems without rights refuse this, and lose nothing by it.
-  void setRights(mode_t rights) { ::fchmod(descriptor_, rights); }
-  bool write(const QByteArray& contents) {
-    for (qsizetype written = 0; written < contents.size();) {
-      const auto rest = static_cast<std::size_t>(contents.size() - written);
-      const ssize_t count = ::write(descriptor_, contents.constData() + written, rest);
-      if (count < 0 && errno == EINTR) continue;
-      if (count == 0) errno = ENOSPC;
-      if (count <= 0) return failed();
-      written += count;
+/// Gives the file its name, with a last look at what stands there. What appears meanwhile where nothing stood
+/// is looked at too.
+FileResult putInPlace(UnfinishedFile& file, const QByteArray& name, const FileManager::LastLook& lastLook) {
+  using Placing = UnfinishedFile::Placing;
+  struct stat standing {};
+  Placing placing = Placing::Taken;
+  if (lastLook) {
+    const bool stands = ::lstat(name.constData(), &standing) == 0;
+    const FileResult looked = lastLook();
+    if (!looked.ok()) return looked;
+    if (!stands) placing = file.placeWhereNothingStands();
+    if (!stands && placing == Placing::Taken) {
+      const FileResult lookedAgain = lastLook();
+      if (!lookedAgain.ok()) return lookedAgain;
     }
-    return ::fsync(descriptor_) == 0 || failed();
   }
-  bool putInPlace() {
-    inPlace_ = std::rename(path_.constData(), target_.constData()) == 0;
-    return inPlace_ || failed();
-  }
-
- private:
-  bool failed() {
-    error_ = errno;
-    return false;
-  }
-
-  QByteArray target_;
-  QByteArray path_;
-  int descriptor_ = -1;
-  int error_ = 0;
-  bool inPlace_ = false;
-};
+  if (placing == Placing::Taken) placing = file.replace();
+  return placing == Placing::Done ? FileResult::success() : FileResult::failure(file.error());
+}
 
 }  // namespace
 
-FileResult FileManager::writeDurably(const QString& path, const QByteArray& contents) {
+FileResult FileManager::createDirectory(const QString& path) {
+  QStringList parents;  // of the folders to be made
+  for (QString folder = QDir::cleanPath(QFileInfo(path).absoluteFilePath()); !QFileInfo::exists(folder);) {
+    folder = QFileInfo(folder).path();
+    parents.append(folder);
+  }
+  if (!QDir().mkpath(path)) {
+    return FileResult::failure(QStringLiteral("The folder '%1' could not be created.").arg(path));
+  }
+  for (const QString& parent : parents) {
+    const FileResult synchronized = synchronizeFolder(parent);
+    if (!synchronized.ok()) return synchronized;
+  }
+  return FileResult::success();
+}
+
+FileResult FileManager::writeDurably(const QString& path, const QByteArray& contents,
+                                     const LastLook& lastLook) {
   // A name that the system would shorten or spell otherwise would be another file's.
   if (path.isEmpty() || path.contains(QChar(QChar::Null)) ||
       QFile::decodeName(QFile::encodeName(path)) != path) {
@@ -135,8 +105,9 @@ FileResult FileManager::writeDurably(const QString& path, const QByteArray& cont
   {
     UnfinishedFile file(target);
     if (!file.isOpen()) return FileResult::failure(file.error());
-    if (replaces) file.setRights(standing.st_mode & 07777);
-    if (!file.write(contents) || !file.putInPlace()) return FileResult::failure(file.error());
+    if (!file.write(contents)) return FileResult::failure(file.error());
+    const FileResult placed = putInPlace(file, name, lastLook);
+    if (!placed.ok()) return placed;
   }
   const FileResult folder = synchronizeFolder(QFileInfo(target).absolutePath());
   if (!folder.ok()) return folder;
@@ -148,19 +119,29 @@ FileResult FileManager::writeDurably(const QString& path, const QByteArray& cont
   return FileResult::success();
 }
 
-void FileManager::removeAbandonedFiles(const QString& folder, const QStringList& extensions) {
-  static const QRegularExpression pattern = temporaryNamePattern();
-  for (const QString& name : contentsOfDirectoryAtPath(folder)) {
-    const auto match = pattern.match(name);
-    if (!match.hasMatch() || !extensions.contains(match.captured(1))) continue;
-    const QByteArray path = QFile::encodeName(folder + QLatin1Char('/') + name);
+void FileManager::removeAbandonedFiles(const QString& folder, const QStringList& extensions, Depth depth) {
+  const qint64 youngest = QDateTime::currentSecsSinceEpoch() - AbandonedAfterMinutes * 60;
+  const auto consider = [&](const QString& relativePath) {
+    QString extension;
+    const bool temporary =
+        UnfinishedFile::isNameOfOne(relativePath.section(QLatin1Char('/'), -1), &extension);
+    if (!temporary || (!extension.isEmpty() && !extensions.contains(extension))) return;
+    const QByteArray path = QFile::encodeName(folder + QLatin1Char('/') + relativePath);
     const int descriptor = ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) continue;
+    if (descriptor < 0) return;
     struct stat status {};
     const bool abandoned = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
-                           ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+                           status.st_mtime <= youngest && ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
     if (abandoned) ::unlink(path.constData());
     ::close(descriptor);
+  };
+  if (depth == Depth::Folder) {
+    for (const QString& name : contentsOfDirectoryAtPath(folder)) consider(name);
+  } else if (!folder.isEmpty()) {
+    enumeratorAtPath(folder, [&](const QString& relativePath) {
+      consider(relativePath);
+      return true;
+    });
   }
 }
 

@@ -33,7 +33,7 @@ class Loader : public QUiLoader {
 void InterfaceFiles::addSearchPath(const QString& folder) { searchPaths_.prepend(folder); }
 
 void InterfaceFiles::registerWidget(const QString& className, WidgetFactory factory) {
-  factories_.insert(className, std::move(factory));
+  factories_.insert(className, factory);
 }
 
 std::unique_ptr<QWidget> InterfaceFiles::load(const QString& name) const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
+#include <QPageLayout>
 #include <QString>
 #include <QVariantMap>
 
@@ -16,6 +17,9 @@ struct PrintInfo {
   Orientation orientation = Orientation::Portrait;
   Pagination horizontalPagination = Pagination::Clip;
   Pagination verticalPagination = Pagination::Auto;
+  /// Paper and margins; invalid while nobody has chosen any: then they are the printer's own. The orientation
+  /// is the one above, not that of the layout.
+  QPageLayout pageLayout;
 };
 
 /// Puts a view on paper, or into a PDF file.
@@ -28,6 +32,12 @@ class Printer {
   /// cancelled or nothing could be printed; then `error` says why, unless it was the user.
   virtual bool printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings,
                          bool showPrintPanel, QString* error) = 0;
+  /// Lets the user choose paper, margins and orientation, beginning with what `info` says, over `window`
+  /// where one is given. False when the user cancelled; `info` is then as it was. The base has nothing to
+  /// choose from.
+  virtual bool runPageSetup(PrintInfo& /*info*/, QWidget* /*window*/) { return false; }
+  /// Whether there is a printer to print on when nobody can be asked for one.
+  virtual bool hasPrinter() const { return true; }
 };
 
 }  // namespace platform

@@ -47,6 +47,10 @@ class RunLoop {
     ModalSession(const ModalSession&) = delete;
     ModalSession& operator=(const ModalSession&) = delete;
 
+    /// In the middle of long work: lets the windows be drawn and hear mouse and keyboard, once, and comes
+    /// back. Deferred calls go on waiting.
+    void processEvents() { runLoop_.processWindowEvents(); }
+
    private:
     RunLoop& runLoop_;
   };
@@ -55,6 +59,8 @@ class RunLoop {
  protected:
   /// Called, possibly from another thread, whenever nextDue() may have come closer.
   virtual void scheduleChanged() = 0;
+  /// Deals with what waits for the windows. The base has no windows.
+  virtual void processWindowEvents() {}
   /// Runs, through the guard, every call that is due at `uptime()`.
   void runDueCalls();
   /// When the next call falls due, in uptime seconds; nothing while none waits or a modal session is open.

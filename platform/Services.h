@@ -17,6 +17,8 @@ class Effects;
 class GraphicsContext;
 class InterfaceFiles;
 class Application;
+class Scripts;
+class Web;
 class DocumentController;
 struct PrintInfo;
 
@@ -38,6 +40,8 @@ struct Services {
   GraphicsContext& graphics;
   InterfaceFiles& interfaceFiles;
   Application& application;
+  Scripts& scripts;
+  Web& web;
   /// Set by the document controller itself when it is made, cleared when it goes.
   DocumentController* documentController = nullptr;
 };

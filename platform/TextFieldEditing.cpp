@@ -5,6 +5,7 @@
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QPointer>
+#include <utility>
 
 #include "platform/Guard.h"
 
@@ -66,7 +67,11 @@ void TextFieldEditing::markIfImproper() {
   const QString text = field_->text();
   const bool improper = !text.trimmed().isEmpty() && formatter_(text).isNull();
   field_->setToolTip(improper ? complaint_ : QString());
-  field_->setStyleSheet(improper ? QStringLiteral("color: #b00020") : QString());
+  // A colour is nothing to those who do not see it.
+  field_->setAccessibleDescription(improper ? complaint_ : QString());
+  const bool onDark = field_->palette().color(QPalette::Base).lightnessF() < 0.5F;
+  const QString red = onDark ? QStringLiteral("color: #ff9a9a") : QStringLiteral("color: #b00020");
+  field_->setStyleSheet(improper ? red : QString());
 }
 
 void TextFieldEditing::setFormatter(Formatter formatter, const QString& complaint) {
@@ -79,6 +84,14 @@ void TextFieldEditing::endEditing(QWidget* window) {
   for (const QLineEdit* field : window->findChildren<QLineEdit*>()) {
     TextFieldEditing* editing = editingOf(field);
     if (editing && editing->editing_) editing->end();
+  }
+}
+
+void TextFieldEditing::abandonEditing(QWidget* window) {
+  if (!window) return;
+  for (const QLineEdit* field : window->findChildren<QLineEdit*>()) {
+    TextFieldEditing* editing = editingOf(field);
+    if (editing && editing->editing_) editing->abandon();
   }
 }
 
@@ -127,6 +140,16 @@ void TextFieldEditing::end() {
     markIfImproper();
   }
   if (delegate_) guarded("text field", [&] { delegate_->controlTextDidEndEditing(field_); });
+}
+
+void TextFieldEditing::abandon() {
+  // Leaving the field may end the edit, and brings what an input method still holds: neither is to be heard.
+  TextFieldDelegate* const delegate = std::exchange(delegate_, nullptr);
+  QWidget* const window = field_->window();
+  if (window->focusWidget() == field_) window->setFocus(Qt::OtherFocusReason);
+  end();
+  field_->deselect();
+  delegate_ = delegate;
 }
 
 bool TextFieldEditing::wouldEdit(QEvent* event) const {

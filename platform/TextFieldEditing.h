@@ -39,6 +39,9 @@ class TextFieldEditing : public QObject {
 
   /// Ends the edit in progress in that window, if there is one, as if the user had left the field.
   static void endEditing(QWidget* window);
+  /// Ends the edits in progress in that window without telling the delegates, because the fields are about to
+  /// get other texts: whoever types on must begin anew, and is asked again. The keyboard goes to the window.
+  static void abandonEditing(QWidget* window);
   /// Lets go of the delegates of all fields in that window: what happens to them no longer matters to anyone.
   static void detach(QWidget* window);
   /// Starts editing in `field` with all its text selected.
@@ -50,6 +53,7 @@ class TextFieldEditing : public QObject {
  private:
   bool begin();
   void end();
+  void abandon();
   bool wouldEdit(QEvent* event) const;
   void textWasEdited();
   void textChanged();

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "apps/growth/GrowthCharts.h"
 
-#include <QCoreApplication>
 #include <QLocale>
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include "orv/OrvGraphView.h"
+#include "platform/Localization.h"
+
+using platform::localizedString;
 
 namespace growth {
 
 namespace {
-
-QString text(const char* english) { return QCoreApplication::translate("VelmoraDocument", english); }
 
 /// Published charts come in two pieces, birth to 36 months and 2 to 20 years, and this follows them: a child
 /// with examinations on both sides gets the whole. The second piece ends where the child's next years do, so
@@ -82,20 +82,21 @@ OrvGraphRange valueRange(const QList<OrvReferenceCurve>& curves, Measure measure
 QString axisTitle(Measure measure) {
   switch (measure) {
     case Measure::Weight:
-      return text("Weight (kg)");
+      return localizedString("VelmoraDocument", "Weight (kg)");
     case Measure::Height:
-      return text("Length or height (cm)");
+      return localizedString("VelmoraDocument", "Length or height (cm)");
     case Measure::Head:
       break;
   }
-  return text("Head circumference (cm)");
+  return localizedString("VelmoraDocument", "Head circumference (cm)");
 }
 
 QString referenceTitle(const GrowthReference* reference, const std::optional<Sex>& sex) {
   if (!reference) return {};
-  if (!sex) return text("Choose the sex to see the reference");
+  if (!sex) return localizedString("VelmoraDocument", "Choose the sex to see the reference");
   return QStringLiteral("%1, %2").arg(reference->heading().shortTitle,
-                                      *sex == Sex::Female ? text("girls") : text("boys"));
+                                      *sex == Sex::Female ? localizedString("VelmoraDocument", "girls")
+                                                          : localizedString("VelmoraDocument", "boys"));
 }
 
 }  // namespace
@@ -126,9 +127,10 @@ void showChart(OrvGraphView& view, const GrowthRecord& record, Measure measure,
   const OrvGraphRange ages = ageRange(points, range);
   QList<OrvReferenceCurve> curves;
   if (reference && record.sex) curves = curvesOf(*reference, *record.sex, ages);
-  view.setAxes(text("Age (months)"), axisTitle(measure), ages, valueRange(curves, measure));
+  view.setAxes(localizedString("VelmoraDocument", "Age (months)"), axisTitle(measure), ages,
+               valueRange(curves, measure));
   view.setTickSteps(ageTicks(ages), 0);
-  view.setLegend(text("Patient"), referenceTitle(reference, record.sex));
+  view.setLegend(localizedString("VelmoraDocument", "Patient"), referenceTitle(reference, record.sex));
   view.setReferenceCurves(curves);
   view.setDataPoints(points.points);
   view.setHighlightedPoint(points.pointOf(currentExamination));
@@ -137,27 +139,29 @@ void showChart(OrvGraphView& view, const GrowthRecord& record, Measure measure,
 QString resultText(const GrowthRecord& record, const Examination& examination, Measure measure,
                    const GrowthReference* reference) {
   const Measurement& measured = examination.of(measure);
-  if (!measured.unread.isEmpty()) return text("This is not a number.");
+  if (!measured.unread.isEmpty()) return localizedString("VelmoraDocument", "This is not a number.");
   if (!measured.value) return {};
-  if (*measured.value <= 0) return text("A measurement is above zero.");
+  if (*measured.value <= 0) return localizedString("VelmoraDocument", "A measurement is above zero.");
   const std::optional<double> age = record.ageAt(examination);
   if (!age && record.birthDate.day.isValid() && examination.date.day.isValid()) {
-    return text("The examination lies before the birth.");
+    return localizedString("VelmoraDocument", "The examination lies before the birth.");
   }
-  if (!age) return text("Needs birth and exam date.");
-  if (!record.sex) return text("Needs the sex.");
-  if (!reference) return text("No reference.");
+  if (!age) return localizedString("VelmoraDocument", "Needs birth and exam date.");
+  if (!record.sex) return localizedString("VelmoraDocument", "Needs the sex.");
+  if (!reference) return localizedString("VelmoraDocument", "No reference.");
   const std::optional<GrowthReference::Range> range = reference->range(*record.sex);
-  if (!range || *age < range->from || *age > range->to) return text("The reference does not cover this age.");
+  if (!range || *age < range->from || *age > range->to)
+    return localizedString("VelmoraDocument", "The reference does not cover this age.");
   const std::optional<double> z = reference->zScore(*record.sex, *age, *measured.value);
-  if (!z) return text("Beyond what the reference describes.");
+  if (!z) return localizedString("VelmoraDocument", "Beyond what the reference describes.");
   const double centile = centileOf(*z);
   const QLocale locale;
   QString centileText = locale.toString(centile, 'f', 1);
   if (centile < 0.1) centileText = QStringLiteral("< ") + locale.toString(0.1, 'f', 1);
   if (centile > 99.9) centileText = QStringLiteral("> ") + locale.toString(99.9, 'f', 1);
   const double shown = std::abs(*z) < 0.005 ? 0 : *z;  // no "-0.00"
-  return text("z-score %1, centile %2").arg(locale.toString(shown, 'f', 2), centileText);
+  return localizedString("VelmoraDocument", "z-score %1, centile %2")
+      .arg(locale.toString(shown, 'f', 2), centileText);
 }
 
 }  // namespace growth

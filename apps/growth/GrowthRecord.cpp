@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "apps/growth/GrowthRecord.h"
 
-#include <QCoreApplication>
 #include <QJsonArray>
 #include <QLocale>
 #include <QRegularExpression>
@@ -10,6 +9,7 @@
 #include <numeric>
 
 #include "apps/growth/Age.h"
+#include "platform/Localization.h"
 
 namespace growth {
 
@@ -19,7 +19,7 @@ namespace {
 
 FileResult damaged(const QString& what) {
   return FileResult::failure(
-      QCoreApplication::translate("VelmoraDocument", "The file is damaged (%1).").arg(what));
+      platform::localizedString("VelmoraDocument", "The file is damaged (%1).").arg(what));
 }
 
 QJsonValue dateToJson(const RecordDate& date) {
@@ -117,7 +117,7 @@ FileResult GrowthRecord::fromJson(const QJsonObject& json, GrowthRecord& record)
   const QJsonArray examinations = json.value(QStringLiteral("examinations")).toArray();
   if (examinations.isEmpty()) return damaged(QStringLiteral("examinations"));
   read.examinations.clear();
-  for (const QJsonValue& each : examinations) {
+  for (const auto& each : examinations) {
     Examination examination;
     const FileResult result = examinationFromJson(each, examination);
     if (!result.ok()) return result;

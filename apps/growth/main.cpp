@@ -9,10 +9,12 @@
 #include "platform/InterfaceFiles.h"
 #include "platform/UserDefaults.h"
 #include "platform/qt/Desktop.h"
+#include "platform/qt/SessionBus.h"
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/resources/SettingsKeys.h"
 
 int main(int argc, char** argv) {
+  platform::qt::prepareSessionBus();
   QApplication application(argc, argv);
   platform::qt::Desktop desktop(QStringLiteral("growth"));
   platform::Services& services = desktop.services();

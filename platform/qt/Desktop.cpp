@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QSessionManager>
 #include <QTimer>
+#include <chrono>
+#include <cstdlib>
 
 #include "platform/Application.h"
 #include "platform/Bundle.h"
@@ -16,17 +18,27 @@
 #include "platform/GraphicsContext.h"
 #include "platform/Guard.h"
 #include "platform/InterfaceFiles.h"
+#include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Printing.h"
-#include "platform/qt/PropertyList.h"
+#include "platform/PropertyList.h"
+#include "platform/qt/DesktopActivation.h"
+#include "platform/qt/DesktopRequests.h"
+#include "platform/qt/DesktopRestart.h"
+#include "platform/qt/EndSignals.h"
+#include "platform/qt/HelpPages.h"
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtDistributedNotificationCenter.h"
 #include "platform/qt/QtEffects.h"
 #include "platform/qt/QtPanels.h"
 #include "platform/qt/QtPrinter.h"
 #include "platform/qt/QtRunLoop.h"
+#include "platform/qt/QtScripts.h"
 #include "platform/qt/QtUserDefaults.h"
+#include "platform/qt/QtWeb.h"
 #include "platform/qt/QtWorkspace.h"
+#include "platform/qt/Translations.h"
+#include "platform/qt/UnattendedAlerts.h"
 
 namespace platform::qt {
 
@@ -35,18 +47,19 @@ namespace {
 /// Quitting ends the main loop; help is a page that the application carries.
 class RunningApplication : public Application {
  public:
-  RunningApplication(const Bundle& bundle, Workspace& workspace) : bundle_(bundle), workspace_(workspace) {}
+  RunningApplication(const Bundle& bundle, Workspace& workspace, Alerts& alerts)
+      : bundle_(bundle), workspace_(workspace), alerts_(alerts) {}
 
   // Not quit(): that asks every window whether it wants to close, after all questions have been asked.
   void stop() override { QCoreApplication::exit(0); }
   void showHelp() override {
-    const QString page = bundle_.resourcePath() + QStringLiteral("/help/index.html");
-    if (QFileInfo::exists(page)) workspace_.openURL(QUrl::fromLocalFile(page));
+    qt::showHelp(bundle_.resourcePath() + QStringLiteral("/help"), workspace_, alerts_);
   }
 
  private:
   const Bundle& bundle_;
   Workspace& workspace_;
+  Alerts& alerts_;
 };
 
 /// QGuiApplication quits by itself when the last window closes; here the document controller decides. And a
@@ -70,17 +83,55 @@ constexpr int LargeBlock = 256 * 1024;
 /// then keeps all below it: 200 link requests of 1 MiB left 210 MiB behind (measured, glibc 2.36).
 void giveLargeBlocksBack() { mallopt(M_MMAP_THRESHOLD, LargeBlock); }
 
-/// Opens the files named on the command line, or a blank document when none of them opens.
-void openFirstDocuments(DocumentController& controller, const QStringList& files) {
-  for (const QString& file : files) {
-    guarded("open", [&] {
-      const QUrl url = QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath());
-      QString error;
-      if (!controller.openDocumentWithContentsOfURL(url, true, &error))
-        controller.presentOpenError(url, error);
-    });
+/// How long a program that the bus has started waits for what it was started for.
+constexpr std::chrono::seconds BusPatience{5};
+
+struct CommandLine {
+  DesktopRequest request;
+  bool startedByBus = false;
+};
+
+/// Reads the command line. Ends the program when it asks for no more than a word about it, or makes no sense.
+CommandLine readCommandLine() {
+  const QCommandLineOption print(
+      QStringLiteral("print"),
+      QStringLiteral("Print the records, without questions, instead of opening them."));
+  const QCommandLineOption action(
+      QStringLiteral("action"),
+      QStringLiteral("Do one of the actions of the desktop entry, such as \"new\"."), QStringLiteral("name"));
+  QCommandLineOption service(QStringLiteral("service"),
+                             QStringLiteral("Wait for what the session bus asks for."));
+  service.setFlags(QCommandLineOption::HiddenFromHelp);
+  QCommandLineParser parser;
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.addOptions({print, action, service});
+  parser.addPositionalArgument(QStringLiteral("files"), QStringLiteral("Records to open."),
+                               QStringLiteral("[FILE…]"));
+  parser.process(*qApp);
+
+  using Kind = DesktopRequest::Kind;
+  CommandLine line;
+  line.startedByBus = parser.isSet(service);
+  line.request.action = parser.value(action);
+  for (const QString& argument : parser.positionalArguments()) {
+    // Desktops hand over locations as well as paths.
+    const QUrl url(argument);
+    const QString path = url.isLocalFile() ? url.toLocalFile() : argument;
+    line.request.files.append(QFileInfo(path).absoluteFilePath());
   }
-  if (controller.documents().isEmpty()) guarded("open", [&] { controller.openUntitledDocument(true); });
+  line.request.activationToken = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+  if (line.request.activationToken.isEmpty())
+    line.request.activationToken = qEnvironmentVariable("DESKTOP_STARTUP_ID");
+  const bool files = !line.request.files.isEmpty();
+  line.request.kind = parser.isSet(print)    ? Kind::Print
+                      : parser.isSet(action) ? Kind::Action
+                      : files                ? Kind::Open
+                                             : Kind::Activate;
+  if (files == (line.request.kind == Kind::Print || line.request.kind == Kind::Open)) return line;
+  tellOnStandardError(files ? QStringLiteral("--action takes no files")
+                            : QStringLiteral("--print needs the files to print"));
+  std::exit(1);
 }
 
 }  // namespace
@@ -90,18 +141,23 @@ struct Desktop::Parts {
       : mainBundle(bundleWithPath(
             QFileInfo(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/") + name)
                 .absoluteFilePath())),
+        translations(translationFolders(mainBundle.resourcePath())),
         defaults(mainBundle.bundleIdentifier()),
-        alerts(runLoop),
+        windowAlerts(runLoop),
+        alerts(windowAlerts),
         panels(runLoop),
         printer(runLoop, graphics),
-        application(mainBundle, workspace) {}
+        application(mainBundle, workspace, alerts),
+        activation(runLoop) {}
 
   Bundle mainBundle;
+  Translations translations;
   QtRunLoop runLoop;
   QtUserDefaults defaults;
   NotificationCenter notificationCenter;
   QtDistributedNotificationCenter distributedCenter;
-  QtAlerts alerts;
+  QtAlerts windowAlerts;
+  UnattendedAlerts alerts;
   QtPanels panels;
   QtWorkspace workspace;
   FileManager fileManager;
@@ -111,6 +167,8 @@ struct Desktop::Parts {
   QtEffects effects;
   InterfaceFiles interfaceFiles;
   RunningApplication application;
+  QtScripts scripts{runLoop};
+  QtWeb web{runLoop};
   Services services{defaults,
                     notificationCenter,
                     distributedCenter,
@@ -126,7 +184,10 @@ struct Desktop::Parts {
                     graphics,
                     interfaceFiles,
                     application,
+                    scripts,
+                    web,
                     nullptr};
+  DesktopActivation activation;
 };
 
 Desktop::Desktop(const QString& name) : parts_(std::make_unique<Parts>(name)) {
@@ -144,22 +205,48 @@ Desktop::~Desktop() = default;
 Services& Desktop::services() { return parts_->services; }
 
 int Desktop::run(DocumentController& controller) {
-  QCommandLineParser commandLine;
-  commandLine.addHelpOption();
-  commandLine.addVersionOption();
-  commandLine.addPositionalArgument(QStringLiteral("files"), QStringLiteral("Records to open."),
-                                    QStringLiteral("[FILE…]"));
-  commandLine.process(*qApp);
+  CommandLine line = readCommandLine();
+  const QString identifier = parts_->mainBundle.bundleIdentifier();
+  DesktopActivation& activation = parts_->activation;
+  using Kind = DesktopRequest::Kind;
+  using Outcome = DesktopActivation::Outcome;
+  const Outcome outcome = activation.begin(identifier, line.request, line.request.kind != Kind::Print);
+  if (outcome == Outcome::HandedOver) return 0;
+  line.request = activation.rest();
+  if (outcome == Outcome::Refused) {
+    tellOnStandardError(activation.refusal());
+    return 1;
+  }
+  if (outcome == Outcome::Serving && line.startedByBus) line.request = activation.firstRequest(BusPatience);
 
   letControllerDecideWhenToQuit(controller);
-  controller.setKeepsBlankDocument(true);
-  // Each step by itself: a file that cannot be opened must not take the rest of the start with it.
-  QTimer::singleShot(0, qApp, [&controller, files = commandLine.positionalArguments()] {
-    guarded("start", [&] { controller.awakeFromNib(); });
-    openFirstDocuments(controller, files);
-    guarded("start", [&] { controller.applicationDidFinishLaunching(); });
+  bool ended = false;
+  const EndSignals endSignals([&] {
+    ended = true;
+    controller.sessionMayEnd(false);
+    guarded("end", [&] { controller.applicationWillTerminate(); });
+    parts_->application.stop();
   });
-  return QApplication::exec();
+  DesktopRequests requests(parts_->services, controller);
+  int printStatus = 0;
+  QTimer::singleShot(0, qApp, [&] {
+    if (line.request.kind == Kind::Print) {
+      parts_->alerts.setUnattended(true);
+      printStatus =
+          requests.printAlone(line.request.files, [this] { return parts_->printer.printedViews(); });
+      parts_->application.stop();
+      return;
+    }
+    controller.setKeepsBlankDocument(true);
+    requests.start(line.request);
+    activation.deliverTo(&controller,
+                         [&requests](const DesktopRequest& request) { return requests.carryOut(request); });
+  });
+  const int status = QApplication::exec();
+  const QList<DesktopRequest> left = activation.end();
+  // Whoever ends this program by a signal wants no other in its place.
+  if (!ended) leaveToAnother(left);
+  return status == 0 ? printStatus : status;
 }
 
 }  // namespace platform::qt

@@ -11,6 +11,7 @@ namespace platform::qt {
 /// The real desktop: makes every service once, and runs the application on it.
 ///
 ///     int main(int argc, char** argv) {
+///       platform::qt::prepareSessionBus();
 ///       QApplication application(argc, argv);
 ///       platform::qt::Desktop desktop("growth");
 ///       ...  // a document controller made with desktop.services()

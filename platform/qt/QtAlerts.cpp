@@ -3,6 +3,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMessageBox>
@@ -62,12 +63,24 @@ void fill(QMessageBox& box, const Alert& alert) {
   if (shown == 1) box.setIcon(QMessageBox::Information);
 }
 
-int answerOf(const QMessageBox& box, const Alert& alert) {
-  const QAbstractButton* clicked = box.clickedButton();
-  if (clicked) return clicked->property(AnswerProperty).toInt();
-  // Ended without a button, as when the program ends: the answer of the button that changes least.
-  return alert.otherButton.isEmpty() ? AlertAlternateReturn : AlertOtherReturn;
-}
+int answerOf(const QAbstractButton& button) { return button.property(AnswerProperty).toInt(); }
+
+/// Tells an answer from the end of the program: asked to quit, Qt closes an open box as its close button
+/// does, which then looks as if Escape had been pressed.
+class EndWatch : public QObject {
+ public:
+  explicit EndWatch(QMessageBox* box) : QObject(box) { qApp->installEventFilter(this); }
+  /// Whether the program was asked to end while the box was open.
+  bool closedIt() const { return quitting_; }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (watched == qApp && event->type() == QEvent::Quit) quitting_ = true;
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  bool quitting_ = false;
+};
 
 /// The window that an alert belongs to: the active one or, while another program is in front, a document's,
 /// which then asks for attention: what waits for an answer must not lie unseen behind the viewer.
@@ -88,8 +101,11 @@ int QtAlerts::runModal(const Alert& alert) {
   QMessageBox box(windowForAlert());
   fill(box, alert);
   box.setWindowModality(Qt::ApplicationModal);
+  const auto* end = new EndWatch(&box);
   box.exec();
-  return answerOf(box, alert);
+  // When the loops of the program are left, the box ends without any button.
+  const QAbstractButton* answered = box.clickedButton();
+  return answered && !end->closedIt() ? answerOf(*answered) : AlertStopped;
 }
 
 void QtAlerts::beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner,
@@ -99,9 +115,12 @@ void QtAlerts::beginSheetModalForWindow(const Alert& alert, QWidget* window, con
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setWindowModality(Qt::WindowModal);
   const QPointer<const QObject> living(owner);
-  QObject::connect(box, &QMessageBox::finished, box, [box, alert, living, didEnd = std::move(didEnd)] {
+  const auto* end = new EndWatch(box);
+  QObject::connect(box, &QMessageBox::finished, box, [box, end, living, didEnd = std::move(didEnd)] {
     if (!living) return;
-    const int answer = answerOf(*box, alert);
+    // The close button of the window has finished it before it counts as Escape.
+    const QAbstractButton* answered = box->clickedButton() ? box->clickedButton() : box->escapeButton();
+    const int answer = answered && !end->closedIt() ? answerOf(*answered) : AlertStopped;
     guarded("sheet", [&] { didEnd(answer); });
   });
   box->open();

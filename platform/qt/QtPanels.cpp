@@ -37,6 +37,11 @@ int QtPanels::runModal(OpenPanel& panel) {
   panel.directoryURL = dialog.directoryUrl();
   if (accepted != QDialog::Accepted) return PanelCancelButton;
   panel.urls = dialog.selectedUrls();
+  // A panel for folders closes on the folder that was chosen: one whose name was typed, or that was marked in
+  // the list, counts as gone into. Whoever goes by where the panel was would otherwise get the folder above.
+  if (panel.canChooseDirectories && !panel.canChooseFiles) {
+    panel.directoryURL = panel.urls.value(0, panel.directoryURL);
+  }
   return PanelOKButton;
 }
 

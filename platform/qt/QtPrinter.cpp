@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "platform/qt/QtPrinter.h"
 
+#include <QGuiApplication>
+#include <QPageSetupDialog>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -40,7 +42,33 @@ void drawPage(QPainter& painter, const QPrinter& printer, QWidget* view, const P
   view->render(&painter, QPoint(), QRegion(), QWidget::DrawChildren);
 }
 
+QPageLayout::Orientation orientationOf(const PrintInfo& info) {
+  return info.orientation == PrintInfo::Orientation::Landscape ? QPageLayout::Landscape
+                                                               : QPageLayout::Portrait;
+}
+
+/// Gives the printer the pages that `info` asks for.
+void layOut(QPrinter& printer, const PrintInfo& info) {
+  if (info.pageLayout.isValid()) printer.setPageLayout(info.pageLayout);
+  printer.setPageOrientation(orientationOf(info));
+}
+
 }  // namespace
+
+bool QtPrinter::hasPrinter() const { return !QPrinterInfo::availablePrinters().isEmpty(); }
+
+bool QtPrinter::runPageSetup(PrintInfo& info, QWidget* window) {
+  const RunLoop::ModalSession session(runLoop_);
+  QPrinter printer(QPrinter::HighResolution);
+  layOut(printer, info);
+  QPageSetupDialog dialog(&printer, window);
+  if (dialog.exec() != QDialog::Accepted) return false;
+  info.pageLayout = printer.pageLayout();
+  info.orientation = info.pageLayout.orientation() == QPageLayout::Landscape
+                         ? PrintInfo::Orientation::Landscape
+                         : PrintInfo::Orientation::Portrait;
+  return true;
+}
 
 bool QtPrinter::printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings,
                           bool showPrintPanel, QString* error) {
@@ -53,20 +81,20 @@ bool QtPrinter::printView(QWidget* view, const PrintInfo& info, const QVariantMa
   }
   const QString outputFile = settings.value(QStringLiteral("OutputFile")).toString();
   QPrinter printer(QPrinter::HighResolution);
-  printer.setPageOrientation(info.orientation == PrintInfo::Orientation::Landscape ? QPageLayout::Landscape
-                                                                                   : QPageLayout::Portrait);
-  printer.setDocName(view->window()->windowTitle().remove(QStringLiteral("[*]")));
+  // The window's title names the patient, and everybody can read the names of the jobs in a print queue.
+  printer.setDocName(QGuiApplication::applicationDisplayName());
   if (!outputFile.isEmpty()) {
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(outputFile);
   } else if (const QString name = settings.value(QStringLiteral("PrinterName")).toString(); !name.isEmpty()) {
     printer.setPrinterName(name);
   }
+  layOut(printer, info);  // after the printer is known: another one may bring papers of its own
   if (showPrintPanel) {
     const RunLoop::ModalSession session(runLoop_);
     QPrintDialog dialog(&printer, view->window());
     if (dialog.exec() != QDialog::Accepted) return fail(QString());
-  } else if (outputFile.isEmpty() && QPrinterInfo::availablePrinters().isEmpty()) {
+  } else if (outputFile.isEmpty() && !hasPrinter()) {
     return fail(localizedString("Document", "There is no printer."));
   }
 
@@ -77,6 +105,7 @@ bool QtPrinter::printView(QWidget* view, const PrintInfo& info, const QVariantMa
   if (!painter.end() || printer.printerState() == QPrinter::Error) {
     return fail(localizedString("Document", "The printer reported an error."));
   }
+  ++printedViews_;
   return true;
 }
 

@@ -17,10 +17,15 @@ class QtPrinter : public Printer {
 
   bool printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings, bool showPrintPanel,
                  QString* error) override;
+  bool runPageSetup(PrintInfo& info, QWidget* window) override;
+  bool hasPrinter() const override;
+  /// How many views have been printed so far.
+  int printedViews() const { return printedViews_; }
 
  private:
   RunLoop& runLoop_;
   GraphicsContext& graphics_;
+  int printedViews_ = 0;
 };
 
 }  // namespace platform::qt

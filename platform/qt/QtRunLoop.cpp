@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "platform/qt/QtRunLoop.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <cmath>
 
@@ -20,6 +21,8 @@ void QtRunLoop::scheduleChanged() {
   QMetaObject::invokeMethod(
       &timer_, [this] { rearm(); }, Qt::QueuedConnection);
 }
+
+void QtRunLoop::processWindowEvents() { QCoreApplication::processEvents(); }
 
 void QtRunLoop::rearm() {
   const std::optional<double> due = nextDue();

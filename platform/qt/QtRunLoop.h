@@ -18,6 +18,7 @@ class QtRunLoop : public RunLoop {
 
  protected:
   void scheduleChanged() override;
+  void processWindowEvents() override;
 
  private:
   void rearm();

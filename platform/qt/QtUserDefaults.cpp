@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "platform/qt/QtUserDefaults.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include "platform/Log.h"
@@ -47,7 +53,10 @@ void QtUserDefaults::forgetErrors() const {
 
 QVariant QtUserDefaults::storedValue(const QString& key) const {
   synchronize();
-  return settings_->value(key);
+  const QVariant value = settings_->value(key);
+  // A null text that was stored is an empty one: only what is not in the file counts as not stored.
+  const bool emptied = value.typeId() == QMetaType::QString && value.toString().isEmpty();
+  return emptied ? QVariant(QStringLiteral("")) : value;
 }
 
 void QtUserDefaults::storeValue(const QString& key, const QVariant& value) {
@@ -56,13 +65,24 @@ void QtUserDefaults::storeValue(const QString& key, const QVariant& value) {
   if (value.typeId() == QMetaType::QDateTime) stored = value.toDateTime().toUTC().toString(Qt::ISODateWithMs);
   synchronize();
   settings_->setValue(key, stored);
+  closeToOthers();
   settings_->sync();
   if (settings_->status() == QSettings::AccessError) {
     logLine(QStringLiteral("The setting '%1' could not be stored in %2").arg(key, settings_->fileName()));
     return;
   }
-  // Settings name folders and patients' whereabouts: they are the user's alone.
-  QFile::setPermissions(settings_->fileName(), QFile::ReadOwner | QFile::WriteOwner);
+}
+
+/// Settings name folders, and patients where recent documents are remembered: they are the user's alone. The
+/// file is so before anything is written, because what replaces it takes over its rights.
+void QtUserDefaults::closeToOthers() const {
+  const QString name = settings_->fileName();
+  QDir().mkpath(QFileInfo(name).path());
+  const int file = ::open(QFile::encodeName(name).constData(), O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC,
+                          S_IRUSR | S_IWUSR);
+  if (file < 0) return;  // what cannot be opened cannot be stored either, which is told there
+  ::fchmod(file, S_IRUSR | S_IWUSR);
+  ::close(file);
 }
 
 }  // namespace platform::qt

@@ -21,6 +21,7 @@ class QtUserDefaults : public UserDefaults {
  private:
   void synchronize() const;
   void forgetErrors() const;
+  void closeToOthers() const;
 
   mutable std::unique_ptr<QSettings> settings_;
 };

@@ -16,7 +16,9 @@ bool QtWorkspace::selectFile(const QString& path) {
   QDBusMessage show = QDBusMessage::createMethodCall(
       QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
       QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
-  show << QStringList{QUrl::fromLocalFile(path).toString()} << QString();
+  // Every character that an address cannot hold is escaped, which QUrl::toString() does not do.
+  const QByteArray address = QUrl::fromLocalFile(path).toEncoded(QUrl::FullyEncoded);
+  show << QStringList{QString::fromLatin1(address)} << QString();
   constexpr int PatienceMilliseconds = 2000;
   const QDBusMessage answer = QDBusConnection::sessionBus().call(show, QDBus::Block, PatienceMilliseconds);
   if (answer.type() == QDBusMessage::ReplyMessage) return true;

@@ -89,7 +89,8 @@ int ScriptedPanels::runModal(OpenPanel& panel) {
     reportFailure(QStringLiteral("Unexpected open panel"));
     return PanelCancelButton;
   }
-  panel.urls = expectedOpen_.front();
+  panel.urls = expectedOpen_.front().answer;
+  if (!expectedOpen_.front().directoryURL.isEmpty()) panel.directoryURL = expectedOpen_.front().directoryURL;
   expectedOpen_.pop_front();
   return panel.urls.isEmpty() ? PanelCancelButton : PanelOKButton;
 }
@@ -135,6 +136,13 @@ bool RecordingPrinter::printView(QWidget* view, const PrintInfo& info, const QVa
                                  bool showPrintPanel, QString*) {
   jobs.append({view->window()->windowTitle().remove(QStringLiteral("[*]")), info, settings, showPrintPanel});
   if (whilePrinting) whilePrinting(view);
+  return true;
+}
+
+bool RecordingPrinter::runPageSetup(PrintInfo& info, QWidget*) {
+  ++pageSetups;
+  if (!chooseInPageSetup) return false;
+  chooseInPageSetup(info);
   return true;
 }
 

@@ -70,7 +70,10 @@ class ScriptedAlerts : public Alerts {
 class ScriptedPanels : public Panels {
  public:
   ~ScriptedPanels() override;
-  void expectOpen(const QList<QUrl>& answer) { expectedOpen_.push_back(answer); }
+  /// `directoryURL` is where the panel is when it closes; none leaves it where it started.
+  void expectOpen(const QList<QUrl>& answer, const QUrl& directoryURL = {}) {
+    expectedOpen_.push_back({answer, directoryURL});
+  }
   void expectSave(const QUrl& answer) { expectedSave_.push_back(answer); }
   const QList<OpenPanel>& openPanels() const { return openPanels_; }
   const QList<SavePanel>& savePanels() const { return savePanels_; }
@@ -79,7 +82,11 @@ class ScriptedPanels : public Panels {
   int runModal(SavePanel& panel) override;
 
  private:
-  std::deque<QList<QUrl>> expectedOpen_;
+  struct ExpectedOpen {
+    QList<QUrl> answer;
+    QUrl directoryURL;
+  };
+  std::deque<ExpectedOpen> expectedOpen_;
   std::deque<QUrl> expectedSave_;
   QList<OpenPanel> openPanels_;
   QList<SavePanel> savePanels_;
@@ -162,11 +169,18 @@ class RecordingPrinter : public Printer {
     bool showPrintPanel;
   };
   QList<Job> jobs;
+  /// Whether there is a printer.
+  bool available = true;
+  /// How often the page set-up was shown, and what the user then chooses in it; without that it is cancelled.
+  int pageSetups = 0;
+  std::function<void(PrintInfo&)> chooseInPageSetup;
   /// Called with the view while it is "printed".
   std::function<void(QWidget*)> whilePrinting;
 
   bool printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings, bool showPrintPanel,
                  QString* error) override;
+  bool runPageSetup(PrintInfo& info, QWidget* window) override;
+  bool hasPrinter() const override { return available; }
 };
 
 class RecordingEffects : public Effects {

@@ -11,6 +11,8 @@
 #include "platform/Printing.h"
 #include "platform/Services.h"
 #include "platform/testing/Scripted.h"
+#include "platform/testing/ScriptedScripts.h"
+#include "platform/testing/ScriptedWeb.h"
 #include "platform/testing/VirtualRunLoop.h"
 
 namespace platform::testing {
@@ -37,6 +39,8 @@ struct TestServices {
   GraphicsContext graphics;
   InterfaceFiles interfaceFiles;
   RecordingApplication application;
+  ScriptedScripts scripts;
+  ScriptedWeb web{runLoop};
   Services services{defaults,
                     notificationCenter,
                     distributedCenter,
@@ -52,6 +56,8 @@ struct TestServices {
                     graphics,
                     interfaceFiles,
                     application,
+                    scripts,
+                    web,
                     nullptr};
 };
 

@@ -20,8 +20,15 @@ class VirtualRunLoop : public RunLoop {
   /// Runs what is due now, and what that in turn makes due now, until nothing is.
   void settle() { advance(0); }
 
+  /// Called where work in a modal session lets the windows have their turn: what the user does then. The
+  /// windows themselves are left alone.
+  std::function<void()> whileProcessingEvents;
+
  protected:
   void scheduleChanged() override {}
+  void processWindowEvents() override {
+    if (whileProcessingEvents) whileProcessingEvents();
+  }
 
  private:
   QDateTime start_;

@@ -17,7 +17,8 @@ class AboutController : public platform::WindowController {
   /// Shows the application's help.
   void doHelp(const QObject* sender);
 
-  // A click closes the window; a drag that lasted longer than a tenth of a second does not.
+  // A click, unless it is the button's, closes the window; a drag that lasted longer than a tenth of a second
+  // does not.
 
   void mouseDown(const platform::MouseEvent& event) override;
   void mouseDragged(const platform::MouseEvent& event) override;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
-// The controller's making and its commands. Start and end stand in VelmoraAppControllerStart.cpp.
+// The controller's making and what documents ask of it. Start and end stand in VelmoraAppControllerStart.cpp,
+// the commands in VelmoraAppControllerCommands.cpp.
 #include "velmora/app/VelmoraAppController.h"
 
 #include <QUrl>
@@ -8,24 +9,33 @@
 #include "platform/AssertionFailure.h"
 #include "platform/FileManager.h"
 #include "platform/InterfaceFiles.h"
-#include "platform/Localization.h"
 #include "platform/Panels.h"
 #include "platform/Services.h"
 #include "platform/UserDefaults.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/app/MainMenu.h"
+#include "velmora/batch/BatchExportController.h"
 #include "velmora/document/VelmoraDocument.h"
 #include "velmora/document/VelmoraGraphView.h"
+#include "velmora/preferences/PreferencesController.h"
 #include "velmora/resources/FrameworkResources.h"
 #include "velmora/resources/SettingsKeys.h"
 
 VelmoraAppController::VelmoraAppController(platform::Services& services)
     : DocumentController(services),
       orvVersion_(services),
+      recentDocuments_(services.defaults),
       databaseFiles_(services, [this](const QString& status) { showStatusString(status); }),
       link_(services, *this),
       batchOpenQueue_(services, *this),
-      exportQueue_(services) {
+      exportQueue_(services),
+      plugin_(services),
+      startupScript_(services, [this](const QString& status) { showStatusString(status); }),
+      versionCheck_(
+          services, orvVersion_, [this](const QString& status) { showStatusString(status); },
+          [this] {
+            if (preferencesController_) preferencesController_->updateVersionLastChecked();
+          }) {
   initialize(services.defaults);
   services.interfaceFiles.addSearchPath(velmora::frameworkInterfaceFolder());
   services.interfaceFiles.registerWidget(QStringLiteral("VelmoraGraphView"),
@@ -37,23 +47,8 @@ VelmoraAppController::~VelmoraAppController() {
   services().notificationCenter.removeObserver(this);
 }
 
-void VelmoraAppController::doSplashAboutBox(const QObject*) {
-  if (!aboutController_) aboutController_ = std::make_unique<AboutController>(services());
-  aboutController_->showWindow(this);
-}
-
 void VelmoraAppController::showStatusString(const QString& status) {
   if (aboutController_) aboutController_->showStatusString(status);
-}
-
-void VelmoraAppController::doExport(const QObject*) {
-  if (auto* document = dynamic_cast<VelmoraDocument*>(currentDocument())) document->doExport(true);
-}
-
-bool VelmoraAppController::validateMenuItem(const QString& title) const {
-  if (title.startsWith(platform::localizedString("VelmoraAppController", "Export")))
-    return currentDocument() != nullptr;
-  return true;
 }
 
 int VelmoraAppController::runModalOpenPanel(platform::OpenPanel& panel, const QStringList& fileTypes) {

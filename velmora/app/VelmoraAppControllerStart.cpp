@@ -2,6 +2,7 @@
 //
 // What happens when the application starts and ends.
 #include "orv/OrvKeptCopies.h"
+#include "orv/OrvWrittenFolders.h"
 #include "platform/Alert.h"
 #include "platform/Bundle.h"
 #include "platform/FileManager.h"
@@ -22,8 +23,10 @@ namespace {
 
 /// What the first run stores as the interval between checks, in days; that it is not 0 ends the first run.
 constexpr int FirstRunInterval = 31;
-/// When the data-file cache is filled, in seconds after the splash.
+// When the steps of the start-up run, in seconds after the splash.
+constexpr double ScriptDelay = 0.5;
 constexpr double CacheDelay = 1.5;
+constexpr double VersionCheckDelay = 2.0;
 
 }  // namespace
 
@@ -46,6 +49,8 @@ void VelmoraAppController::awakeFromNib() {
                     [this](const platform::Notification& path) { batchOpen(path); });
   local.addObserver(this, velmora::link::BatchExportNotification,
                     [this](const platform::Notification& payload) { batchExportToOsirix(payload); });
+  local.addObserver(this, velmora::link::InstallPluginNotification,
+                    [this](const platform::Notification&) { doInstallOsirixPlugin(this); });
   services().distributedCenter.addObserver(
       this, velmora::link::notificationName(services().mainBundle.bundleIdentifier()),
       velmora::link::RequestObject,
@@ -53,13 +58,18 @@ void VelmoraAppController::awakeFromNib() {
 }
 
 void VelmoraAppController::applicationDidFinishLaunching() {
-  removeAbandonedFiles();
-  if (services().defaults.integerForKey(settings::VersionCheckInterval) == 0) askFirstRunQuestions();
+  const bool firstRun = services().defaults.integerForKey(settings::VersionCheckInterval) == 0;
+  if (firstRun && !askFirstRunQuestions()) return;
+  if (!offerPluginUpdate()) return;
   doSplashAboutBox(this);
+  services().runLoop.performAfterDelay(this, ScriptDelay, [this] { doLaunchScript(); });
   services().runLoop.performAfterDelay(this, CacheDelay, [this] { cacheDatabaseFiles(); });
+  // A call of its own: a large folder must not hold up the first window, nor a failed scan keep strays alive.
+  services().runLoop.performAfterDelay(this, CacheDelay, [this] { removeAbandonedFiles(); });
+  services().runLoop.performAfterDelay(this, VersionCheckDelay, [this] { autoCheckForNewVersion(); });
 }
 
-void VelmoraAppController::askFirstRunQuestions() {
+bool VelmoraAppController::askFirstRunQuestions() {
   const int check = services().alerts.runModal(
       {localizedString("VelmoraAppController", "Periodically check for updates?"),
        localizedString("VelmoraAppController", "Check"),
@@ -68,6 +78,7 @@ void VelmoraAppController::askFirstRunQuestions() {
            localizedString("VelmoraAppController",
                            "You can change this setting later by choosing Preferences from the %@ menu."),
            {orvVersion_.applicationName()})});
+  if (check == platform::AlertStopped) return false;
   if (check == platform::AlertDefaultReturn)
     services().defaults.setObject(true, settings::AutomaticVersionCheck);
   services().defaults.setInteger(FirstRunInterval, settings::VersionCheckInterval);
@@ -81,18 +92,42 @@ void VelmoraAppController::askFirstRunQuestions() {
            "Would you like to automatically configure the default database?\n\nYou can alter the default "
            "settings later in the preferences.")});
   if (setUp == platform::AlertDefaultReturn) setUpDatabase();
+  return setUp != platform::AlertStopped;
+}
+
+bool VelmoraAppController::offerPluginUpdate() {
+  if (!plugin_.osirixIsInstalled()) return true;
+  if (!services().defaults.boolForKey(settings::ExportToOsiriX)) return true;
+  if (osirixPluginVersionCurrent()) return true;
+  const int answer = services().alerts.runModal(
+      {localizedString("VelmoraAppController", "Update OsiriX Plugin"),
+       localizedString("VelmoraAppController", "Update"), localizedString("OrvVersion", "Cancel"), QString(),
+       localizedString("VelmoraAppController", "This is a recommended update of the OsiriX plugin.")});
+  if (answer == platform::AlertStopped) return false;
+  if (answer == platform::AlertDefaultReturn)
+    doInstallOsirixPlugin(this);
+  else
+    services().defaults.setObject(false, settings::ExportToOsiriX);
+  return true;
 }
 
 void VelmoraAppController::removeAbandonedFiles() {
   const platform::UserDefaults& defaults = services().defaults;
+  platform::FileManager& files = services().fileManager;
+  const QString bundleIdentifier = services().mainBundle.bundleIdentifier();
+  const QStringList extensions{defaults.stringForKey(settings::DataFileExtension), QStringLiteral("jpg")};
   const auto folder = [&defaults](const QString& key) {
     return platform::expandingTildeInPath(defaults.stringForKey(key));
   };
-  services().fileManager.removeAbandonedFiles(folder(settings::SaveDirectory),
-                                              {defaults.stringForKey(settings::DataFileExtension)});
-  services().fileManager.removeAbandonedFiles(folder(settings::ExportDirectory), {QStringLiteral("jpg")});
-  OrvKeptCopies(services().fileManager, services().runLoop, services().mainBundle.bundleIdentifier())
-      .removeAbandonedCopies({defaults.stringForKey(settings::DataFileExtension)});
+  // The save folder as deep as it is searched for data files, which is while they are saved automatically.
+  using Depth = platform::FileManager::Depth;
+  const Depth depth = defaults.boolForKey(settings::AutoSave) ? Depth::Everything : Depth::Folder;
+  files.removeAbandonedFiles(folder(settings::SaveDirectory), extensions, depth);
+  files.removeAbandonedFiles(folder(settings::ExportDirectory), extensions);
+  for (const QString& written : OrvWrittenFolders(files, bundleIdentifier).all()) {
+    files.removeAbandonedFiles(written, extensions);
+  }
+  OrvKeptCopies(files, services().runLoop, bundleIdentifier).removeAbandonedCopies(extensions);
 }
 
 void VelmoraAppController::setUpDatabase() {
@@ -108,6 +143,7 @@ void VelmoraAppController::setUpDatabase() {
 void VelmoraAppController::applicationWillTerminate() {
   services().distributedCenter.removeObserver(this);
   services().notificationCenter.removeObserver(this);
+  versionCheck_.stop();
   exportQueue_.clear();
   batchOpenQueue_.clear();
   databaseFiles_.clear();

@@ -17,7 +17,7 @@ bool VelmoraDocument::controlTextShouldBeginEditing(QLineEdit* control) {
       {localizedString("VelmoraDocument", "This entry has already been defined"),
        localizedString("VelmoraDocument", "Modify"), localizedString("OrvVersion", "Cancel"), QString(),
        localizedString("VelmoraDocument", "Are you sure you want to modify this item?")});
-  return answer != platform::AlertAlternateReturn;
+  return answer != platform::AlertAlternateReturn && answer != platform::AlertStopped;
 }
 
 void VelmoraDocument::controlTextDidBeginEditing(QLineEdit* control) {

@@ -80,7 +80,7 @@ void VelmoraDocument::doExport(bool interactive) {
     panel.prompt = localizedString("VelmoraAppController", "Export");
     panel.title = localizedString("VelmoraAppController", "Export");
     if (services().panels.runModal(panel) == platform::PanelOKButton) {
-      services().fileManager.writeDurably(panel.url.toLocalFile(), picture);
+      writeFile(panel.url.toLocalFile(), picture);
     }
     return;
   }
@@ -101,9 +101,9 @@ void VelmoraDocument::doExport(bool interactive) {
          platform::formatted(
              localizedString("VelmoraDocument", "A file named '%@' is already present in '%@/'."),
              {fileName, folder})});
-    if (answer == platform::AlertAlternateReturn) return;
+    if (answer == platform::AlertAlternateReturn || answer == platform::AlertStopped) return;
   }
-  services().fileManager.writeDurably(path, picture);
+  writeFile(path, picture);
 }
 
 void VelmoraDocument::doExportToOsirix() {

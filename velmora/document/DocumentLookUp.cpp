@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // The look-up of a returning patient's earlier data file.
+#include <QScopeGuard>
+
 #include "platform/Alert.h"
 #include "platform/DocumentController.h"
 #include "platform/FileManager.h"
@@ -36,7 +38,10 @@ bool VelmoraDocument::lookUp(const QString& identifier, bool askForConfirmation)
              {identifier.toUpper()})});
     if (answer != platform::AlertDefaultReturn) return false;
   }
-  services().runLoop.performOnMainThread(this, [this, path] { deferredOpenLookedUpFile(path); });
+  services().runLoop.performOnMainThread(this, [this, path, identifier, askForConfirmation] {
+    deferredOpenLookedUpFile(path);
+    if (askForConfirmation) tellIfAnothersRecord(path, identifier);
+  });
   return true;
 }
 
@@ -45,14 +50,40 @@ void VelmoraDocument::deferredOpenLookedUpFile(const QString& path) {
   platform::DocumentController* controller = services().documentController;
   if (!controller) return closeInFavourOf(url);
   // When the file asked for is this document's own, opening would give this very document back, and closing
-  // it would leave the patient without a window, and what follows with the wrong one. So then it closes
-  // first.
+  // it would leave the patient without a window. So meanwhile it has no file: it can go once the file is
+  // known to be whole, for until then its window may hold the only good copy.
   const bool ownFile = controller->documentForURL(url) == this;
-  if (ownFile) closeInFavourOf(url);
   QString error;
-  const bool opened = controller->openDocumentWithContentsOfURL(url, true, &error) != nullptr;
-  if (!ownFile) closeInFavourOf(url);
+  bool opened = false;
+  {
+    const auto asBefore = qScopeGuard([this, before = fileURL()] { setFileURL(before); });
+    if (ownFile) setFileURL(QUrl());
+    opened = controller->openDocumentWithContentsOfURL(url, true, &error) != nullptr;
+  }
+  if (opened || !ownFile) closeInFavourOf(url);
+  // Two windows on one file would each overwrite what the other saves.
+  if (opened && ownFile && !isClosed()) setFileURL(QUrl());
   if (!opened) controller->presentOpenError(url, error);
+}
+
+QString VelmoraDocument::whyNotTheRecordOf(const QString& identifier) const {
+  if (preferredFileName(false).compare(identifier, Qt::CaseInsensitive) == 0) return {};
+  return platform::formatted(
+      localizedString("VelmoraDocument",
+                      "The file was saved for patient '%@', but the identifier in it reads '%@'."),
+      {identifier, this->identifier()});
+}
+
+void VelmoraDocument::tellIfAnothersRecord(const QString& path, const QString& identifier) {
+  platform::DocumentController* controller = services().documentController;
+  if (!controller) return;
+  const auto* record = dynamic_cast<VelmoraDocument*>(controller->documentForURL(QUrl::fromLocalFile(path)));
+  const QString why = record ? record->whyNotTheRecordOf(identifier) : QString();
+  if (why.isNull()) return;
+  services().alerts.runModal(
+      {platform::formatted(localizedString("VelmoraDocument", "'%@' is the record of another patient"),
+                           {record->displayName()}),
+       localizedString("OrvVersion", "OK"), QString(), QString(), why});
 }
 
 void VelmoraDocument::closeInFavourOf(const QUrl& file) {
@@ -68,11 +99,8 @@ void VelmoraDocument::closeInFavourOf(const QUrl& file) {
 }
 
 QString VelmoraDocument::closeKeepingACopy() {
-  QString copy;
-  if (!isClosed() && isDocumentEdited() && holdsMoreThanIdentifier_) {
-    synchronizeToData();
-    copy = keepRescueCopy();
-  }
-  close();
-  return copy;
+  Rescue rescue{platform::Whereabouts::Kept, {}};
+  if (!isClosed() && isDocumentEdited() && holdsMoreThanIdentifier_) rescue = keepRescueCopy();
+  if (rescue.content != platform::Whereabouts::OnlyHere) close();
+  return rescue.copy;
 }

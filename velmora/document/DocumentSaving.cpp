@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // Saving under the patient's identifier, and the question before closing.
+#include <QScopeGuard>
 #include <QTabWidget>
 
 #include "platform/Alert.h"
@@ -42,7 +43,7 @@ void VelmoraDocument::saveDocument(DidSave didSave) {
   const int answer = services().alerts.runModal(
       {localizedString("VelmoraDocument", "The identifier of this record has changed"),
        localizedString("VelmoraDocument", "New File"), localizedString("VelmoraDocument", "Same File"),
-       QString(),
+       localizedString("OrvVersion", "Cancel"),
        platform::formatted(
            localizedString("VelmoraDocument",
                            "It was '%@' and is now '%@'. With a new file the record of '%@' stays as it "
@@ -50,8 +51,10 @@ void VelmoraDocument::saveDocument(DidSave didSave) {
            {savedName_, name, savedName_})});
   if (answer == platform::AlertDefaultReturn) {
     saveDocumentAs(std::move(didSave));
-  } else {
+  } else if (answer == platform::AlertAlternateReturn) {
     OrvAutoNameDocument::saveDocument(std::move(didSave));
+  } else if (didSave) {
+    didSave(this, false);
   }
 }
 
@@ -76,8 +79,13 @@ void VelmoraDocument::runModalSavePanelForSaveOperation(platform::SaveOperation 
   const QString path =
       folder + QLatin1Char('/') + preferredFileName(false) + QLatin1Char('.') + dataFileExtension_;
   const QUrl url = QUrl::fromLocalFile(path);
-  saveToURL(url, platform::pathExtension(path), operation, std::move(didSave));
-  const bool saved = !isDocumentEdited();
+  bool saved = false;
+  saveToURL(url, platform::pathExtension(path), operation,
+            [&saved, &didSave](platform::Document* document, bool did) {
+              saved = did;
+              if (didSave) didSave(document, did);
+            });
+  if (!mayCloseAfterSave()) return;
   close();
   if (closeRequested_ || !services().documentController) return;
   platform::Document* reopened = services().documentController->openDocumentWithContentsOfURL(url, true);
@@ -86,14 +94,11 @@ void VelmoraDocument::runModalSavePanelForSaveOperation(platform::SaveOperation 
   if (record && saved) record->continueFrom(*this);
 }
 
-void VelmoraDocument::keepUnsavedChanges() {
-  synchronizeToData();
-  OrvAutoNameDocument::keepUnsavedChanges();
-}
-
-void VelmoraDocument::fileWasReplaced() {
-  synchronizeToData();
-  OrvAutoNameDocument::fileWasReplaced();
+bool VelmoraDocument::mayCloseAfterSave() const {
+  const platform::Whereabouts content = sinceLastSave().value_or(platform::Whereabouts::OnlyHere);
+  // To give up a save is not to give up the record, unless it was to be closed.
+  return content == platform::Whereabouts::Kept ||
+         (content == platform::Whereabouts::GivenUp && closeRequested_);
 }
 
 void VelmoraDocument::continueFrom(VelmoraDocument& earlier) {
@@ -112,30 +117,48 @@ void VelmoraDocument::continueFrom(VelmoraDocument& earlier) {
 
 void VelmoraDocument::saveToURL(const QUrl& url, const QString& typeName, platform::SaveOperation operation,
                                 DidSave didSave) {
-  synchronizeToData();
   lookUpRequired_ = false;
-  OrvAutoNameDocument::saveToURL(url, typeName, operation, std::move(didSave));
-  if (!isDocumentEdited()) {
+  bool saved = false;
+  OrvAutoNameDocument::saveToURL(url, typeName, operation,
+                                 [&saved, &didSave](platform::Document* document, bool did) {
+                                   saved = did;
+                                   if (didSave) didSave(document, did);
+                                 });
+  if (saved && operation != platform::SaveOperation::SaveTo) {
     savedName_ = preferredFileName(false);
     holdsMoreThanIdentifier_ = false;
   }
   if (!url.isEmpty()) delegate_.addToCachedDatabaseFiles(url.path().section(QLatin1Char('/'), -1));
-  if (closeAfterSave_) close();
-}
-
-void VelmoraDocument::tellAboutKeptCopy(const QString& name, const QString& copy) {
-  if (copy.isEmpty()) return;
-  services().alerts.runModal(
-      {platform::formatted(localizedString("VelmoraDocument", "'%@' was closed with unsaved changes"),
-                           {name}),
-       localizedString("OrvVersion", "OK"), QString(), QString(),
-       platform::formatted(localizedString("VelmoraDocument", "A copy with the changes was kept as '%@'."),
-                           {copy})});
+  if (closeAfterSave_ && mayCloseAfterSave()) close();
 }
 
 void VelmoraDocument::documentDidSave(platform::Document* document, bool didSave) {
   OrvAutoNameDocument::documentDidSave(document, didSave);
   if (didSave) closeAfterSave_ = true;
+}
+
+bool VelmoraDocument::savedForClosing() {
+  // Who stays open after all has not agreed to anything.
+  auto takeBack = qScopeGuard([this, before = closeRequested_] { closeRequested_ = before; });
+  closeRequested_ = true;
+  forgetLastSave();
+  bool told = false;
+  saveDocument([&told](platform::Document*, bool) { told = true; });
+  bool mayClose = sinceLastSave() && mayCloseAfterSave();
+  if (!sinceLastSave() && !told) {
+    // The save folder is gone, and the panel in its place was cancelled. The answer stands, but nothing is
+    // lost.
+    closeTellingOfACopy();
+    mayClose = isClosed();
+  }
+  if (mayClose) takeBack.dismiss();
+  return mayClose;
+}
+
+void VelmoraDocument::closeTellingOfACopy() {
+  const QString name = displayName();
+  const QString copy = closeKeepingACopy();
+  tellAboutKeptCopy(name, copy);
 }
 
 void VelmoraDocument::canCloseDocument(ShouldClose shouldClose) {
@@ -155,13 +178,7 @@ void VelmoraDocument::canCloseDocument(ShouldClose shouldClose) {
   } else if (answer != platform::AlertDefaultReturn) {
     shouldClose(this, false);
   } else if (automatic) {
-    closeRequested_ = true;
-    bool failed = false;
-    saveDocument([&failed](platform::Document*, bool saved) { failed = !saved; });
-    // The answer stands even where the save folder is gone and the panel in its place was cancelled. A save
-    // that failed has left its copy already.
-    if (!failed && !isClosed() && isDocumentEdited()) tellAboutKeptCopy(displayName(), closeKeepingACopy());
-    shouldClose(this, true);
+    shouldClose(this, savedForClosing());
   } else {
     saveDocumentAs();
     // The user may have cancelled the panel.

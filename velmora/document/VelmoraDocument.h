@@ -104,10 +104,14 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
 
   /// Looks for the data file of `identifier` in the save folder. True when there is one and it will be opened
   /// in place of this document, which then closes without a question, after the current event.
+  /// If the user was asked and the record in it turns out to be another patient's, he is told.
   bool lookUp(const QString& identifier, bool askForConfirmation);
   /// Where the data file of `identifier` stands or would stand.
   QString dataFilePath(const QString& identifier) const;
   void deferredOpenLookedUpFile(const QString& path);
+  /// Null when this is the record of the patient with that identifier; otherwise says so for the user. Upper
+  /// and lower case are one, as they are in the names of files.
+  QString whyNotTheRecordOf(const QString& identifier) const;
 
   // The chart as a picture.
 
@@ -125,23 +129,27 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
 
   /// The identifier with every "/" replaced by "-"; empty when there is none.
   QString preferredFileName(bool forExport) const override;
+  /// Ends the edits in progress in the window, unheard, before the viewer fills its fields: what the user
+  /// types on was meant for what stood there before.
+  void abandonEditing() { platform::TextFieldEditing::abandonEditing(windowForSheet()); }
   /// Saves to the document's file; but when the identifier has changed since that was read or written, asks
   /// whether the record shall have a new file, so that no patient's file turns into another's unseen.
   void saveDocument(DidSave didSave = {}) override;
   bool prepareSavePanel(platform::SavePanel& panel) override;
   QString fileTypeFromLastRunSavePanel() const override { return dataFileExtension_; }
-  /// With "Auto Save" on, an identifier and the save folder present, saves there without a panel.
+  /// With "Auto Save" on, an identifier and the save folder present, saves there without a panel, closes and
+  /// opens the file again. A record that could not be saved and is safe nowhere else stays open.
   void runModalSavePanelForSaveOperation(platform::SaveOperation operation, DidSave didSave) override;
   void saveToURL(const QUrl& url, const QString& typeName, platform::SaveOperation operation,
                  DidSave didSave) override;
   void documentDidSave(platform::Document* document, bool didSave) override;
   void canCloseDocument(ShouldClose shouldClose) override;
-  /// Like the base, with what stands in the fields.
-  void keepUnsavedChanges() override;
-  void fileWasReplaced() override;
   /// Closes without a question; what would be lost by that, beyond a typed identifier, leaves a rescue copy,
-  /// whose path is given.
+  /// whose path is given. Where no copy can be had and the user does not give the changes up, the document
+  /// stays open.
   QString closeKeepingACopy();
+  /// The same, and tells the user where the copy is.
+  void closeTellingOfACopy();
   /// Prints the last examination. Tells the user when the document was printed in the last 30 seconds.
   void printDocument(const QVariantMap& settings, bool showPrintPanel, DidPrint didPrint = {}) override;
 
@@ -154,6 +162,7 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
   static QString shownDate(const QDate& day);
   static QDate dayOfShownDate(const QString& text);
 
+  void takeFromWindows() override { synchronizeToData(); }
   // The base document without data of its own has nothing to write; a subclass overrides both.
   QJsonObject contentToJson() const override { return {}; }
   platform::FileResult contentFromJson(const QJsonObject&, int) override {
@@ -177,10 +186,12 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
   void showDate(QLineEdit* field, const QDateTime& date);
   void displayTabView();
   void closeInFavourOf(const QUrl& file);
+  void tellIfAnothersRecord(const QString& path, const QString& identifier);
   void continueFrom(VelmoraDocument& earlier);
-  /// Tells the user where the unsaved changes of a closed record are kept; nothing when there is no copy.
-  void tellAboutKeptCopy(const QString& name, const QString& copy);
   bool savesAutomatically() const;
+  bool savedForClosing();
+  /// Whether the last save that was tried leaves nothing that the closing of the window would lose.
+  bool mayCloseAfterSave() const;
 
   VelmoraApplicationDelegate& delegate_;
   QString dataFileExtension_;

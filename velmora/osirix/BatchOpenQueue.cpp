@@ -4,8 +4,12 @@
 #include <QPointer>
 #include <QScopeGuard>
 #include <QUrl>
+#include <utility>
 
+#include "platform/Alert.h"
 #include "platform/DocumentController.h"
+#include "platform/Guard.h"
+#include "platform/Localization.h"
 #include "platform/RunLoop.h"
 #include "platform/Services.h"
 #include "velmora/document/VelmoraDocument.h"
@@ -33,11 +37,35 @@ void BatchOpenQueue::delayBatchOpen() {
   const QPointer<platform::Document> document = controller_.openDocumentWithContentsOfURL(url, true);
   auto* record = dynamic_cast<VelmoraDocument*>(document.data());
   if (!record) return;
-  const auto close = qScopeGuard([this, document, record] {
+  const auto thenClose = qScopeGuard([this, document] {
     if (!document) return;
-    services_.runLoop.performAfterDelay(record, CloseDelay, [record] { record->closeKeepingACopy(); });
+    ++closing_;
+    services_.runLoop.performAfterDelay(this, CloseDelay, [this, document] { close(document); });
   });
   record->autoExport();
+}
+
+void BatchOpenQueue::close(const QPointer<platform::Document>& document) {
+  // One notice is enough, when all of them are closed: until then it would only be in the way.
+  const auto tell = qScopeGuard([this] {
+    if (--closing_ > 0 || keptCopies_.isEmpty()) return;
+    platform::guarded("batch export", [this] { tellAboutKeptCopies(); });
+  });
+  // The user may have closed it meanwhile.
+  auto* record = dynamic_cast<VelmoraDocument*>(document.data());
+  const QString copy = record ? record->closeKeepingACopy() : QString();
+  if (!copy.isEmpty()) keptCopies_.append(copy);
+}
+
+void BatchOpenQueue::tellAboutKeptCopies() {
+  const QString copies = std::exchange(keptCopies_, {}).join(QLatin1Char('\n'));
+  services_.alerts.runModal(
+      {platform::localizedString("VelmoraAppController",
+                                 "The batch export has closed records with unsaved changes"),
+       platform::localizedString("OrvVersion", "OK"), QString(), QString(),
+       platform::formatted(
+           platform::localizedString("VelmoraAppController", "Copies with the changes were kept as:\n%@"),
+           {copies})});
 }
 
 }  // namespace velmora

@@ -15,6 +15,8 @@ inline const QString BatchExportNotification = QStringLiteral("BatchExportToOsir
 /// The local notification that asks for a data file to be opened, exported and closed; its object is the
 /// path.
 inline const QString BatchOpenNotification = QStringLiteral("BatchOpen");
+/// The preferences window asks for the plugin to be installed. No object.
+inline const QString InstallPluginNotification = QStringLiteral("Install Plugin");
 
 /// What a document knows that goes into a link reply.
 struct ChartExport {

@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QUrl>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/Alert.h"
 #include "platform/AssertionFailure.h"
@@ -27,13 +28,42 @@ constexpr double NewRecordDelay = 0.1;
 /// cut identifier is another patient's; and a name of megabytes would keep the window busy for minutes.
 constexpr qsizetype LongestText = 1024;
 
-void requireReasonableTexts(const platform::Notification& notification) {
-  for (const QString& key : {link::Identifier, link::Name}) {
-    if (notification.userInfo.value(key).toString().size() > LongestText) {
-      throw std::length_error("VelmoraAppController: a study was chosen whose " + key.toStdString() +
-                              " is longer than any patient's");
-    }
+/// Roughly the memory that a value holds.
+qsizetype bytesOf(const QVariant& value) {
+  constexpr qsizetype BytesOfAny = 32;
+  qsizetype bytes = BytesOfAny;
+  if (value.typeId() == QMetaType::QString) {
+    bytes += value.toString().size() * static_cast<qsizetype>(sizeof(QChar));
+  } else if (value.typeId() == QMetaType::QByteArray) {
+    bytes += value.toByteArray().size();
+  } else if (value.typeId() == QMetaType::QVariantList) {
+    for (const QVariant& each : value.toList()) bytes += bytesOf(each);
+  } else if (value.typeId() == QMetaType::QVariantMap) {
+    const QVariantMap map = value.toMap();
+    for (auto each = map.begin(); each != map.end(); ++each) bytes += bytesOf(each.key()) + bytesOf(*each);
   }
+  return bytes;
+}
+
+/// What of a request is read, and nothing else: it may have to wait, and may hold a picture of megabytes.
+platform::Notification withItsKeysOnly(const platform::Notification& notification) {
+  platform::Notification request{notification.name, {}, {}};
+  for (const QString& key :
+       {link::Identifier, link::Name, link::DateOfBirth, link::DateOfStudy, link::OsiriXStudyID}) {
+    const auto found = notification.userInfo.constFind(key);
+    if (found != notification.userInfo.constEnd()) request.userInfo.insert(key, *found);
+  }
+  return request;
+}
+
+/// What is wrong with the lengths in a request; null when nothing is.
+QString whyUnreasonable(const platform::Notification& request) {
+  for (const QString& key : {link::Identifier, link::Name}) {
+    if (request.userInfo.value(key).toString().size() <= LongestText) continue;
+    return QStringLiteral("VelmoraAppController: a study was chosen whose %1 is longer than any patient's")
+        .arg(key);
+  }
+  return {};
 }
 
 QString identifierOf(const platform::Notification& notification) {
@@ -60,11 +90,44 @@ VelmoraDocument* LinkReceiver::frontDocument() const {
 }
 
 void LinkReceiver::notifiedOfLinkFromOsirix(const platform::Notification& notification) {
-  services_.runLoop.performOnMainThread(this, [this, notification] { doLinkFromOsirix(notification); });
+  const platform::Notification request = withItsKeysOnly(notification);
+  const qsizetype bytes = bytesOf(request.userInfo);
+  QString why = whyUnreasonable(request);
+  if (why.isNull() && bytes > LongestRequest) {
+    why = QStringLiteral("VelmoraAppController: a study was chosen whose details are far too long");
+  }
+  if (!why.isNull()) return platform::logLine(why);
+  if (!mayWait(bytes)) return;
+  services_.runLoop.performOnMainThread(this, [this, request, bytes] {
+    hasWaited(bytes);
+    doLinkFromOsirix(request);
+  });
+}
+
+bool LinkReceiver::mayWait(qsizetype bytes) {
+  const std::lock_guard lock(mutex_);
+  if (waiting_ >= MostWaiting || bytesWaiting_ + bytes > MostBytesWaiting) {
+    if (!std::exchange(refusing_, true)) {
+      platform::logLine(QStringLiteral("%1 chosen studies wait: more are not taken until they are dealt with")
+                            .arg(waiting_));
+    }
+    return false;
+  }
+  ++waiting_;
+  bytesWaiting_ += bytes;
+  return true;
+}
+
+void LinkReceiver::hasWaited(qsizetype bytes) {
+  const std::lock_guard lock(mutex_);
+  --waiting_;
+  bytesWaiting_ -= bytes;
+  if (waiting_ == 0) refusing_ = false;
 }
 
 void LinkReceiver::doLinkFromOsirix(const platform::Notification& notification) {
-  requireReasonableTexts(notification);
+  const QString why = whyUnreasonable(notification);
+  if (!why.isNull()) throw std::length_error(why.toStdString());
   const QString identifier = identifierOf(notification);
   VelmoraDocument* target = frontDocument();
   if (!target) throw std::out_of_range("VelmoraAppController: a study was chosen, but no document is open");
@@ -74,6 +137,7 @@ void LinkReceiver::doLinkFromOsirix(const platform::Notification& notification) 
                                         [this, notification] { deferredNewRecord(notification); });
     return;
   }
+  target->abandonEditing();
   target->setIdentifier(identifier);
   const QDateTime birthDate = dateOf(notification, link::DateOfBirth);
   if (birthDate.isValid()) target->setBirthDate(birthDate);
@@ -94,25 +158,24 @@ void LinkReceiver::deferredNewRecord(const platform::Notification& notification)
   if (!frontDocument()) return;
   const QString identifier = identifierOf(notification);
   VelmoraDocument* target = recordOf(identifier);
-  // The user has been told already that the file did not open.
+  // Its file did not open, of which the user has been told, or the user has closed it meanwhile.
   if (!target)
     return platform::logLine(QStringLiteral("The record of a chosen study is not open: nothing was added"));
-  if (target->preferredFileName(false).compare(identifier, Qt::CaseInsensitive) != 0) {
+  const QString why = target->whyNotTheRecordOf(identifier);
+  if (!why.isNull()) {
     services_.alerts.runModal(
         {platform::formatted(
              platform::localizedString("VelmoraAppController", "No examination was added to '%@'"),
              {target->displayName()}),
-         platform::localizedString("OrvVersion", "OK"), QString(), QString(),
-         platform::formatted(
-             platform::localizedString("VelmoraAppController",
-                                       "The file was saved for patient '%@', but the identifier in it "
-                                       "reads '%@'."),
-             {identifier, target->identifier()})});
+         platform::localizedString("OrvVersion", "OK"), QString(), QString(), why});
     return;
   }
   if (target != frontDocument()) target->showWindows();
   target->doNewRecord(this);
   target->setName(notification.userInfo.value(link::Name).toString());
+  // A record that has been open for longer may still hold the study of an earlier request, into which the
+  // chart of this one must not go.
+  target->setOsiriXStudyID(QStringLiteral(""));
   target->setExamDate(dateOf(notification, link::DateOfStudy));
   target->directUpdateDisplayAndSetDirty(this);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <mutex>
 
 #include "platform/NotificationCenter.h"
 
@@ -21,7 +22,9 @@ class LinkReceiver : public QObject {
  public:
   LinkReceiver(platform::Services& services, platform::DocumentController& controller);
 
-  /// The observer of link requests. May be called on any thread: it only hands over to the main thread.
+  /// The observer of link requests. May be called on any thread: it only hands over to the main thread, and
+  /// of the request only what is its own. Requests wait as long as the program asks a question; one of absurd
+  /// length, and those beyond MostWaiting or MostBytesWaiting, are refused with a log line.
   void notifiedOfLinkFromOsirix(const platform::Notification& notification);
   /// Handles one request. Throws "Value==nil" for one without identifier, std::length_error for one whose
   /// identifier or name is of absurd length, and std::out_of_range when no document is open; then nothing is
@@ -33,12 +36,23 @@ class LinkReceiver : public QObject {
   /// another patient's record.
   void deferredNewRecord(const platform::Notification& notification);
 
+  static constexpr int MostWaiting = 20000;
+  static constexpr qsizetype MostBytesWaiting = 16 * 1024 * 1024;
+  /// Of one request, in bytes.
+  static constexpr qsizetype LongestRequest = 64 * 1024;
+
  private:
+  bool mayWait(qsizetype bytes);
+  void hasWaited(qsizetype bytes);
   VelmoraDocument* frontDocument() const;
   VelmoraDocument* recordOf(const QString& identifier) const;
 
   platform::Services& services_;
   platform::DocumentController& controller_;
+  std::mutex mutex_;  // over what follows
+  int waiting_ = 0;
+  qsizetype bytesWaiting_ = 0;
+  bool refusing_ = false;  // and the log says so
 };
 
 }  // namespace velmora

@@ -21,6 +21,7 @@ void OsirixExportQueue::batchExportToOsirix(const platform::Notification& notifi
     services_.runLoop.performAfterDelay(this, FirstDelay, [this] { delayBatchExportToOsirix(); });
   }
   exportToOsirixArray_.append(notification.object.toMap());
+  if (lengthDidChange_) lengthDidChange_();
 }
 
 void OsirixExportQueue::delayBatchExportToOsirix() {
@@ -36,6 +37,16 @@ void OsirixExportQueue::delayBatchExportToOsirix() {
   exportToOsirixArray_.removeFirst();
   services_.runLoop.performAfterDelay(this, NextDelay, [this] { delayBatchExportToOsirix(); });
   platform::logLine(QStringLiteral("Queue next delayed batch export"));
+  if (lengthDidChange_) lengthDidChange_();
+}
+
+void OsirixExportQueue::clear() {
+  if (!exportToOsirixArray_.isEmpty()) {
+    platform::logLine(QStringLiteral("Charts that waited for OsiriX and are not sent: %1")
+                          .arg(exportToOsirixArray_.size()));
+  }
+  exportToOsirixArray_.clear();
+  if (lengthDidChange_) lengthDidChange_();
 }
 
 }  // namespace velmora

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QObject>
 #include <QVariantMap>
+#include <functional>
 
 #include "platform/NotificationCenter.h"
 
@@ -27,12 +28,18 @@ class OsirixExportQueue : public QObject {
   void batchExportToOsirix(const platform::Notification& notification);
   /// Sends the first payload.
   void delayBatchExportToOsirix();
-  void clear() { exportToOsirixArray_.clear(); }
+  /// Forgets what waits; a log line says how much that was.
+  void clear();
   const QList<QVariantMap>& exportToOsirixArray() const { return exportToOsirixArray_; }
+  /// Called after every change of the number of payloads that wait.
+  void setLengthDidChange(std::function<void()> lengthDidChange) {
+    lengthDidChange_ = std::move(lengthDidChange);
+  }
 
  private:
   platform::Services& services_;
   QList<QVariantMap> exportToOsirixArray_;
+  std::function<void()> lengthDidChange_;
 };
 
 }  // namespace velmora

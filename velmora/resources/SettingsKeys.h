@@ -25,5 +25,16 @@ inline const QString VersionCheckInterval = QStringLiteral("Version Check Interv
 inline const QString LastVersionCheckDate = QStringLiteral("Last Version Check Date");
 /// String: the extension of the application's data files, without the dot. Registered by each application.
 inline const QString DataFileExtension = QStringLiteral("DataFile Extension");
+/// Boolean: the menu of recent documents is kept. Not registered: false, because their names are patients'
+/// identifiers, and whoever looks at the menu reads them.
+inline const QString RememberRecentDocuments = QStringLiteral("Remember Recent Documents");
+/// String: the paths of the recent documents as a JSON array, newest first. Not registered: none.
+inline const QString RecentDocuments = QStringLiteral("Recent Documents");
+/// Integer: how many days back the batch export reaches. Registered with the batch-export window: the text
+/// "7".
+inline const QString BatchExportDays = QStringLiteral("Batch Export Days");
+/// Boolean: erase the chart images in the export folder before a batch export. Registered with the
+/// batch-export window: false.
+inline const QString AutoDelete = QStringLiteral("Auto Delete");
 
 }  // namespace velmora::settings

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/PropertyListBinary.h"
+#include "platform/PropertyListBinary.h"
 
 #include <QDateTime>
 #include <QStringDecoder>
@@ -10,7 +10,7 @@
 #include <limits>
 #include <optional>
 
-namespace platform::qt {
+namespace platform {
 
 namespace {
 
@@ -188,4 +188,4 @@ class Reader {
 
 QVariant valueOfBinaryPropertyList(const QByteArray& data) { return Reader(data).read(); }
 
-}  // namespace platform::qt
+}  // namespace platform

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/PropertyList.h"
+#include "platform/PropertyList.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 #include <QTimeZone>
 #include <QXmlStreamReader>
 #include <cmath>
@@ -9,9 +10,9 @@
 
 #include "platform/FileManager.h"
 #include "platform/Log.h"
-#include "platform/qt/PropertyListBinary.h"
+#include "platform/PropertyListBinary.h"
 
-namespace platform::qt {
+namespace platform {
 
 namespace {
 
@@ -109,7 +110,10 @@ QVariant propertyListFromData(const QByteArray& data) {
 }
 
 Bundle bundleWithPath(const QString& folder) {
-  const QString path = folder + QStringLiteral("/Info.plist");
+  const QString contents = folder + QStringLiteral("/Contents");
+  const QString list = QStringLiteral("/Info.plist");
+  const bool deep = !QFileInfo::exists(folder + list) && QFileInfo::exists(contents + list);
+  const QString path = (deep ? contents : folder) + list;
   QByteArray data;
   const FileResult read = FileManager().readFile(path, data, LargestPropertyList);
   QVariant info;
@@ -117,7 +121,7 @@ Bundle bundleWithPath(const QString& folder) {
   if (info.typeId() != QMetaType::QVariantMap) {
     logLine(QStringLiteral("No information dictionary at %1: %2").arg(path, read.error));
   }
-  return Bundle(info.toMap(), folder);
+  return Bundle(info.toMap(), deep ? contents + QStringLiteral("/Resources") : folder);
 }
 
-}  // namespace platform::qt
+}  // namespace platform

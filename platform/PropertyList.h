@@ -7,15 +7,16 @@
 
 #include "platform/Bundle.h"
 
-namespace platform::qt {
+namespace platform {
 
 /// The value that a property list, XML or binary, holds; invalid when it is none, or damaged anywhere.
 /// Dictionaries are QVariantMap, arrays QVariantList, strings QString, integers qint64, dates QDateTime, data
 /// QByteArray.
 QVariant propertyListFromData(const QByteArray& data);
 
-/// The bundle whose information dictionary is `folder`/Info.plist and whose resources stand in `folder`.
-/// An empty dictionary, with a log line, when there is none that can be read.
+/// The bundle at `folder`: its information dictionary is Info.plist there, its resources stand beside it; or,
+/// as in the bundles of the viewer, they are Contents/Info.plist and Contents/Resources. An empty dictionary,
+/// with a log line, when there is none that can be read.
 Bundle bundleWithPath(const QString& folder);
 
-}  // namespace platform::qt
+}  // namespace platform

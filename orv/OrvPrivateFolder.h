@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace platform {
+class FileManager;
+}
+
+/// The application's own folder among the user's data, for the user alone. Its files hold patients' records,
+/// or tell of them.
+class OrvPrivateFolder {
+ public:
+  /// The folder is named by the application's bundle identifier.
+  OrvPrivateFolder(platform::FileManager& files, const QString& bundleIdentifier);
+
+  const QString& path() const { return path_; }
+  /// Whether that file, whatever path leads to it, stands below the folder.
+  bool contains(const QString& file) const;
+  /// Makes `folder`, which is this one or one below it. False, with a log line, when that fails.
+  bool make(const QString& folder);
+  /// Writes a file below the folder that is readable by the user alone. False, with a log line, when that
+  /// fails.
+  bool write(const QString& file, const QByteArray& contents);
+
+ private:
+  platform::FileManager& files_;
+  QString path_;
+};

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <memory>
+#include <optional>
+
+namespace platform {
+
+/// A stretch of a text, in UTF-16 code units as QString counts them.
+struct TextRange {
+  qsizetype location = 0;
+  qsizetype length = 0;
+  bool operator==(const TextRange&) const = default;
+};
+
+/// Why a script could not be compiled or run.
+struct ScriptError {
+  QString message;       ///< all that there is to say
+  QString briefMessage;  ///< one line of it
+  TextRange range;       ///< where in the source; empty, at its end, when that is not known
+  bool operator==(const ScriptError&) const = default;
+};
+
+/// A script's source as the script runner formats it, with what is to be told apart by its look.
+struct ScriptText {
+  enum class Style { Keyword, String, Comment };
+  struct Run {
+    TextRange range;
+    Style style;
+    bool operator==(const Run&) const = default;
+  };
+  QString text;
+  QList<Run> runs;  ///< in the order of the text, not overlapping
+};
+
+/// A script of the user's.
+class Script {
+ public:
+  virtual ~Script() = default;
+
+  /// Looks for errors without running anything. True when there is none.
+  virtual bool compileAndReturnError(std::optional<ScriptError>& error) = 0;
+  /// The formatted source of a script that has been compiled; none when it has no better form than it had.
+  virtual std::optional<ScriptText> richTextSource() const = 0;
+  /// Runs the script and waits for its end; does not begin when its runner would refuse it as it stands. An
+  /// error that compiling finds and its runner may never come to keeps nothing from running. True when it
+  /// ended well.
+  virtual bool executeAndReturnError(std::optional<ScriptError>& error) = 0;
+};
+
+/// Makes scripts from their source.
+class Scripts {
+ public:
+  virtual ~Scripts() = default;
+  /// None when the text cannot be a script at all.
+  virtual std::unique_ptr<Script> initWithSource(const QString& source) = 0;
+  /// Tells a script that runs to end, so that who waits for it goes on soon. Nothing by itself: a script that
+  /// cannot be waited for needs no stopping.
+  virtual void stopRunning() {}
+};
+
+}  // namespace platform

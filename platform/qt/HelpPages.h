@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace platform {
+class Alerts;
+class Workspace;
+}  // namespace platform
+
+namespace platform::qt {
+
+/// The first page of the help in `folder`, which has a folder "<language>/index.html" for each language, in
+/// the first of `languages` ("de-AT", "de", ...) that it has; English where it has none of them. A null
+/// string when there is no help at all.
+QString helpPage(const QString& folder, const QStringList& languages);
+
+/// Opens the help in `folder` in the user's language with the user's program for it, or says that there is
+/// none.
+void showHelp(const QString& folder, Workspace& workspace, Alerts& alerts);
+
+}  // namespace platform::qt

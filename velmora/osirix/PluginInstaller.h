@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+namespace platform {
+struct FileResult;
+struct Services;
+}  // namespace platform
+
+namespace velmora {
+
+/// Brings the plugin that the application carries into the viewer of this user.
+///
+/// The plugin is the first entry of "OsiriX Plugins" among the application's resources; it goes under the
+/// same name to ~/Library/Application Support/OsiriX/Plugins.
+class PluginInstaller {
+ public:
+  explicit PluginInstaller(platform::Services& services) : services_(services) {}
+
+  /// Whether the viewer is on this machine.
+  bool osirixIsInstalled() const;
+  /// The file name of the carried plugin; a null string when the application carries none. The first entry in
+  /// the file system's own order counts, whatever it is.
+  QString nameOfInstallableOsirixPlugin() const;
+  /// Whether the installed plugin has the version of the carried one, to the letter: any difference, a newer
+  /// version too, makes it out of date, and so does a version that cannot be read. With no plugin to install,
+  /// true.
+  bool osirixPluginVersionCurrent() const;
+  /// Puts the carried plugin into the viewer's plugin folder, in place of what has its name there, and tells
+  /// the user how that went. What fails on the way is logged; the copy alone decides. What earlier
+  /// installations that were cut off have left there is cleared away first.
+  void doInstallOsirixPlugin();
+
+ private:
+  QString carriedFolder() const;
+  static QString installedFolder();
+  void makeInstalledFolder();
+  void removeLeftovers();
+  void removeInstalled(const QString& name);
+  platform::FileResult copyToInstalled(const QString& name);
+
+  platform::Services& services_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "velmora/preferences/ScriptCheck.h"
+
+#include <memory>
+
+namespace velmora {
+
+ScriptCheck checkScript(platform::Scripts& scripts, const QString& text) {
+  ScriptCheck check;
+  if (text.isEmpty()) return check;
+  const std::unique_ptr<platform::Script> script = scripts.initWithSource(text);
+  if (script && script->compileAndReturnError(check.error)) check.formatted = script->richTextSource();
+  return check;
+}
+
+}  // namespace velmora
