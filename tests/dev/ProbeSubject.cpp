@@ -9,6 +9,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
 
@@ -35,7 +36,8 @@ class Subject : public QMainWindow {
     tabs->addTab(new QLabel("one"), "&One");
     tabs->addTab(new QLabel("two"), "Two");
     QMenu* menu = menuBar()->addMenu("&Things");
-    menu->addAction("&Do", QKeySequence("Ctrl+D"), this, [this] { say("done"); });
+    menu->setObjectName("thingsMenu");
+    menu->addAction("&Do", QKeySequence("Ctrl+D"), this, [this] { say("done"); })->setObjectName("doThing");
     menu->addAction("Ask...", this, [this] { ask("From the menu?", {}); });
     menu->addAction("Never")->setEnabled(false);
 
@@ -73,6 +75,7 @@ class Subject : public QMainWindow {
     named(new QLineEdit, "secondField");
     auto* list = named(new QComboBox, "list");
     list->addItems({"", "Female", "Male"});
+    named(new QPlainTextEdit("one\ntwo"), "area");
   }
 
   void say(const QString& what) { said_->setText(what); }

@@ -107,6 +107,14 @@ TEST_F(Probe, TypesIntoTheFieldThatWasClicked) {
   EXPECT_EQ(after.text("secondField"), QString());
 }
 
+TEST_F(Probe, ReadsAndFillsAnAreaOfText) {
+  EXPECT_EQ(window_.text("area"), "one\ntwo");
+  person_->click(window_, "area");
+  person_->press("Ctrl+A");
+  EXPECT_EQ(probe_->command({{"do", "type"}, {"text", "if; >&2"}}), QString());
+  EXPECT_EQ(named("Subject").text("area"), "if; >&2");
+}
+
 TEST_F(Probe, GoesOnInsideADialogThatAKeyOpened) {
   person_->enter(window_, "field", "ask");
   person_->answer("On leaving?", "Cancel");
@@ -127,6 +135,19 @@ TEST_F(Probe, OpensAMenuAndPicksFromIt) {
   EXPECT_EQ(said(), "From the menu? yes");
 }
 
+TEST_F(Probe, FindsMenusAndEntriesByTheirObjectNamesToo) {
+  person_->choose(window_, "thingsMenu", "doThing");
+  EXPECT_EQ(said(), "done");
+}
+
+TEST_F(Probe, GivesAnOpenMenuAndWhereItIs) {
+  const SeenWindow menu = person_->open(window_, "Things");
+  EXPECT_TRUE(menu.isMenu());
+  EXPECT_TRUE(window_.place().contains(menu.place().topLeft()));
+  person_->press("Escape");
+  EXPECT_EQ(click("plain"), QString());
+}
+
 TEST_F(Probe, RefusesADisabledMenuEntryAndWhatLiesBehindAnOpenMenu) {
   EXPECT_THROW(person_->choose(window_, "Things", "Never"), Differs);
   EXPECT_EQ(click("plain"), "a menu is open before it");
@@ -136,6 +157,12 @@ TEST_F(Probe, RefusesADisabledMenuEntryAndWhatLiesBehindAnOpenMenu) {
 TEST_F(Probe, PicksFromAListAndChoosesATab) {
   person_->pick(window_, "list", "Male");
   EXPECT_EQ(named("Subject").text("list"), "Male");
+  // At once again, by another way round.
+  person_->pick(window_, "list", "Female");
+  EXPECT_EQ(named("Subject").text("list"), "Female");
+  person_->pick(window_, "list", 2);
+  EXPECT_EQ(named("Subject").text("list"), "Male");
+  EXPECT_THROW(person_->pick(window_, "list", "Neither"), Differs);
   person_->chooseTab(window_, "tabs", "Two");
   EXPECT_EQ(named("Subject").widget("tabs")["current"], "Two");
   person_->chooseTab(window_, "tabs", "One");
@@ -162,6 +189,8 @@ TEST_F(Probe, DrawsEveryWindowAndOneWidget) {
   EXPECT_EQ(QImage(folder_.filePath("07-Subject.png")).width(), 400);
   person_->picture(window_, "tabs", folder_.filePath("tabs.png"));
   EXPECT_EQ(QImage(folder_.filePath("tabs.png")).size(), window_.size("tabs"));
+  person_->picture(window_, folder_.filePath("whole.png"));
+  EXPECT_EQ(QImage(folder_.filePath("whole.png")).size(), window_.place().size());
 }
 
 TEST_F(Probe, SaysWhenThePictureCannotBeWritten) {

@@ -1,11 +1,13 @@
 #!/bin/bash
 # SPDX-License-Identifier: LGPL-3.0-or-later
 #
-# demo-test.sh DEMO PROGRAM: the demonstration fails when an application is not as expected, says what it saw, and
-# leaves nothing behind, not when it is interrupted either. PROGRAM is some other program with a window.
+# demo-test.sh DEMO PROGRAM PICTURES: the demonstration fails when an application is not as expected, says what it saw,
+# and leaves nothing behind, not when it is interrupted either. PROGRAM is some other program with a window. PICTURES,
+# which takes those of the user guide, fails likewise, and then leaves the earlier ones alone.
 set -euo pipefail
 demo=$1
 program=$2
+pictures=$3
 world=$(mktemp -d)
 trap 'rm -rf "$world"' EXIT
 mkdir "$world/tmp"
@@ -54,6 +56,15 @@ status=0
 wait "$pid" || status=$?
 [[ $status -eq 130 ]] || wrong "interrupted: exit status $status"
 [[ -z $(left_behind) ]] || wrong "left behind after an interrupt: $(left_behind)"
+
+mkdir -p "$world/guide/en/images" && echo earlier >"$world/guide/en/images/about.png"
+status=0
+"$pictures" --guide "$world/guide" --application /bin/true >"$world/output" 2>&1 || status=$?
+[[ $status -eq 1 ]] || wrong "pictures of an application that ends at once: exit status $status"
+grep -q 'guide: en: expected ' "$world/output" || wrong "pictures of an application that ends at once: $(cat "$world/output")"
+[[ $(cat "$world/guide/en/images/about.png") == earlier ]] || wrong "an earlier picture was lost"
+rm -rf "$world"/tmp/velmora-guide-* # the trace, which is kept on purpose
+[[ -z $(left_behind) ]] || wrong "left behind by the pictures: $(left_behind)"
 
 ((failures == 0)) && echo "the demonstration fails and cleans up as it should"
 exit "$((failures > 0))"

@@ -42,6 +42,8 @@ platform::Services with(const platform::Services& services, platform::Alerts& al
           services.graphics,
           services.interfaceFiles,
           services.application,
+          services.scripts,
+          services.web,
           nullptr};
 }
 
@@ -156,6 +158,15 @@ void GrowthDesk::start() {
   desktop.runLoop.advance(2);
 }
 
+void GrowthDesk::letWritesGrowOld() const {
+  constexpr qint64 Seconds = 2LL * 60 * platform::FileManager::AbandonedAfterMinutes;
+  for (const QString& name : files()) {
+    QFile file(home.path(name));
+    if (!name.endsWith(QStringLiteral(".unfinished")) || !file.open(QIODevice::ReadWrite)) continue;
+    file.setFileTime(QDateTime::currentDateTime().addSecs(-Seconds), QFileDevice::FileModificationTime);
+  }
+}
+
 QStringList GrowthDesk::files() const {
   QStringList found;
   QDirIterator entries(home.path(), QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
@@ -171,8 +182,9 @@ QStringList GrowthDesk::files() const {
 QStringList GrowthDesk::strayFiles() const {
   static const QRegularExpression expected(
       QStringLiteral("\\A(Records/[^/]+\\.growth|\\.local/share/[^/]+/Earlier "
-                     "Versions/[^/]+/[0-9]{8}-[0-9]{6}-[0-9]{3}\\.growth|"
-                     "\\.local/share/[^/]+/Rescued/[^/]+ [0-9]{8}-[0-9]{6}-[0-9]{3}\\.growth)\\z"));
+                     "Versions/[^/]+/[0-9]{8}-[0-9]{6}-[0-9]{3}( another)?\\.growth|"
+                     "\\.local/share/[^/]+/Rescued/[^/]+ [0-9]{8}-[0-9]{6}-[0-9]{3}\\.growth|"
+                     "\\.local/share/[^/]+/Written Folders\\.json)\\z"));
   static const QRegularExpression unfinished(QStringLiteral("unfinished|\\.growth\\.[A-Za-z]{6}\\z"));
   QStringList strays = files();
   strays.removeIf([](const QString& file) {

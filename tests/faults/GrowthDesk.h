@@ -72,6 +72,8 @@ class GrowthDesk {
   void closeAll();
   /// What the application does when it is started again.
   void start();
+  /// Makes the temporary files of writes that were cut off look as old as they are by the next working day.
+  void letWritesGrowOld() const;
 
   /// Everything below the home folder, as paths relative to it, without folders.
   QStringList files() const;

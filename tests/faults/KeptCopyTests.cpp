@@ -9,6 +9,7 @@
 
 #include "orv/OrvKeptCopies.h"
 #include "tests/faults/GrowthDesk.h"
+#include "tests/faults/shim/SystemCalls.h"
 
 namespace {
 
@@ -90,7 +91,7 @@ TEST_F(KeptCopies, MadeAfterTheClockWasPutBackAreNotTheFirstToGo) {
   clock.time = QDateTime::currentDateTimeUtc().addDays(100);
   for (int i = 0; i < OrvKeptCopies::MostVersions; ++i) {
     clock.time = clock.time.addSecs(60);
-    copies.keepEarlierVersion(record(), "of the wrong clock");
+    copies.keepEarlierVersion(record(), "of the wrong clock " + QByteArray::number(i));
   }
   clock.time = clock.time.addDays(-100);
   const QString copy = copies.keepEarlierVersion(record(), "of the right clock");
@@ -102,7 +103,7 @@ TEST_F(KeptCopies, MadeAfterTheClockWasPutBackAreNotTheFirstToGo) {
 TEST_F(KeptCopies, LeaveFilesAloneThatAreNoCopies) {
   copies.keepEarlierVersion(record(), "old");
   testing_support::writeFile(folder() + QStringLiteral("/notes.txt"), "a person's");
-  for (int i = 0; i < 30; ++i) copies.keepEarlierVersion(record(), "newer");
+  for (int i = 0; i < 30; ++i) copies.keepEarlierVersion(record(), "newer " + QByteArray::number(i));
   EXPECT_TRUE(QFile::exists(folder() + QStringLiteral("/notes.txt")));
 }
 
@@ -137,11 +138,66 @@ TEST_F(KeptCopies, ThatWereCutOffAreRemoved) {
   const QString cutRescue = copies.rescueFolder() + QStringLiteral("/.0123456789abcdef.growth.unfinished");
   testing_support::writeFile(cutVersion, "o");
   testing_support::writeFile(cutRescue, "u");
+  for (const QString& cut : {cutVersion, cutRescue})
+    setAge(cut, QDateTime::currentDateTime().addSecs(-120 * platform::FileManager::AbandonedAfterMinutes));
   copies.removeAbandonedCopies({QStringLiteral("growth")});
   EXPECT_FALSE(QFile::exists(cutVersion));
   EXPECT_FALSE(QFile::exists(cutRescue));
   EXPECT_TRUE(QFile::exists(version));
   EXPECT_TRUE(QFile::exists(rescued));
+}
+
+/// A folder whose name is new is on the disk only when the folder above it is.
+TEST_F(KeptCopies, OutliveAPowerCutWithTheFoldersThatWereMadeForThem) {
+  const faults::SystemCalls calls(home.path());
+  ASSERT_FALSE(copies.keepEarlierVersion(record(), "old").isEmpty());
+  // ".local", "share", the application's folder, "Earlier Versions", the record's: each makes a new name
+  // above.
+  EXPECT_EQ(calls.names().count("fsync folder"), 5 + 1) << "and the copy's own name";
+}
+
+/// A copy that a save or a look-up left, opened by the user.
+class OpenedCopy : public testing::Test {
+ protected:
+  GrowthDocument& openCopyOf(const QString& identifier) {
+    GrowthDocument& dropped = desk.newRecord(identifier);
+    dropped.keepUnsavedChanges();
+    dropped.close();
+    desk.desktop.runLoop.settle();
+    return desk.opened(desk.rescueFolder() + QLatin1Char('/') + desk.rescued().first());
+  }
+
+  faults::GrowthDesk desk;
+  platform::testing::LogRecorder log;
+};
+
+TEST_F(OpenedCopy, ComesHomeWhenItIsSaved) {
+  GrowthDocument& document = openCopyOf(QStringLiteral("A1"));
+  EXPECT_TRUE(document.isDocumentEdited());
+  document.saveDocument();
+  desk.desktop.runLoop.settle();
+  EXPECT_EQ(faults::firstWeight(faults::recordIn(desk, desk.pathOf(QStringLiteral("A1")))),
+            QStringLiteral("10"));
+  EXPECT_TRUE(desk.controller.fileIsInCachedDatabaseFiles(QStringLiteral("A1")));
+  EXPECT_TRUE(desk.alerts.shown.isEmpty());
+  EXPECT_EQ(desk.rescued().size(), 1) << "the copy stays until it is old";
+}
+
+TEST_F(OpenedCopy, ReplacesNoNewerRecordUnseen) {
+  GrowthDocument& newer = desk.savedRecord(QStringLiteral("A1"));
+  desk.enterWeight(newer, QStringLiteral("12"));
+  newer.saveDocument();
+  newer.close();
+  desk.desktop.runLoop.settle();
+  openCopyOf(QStringLiteral("A1")).saveDocument();
+  desk.desktop.runLoop.settle();
+  ASSERT_EQ(desk.alerts.shown.size(), 1);
+  EXPECT_EQ(desk.alerts.shown.first().messageText,
+            QStringLiteral("Another version of the record 'A1.growth' was in its place."));
+  const QStringList another = desk.files().filter(QStringLiteral(" another.growth"));
+  ASSERT_EQ(another.size(), 1);
+  EXPECT_EQ(faults::firstWeight(faults::recordIn(desk, desk.home.path(another.first()))),
+            QStringLiteral("12"));
 }
 
 }  // namespace

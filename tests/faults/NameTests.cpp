@@ -2,6 +2,7 @@
 //
 // Identifiers that are hard to make file names of.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
@@ -230,6 +231,27 @@ TEST_F(Names, ThatAreOneToTheFolderLoseNeitherRecord) {
     ++kept;
   }
   EXPECT_EQ(kept, 1);
+}
+
+/// On a folder that ignores case two names lead to one file, as two hard links do here.
+TEST_F(Names, ThatDifferInCaseAreOneDocumentWhereTheyAreOneFile) {
+  desk.newRecord(QStringLiteral("a1")).saveDocument();
+  desk.desktop.runLoop.settle();
+  const QString lower = records + QStringLiteral("/a1.growth");
+  const QString upper = records + QStringLiteral("/A1.growth");
+  ASSERT_EQ(::link(QFile::encodeName(lower).constData(), QFile::encodeName(upper).constData()), 0);
+  EXPECT_EQ(&desk.opened(upper), &desk.opened(lower));
+  EXPECT_EQ(desk.controller.documents().size(), 1);
+}
+
+TEST_F(Names, ThatDifferInCaseAreTwoDocumentsWhereTheyAreTwoFiles) {
+  for (const char* name : {"a1", "A1"}) {
+    desk.newRecord(QString::fromLatin1(name)).saveDocument();
+    desk.desktop.runLoop.settle();
+  }
+  EXPECT_NE(&desk.opened(records + QStringLiteral("/a1.growth")),
+            &desk.opened(records + QStringLiteral("/A1.growth")));
+  EXPECT_EQ(desk.controller.documents().size(), 2);
 }
 
 }  // namespace

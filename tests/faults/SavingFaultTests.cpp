@@ -102,6 +102,7 @@ TEST_P(SavingWithAFailingCall, LeavesAWholeFileTellsTheUserAndCanBeRepeated) {
       EXPECT_TRUE(desk.alerts.shown.isEmpty())
           << qPrintable(desk.alerts.shown.value(0).messageText + desk.alerts.shown.value(0).informativeText);
     }
+    desk.letWritesGrowOld();
     desk.start();
     EXPECT_EQ(desk.strayFiles(), QStringList());
     if (HasFailure()) return;
@@ -164,6 +165,7 @@ TEST_P(SavingInAProcessThatIsKilled, LeavesTheOldOrTheNewFileAndNothingElseAfter
     const QString onDisk = firstWeight(recordIn(desk, file()));
     EXPECT_TRUE(onDisk == before || onDisk == after) << qPrintable(onDisk);
     if (onDisk == before) ++old;
+    desk.letWritesGrowOld();
     desk.start();
     OrvKeptCopies(desk.services.fileManager, desk.services.runLoop, QStringLiteral("org.velmora.growth"))
         .removeAbandonedCopies({QStringLiteral("growth")});
@@ -200,6 +202,7 @@ TEST_F(SavingUnderFaults, OfANewRecordLeavesNoneOrAWholeOneWhenTheProcessIsKille
       ++whole;
       EXPECT_EQ(recordIn(desk, desk.pathOf(identifier)).identifier, identifier);
     }
+    desk.letWritesGrowOld();
     desk.start();
     EXPECT_EQ(desk.strayFiles(), QStringList()) << "killed at call " << number;
     if (!killed || HasFailure()) break;
@@ -218,6 +221,7 @@ TEST_F(SavingUnderFaults, AtTheNextStartLeavesAPersonsOwnFilesAlone) {
     testing_support::writeFile(desk.saveFolder() + QLatin1Char('/') + name, "mine");
   testing_support::writeFile(desk.saveFolder() + QStringLiteral("/.0123456789abcdef.growth.unfinished"),
                              "cut off");
+  desk.letWritesGrowOld();
   desk.start();
   for (const QString& name : own)
     EXPECT_TRUE(QFile::exists(desk.saveFolder() + QLatin1Char('/') + name)) << qPrintable(name);
@@ -231,12 +235,77 @@ TEST_F(SavingUnderFaults, AtTheNextStartLeavesAloneWhatAnotherProcessIsWriting) 
   other.start(QStringLiteral("flock"), {QStringLiteral("-x"), unfinished, QStringLiteral("sh"),
                                         QStringLiteral("-c"), QStringLiteral("echo locked; read end")});
   ASSERT_TRUE(other.waitForReadyRead(30000)) << qPrintable(other.errorString());
+  desk.letWritesGrowOld();
   desk.start();
   EXPECT_TRUE(QFile::exists(unfinished));
   other.closeWriteChannel();
   ASSERT_TRUE(other.waitForFinished(30000));
+  desk.letWritesGrowOld();
   desk.start();
   EXPECT_FALSE(QFile::exists(unfinished));
+}
+
+/// Network file systems know no "rename, but only where nothing stands".
+TEST_F(SavingUnderFaults, OfANewRecordDoesWithoutARenameThatReplacesNothing) {
+  const auto save = [this](const QString& identifier) {
+    GrowthDocument& made = desk.newRecord(identifier);
+    return [&made](platform::Document::DidSave didSave) { made.saveDocument(std::move(didSave)); };
+  };
+  int number = 0;
+  {
+    const auto saveFirst = save(QStringLiteral("N1"));
+    const SystemCalls calls(desk.saveFolder());
+    saveFirst({});
+    number = static_cast<int>(calls.names().indexOf("renameat2")) + 1;
+  }
+  ASSERT_GT(number, 0);
+  bool saved = false;
+  {
+    const auto saveSecond = save(QStringLiteral("N2"));
+    const SystemCalls calls(desk.saveFolder(), number, Fault::Error, EINVAL);
+    saveSecond([&saved](platform::Document*, bool didSave) { saved = didSave; });
+    EXPECT_EQ(calls.met(), "renameat2");
+    EXPECT_TRUE(calls.names().contains("link"));
+    EXPECT_FALSE(calls.names().contains("rename"));
+  }
+  EXPECT_TRUE(saved);
+  EXPECT_EQ(recordIn(desk, desk.pathOf(QStringLiteral("N2"))).identifier, QStringLiteral("N2"));
+  EXPECT_EQ(desk.strayFiles(), QStringList());
+}
+
+TEST_F(SavingUnderFaults, AtTheNextStartLeavesAloneWhatAnotherMachineMayBeWriting) {
+  const QString unfinished = desk.saveFolder() + QStringLiteral("/.0123456789abcdef.growth.unfinished");
+  testing_support::writeFile(unfinished, "half");  // and no lock that holds here
+  desk.start();
+  EXPECT_TRUE(QFile::exists(unfinished));
+  desk.letWritesGrowOld();
+  desk.start();
+  EXPECT_FALSE(QFile::exists(unfinished));
+}
+
+TEST_F(SavingUnderFaults, AtTheNextStartClearsAFolderThatWasChosenInAPanel) {
+  desk.home.makeFolder(QStringLiteral("Stick"));
+  GrowthDocument& made = desk.newRecord(QString());  // without an identifier the panel comes up
+  const QString chosen = desk.home.path(QStringLiteral("Stick/N1.growth"));
+  desk.desktop.panels.expectSave(QUrl::fromLocalFile(chosen));
+  int number = 0;
+  {
+    const SystemCalls calls(desk.home.path(QStringLiteral("Stick")));
+    made.saveDocument();
+    number = static_cast<int>(calls.names().indexOf("fsync")) + 1;
+  }
+  ASSERT_TRUE(QFile::exists(chosen));
+  GrowthDocument& again = desk.newRecord(QString());
+  ASSERT_TRUE(killedWhile(desk.home.path(QStringLiteral("Stick")), number, Fault::Kill, [&] {
+    desk.desktop.panels.expectSave(QUrl::fromLocalFile(desk.home.path(QStringLiteral("Stick/N2.growth"))));
+    again.saveDocument();
+  }));
+  const auto unfinished = [this] { return desk.files().filter(QStringLiteral("unfinished")).size(); };
+  EXPECT_EQ(unfinished(), 1);
+  desk.letWritesGrowOld();
+  desk.start();
+  EXPECT_EQ(unfinished(), 0);
+  again.close();
 }
 
 }  // namespace

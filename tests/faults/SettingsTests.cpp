@@ -230,6 +230,8 @@ TEST_F(SettingsFile, WithAWrongValueUnderAnyKeyStillStartsAndSaves) {
                                   desk.services.graphics,
                                   desk.services.interfaceFiles,
                                   desk.services.application,
+                                  desk.services.scripts,
+                                  desk.services.web,
                                   nullptr};
       defaults.registerDefaults({{settings::DataFileExtension, QStringLiteral("growth")}});
       VelmoraAppController controller(services);

@@ -5,6 +5,7 @@
 
 #include <QDir>
 
+#include "orv/OrvKeptCopies.h"
 #include "platform/Alert.h"
 #include "tests/faults/GrowthDesk.h"
 #include "velmora/resources/SettingsKeys.h"
@@ -123,6 +124,23 @@ TEST_F(SharedFile, LosesNothingInManyTurnsOfTwoPeople) {
     EXPECT_TRUE(kept.contains(weight))
         << qPrintable(weight) << " of " << qPrintable(kept.join(QLatin1Char(' ')));
   }
+}
+
+TEST_F(SharedFile, OfSomebodyElseOutlivesAnyNumberOfSaves) {
+  other.opened(file());
+  saveWith(mine, QStringLiteral("11"));
+  saveWith(other, QStringLiteral("12"));
+  const QString theirs = pathInTheAlert(other);
+  for (int i = 0; i < 2 * OrvKeptCopies::MostVersions; ++i) {
+    if (i % 2) {
+      saveWith(other, QString::number(13 + i));
+    } else {
+      other.opened(file()).saveDocument();  // without a change
+    }
+    other.desktop.runLoop.advance(1);
+  }
+  EXPECT_EQ(firstWeight(recordIn(other, theirs)), QStringLiteral("11"));
+  EXPECT_EQ(other.alerts.shown.size(), 1);
 }
 
 }  // namespace

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/PropertyList.h"
+#include "platform/PropertyList.h"
 #include "tests/fuzz/FuzzTargets.h"
 
 void fuzz::informationDictionary(const QByteArray& input) {
-  const QVariant value = platform::qt::propertyListFromData(input);
+  const QVariant value = platform::propertyListFromData(input);
   if (value.typeId() != QMetaType::QVariantMap) return;
   const platform::Bundle bundle(value.toMap(), QStringLiteral("/nowhere"));
   bundle.bundleIdentifier();

@@ -50,6 +50,8 @@ class Replies : public ::testing::Test {
                                desktop_.graphics,
                                desktop_.interfaceFiles,
                                desktop_.application,
+                               desktop_.scripts,
+                               desktop_.web,
                                nullptr};
   velmora::OsirixExportQueue queue_{services_};
 };

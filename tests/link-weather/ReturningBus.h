@@ -11,13 +11,19 @@ namespace link_testing {
 /// A session bus that comes and goes at one address, as the user's bus does when it is restarted.
 class ReturningBus {
  public:
-  ReturningBus() { daemon_.setStandardErrorFile(QProcess::nullDevice()); }
+  ReturningBus() : path_(folder_.filePath(QStringLiteral("bus"))) {
+    daemon_.setStandardErrorFile(QProcess::nullDevice());
+  }
+  /// A bus at an address of somebody else's.
+  explicit ReturningBus(const QString& address) : ReturningBus() {
+    path_ = address.mid(QStringLiteral("unix:path=").size());
+  }
   ~ReturningBus() { stop(); }
   ReturningBus(const ReturningBus&) = delete;
   ReturningBus& operator=(const ReturningBus&) = delete;
 
   /// There from the beginning, whether the bus is or not.
-  QString address() const { return QStringLiteral("unix:path=") + path(); }
+  QString address() const { return QStringLiteral("unix:path=") + path_; }
   /// The address as the running bus states it, with the name of this run in it.
   const QString& statedAddress() const { return statedAddress_; }
 
@@ -34,13 +40,12 @@ class ReturningBus {
     if (daemon_.state() == QProcess::NotRunning) return;
     daemon_.kill();
     daemon_.waitForFinished(30000);
-    QFile::remove(path());
+    QFile::remove(path_);
   }
 
  private:
-  QString path() const { return folder_.filePath(QStringLiteral("bus")); }
-
   QTemporaryDir folder_;
+  QString path_;
   QProcess daemon_;
   QString statedAddress_;
 };

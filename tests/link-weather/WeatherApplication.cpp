@@ -27,6 +27,7 @@
 #include "platform/UserDefaults.h"
 #include "platform/WindowController.h"
 #include "platform/qt/Desktop.h"
+#include "platform/qt/SessionBus.h"
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/resources/SettingsKeys.h"
 
@@ -85,6 +86,7 @@ void obey(const std::string& order) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  platform::qt::prepareSessionBus();
   QApplication application(argc, argv);
   platform::qt::Desktop desktop(qEnvironmentVariable("WEATHER_BUNDLE"));
   platform::Services& services = desktop.services();

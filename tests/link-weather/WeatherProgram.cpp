@@ -7,16 +7,21 @@
 namespace link_testing {
 namespace {
 constexpr int Patience = 60000;  // milliseconds; reached only when something is broken
+
+QProcessEnvironment withoutScreen(QProcessEnvironment environment) {
+  environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+  return environment;
 }
+}  // namespace
 
 WeatherProgram::WeatherProgram(const testing_support::PrivateBus& bus, const QString& bundle)
-    : bundle_(bundle) {
-  QProcessEnvironment environment = bus.environment();
+    : WeatherProgram(withoutScreen(bus.environment()), bundle) {}
+
+WeatherProgram::WeatherProgram(QProcessEnvironment environment, const QString& bundle) : bundle_(bundle) {
   environment.insert(QStringLiteral("HOME"), home_.path());
   environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home_.filePath(QStringLiteral(".config")));
   environment.insert(QStringLiteral("XDG_DATA_HOME"), home_.filePath(QStringLiteral(".local/share")));
   environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home_.path());
-  environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
   environment.insert(QStringLiteral("WEATHER_BUNDLE"), bundle);
   process_.setProcessEnvironment(environment);
   process_.start(QStringLiteral(WEATHER_APPLICATION), QStringList());
@@ -64,6 +69,14 @@ int WeatherProgram::quit() {
   if (!process_.waitForFinished(Patience)) return -1;
   log();
   return process_.exitStatus() == QProcess::NormalExit ? process_.exitCode() : -1;
+}
+
+bool WeatherProgram::waitForLog(const QString& part) {
+  process_.setReadChannel(QProcess::StandardError);
+  bool more = true;
+  while (more && log().filter(part).isEmpty()) more = process_.waitForReadyRead(Patience);
+  process_.setReadChannel(QProcess::StandardOutput);
+  return more;
 }
 
 QStringList WeatherProgram::log() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -14,6 +15,9 @@ class WeatherProgram {
  public:
   /// Runs under the name of `bundle` ("weather-one", "weather-two"); up and listening when this returns.
   explicit WeatherProgram(const testing_support::PrivateBus& bus,
+                          const QString& bundle = QStringLiteral("weather-one"));
+  /// The same in an environment that says where screen and bus are.
+  explicit WeatherProgram(QProcessEnvironment environment,
                           const QString& bundle = QStringLiteral("weather-one"));
   ~WeatherProgram();
   WeatherProgram(const WeatherProgram&) = delete;
@@ -31,6 +35,8 @@ class WeatherProgram {
   bool runs() const { return process_.state() == QProcess::Running; }
   /// Ends it; its exit code, -1 when it did not end well.
   int quit();
+  /// Waits until a log line contains this; false when it ends, or logs nothing for long.
+  bool waitForLog(const QString& part);
   /// Its log lines so far.
   QStringList log();
 

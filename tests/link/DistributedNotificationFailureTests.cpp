@@ -3,6 +3,7 @@
 // Removal, refusals, and life without a bus.
 #include <gtest/gtest.h>
 
+#include <QPoint>
 #include <QTemporaryDir>
 #include <future>
 #include <stdexcept>

@@ -153,7 +153,7 @@ QStringList Comparison::check(const Model& model, const Player& player) {
   QList<Record> kept;
   for (const auto& [file, record] :
        filesBelow(player.home() + QStringLiteral("/.local/share/") + BundleIdentifier)) {
-    kept.append(record);
+    if (!file.endsWith(QLatin1String(".json"))) kept.append(record);  // the list of folders is no copy
   }
   differences.compare(QStringLiteral("copies kept"), sortedDescriptions(kept).join(QLatin1Char('\n')),
                       sortedDescriptions(model.kept()).join(QLatin1Char('\n')));

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "tests/model/Desktop.h"
 
+#include <utility>
+
 namespace model {
 
 namespace {
@@ -118,11 +120,23 @@ int Answering::runModal(platform::SavePanel& panel) {
   return answer(question);
 }
 
-platform::FileResult FillableFileManager::writeDurably(const QString& path, const QByteArray& contents) {
-  if (!fullFolder.isEmpty() && path.startsWith(fullFolder + QLatin1Char('/'))) {
-    return platform::FileResult::failure(QStringLiteral("No space left on device"));
+platform::FileResult FillableFileManager::writeDurably(const QString& path, const QByteArray& contents,
+                                                       const LastLook& lastLook) {
+  for (const QString& folder : std::as_const(fullFolders)) {
+    if (path.startsWith(folder + QLatin1Char('/')))
+      return platform::FileResult::failure(QStringLiteral("No space left on device"));
   }
-  return FileManager::writeDurably(path, contents);
+  if (!lastLook || !meanwhile) return FileManager::writeDurably(path, contents, lastLook);
+  const auto act = std::exchange(meanwhile, nullptr);
+  bool acted = false;
+  return FileManager::writeDurably(path, contents, [&] {
+    const bool actsNow = !std::exchange(acted, true);
+    const bool stands = fileExistsAtPath(path);
+    if (actsNow && stands) act(path);
+    const platform::FileResult looked = lastLook();
+    if (actsNow && !stands) act(path);
+    return looked;
+  });
 }
 
 }  // namespace model

@@ -10,6 +10,8 @@
 #include "platform/InterfaceFiles.h"
 #include "platform/Services.h"
 #include "platform/testing/Scripted.h"
+#include "platform/testing/ScriptedScripts.h"
+#include "platform/testing/ScriptedWeb.h"
 #include "tests/model/Model.h"
 
 namespace model {
@@ -71,11 +73,15 @@ class Answering : public platform::Alerts, public platform::Panels {
   QMap<const QWidget*, Sheet> sheets_;
 };
 
-/// Files as they are, but for a folder whose disk can be full.
+/// Files as they are, but for folders whose disks can be full.
 class FillableFileManager : public platform::FileManager {
  public:
-  QString fullFolder;  ///< none while empty
-  platform::FileResult writeDurably(const QString& path, const QByteArray& contents) override;
+  QSet<QString> fullFolders;
+  /// What somebody else does to the file that is written next, where there is a last look at what it
+  /// replaces: right before that look or, where nothing stands, right after it.
+  std::function<void(const QString&)> meanwhile;
+  platform::FileResult writeDurably(const QString& path, const QByteArray& contents,
+                                    const LastLook& lastLook = {}) override;
 };
 
 /// The stand-ins that a program runs on here.
@@ -97,14 +103,26 @@ struct Desktop {
   platform::GraphicsContext graphics;
   platform::InterfaceFiles interfaceFiles;
   platform::testing::RecordingApplication application;
-  platform::Services services{defaults,          notificationCenter,
-                              distributedCenter, answering,
-                              answering,         workspace,
-                              fileManager,       runLoop,
-                              mainBundle,        printer,
-                              sharedPrintInfo,   effects,
-                              graphics,          interfaceFiles,
-                              application,       nullptr};
+  platform::testing::ScriptedScripts scripts;
+  platform::testing::ScriptedWeb web{runLoop};
+  platform::Services services{defaults,
+                              notificationCenter,
+                              distributedCenter,
+                              answering,
+                              answering,
+                              workspace,
+                              fileManager,
+                              runLoop,
+                              mainBundle,
+                              printer,
+                              sharedPrintInfo,
+                              effects,
+                              graphics,
+                              interfaceFiles,
+                              application,
+                              scripts,
+                              web,
+                              nullptr};
 };
 
 }  // namespace model

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // What each step sets going, and the rest: cache, batch, export.
+#include <QDate>
+#include <utility>
+
 #include "tests/model/Model.h"
 
 namespace model {
@@ -40,16 +43,44 @@ void Model::openWithPanel(int number) {
         QStringLiteral("OK"), {}, {}, {}, false);
     return;
   }
+  makeRoomFor(before);
+}
+
+void Model::makeRoomFor(const QList<DocPtr>& before) {
   for (const DocPtr& doc : before) {
-    if (doc->file.isEmpty() && !doc->edited && doc->blank) close(doc);
+    if (!doc->closed && doc->file.isEmpty() && !doc->edited && doc->blank) close(doc);
   }
+}
+
+void Model::openKept(int number) {
+  QList<Record> copies = kept();
+  copies.removeIf([](const Record& record) { return record.damaged; });
+  if (copies.isEmpty()) return;
+  keptMeant = copies.at(number % copies.size());
+  const QList<DocPtr> before = docs_;
+  // Content without a file: its save goes the way of any new record.
+  const auto doc = std::make_shared<Doc>();
+  doc->record = *keptMeant;
+  doc->text[IdentifierField] = doc->record.identifier;
+  doc->text[BirthField] = doc->record.birth;
+  load(*doc);
+  doc->blank = false;
+  doc->edited = true;
+  adopt(doc);
+  makeRoomFor(before);
 }
 
 void Model::batchOpen(const QString& file) {
   const DocPtr doc = open(file);
   if (doc) {
     exportChart(doc, false);
-    later(1, doc, [this, doc] { closeKeepingCopy(doc); });
+    ++closing_;
+    later(1, nullptr, [this, doc] {
+      if (!doc->destroyed && closeKeepingCopy(doc)) batchKept_ = true;
+      if (--closing_ > 0 || !std::exchange(batchKept_, false)) return;
+      ask(QStringLiteral("The batch export has closed records with unsaved changes"), QStringLiteral("OK"),
+          {}, {}, {}, false);
+    });
   }
   later(0, nullptr, [] {});
 }
@@ -57,7 +88,10 @@ void Model::batchOpen(const QString& file) {
 void Model::exportChart(const DocPtr& doc, bool interactive) {
   if (toOsirix_) {
     if (waitingReplies_.isEmpty()) later(1, nullptr, [this] { sendReply(); });
-    waitingReplies_.append({doc->text[IdentifierField], doc->name, doc->studyID, doc->text[DateField]});
+    // A text that is no date does not travel.
+    const QString date = doc->text[DateField];
+    const bool isDate = QDate::fromString(date, QStringLiteral("dd/MM/yyyy")).isValid();
+    waitingReplies_.append({doc->text[IdentifierField], doc->name, doc->studyID, isDate ? date : QString()});
     return;
   }
   if (interactive && !autoSaves(*doc)) {
@@ -81,6 +115,7 @@ void Model::sendReply() {
 void Model::play(const Step& step) {
   questions.clear();
   failuresLogged.clear();
+  keptMeant.reset();
   restarted = false;
   answers_ = step.answers;
   fileMeant = fileNumbered(step.number);
@@ -104,6 +139,12 @@ void Model::userStep(const Step& step) {
       return;
     case Kind::FailingWrites:
       failingWrites_ = step.number == 1;
+      return;
+    case Kind::ForeignRace:
+      racing_ = true;
+      return;
+    case Kind::FailingCopies:
+      failingCopies_ = step.number == 1;
       return;
     case Kind::KeepsBlank:
       keepsBlank_ = step.number % 2 == 1;
@@ -140,6 +181,9 @@ void Model::userStep(const Step& step) {
     case Kind::OpenFile:
       openWithPanel(step.number);
       return pass(0);
+    case Kind::OpenKept:
+      openKept(step.number);
+      return pass(0);
     case Kind::BatchOpen:
       batchOpen(file);
       return pass(0);
@@ -173,6 +217,9 @@ void Model::userStep(const Step& step) {
       break;
     case Kind::TypeMeasure:
       type(doc, MeasureField, step.text, step.number == 1);
+      break;
+    case Kind::TypeOn:
+      typeOn(doc, step.text, step.number == 1);
       break;
     case Kind::NewExam:
       command(doc, [this, doc] { newExam(doc); });

@@ -20,9 +20,13 @@ namespace model {
 /// The text fields of a document's window.
 enum Field : int { IdentifierField, BirthField, DateField, MeasureField, FieldCount, NoField = FieldCount };
 
+/// Where the content of a document is since it was to be saved.
+enum class Content { Kept, GivenUp, OnlyHere };
+
 /// A document as the model has it.
 struct Doc {
   QString file;  ///< below the home folder; empty while there is none
+  int untitledNumber = 1;
   Record record;
   int current = 0;
   QString text[FieldCount];
@@ -40,7 +44,10 @@ struct Doc {
   /// More than an identifier was entered since it was read or saved.
   bool holdsMore = false;
   QString savedName;
-  Record known;  ///< what it last read from its file or wrote there
+  Record known;                     ///< what it last read from its file or wrote there
+  std::optional<Record> attempted;  ///< what it last wrote or tried to write, wherever that was
+  std::optional<Content> lastSave;  ///< what came of the last save that was tried
+  bool lastSaveSucceeded = false;
   QString name, studyID;
   std::optional<int> tokenAskedAbout;  ///< the examination that the open sheet asks about
 
@@ -91,6 +98,8 @@ class Model {
   const std::map<QString, Record>& files() const { return files_; }
   /// Earlier versions and rescue copies.
   QList<Record> kept() const;
+  /// The kept copy that was opened in this step.
+  std::optional<Record> keptMeant;
   const QStringList& cache() const { return cache_; }
   const QList<Reply>& replies() const { return replies_; }
   const QSet<QString>& charts() const { return charts_; }
@@ -148,7 +157,9 @@ class Model {
   void end(const DocPtr& doc, int field);
   void leaveField(const DocPtr& doc, int next);
   void endEditing(const DocPtr& doc);
+  void abandonEditing(Doc& doc);
   void type(const DocPtr& doc, int field, const QString& text, bool pressReturn);
+  void typeOn(const DocPtr& doc, const QString& text, bool pressReturn);
   void newExam(const DocPtr& doc);
   void deleteExam(const DocPtr& doc);
   void answerSheet(const DocPtr& doc, bool remove);
@@ -159,7 +170,10 @@ class Model {
   bool lookUp(const DocPtr& doc, const QString& identifier, bool confirm);
   void openLookedUp(const DocPtr& doc, const QString& file);
   void closeInFavour(const DocPtr& doc, const QString& file);
-  void closeKeepingCopy(const DocPtr& doc);
+  void tellWhoseRecord(const QString& file, const QString& identifier);
+  /// Whether there is a copy now; without one the document may have stayed open.
+  bool closeKeepingCopy(const DocPtr& doc);
+  void tellAboutCopy(const QString& name);
   void link(const Event& request);
   void linkedNewExam(const Event& request);
   static QString studyDate(const Event& request);
@@ -168,7 +182,17 @@ class Model {
   void save(const DocPtr& doc);
   void saveAs(const DocPtr& doc);
   void saveTo(const DocPtr& doc, const QString& file, bool replacementConfirmed, bool throughPanel);
-  void keepEarlier(const QString& file);
+  /// Puts the content into the file, unless something is in the way.
+  bool written(const DocPtr& doc, const QString& file, bool replacementConfirmed);
+  void couldNotSave(const DocPtr& doc, const QString& file);
+  bool keepEarlier(const QString& file, bool own);
+  /// For content that is about to be dropped.
+  Content rescue(const DocPtr& doc);
+  Content askWhereToSave(const DocPtr& doc, const QString& message);
+  /// Another window has saved the file of this document.
+  void fileWasReplaced(const DocPtr& doc);
+  bool mayCloseAfterSave(const Doc& doc);
+  void somebodySavesMeanwhile(const QString& file);
   bool canClose(const DocPtr& doc);
   void performClose(const DocPtr& doc);
   bool closeAllNow();
@@ -180,6 +204,8 @@ class Model {
   // The rest.
   void command(const DocPtr& doc, std::function<void()> what);
   void openWithPanel(int number);
+  void openKept(int number);
+  void makeRoomFor(const QList<DocPtr>& before);
   void batchOpen(const QString& file);
   void exportChart(const DocPtr& doc, bool interactive);
   void sendReply();
@@ -202,7 +228,11 @@ class Model {
   bool stopped_ = false;
 
   std::map<QString, Record> files_;
-  std::map<QString, QList<Record>> earlier_;
+  struct Version {
+    Record record;
+    bool own = true;
+  };
+  std::map<QString, QList<Version>> earlier_;
   QList<Record> rescued_;
   QStringList cache_;
   QList<Reply> waitingReplies_;
@@ -213,6 +243,10 @@ class Model {
   bool autoSave_ = true;
   bool toOsirix_ = false;
   bool failingWrites_ = false;
+  bool failingCopies_ = false;
+  int closing_ = 0;         // documents that a batch export has still to close
+  bool batchKept_ = false;  // it has left rescue copies
+  bool racing_ = false;
   bool keepsBlank_ = false;
   QSet<QString> drops_;
   std::set<std::pair<int, QString>> ledger_;
@@ -225,5 +259,7 @@ std::map<QString, Record> firstFiles();
 
 /// What somebody else makes of a record: one more examination. Its token is given by the caller.
 Record changedByAnother(Record record, int token);
+/// The record that somebody else makes where there was none, with one examination.
+Record madeByAnother(int token);
 
 }  // namespace model

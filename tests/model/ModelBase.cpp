@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // Time, questions, and which documents there are.
+#include <algorithm>
+
 #include "tests/model/Model.h"
 
 namespace model {
@@ -28,6 +30,10 @@ Record changedByAnother(Record record, int token) {
   return record;
 }
 
+Record madeByAnother(int token) {
+  return {QStringLiteral("MADE"), QString(), {{token, QStringLiteral("02/12/2023"), QStringLiteral("made")}}};
+}
+
 QString Doc::preferredName() const {
   QString identifier = text[IdentifierField];
   return identifier.replace(QLatin1Char('/'), QLatin1Char('-'));
@@ -52,7 +58,9 @@ Model::Model() : files_(firstFiles()), lastToken_(FirstFreeToken) {
 
 QList<Record> Model::kept() const {
   QList<Record> all = rescued_;
-  for (const auto& [file, versions] : earlier_) all.append(versions);
+  for (const auto& [file, versions] : earlier_) {
+    for (const Version& version : versions) all.append(version.record);
+  }
   return all;
 }
 
@@ -145,6 +153,12 @@ DocPtr Model::adopt(const DocPtr& doc) {
 DocPtr Model::newDocument() {
   auto doc = std::make_shared<Doc>();
   doc->record.exams.append({++lastToken_, {}, {}});
+  const auto taken = [this](int number) {
+    return std::any_of(docs_.begin(), docs_.end(), [number](const DocPtr& each) {
+      return each->file.isEmpty() && each->untitledNumber == number;
+    });
+  };
+  while (taken(doc->untitledNumber)) ++doc->untitledNumber;
   enteredUnder(*doc);
   return adopt(doc);
 }
@@ -207,7 +221,9 @@ void Model::close(const DocPtr& doc) {
 
 QString Model::displayName(const Doc& doc) const {
   if (!doc.file.isEmpty()) return doc.file.section(QLatin1Char('/'), -1).chopped(Extension.size() + 1);
-  return doc.preferredName();
+  if (!doc.preferredName().isEmpty()) return doc.preferredName();
+  const QString untitled = QStringLiteral("Untitled");
+  return doc.untitledNumber == 1 ? untitled : untitled + QStringLiteral(" %1").arg(doc.untitledNumber);
 }
 
 QString Model::fileNumbered(int number) const {

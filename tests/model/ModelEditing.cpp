@@ -72,6 +72,20 @@ void Model::endEditing(const DocPtr& doc) {
   for (int field = 0; field < FieldCount; ++field) end(doc, field);
 }
 
+void Model::abandonEditing(Doc& doc) {
+  if (doc.editing.contains(doc.focus)) doc.focus = NoField;
+  doc.editing.clear();
+}
+
+void Model::typeOn(const DocPtr& doc, const QString& text, bool pressReturn) {
+  const int field = doc->focus;
+  if (field == NoField || !begin(doc, field)) return;
+  doc->edited = true;
+  if (field == IdentifierField) doc->lookUpRequired = true;
+  setText(*doc, field, doc->text[field] + text);
+  if (pressReturn) end(doc, field);
+}
+
 void Model::type(const DocPtr& doc, int field, const QString& text, bool pressReturn) {
   leaveField(doc, field);
   if (!begin(doc, field)) return;
@@ -149,15 +163,20 @@ bool Model::lookUp(const DocPtr& doc, const QString& identifier, bool confirm) {
                 .arg(identifier.toUpper()));
     if (button != 0) return false;
   }
-  later(0, doc, [this, doc, file] { openLookedUp(doc, file); });
+  later(0, doc, [this, doc, file, identifier, confirm] {
+    openLookedUp(doc, file);
+    if (confirm) tellWhoseRecord(file, identifier);
+  });
   return true;
 }
 
 void Model::openLookedUp(const DocPtr& doc, const QString& file) {
   const bool ownFile = !doc->closed && documentOf(file) == doc;
-  if (ownFile) closeInFavour(doc, file);
+  if (ownFile) doc->file.clear();  // meanwhile: it is to be opened anew
   const bool opened = open(file) != nullptr;
-  if (!ownFile) closeInFavour(doc, file);
+  if (ownFile) doc->file = file;
+  if (opened || !ownFile) closeInFavour(doc, file);
+  if (opened && ownFile && !doc->closed) doc->file.clear();
   if (!opened) {
     ask(QStringLiteral("The file '%1' could not be opened.").arg(file.section(QLatin1Char('/'), -1)),
         QStringLiteral("OK"), {}, {}, {}, false);
@@ -170,22 +189,35 @@ void Model::closeInFavour(const DocPtr& doc, const QString& file) {
       !doc->preferredName().isEmpty() && doc->preferredName().compare(name, Qt::CaseInsensitive) != 0;
   const bool tells = another || !doc->file.isEmpty();
   const QString shownName = displayName(*doc);
-  const bool copied = !doc->closed && doc->edited && doc->holdsMore;
-  closeKeepingCopy(doc);
-  if (!tells || !copied) return;
-  ask(QStringLiteral("'%1' was closed with unsaved changes").arg(shownName), QStringLiteral("OK"), {}, {}, {},
+  const bool copied = closeKeepingCopy(doc);
+  if (tells && copied) tellAboutCopy(shownName);
+}
+
+void Model::tellAboutCopy(const QString& name) {
+  ask(QStringLiteral("'%1' was closed with unsaved changes").arg(name), QStringLiteral("OK"), {}, {}, {},
       false);
 }
 
-void Model::closeKeepingCopy(const DocPtr& doc) {
+void Model::tellWhoseRecord(const QString& file, const QString& identifier) {
+  const DocPtr record = documentOf(file);
+  if (!record || record->preferredName().compare(identifier, Qt::CaseInsensitive) == 0) return;
+  ask(QStringLiteral("'%1' is the record of another patient").arg(displayName(*record)), QStringLiteral("OK"),
+      {}, {},
+      QStringLiteral("The file was saved for patient '%1', but the identifier in it reads '%2'.")
+          .arg(identifier, record->text[IdentifierField]));
+}
+
+bool Model::closeKeepingCopy(const DocPtr& doc) {
+  bool copied = false;
   if (!doc->closed && doc->edited && doc->holdsMore) {
-    store(*doc);
-    rescued_.append(doc->record);
+    copied = !failingCopies_;
+    if (rescue(doc) == Content::OnlyHere) return false;
   } else {
     // Nothing but an identifier was typed: that is dropped for the file of the identifier.
     drop(doc->shown());
   }
   close(doc);
+  return copied;
 }
 
 // Link.
@@ -212,6 +244,7 @@ void Model::link(const Event& request) {
     later(0.1, nullptr, [this, request] { linkedNewExam(request); });
     return;
   }
+  abandonEditing(*doc);
   setIdentifier(*doc, identifier);
   if (request.number & 1) setText(*doc, BirthField, QStringLiteral("30/06/2021"));
   setText(*doc, DateField, studyDate(request));
@@ -237,6 +270,7 @@ void Model::linkedNewExam(const Event& request) {
   if (doc != frontDocument()) bringToFront(doc);
   newExam(doc);
   doc->name = QStringLiteral("Name^") + request.text;
+  doc->studyID.clear();
   setText(*doc, DateField, studyDate(request));
   doc->edited = doc->holdsMore = true;
   updateDisplay(*doc);

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // Saving, closing, quitting.
+#include <algorithm>
+#include <utility>
+
 #include "tests/model/Model.h"
 
 namespace model {
@@ -16,11 +19,12 @@ void Model::save(const DocPtr& doc) {
   if (another) {
     const int button =
         ask(QStringLiteral("The identifier of this record has changed"), QStringLiteral("New File"),
-            QStringLiteral("Same File"), {},
+            QStringLiteral("Same File"), QStringLiteral("Cancel"),
             QStringLiteral(
                 "It was '%1' and is now '%2'. With a new file the record of '%1' stays as it was last saved.")
                 .arg(doc->savedName, name));
     if (button == 0) return saveAs(doc);
+    if (button == 2) return;
   }
   if (doc->file.isEmpty()) {
     saveAs(doc);
@@ -42,7 +46,8 @@ void Model::saveAs(const DocPtr& doc) {
   }
   const QString file = fileOf(name);
   saveTo(doc, file, false, false);
-  const bool saved = !doc->edited;
+  const bool saved = doc->lastSaveSucceeded;
+  if (!mayCloseAfterSave(*doc)) return;
   close(doc);
   if (doc->closeRequested) return;
   const DocPtr again = open(file);
@@ -54,50 +59,149 @@ void Model::saveAs(const DocPtr& doc) {
   load(*again);
 }
 
-void Model::keepEarlier(const QString& file) {
-  QList<Record>& versions = earlier_[file];
-  versions.append(files_.at(file));
-  if (versions.size() > MostVersions) drop(versions.takeFirst());
+bool Model::keepEarlier(const QString& file, bool own) {
+  QList<Version>& versions = earlier_[file];
+  const Record& standing = files_.at(file);
+  if (!versions.isEmpty() && versions.last().record == standing && (own || !versions.last().own)) return true;
+  if (failingCopies_) return false;
+  versions.append({standing, own});
+  const auto isOwn = [](const Version& version) { return version.own; };
+  // Own versions push only each other out, and the newest never goes.
+  if (own && std::count_if(versions.begin(), versions.end(), isOwn) > MostVersions) {
+    const auto first = std::find_if(versions.begin(), versions.end(), isOwn);
+    drop(first->record);
+    versions.erase(first);
+  }
+  return true;
+}
+
+void Model::somebodySavesMeanwhile(const QString& file) {
+  racing_ = false;
+  const auto found = files_.find(file);
+  if (found == files_.end()) {
+    files_[file] = madeByAnother(++lastToken_);
+  } else {
+    found->second = changedByAnother(found->second, ++lastToken_);
+  }
+  for (const Exam& exam : files_[file].exams) ledger_.insert({exam.token, files_[file].identifier});
+}
+
+Content Model::askWhereToSave(const DocPtr& doc, const QString& message) {
+  const int button = ask(message, QStringLiteral("Save Elsewhere..."), QStringLiteral("Don't Save"),
+                         QStringLiteral("Cancel"), {}, false);
+  if (button == 1) return Content::GivenUp;
+  while (button == 0) {
+    const QString chosen =
+        askSavePanel(displayName(*doc), {fileOf(QStringLiteral("P2")), QStringLiteral("Elsewhere/SAFE.rec")});
+    if (chosen.isEmpty()) break;
+    if (failingWrites_ && chosen.startsWith(QStringLiteral("Records/"))) {
+      ask(QStringLiteral("The record '%1' could not be saved.").arg(chosen.section(QLatin1Char('/'), -1)),
+          QStringLiteral("OK"), {}, {}, {}, false);
+      continue;
+    }
+    // Whoever chose it has agreed to replace what stands there, and there is no room for a copy.
+    if (files_.contains(chosen)) drop(files_.at(chosen));
+    files_[chosen] = doc->record;
+    return Content::Kept;
+  }
+  return Content::OnlyHere;
+}
+
+Content Model::rescue(const DocPtr& doc) {
+  store(*doc);
+  if (!failingCopies_) {
+    rescued_.append(doc->record);
+    return Content::Kept;
+  }
+  const Content content = askWhereToSave(
+      doc, QStringLiteral("Unsaved changes to '%1' are about to be dropped.").arg(displayName(*doc)));
+  if (content == Content::GivenUp) drop(doc->shown());
+  return content;
+}
+
+void Model::couldNotSave(const DocPtr& doc, const QString& file) {
+  const QString message =
+      QStringLiteral("The record '%1' could not be saved.").arg(file.section(QLatin1Char('/'), -1));
+  if (failingCopies_) {
+    doc->lastSave = askWhereToSave(doc, message);
+    return;
+  }
+  rescued_.append(doc->record);
+  ask(message, QStringLiteral("OK"), {}, {}, {}, false);
+  doc->lastSave = Content::Kept;
+}
+
+void Model::fileWasReplaced(const DocPtr& doc) {
+  const QString name = displayName(*doc);
+  const bool copied = doc->edited && !failingCopies_;
+  if (doc->edited && rescue(doc) == Content::OnlyHere) {
+    doc->file.clear();
+    return;
+  }
+  close(doc);
+  if (copied) tellAboutCopy(name);
+}
+
+bool Model::mayCloseAfterSave(const Doc& doc) {
+  if (doc.lastSave == Content::GivenUp && doc.closeRequested) {
+    drop(doc.shown());
+    return true;
+  }
+  return doc.lastSave == Content::Kept;
+}
+
+bool Model::written(const DocPtr& doc, const QString& file, bool replacementConfirmed) {
+  const bool exists = files_.contains(file);
+  const bool removedByAnother = doc->file == file && !exists;
+  const bool ownVersion = exists && ((doc->file == file && files_.at(file) == doc->known) ||
+                                     (doc->attempted && files_.at(file) == *doc->attempted));
+  const bool mayGoWithoutCopy = ownVersion || replacementConfirmed;
+  const bool copied = !exists || keepEarlier(file, ownVersion);
+  if (!copied && !mayGoWithoutCopy) return false;
+  doc->attempted = doc->record;
+  if (failingWrites_ && file.startsWith(QStringLiteral("Records/"))) return false;
+
+  const std::optional<Record> seen = exists ? std::optional(files_.at(file)) : std::nullopt;
+  if (racing_) somebodySavesMeanwhile(file);
+  const bool changedMeanwhile = files_.contains(file) && (!seen || files_.at(file) != *seen);
+  if (changedMeanwhile && !keepEarlier(file, false)) return false;
+  // An own earlier version, or what the user chose to replace, is not worth a failed save.
+  if (!copied) drop(*seen);
+  files_[file] = doc->known = doc->record;
+  if (removedByAnother) {
+    ask(QStringLiteral("The record '%1' had been removed by somebody else.")
+            .arg(file.section(QLatin1Char('/'), -1)),
+        QStringLiteral("OK"), {}, {}, QStringLiteral("It has been saved again."));
+  }
+  const int others = (exists && !mayGoWithoutCopy ? 1 : 0) + (changedMeanwhile ? 1 : 0);
+  for (int i = 0; i < others; ++i) {
+    ask(QStringLiteral("Another version of the record '%1' was in its place.")
+            .arg(file.section(QLatin1Char('/'), -1)),
+        QStringLiteral("OK"), {}, {}, {}, false);
+  }
+  return true;
 }
 
 void Model::saveTo(const DocPtr& doc, const QString& file, bool replacementConfirmed, bool throughPanel) {
   store(*doc);
   doc->lookUpRequired = false;
-  const QString name = file.section(QLatin1Char('/'), -1);
-  const bool exists = files_.contains(file);
-  const bool removedByAnother = doc->file == file && !exists;
-  const bool ownVersion = doc->file == file && exists && files_.at(file) == doc->known;
-  if (exists) keepEarlier(file);
-  if (failingWrites_ && file.startsWith(QStringLiteral("Records/"))) {
-    rescued_.append(doc->record);
-    ask(QStringLiteral("The record '%1' could not be saved.").arg(name), QStringLiteral("OK"), {}, {}, {},
-        false);
+  doc->lastSaveSucceeded = written(doc, file, replacementConfirmed);
+  if (!doc->lastSaveSucceeded) {
+    couldNotSave(doc, file);
   } else {
-    files_[file] = doc->known = doc->record;
-    if (removedByAnother) {
-      ask(QStringLiteral("The record '%1' had been removed by somebody else.").arg(name),
-          QStringLiteral("OK"), {}, {}, QStringLiteral("It has been saved again."));
-    } else if (exists && !ownVersion && !replacementConfirmed) {
-      ask(QStringLiteral("Another version of the record '%1' was in its place.").arg(name),
-          QStringLiteral("OK"), {}, {}, {}, false);
-    }
+    doc->lastSave = Content::Kept;
     doc->file = file;
     doc->edited = false;
     // A second window on the same file would overwrite what this one has saved.
     for (const DocPtr& other : QList<DocPtr>(docs_)) {
-      if (other == doc || other->file != file) continue;
-      if (other->edited) {
-        store(*other);
-        rescued_.append(other->record);
-      }
-      close(other);
+      if (other != doc && other->file == file) fileWasReplaced(other);
     }
     if (throughPanel) doc->closeAfterSave = true;
     doc->savedName = doc->preferredName();
     doc->holdsMore = false;
   }
-  addToCache(name);
-  if (doc->closeAfterSave) close(doc);
+  addToCache(file.section(QLatin1Char('/'), -1));
+  if (doc->closeAfterSave && mayCloseAfterSave(*doc)) close(doc);
 }
 
 bool Model::canClose(const DocPtr& doc) {
@@ -118,9 +222,12 @@ bool Model::canClose(const DocPtr& doc) {
     saveAs(doc);
     return !doc->edited;
   }
-  doc->closeRequested = true;
+  const bool before = std::exchange(doc->closeRequested, true);
+  doc->lastSave.reset();
   save(doc);
-  return true;
+  const bool mayClose = mayCloseAfterSave(*doc);
+  if (!mayClose) doc->closeRequested = before;
+  return mayClose;
 }
 
 void Model::performClose(const DocPtr& doc) {
@@ -183,12 +290,12 @@ void Model::quit() {
 }
 
 void Model::sessionEnd() {
-  for (const DocPtr& doc : QList<DocPtr>(docs_)) endEditing(doc);
   for (const DocPtr& doc : docs_) {
-    if (doc->edited) {
+    if (doc->edited && !failingCopies_) {
       store(*doc);
       rescued_.append(doc->record);
     } else {
+      // Where no copy can be kept there is nobody to ask, and nothing left to do.
       drop(doc->shown());
     }
   }
@@ -197,7 +304,8 @@ void Model::sessionEnd() {
 
 void Model::restart() {
   restarted = true;
-  stopped_ = terminating_ = false;
+  stopped_ = terminating_ = batchKept_ = false;
+  closing_ = 0;
   calls_.clear();
   docs_.clear();
   front_.clear();

@@ -9,6 +9,7 @@
 #include <cstdlib>
 
 #include "platform/DateFormatter.h"
+#include "tests/model/Comparison.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/document/VelmoraGraphView.h"
 #include "velmora/osirix/LinkPayload.h"
@@ -139,7 +140,11 @@ void Player::userStep(const Step& step, const Model& model) {
     case Kind::ToOsirix:
       return desktop_.defaults.setObject(step.number == 1, settings::ExportToOsiriX);
     case Kind::FailingWrites:
-      desktop_.fileManager.fullFolder = step.number == 1 ? home_.path(QStringLiteral("Records")) : QString();
+      return setFull(QStringLiteral("Records"), step.number == 1);
+    case Kind::FailingCopies:
+      return setFull(QStringLiteral(".local/share/") + BundleIdentifier, step.number == 1);
+    case Kind::ForeignRace:
+      desktop_.fileManager.meanwhile = [this](const QString& path) { somebodySaves(path); };
       return;
     case Kind::KeepsBlank:
       keepsBlank_ = step.number % 2 == 1;
@@ -163,6 +168,9 @@ void Player::userStep(const Step& step, const Model& model) {
       break;
     case Kind::OpenFile:
       controller_->openDocument();
+      break;
+    case Kind::OpenKept:
+      if (model.keptMeant) controller_->openDocuments({QUrl::fromLocalFile(pathOfKept(*model.keptMeant))});
       break;
     case Kind::BatchOpen:
       desktop_.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification,
@@ -204,6 +212,8 @@ void Player::inFrontWindow(const Step& step, TracedDocument& document) {
       return type(document.dateField(), step.text, pressReturn);
     case Kind::TypeMeasure:
       return type(document.measureField(), step.text, pressReturn);
+    case Kind::TypeOn:
+      return typeOn(document, step.text, pressReturn);
     case Kind::NewExam:
       return trigger(document, "doNewRecord");
     case Kind::DeleteExam:
@@ -248,6 +258,40 @@ void Player::type(QLineEdit* field, const QString& text, bool pressReturn) {
     if (!field->hasFocus()) return;
   }
   if (pressReturn) QTest::keyClick(field, Qt::Key_Return);
+}
+
+void Player::typeOn(const TracedDocument& document, const QString& text, bool pressReturn) {
+  auto* field = dynamic_cast<QLineEdit*>(QApplication::focusWidget());
+  if (!field || field->window() != document.window()) return;
+  for (const QChar key : text) {
+    QTest::keyClick(field, key.toLatin1());
+    if (!field->hasFocus()) return;  // the edit was refused
+  }
+  if (pressReturn) QTest::keyClick(field, Qt::Key_Return);
+}
+
+void Player::setFull(const QString& folder, bool full) {
+  QSet<QString>& folders = desktop_.fileManager.fullFolders;
+  if (full) {
+    folders.insert(home_.path(folder));
+  } else {
+    folders.remove(home_.path(folder));
+  }
+}
+
+void Player::somebodySaves(const QString& path) {
+  const Record record = QFile::exists(path)
+                            ? changedByAnother(decoded(testing_support::readFile(path)), ++lastToken_)
+                            : madeByAnother(++lastToken_);
+  testing_support::writeFile(path, encoded(record));
+}
+
+QString Player::pathOfKept(const Record& record) const {
+  const QString folder = home_.path(QStringLiteral(".local/share/") + BundleIdentifier);
+  for (const auto& [file, copy] : filesBelow(folder)) {
+    if (copy == record) return folder + QLatin1Char('/') + file;
+  }
+  return folder + QStringLiteral("/nowhere");
 }
 
 void Player::foreign(const Step& step, const QString& path) {

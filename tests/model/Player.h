@@ -38,8 +38,12 @@ class Player {
   void happens(const Event& event);
   void userStep(const Step& step, const Model& model);
   void inFrontWindow(const Step& step, TracedDocument& document);
+  void somebodySaves(const QString& path);
+  QString pathOfKept(const Record& record) const;
   void foreign(const Step& step, const QString& path);
   void type(QLineEdit* field, const QString& text, bool pressReturn);
+  static void typeOn(const TracedDocument& document, const QString& text, bool pressReturn);
+  void setFull(const QString& folder, bool full);
   void trigger(TracedDocument& document, const char* action);
 
   class Quiet {

@@ -16,14 +16,18 @@ struct Weight {
   int weight;
 };
 constexpr Weight weights[] = {
-    {Kind::Link, 16},         {Kind::Pass, 14},         {Kind::TypeIdentifier, 12}, {Kind::TypeBirth, 3},
-    {Kind::TypeDate, 4},      {Kind::TypeMeasure, 12},  {Kind::NewExam, 7},         {Kind::DeleteExam, 5},
-    {Kind::AnswerSheet, 7},   {Kind::Next, 3},          {Kind::Previous, 4},        {Kind::Click, 3},
-    {Kind::Save, 9},          {Kind::SaveAs, 3},        {Kind::Close, 6},           {Kind::CloseAll, 1},
-    {Kind::Quit, 2},          {Kind::SessionEnd, 1},    {Kind::NewDocument, 7},     {Kind::OpenFile, 4},
-    {Kind::BatchOpen, 3},     {Kind::Export, 2},        {Kind::Front, 6},           {Kind::AutoSave, 2},
-    {Kind::ToOsirix, 1},      {Kind::ForeignChange, 2}, {Kind::ForeignRemove, 1},   {Kind::ForeignDamage, 1},
-    {Kind::FailingWrites, 2}, {Kind::KeepsBlank, 1},
+    {Kind::Link, 16},         {Kind::Pass, 14},         {Kind::TypeIdentifier, 12},
+    {Kind::TypeBirth, 3},     {Kind::TypeDate, 4},      {Kind::TypeMeasure, 12},
+    {Kind::TypeOn, 7},        {Kind::NewExam, 7},       {Kind::DeleteExam, 5},
+    {Kind::AnswerSheet, 7},   {Kind::Next, 3},          {Kind::Previous, 4},
+    {Kind::Click, 3},         {Kind::Save, 9},          {Kind::SaveAs, 3},
+    {Kind::Close, 6},         {Kind::CloseAll, 1},      {Kind::Quit, 2},
+    {Kind::SessionEnd, 1},    {Kind::NewDocument, 7},   {Kind::OpenFile, 4},
+    {Kind::BatchOpen, 3},     {Kind::Export, 2},        {Kind::Front, 6},
+    {Kind::AutoSave, 2},      {Kind::ToOsirix, 1},      {Kind::ForeignChange, 2},
+    {Kind::ForeignRemove, 2}, {Kind::ForeignDamage, 1}, {Kind::ForeignRace, 2},
+    {Kind::OpenKept, 2},      {Kind::FailingWrites, 2}, {Kind::FailingCopies, 2},
+    {Kind::KeepsBlank, 1},
 };
 
 int below(std::mt19937& random, int limit) {
@@ -90,7 +94,12 @@ Step randomStep(std::mt19937& random, int serial) {
       step.text = QStringLiteral("m%1").arg(serial);
       step.number = below(random, 2);
       break;
+    case Kind::TypeOn:
+      step.text = QStringLiteral("x");
+      step.number = below(random, 4) == 0 ? 1 : 0;
+      break;
     case Kind::FailingWrites:
+    case Kind::FailingCopies:
       step.number = below(random, 3) == 0 ? 1 : 0;
       break;
     case Kind::AutoSave:

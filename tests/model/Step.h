@@ -18,6 +18,7 @@ enum class Kind {
   TypeBirth,
   TypeDate,
   TypeMeasure,
+  TypeOn,  ///< types `text` where the keyboard is, after what stands there; number 1: and presses Return
   NewExam,
   DeleteExam,   ///< asks in a sheet, which stays open
   AnswerSheet,  ///< number 1: Remove, 0: Cancel
@@ -40,7 +41,10 @@ enum class Kind {
   ForeignChange,  ///< somebody else adds an examination to file `number`
   ForeignRemove,  ///< somebody else removes file `number`
   ForeignDamage,  ///< file `number` is damaged
+  ForeignRace,    ///< somebody else saves the file of the next save while that is being written
+  OpenKept,       ///< opens kept copy `number`, if there is one that opens
   FailingWrites,  ///< number 1: the disk of the save folder is full from here on
+  FailingCopies,  ///< number 1: the disk of the kept copies is full from here on
   KeepsBlank,     ///< number 1: closing the last document makes a blank one, closing that quits
 };
 constexpr int KindCount = static_cast<int>(Kind::KeepsBlank) + 1;

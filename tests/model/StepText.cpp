@@ -10,12 +10,18 @@ namespace model {
 
 namespace {
 
-const std::array<const char*, KindCount> names{
-    "link",         "pass",           "type-identifier", "type-birth",     "type-date",      "type-measure",
-    "new-exam",     "delete",         "answer-sheet",    "next",           "previous",       "click",
-    "save",         "save-as",        "close",           "close-all",      "quit",           "session-end",
-    "new-document", "open",           "batch-open",      "export",         "front",          "auto-save",
-    "to-osirix",    "foreign-change", "foreign-remove",  "foreign-damage", "failing-writes", "keeps-blank"};
+const std::array<const char*, KindCount> names{"link",           "pass",           "type-identifier",
+                                               "type-birth",     "type-date",      "type-measure",
+                                               "type-on",        "new-exam",       "delete",
+                                               "answer-sheet",   "next",           "previous",
+                                               "click",          "save",           "save-as",
+                                               "close",          "close-all",      "quit",
+                                               "session-end",    "new-document",   "open",
+                                               "batch-open",     "export",         "front",
+                                               "auto-save",      "to-osirix",      "foreign-change",
+                                               "foreign-remove", "foreign-damage", "foreign-race",
+                                               "open-kept",      "failing-writes", "failing-copies",
+                                               "keeps-blank"};
 
 QString nameOf(Kind kind) { return QString::fromLatin1(names.at(static_cast<std::size_t>(kind))); }
 

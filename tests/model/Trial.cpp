@@ -10,16 +10,14 @@ namespace {
 
 constexpr int RecordsLookedAt = 8;
 
-bool fails(const Sequence& sequence) { return played(sequence).has_value(); }
-
 /// Leaves out runs of steps, long ones first.
-bool shortened(Sequence& sequence) {
+bool shortened(Sequence& sequence, const Try& attempt) {
   bool any = false;
   for (qsizetype length = std::max<qsizetype>(sequence.size() / 2, 1); length >= 1; length /= 2) {
     for (qsizetype place = sequence.size() - length; place >= 0; place -= length) {
       Sequence without = sequence;
       without.remove(place, std::min(length, without.size() - place));
-      if (!fails(without)) continue;
+      if (!attempt(without)) continue;
       sequence = without;
       any = true;
     }
@@ -28,10 +26,10 @@ bool shortened(Sequence& sequence) {
 }
 
 /// Leaves out answers, and what happens meanwhile.
-bool simplified(Sequence& sequence) {
+bool simplified(Sequence& sequence, const Try& attempt) {
   bool any = false;
   const auto keep = [&](const Sequence& simpler) {
-    if (!fails(simpler)) return false;
+    if (!attempt(simpler)) return false;
     sequence = simpler;
     return any = true;
   };
@@ -69,9 +67,9 @@ std::optional<Failure> played(const Sequence& sequence) {
   return Failure{-1, differences.join(QLatin1Char('\n'))};
 }
 
-Sequence shrunk(Sequence sequence) {
-  if (const auto failure = played(sequence)) sequence = sequence.mid(0, failure->step + 1);
-  while (shortened(sequence) || simplified(sequence)) {
+Sequence shrunk(Sequence sequence, const Try& attempt) {
+  if (const auto failure = attempt(sequence)) sequence = sequence.mid(0, failure->step + 1);
+  while (shortened(sequence, attempt) || simplified(sequence, attempt)) {
   }
   return sequence;
 }
@@ -83,6 +81,7 @@ Sequence randomSequence(unsigned seed, int length) {
 
   const QList<Answer> yes(RecordsLookedAt);  // the first button of everything
   sequence.append(Step{{Kind::FailingWrites, {}, 0}, {}});
+  sequence.append(Step{{Kind::FailingCopies, {}, 0}, {}});
   sequence.append(Step{{Kind::AutoSave, {}, 1}, {}});
   sequence.append(Step{{Kind::Quit, {}, 0}, yes});
   sequence.append(Step{{Kind::Pass, QStringLiteral("4"), 0}, {}});

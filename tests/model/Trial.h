@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "tests/model/Step.h"
@@ -19,9 +20,12 @@ struct Failure {
 /// difference.
 std::optional<Failure> played(const Sequence& sequence);
 
+/// How a sequence is tried: where it goes wrong, or nothing.
+using Try = std::function<std::optional<Failure>(const Sequence&)>;
+
 /// The shortest form found of a sequence that fails: no step, answer or event can be left out of it without
 /// its failing no more.
-Sequence shrunk(Sequence sequence);
+Sequence shrunk(Sequence sequence, const Try& attempt = played);
 
 /// A random sequence of `length` steps, after which everything is saved, the application quits, and every
 /// record is opened once more.

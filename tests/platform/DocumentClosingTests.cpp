@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <QLineEdit>
 #include <QPointer>
+#include <QTest>
 
 #include "platform/TextFieldEditing.h"
 #include "tests/platform/DocumentTesting.h"

@@ -2,6 +2,7 @@
 #include "platform/DocumentController.h"
 
 #include <QDir>
+#include <QTest>
 
 #include "platform/AssertionFailure.h"
 #include "tests/platform/DocumentTesting.h"
@@ -230,6 +231,20 @@ TEST_F(Quitting, IsGivenUpWhenTheDocumentStays) {
   desktop.alerts.expect(saveQuestion("Untitled"), platform::AlertAlternateReturn);
   counting.terminate();
   expectQuit(true);
+}
+
+TEST_F(Quitting, DropsNothingWhenTheProgramEndsInAQuestion) {
+  edited();
+  edited();
+  desktop.alerts.expect(reviewQuestion(2), platform::AlertStopped);
+  counting.terminate();
+  expectQuit(false);
+  EXPECT_EQ(counting.documents().size(), 2);
+  desktop.alerts.expect(reviewQuestion(2), platform::AlertDefaultReturn);
+  desktop.alerts.expect(saveQuestion("Untitled 2"), platform::AlertStopped);
+  counting.terminate();
+  expectQuit(false);
+  EXPECT_EQ(counting.documents().size(), 2);
 }
 
 TEST_F(Quitting, ReviewsSeveralEditedDocumentsOneByOne) {

@@ -81,6 +81,13 @@ TEST_F(Files, AreNotEnumeratedWhereThereIsNoFolder) {
   EXPECT_TRUE(entries(path("record.growth")).isEmpty());
 }
 
+TEST_F(Files, AreNotEnumeratedWithoutAFolderNamed) {
+  files.enumeratorAtPath(QString(), [](const QString& path) {
+    ADD_FAILURE() << path.toStdString() << " stands where the program runs, not in a folder that was named";
+    return false;
+  });
+}
+
 TEST_F(Files, AreEnumeratedUntilTheVisitorHasEnough) {
   for (const char* name : {"a", "b", "c"}) make(name);
   int visits = 0;
@@ -161,6 +168,16 @@ TEST_F(Files, AreNotCopiedOverWhatIsThere) {
   EXPECT_FALSE(files.copyItem(path("absent"), path("copy")).ok());
   EXPECT_FALSE(files.fileExistsAtPath(path("copy")));
   EXPECT_FALSE(files.copyItem(path("source"), path("no/folder/here")).ok());
+}
+
+TEST_F(Files, AreCopiedWholeOrNotAtAll) {
+  make("source/a", "x");
+  ASSERT_EQ(::mkfifo(QFile::encodeName(path("source/pipe")).constData(), 0600), 0);
+  EXPECT_EQ(files.copyItem(path("source"), path("copy")).error,
+            "'" + path("source/pipe") + "' is not a file.");
+  EXPECT_EQ(files.contentsOfDirectoryAtPath(folder.path()), QStringList{"source"});
+  EXPECT_FALSE(files.copyItem(path("source"), path("source/inner")).ok()) << "into itself there is no end";
+  EXPECT_EQ(entries(path("source")), (QStringList{"a", "pipe"}));
 }
 
 TEST_F(Files, AreReadWholeUpToALimit) {

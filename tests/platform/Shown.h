@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <QDate>
 #include <QDateTime>
 #include <QString>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "platform/TextFieldEditing.h"
 
+#include <QTest>
 #include <QContextMenuEvent>
 #include <QInputMethodEvent>
 #include <QMenu>

@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <memory>
 #include <stdexcept>
+#include <QTest>
 
 #include "platform/testing/LogRecorder.h"
 #include "platform/testing/TestServices.h"

@@ -24,8 +24,8 @@ class RealDialogs : public ::testing::Test {
   /// Three calls of different kinds, the last of them due first.
   void makeCalls() {
     platform::RunLoop& runLoop = desktop_.runLoop;
-    runLoop.performAfterDelay(&owner_, 0.02, [this] { ran_.append(QStringLiteral("0.02")); });
-    runLoop.performAfterDelay(&owner_, 0.01, [this] { ran_.append(QStringLiteral("0.01")); });
+    runLoop.performAfterDelay(&owner_, 0.4, [this] { ran_.append(QStringLiteral("0.4")); });
+    runLoop.performAfterDelay(&owner_, 0.2, [this] { ran_.append(QStringLiteral("0.2")); });
     std::thread other(
         [&] { runLoop.performOnMainThread(&owner_, [this] { ran_.append(QStringLiteral("handed")); }); });
     other.join();
@@ -33,14 +33,14 @@ class RealDialogs : public ::testing::Test {
   }
   /// All that was made is due now, and would have run.
   void waitUntilDue() {
-    const double due = desktop_.runLoop.uptime() + 0.03;
+    const double due = desktop_.runLoop.uptime() + 0.5;
     waitUntil([&] { return desktop_.runLoop.uptime() > due; });
     letEventsPass();
   }
   void expectAllRanInOrder() {
     waitUntil([&] { return ran_.size() >= 4; });
-    EXPECT_EQ(ran_, (QStringList{QStringLiteral("handed"), QStringLiteral("0"), QStringLiteral("0.01"),
-                                 QStringLiteral("0.02")}));
+    EXPECT_EQ(ran_, (QStringList{QStringLiteral("handed"), QStringLiteral("0"), QStringLiteral("0.2"),
+                                 QStringLiteral("0.4")}));
   }
 
   Desktop desktop_{{}};

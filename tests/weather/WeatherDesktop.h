@@ -81,6 +81,8 @@ struct Desktop {
   platform::GraphicsContext graphics;
   platform::InterfaceFiles interfaceFiles;
   platform::testing::RecordingApplication application;
+  platform::testing::ScriptedScripts scripts;
+  platform::testing::ScriptedWeb web{runLoop};
   platform::Services services{defaults,
                               notificationCenter,
                               distributedCenter,
@@ -96,6 +98,8 @@ struct Desktop {
                               graphics,
                               interfaceFiles,
                               application,
+                              scripts,
+                              web,
                               nullptr};
 };
 

@@ -6,6 +6,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <QFile>
@@ -179,6 +180,18 @@ int fdatasync(int descriptor) {
 }
 int fchmod(int descriptor, mode_t mode) {
   return fails("fchmod", descriptor) ? -1 : call(SYS_fchmod, descriptor, mode);
+}
+int fchown(int descriptor, uid_t owner, gid_t group) noexcept {
+  return fails("fchown", descriptor) ? -1 : call(SYS_fchown, descriptor, owner, group);
+}
+ssize_t getxattr(const char* path, const char* name, void* value, size_t size) noexcept {
+  return fails("getxattr", path) ? -1 : call(SYS_getxattr, path, name, value, size);
+}
+int fsetxattr(int descriptor, const char* name, const void* value, size_t size, int flags) noexcept {
+  return fails("fsetxattr", descriptor) ? -1 : call(SYS_fsetxattr, descriptor, name, value, size, flags);
+}
+int fremovexattr(int descriptor, const char* name) noexcept {
+  return fails("fremovexattr", descriptor) ? -1 : call(SYS_fremovexattr, descriptor, name);
 }
 int flock(int descriptor, int operation) noexcept {
   return fails("flock", descriptor) ? -1 : call(SYS_flock, descriptor, operation);

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QTest>
 #include <QTabWidget>
 
 #include "apps/growth/Age.h"

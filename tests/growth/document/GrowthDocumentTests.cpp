@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QTest>
 #include <QAction>
 #include <QComboBox>
 #include <QLabel>

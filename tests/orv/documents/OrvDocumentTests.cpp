@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
+#include <QWidget>
+
 #include "orv/OrvDocument.h"
 
 #include <QJsonDocument>
@@ -236,6 +238,8 @@ TEST_F(Printing, TellsTheUserWhyItFailedUnlessItWasTheUser) {
                              desktop.graphics,
                              desktop.interfaceFiles,
                              desktop.application,
+                             desktop.scripts,
+                             desktop.web,
                              nullptr};
   NoteDocument onPaper(failing);
   onPaper.makeWindowControllers();

@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "platform/qt/Desktop.h"
 
+#include <gtest/gtest.h>
+
 #include <QFile>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
 #include <memory>
 
 #include "platform/Application.h"
@@ -12,6 +17,7 @@
 #include "platform/UserDefaults.h"
 #include "platform/testing/LogRecorder.h"
 #include "tests/platform/Shown.h"
+#include "tests/platform/qt/ModalBox.h"
 
 using platform::DocumentController;
 using platform::qt::Desktop;
@@ -75,7 +81,18 @@ TEST_F(DesktopWithoutABus, HasEveryPart) {
   bool ran = false;
   services.runLoop.performAfterDelay(&observer, 0, [&ran] { ran = true; });
   EXPECT_TRUE(QTest::qWaitFor([&ran] { return ran; }));
-  services.application.showHelp();  // the bundle carries no help: nothing opens, nothing fails
+}
+
+TEST_F(DesktopWithoutABus, SaysThatTheBundleCarriesNoHelp) {
+  const LogRecorder log;
+  Desktop desktop("platform-qt-tests");
+  QString said;
+  testing_support::whenOpen<QMessageBox>([&said](QMessageBox& box) {
+    said = box.text();
+    box.defaultButton()->click();
+  });
+  desktop.services().application.showHelp();
+  EXPECT_EQ(said, "The help is not installed.");
 }
 
 TEST_F(DesktopWithoutABus, OnlyLosesTheLinkWithOneLogLine) {

@@ -4,8 +4,10 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QWindow>
 #include <memory>
 #include <stdexcept>
+#include <QTest>
 
 #include "platform/qt/QtRunLoop.h"
 #include "platform/testing/LogRecorder.h"
@@ -104,6 +106,39 @@ TEST_F(RealAlerts, TakeEscapeForTheOtherChoiceWhereThereIsNoCancel) {
   EXPECT_EQ(alerts.runModal({"Check?", "Check", "Don't Check", "", ""}), platform::AlertAlternateReturn);
 }
 
+TEST_F(RealAlerts, AreStoppedWhenTheProgramEnds) {
+  const Alert twoButtons{"Check?", "Check", "Don't Check", "", ""};
+  const Alert notice{"Recently Printed", "OK", "", "", ""};
+  for (const auto end : {+[] { QCoreApplication::quit(); }, +[] { QCoreApplication::exit(0); }}) {
+    for (const Alert& alert : {SaveQuestion, twoButtons, notice}) {
+      int answer = 7;
+      QTimer::singleShot(0, qApp, [&] {
+        whenOpen<QMessageBox>([end](QMessageBox&) { end(); });
+        answer = alerts.runModal(alert);
+        QCoreApplication::exit(0);
+      });
+      QApplication::exec();
+      EXPECT_EQ(answer, platform::AlertStopped) << qPrintable(alert.messageText);
+    }
+  }
+}
+
+TEST_F(RealAlerts, AreNotShownAnyMoreAfterTheProgramWasEnded) {
+  QList<int> answers;
+  QTimer::singleShot(0, qApp, [&] {
+    whenOpen<QMessageBox>([](QMessageBox&) { QCoreApplication::exit(0); });
+    answers.append(alerts.runModal(SaveQuestion));
+    answers.append(alerts.runModal(SaveQuestion));
+  });
+  QApplication::exec();
+  EXPECT_EQ(answers, (QList<int>{platform::AlertStopped, platform::AlertStopped}));
+}
+
+TEST_F(RealAlerts, TakeTheCloseButtonOfTheirWindowForEscape) {
+  whenOpen<QMessageBox>([](QMessageBox& box) { box.windowHandle()->close(); });
+  EXPECT_EQ(alerts.runModal(SaveQuestion), platform::AlertOtherReturn);
+}
+
 TEST_F(RealAlerts, ReadNoTextAsMarkup) {
   const QString hostile = "<b>bold</b> <img src=\"file:///etc/passwd\"> <a href=\"http://x\">x</a>";
   whenOpen<QMessageBox>([&hostile](QMessageBox& box) {
@@ -154,6 +189,32 @@ TEST_F(RealAlerts, AsASheetAnswerLater) {
   press(*box, "Cancel");
   EXPECT_EQ(answer, platform::AlertAlternateReturn);
   ASSERT_TRUE(QTest::qWaitFor([&box] { return box.isNull(); })) << "a sheet that was answered goes";
+}
+
+TEST_F(RealAlerts, AsASheetTakeTheCloseButtonOfTheirWindowForEscape) {
+  QWidget window;
+  window.show();
+  QObject owner;
+  int answer = 7;
+  alerts.beginSheetModalForWindow({"Remove?", "Remove", "Cancel", "", ""}, &window, &owner,
+                                  [&answer](int returnCode) { answer = returnCode; });
+  window.findChild<QMessageBox*>()->windowHandle()->close();
+  EXPECT_EQ(answer, platform::AlertAlternateReturn);
+}
+
+TEST_F(RealAlerts, AsASheetAreStoppedWhenTheProgramEnds) {
+  int answer = 7;
+  QTimer::singleShot(0, qApp, [&answer, this] {
+    QWidget window;
+    window.show();
+    QObject owner;
+    alerts.beginSheetModalForWindow({"Remove?", "Remove", "Cancel", "", ""}, &window, &owner,
+                                    [&answer](int returnCode) { answer = returnCode; });
+    QCoreApplication::quit();
+    QCoreApplication::exit(0);
+  });
+  QApplication::exec();
+  EXPECT_EQ(answer, platform::AlertStopped);
 }
 
 TEST_F(RealAlerts, AsASheetAnswerNobodyWhenTheOwnerIsGone) {

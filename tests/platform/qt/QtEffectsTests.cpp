@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QPointer>
 #include <QWidget>
+#include <QTest>
 
 #include "tests/platform/Shown.h"
 

@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include "platform/qt/QtRunLoop.h"
 #include "tests/platform/Shown.h"
@@ -165,6 +166,7 @@ TEST_F(RealPanels, ToOpenGiveTheChosenFolder) {
   });
   ASSERT_EQ(panels.runModal(panel), platform::PanelOKButton);
   EXPECT_EQ(panel.urls, QList<QUrl>{QUrl::fromLocalFile(path("records"))});
+  EXPECT_EQ(panel.directoryURL, QUrl::fromLocalFile(path("records"))) << "not the folder above it";
 }
 
 }  // namespace

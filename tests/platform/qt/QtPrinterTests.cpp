@@ -4,13 +4,18 @@
 #include <QDir>
 #include <QFile>
 #include <QLabel>
+#include <QPageLayout>
+#include <QPageSetupDialog>
 #include <QPainter>
+#include <QPrinter>
+#include <QRadioButton>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include "platform/GraphicsContext.h"
 #include "platform/qt/QtRunLoop.h"
 #include "tests/platform/Shown.h"
+#include "tests/platform/qt/ModalBox.h"
 #include "tests/platform/qt/PdfFile.h"
 
 using platform::PrintInfo;
@@ -66,8 +71,17 @@ TEST_F(RealPrinter, WritesOnePageWithTheTitleOfTheWindow) {
   const PdfFile pdf(file());
   EXPECT_TRUE(pdf.isPdf());
   EXPECT_EQ(pdf.pageCount(), 1);
-  EXPECT_EQ(pdf.title(), "12-345");
   EXPECT_EQ(pdf.text(), "12-345");
+}
+
+TEST_F(RealPrinter, TellsThePrintQueueNothingOfThePatient) {
+  const QString before = QGuiApplication::applicationDisplayName();
+  QGuiApplication::setApplicationDisplayName("Growth");
+  const bool printed = print();
+  QGuiApplication::setApplicationDisplayName(before);
+  ASSERT_TRUE(printed);
+  EXPECT_EQ(PdfFile(file()).title(), "Growth") << "the name of the job, which everybody can read";
+  EXPECT_EQ(PdfFile(file()).text(), "12-345") << "the page itself names the patient";
 }
 
 TEST_F(RealPrinter, ShowsATitleInAnyScriptWhole) {
@@ -148,6 +162,69 @@ TEST_F(RealPrinter, SaysWhyItCouldNotPrint) {
   EXPECT_EQ(error, "The printer could not be started.");
   EXPECT_FALSE(printer.printView(nullptr, fit, {}, false, nullptr)) << "nobody has to ask why";
   EXPECT_FALSE(QFile::exists(file()));
+}
+
+// Page set-up.
+
+/// The choice of orientation in the dialog.
+QRadioButton* orientationButton(const QPageSetupDialog& dialog, const char* name) {
+  return dialog.findChild<QRadioButton*>(name);
+}
+
+TEST_F(RealPrinter, TakesPaperAndOrientationFromThePageSetup) {
+  PrintInfo info = fit;
+  testing_support::whenOpen<QPageSetupDialog>([this](QPageSetupDialog& dialog) {
+    EXPECT_TRUE(runLoop.inModalSession());
+    orientationButton(dialog, "landscape")->click();
+    dialog.printer()->setPageMargins(QMarginsF(30, 30, 30, 30), QPageLayout::Millimeter);
+    dialog.accept();
+  });
+  ASSERT_TRUE(printer.runPageSetup(info, nullptr));
+  EXPECT_EQ(info.orientation, PrintInfo::Orientation::Landscape);
+  EXPECT_TRUE(info.pageLayout.isValid());
+  EXPECT_EQ(info.horizontalPagination, PrintInfo::Pagination::Fit) << "what is not in the dialog stays";
+  EXPECT_FALSE(runLoop.inModalSession());
+}
+
+TEST_F(RealPrinter, BeginsThePageSetupWithWhatWasChosenBefore) {
+  PrintInfo info;
+  info.orientation = PrintInfo::Orientation::Landscape;
+  testing_support::whenOpen<QPageSetupDialog>([](QPageSetupDialog& dialog) {
+    EXPECT_TRUE(orientationButton(dialog, "landscape")->isChecked());
+    dialog.accept();
+  });
+  EXPECT_TRUE(printer.runPageSetup(info, nullptr));
+  EXPECT_EQ(info.orientation, PrintInfo::Orientation::Landscape);
+}
+
+TEST_F(RealPrinter, ForgetsACancelledPageSetup) {
+  PrintInfo info;
+  testing_support::whenOpen<QPageSetupDialog>([](QPageSetupDialog& dialog) {
+    orientationButton(dialog, "landscape")->click();
+    dialog.reject();
+  });
+  EXPECT_FALSE(printer.runPageSetup(info, nullptr));
+  EXPECT_EQ(info.orientation, PrintInfo::Orientation::Portrait);
+  EXPECT_FALSE(info.pageLayout.isValid());
+}
+
+TEST_F(RealPrinter, PrintsOnThePaperOfThePageSetup) {
+  fit.pageLayout = QPageLayout(QPageSize(QPageSize::A5), QPageLayout::Portrait, QMarginsF(20, 20, 20, 20));
+  ASSERT_TRUE(print());
+  const QSizeF a5 = QPageSize::size(QPageSize::A5, QPageSize::Point);
+  EXPECT_NEAR(PdfFile(file()).pageSize().width(), a5.width(), 1);
+  fit.orientation = PrintInfo::Orientation::Landscape;
+  ASSERT_TRUE(print());
+  EXPECT_NEAR(PdfFile(file()).pageSize().width(), a5.height(), 1)
+      << "the orientation is the print info's own";
+}
+
+TEST_F(RealPrinter, CountsWhatWasPrinted) {
+  EXPECT_EQ(printer.printedViews(), 0);
+  ASSERT_TRUE(print());
+  EXPECT_EQ(printer.printedViews(), 1);
+  EXPECT_FALSE(printer.printView(nullptr, fit, {}, false, nullptr));
+  EXPECT_EQ(printer.printedViews(), 1);
 }
 
 }  // namespace

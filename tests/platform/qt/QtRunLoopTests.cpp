@@ -5,6 +5,7 @@
 #include <memory>
 #include <stdexcept>
 #include <thread>
+#include <QTest>
 
 #include "platform/testing/LogRecorder.h"
 #include "tests/platform/Shown.h"

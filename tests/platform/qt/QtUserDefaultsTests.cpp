@@ -117,6 +117,32 @@ TEST_F(StoredUserDefaults, OverrideWhatIsRegistered) {
   EXPECT_EQ(defaults.stringForKey("Launch Script"), "");
 }
 
+TEST_F(StoredUserDefaults, OverrideWhatIsRegisteredWithAnEmptyTextNullOrNot) {
+  const auto saveFolder = [](QtUserDefaults& defaults) {
+    defaults.registerDefaults({{"Save Directory", "~/Desktop/"}});
+    return defaults.stringForKey("Save Directory");
+  };
+  for (const QString& empty : {QString(), QString("")}) {
+    QtUserDefaults first("org.velmora.tests");
+    QtUserDefaults second("org.velmora.tests");
+    first.setObject("/records", "Save Directory");
+    EXPECT_EQ(saveFolder(second), "/records");
+    first.setObject(empty, "Save Directory");
+    QtUserDefaults third("org.velmora.tests");
+    for (QtUserDefaults* each : {&first, &second, &third}) EXPECT_EQ(saveFolder(*each), "");
+  }
+}
+
+TEST_F(StoredUserDefaults, OverrideWhatIsRegisteredWithAKeyThatAPersonHasEmptied) {
+  QFile settings(file());
+  ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
+  settings.write("[General]\nSave%20Directory=\n");
+  settings.close();
+  QtUserDefaults defaults("org.velmora.tests");
+  defaults.registerDefaults({{"Save Directory", "~/Desktop/"}});
+  EXPECT_EQ(defaults.stringForKey("Save Directory"), "");
+}
+
 TEST_F(StoredUserDefaults, ShowWhatAnotherProcessWrites) {
   QtUserDefaults defaults("org.velmora.tests");
   defaults.registerDefaults({{"Save Directory", "~/Desktop/"}});
@@ -153,6 +179,26 @@ TEST_F(StoredUserDefaults, AreTheUsersAlone) {
   struct stat status {};
   ASSERT_EQ(::stat(QFile::encodeName(file()).constData(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777, 0600u);
+}
+
+TEST_F(StoredUserDefaults, AreTheUsersAloneInAFileThatWasOpenToOthers) {
+  QFile settings(file());
+  ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
+  settings.close();
+  ASSERT_TRUE(settings.setPermissions(settings.permissions() | QFile::ReadGroup | QFile::ReadOther));
+  QtUserDefaults("org.velmora.tests").setObject("[\"/records/12.growth\"]", "Recent Documents");
+  struct stat status {};
+  ASSERT_EQ(::stat(QFile::encodeName(file()).constData(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0600u);
+}
+
+TEST_F(StoredUserDefaults, LeaveNothingInTheFileOfAValueThatWasReplaced) {
+  QtUserDefaults defaults("org.velmora.tests");
+  defaults.setObject("[\"/records/12-345.growth\"]", "Recent Documents");
+  defaults.setObject("", "Recent Documents");
+  QFile settings(file());
+  ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
+  EXPECT_FALSE(settings.readAll().contains("12-345"));
 }
 
 TEST_F(StoredUserDefaults, ReadADamagedFileAsNothing) {

@@ -60,8 +60,14 @@ TEST_F(RevealingFiles, AsksTheFileViewerToShowTheItem) {
   FileViewer viewer(QDBusConnection::sessionBus());
   EXPECT_TRUE(workspace.selectFile(entry("record 12")));
   EXPECT_EQ(viewer.asked, QStringList{"ShowItems"});
-  EXPECT_EQ(viewer.shown, QStringList{QUrl::fromLocalFile(entry("record 12")).toString()});
+  EXPECT_EQ(viewer.shown, QStringList{"file://" + data.path() + "/applications/record%2012.desktop"});
   EXPECT_TRUE(program.opened.isEmpty());
+}
+
+TEST_F(RevealingFiles, WritesEveryNameAsAnAddressThatAllFileViewersRead) {
+  FileViewer viewer(QDBusConnection::sessionBus());
+  EXPECT_TRUE(workspace.selectFile("/records/Größe 100%/#1 患.rec"));
+  EXPECT_EQ(viewer.shown, QStringList{"file:///records/Gr%C3%B6%C3%9Fe%20100%25/%231%20%E6%82%A3.rec"});
 }
 
 TEST_F(RevealingFiles, OpensTheFolderWhereThereIsNoFileViewer) {

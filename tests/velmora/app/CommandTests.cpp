@@ -5,7 +5,11 @@
 #include <QMenu>
 #include <QUrl>
 
+#include "platform/AssertionFailure.h"
 #include "tests/velmora/support/RecordApplication.h"
+#include "velmora/about/AboutController.h"
+#include "velmora/batch/BatchExportController.h"
+#include "velmora/preferences/PreferencesController.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace settings = velmora::settings;
@@ -115,4 +119,135 @@ TEST(Commands, GreyOutNothingInAMenuOfAnOpenDocument) {
       EXPECT_TRUE(action->isEnabled()) << qPrintable(action->text());
     }
   }
+}
+
+TEST(Commands, DoNotRunTheOpenPanelWithoutASaveFolder) {
+  RecordApplication application;
+  application.desktop.defaults.setObject(QStringLiteral(""), settings::SaveDirectory);
+  try {
+    application.controller.openDocument();
+    ADD_FAILURE() << "nothing was thrown";
+  } catch (const platform::AssertionFailure& failure) {
+    EXPECT_EQ(failure.message(), "Value==nil");
+    EXPECT_EQ(failure.sourceFile(), "VelmoraAppController");
+  }
+  EXPECT_TRUE(application.desktop.panels.openPanels().isEmpty());
+}
+
+TEST(Commands, BeginAMailWithTheNameAndVersionOfTheApplication) {
+  RecordApplication application;
+  application.controller.doMailAuthor(nullptr);
+  ASSERT_EQ(application.desktop.workspace.opened.size(), 1);
+  const QString mail = QString::fromLatin1(application.desktop.workspace.opened.first().toEncoded());
+  EXPECT_TRUE(mail.startsWith("mailto:")) << qPrintable(mail);
+  EXPECT_TRUE(mail.endsWith("?subject=Technical%20Support%20Query%20for%20Recorder%202.1"))
+      << qPrintable(mail);
+}
+
+TEST(Commands, OpenTheWebSite) {
+  RecordApplication application;
+  application.controller.doGoToWebSite(nullptr);
+  ASSERT_EQ(application.desktop.workspace.opened.size(), 1);
+  EXPECT_EQ(application.desktop.workspace.opened.first().scheme(), "https");
+}
+
+TEST(Commands, CloseEveryDocumentEachAskingItsQuestion) {
+  RecordApplication application;
+  application.newRecord();
+  application.newRecord();
+  application.controller.doCloseAllDocuments(nullptr);
+  application.settle();
+  EXPECT_TRUE(application.controller.documents().isEmpty());
+}
+
+TEST(Commands, MakeEachWindowOnceAndShowItAgain) {
+  RecordApplication application;
+  VelmoraAppController& controller = application.controller;
+  controller.doPreferences(nullptr);
+  controller.doBatchExport(nullptr);
+  controller.doSplashAboutBox(nullptr);
+  const PreferencesController* preferences = controller.preferencesController();
+  const BatchExportController* batch = controller.batchExportController();
+  const AboutController* about = controller.aboutController();
+  controller.preferencesController()->close();
+  controller.doPreferences(nullptr);
+  controller.doBatchExport(nullptr);
+  controller.doSplashAboutBox(nullptr);
+  EXPECT_EQ(controller.preferencesController(), preferences);
+  EXPECT_TRUE(controller.preferencesController()->window()->isVisible());
+  EXPECT_EQ(controller.batchExportController(), batch);
+  EXPECT_EQ(controller.aboutController(), about);
+}
+
+TEST(Commands, OfTheDesktopEntryOpenTheirWindows) {
+  RecordApplication application;
+  EXPECT_TRUE(application.controller.applicationPerformAction("preferences"));
+  EXPECT_NE(application.controller.preferencesController(), nullptr);
+  EXPECT_TRUE(application.controller.applicationPerformAction("batch-export"));
+  EXPECT_NE(application.controller.batchExportController(), nullptr);
+  EXPECT_TRUE(application.controller.applicationPerformAction("new"));
+  EXPECT_EQ(application.controller.documents().size(), 1);
+  EXPECT_FALSE(application.controller.applicationPerformAction("dance"));
+}
+
+// Files that the desktop asks to print.
+
+TEST(PrintingAFile, OpensItPrintsItWithoutAPanelAndClosesIt) {
+  RecordApplication application;
+  application.writeRecord("AB1");
+  bool shown = false;
+  application.desktop.printer.whilePrinting = [&](QWidget* view) { shown = view->window()->isVisible(); };
+  EXPECT_TRUE(application.controller.applicationPrintFile(application.pathOfRecord("AB1")));
+  ASSERT_EQ(application.desktop.printer.jobs.size(), 1);
+  EXPECT_EQ(application.desktop.printer.jobs.first().title, "AB1");
+  EXPECT_FALSE(application.desktop.printer.jobs.first().showPrintPanel);
+  EXPECT_TRUE(application.desktop.printer.jobs.first().settings.isEmpty());
+  EXPECT_TRUE(shown);
+  EXPECT_TRUE(application.controller.documents().isEmpty());
+}
+
+TEST(PrintingAFile, AnswersYesForAPathThatDoesNotOpen) {
+  RecordApplication application;
+  EXPECT_TRUE(application.controller.applicationPrintFile("/none.rec"));
+  EXPECT_TRUE(application.desktop.printer.jobs.isEmpty());
+  EXPECT_TRUE(application.controller.documents().isEmpty());
+}
+
+TEST(PrintingAFile, ClosesTheWindowThatWasOpenBeforeWithoutAskingAndKeepsWhatWasUnsaved) {
+  RecordApplication application;
+  application.writeRecord("AB1");
+  RecordingDocument& document = application.openRecord("AB1");
+  user::enter(user::field(document, "examDateField"), "2/2/2021");
+  application.desktop.alerts.expect(testing_support::closedWithChanges(application, "AB1"),
+                                    platform::AlertDefaultReturn);
+  EXPECT_TRUE(application.controller.applicationPrintFile(application.pathOfRecord("AB1")));
+  EXPECT_EQ(application.desktop.printer.jobs.size(), 1);
+  EXPECT_TRUE(application.controller.documents().isEmpty());
+  EXPECT_EQ(application.rescueCopies().size(), 1);
+  EXPECT_TRUE(application.desktop.alerts.allCame()) << "the user is told where the copy is";
+}
+
+TEST(PrintingAFile, PrintsARescueCopyOnceAndLeavesNoFurtherOne) {
+  RecordApplication application;
+  application.keepRecord("AB1");
+  user::enter(user::field(application.openRecord("AB1"), "examDateField"), "2/2/2021");
+  application.front()->keepUnsavedChanges();
+  application.front()->close();
+  application.settle();
+  ASSERT_EQ(application.rescueCopies().size(), 1);
+  EXPECT_TRUE(application.controller.applicationPrintFile(
+      application.home.path(".local/share/org.velmora.recorder/Rescued/") +
+      application.rescueCopies().first()));
+  EXPECT_EQ(application.desktop.printer.jobs.size(), 1);
+  EXPECT_TRUE(application.controller.documents().isEmpty());
+  EXPECT_EQ(application.rescueCopies().size(), 1);
+}
+
+TEST(PrintingAFile, SurvivesADocumentThatGoesWhileItIsPrinted) {
+  RecordApplication application;
+  application.writeRecord("AB1");
+  application.desktop.printer.whilePrinting = [&](QWidget*) { application.front()->close(); };
+  EXPECT_TRUE(application.controller.applicationPrintFile(application.pathOfRecord("AB1")));
+  application.settle();
+  EXPECT_TRUE(application.controller.documents().isEmpty());
 }

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QLabel>
+#include <QMessageBox>
+#include <QTimer>
 
+#include "platform/qt/QtAlerts.h"
 #include "tests/velmora/support/RecordApplication.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/resources/SettingsKeys.h"
@@ -10,6 +14,7 @@
 namespace settings = velmora::settings;
 using platform::AlertAlternateReturn;
 using platform::AlertDefaultReturn;
+using platform::AlertStopped;
 using testing_support::RecordApplication;
 
 namespace {
@@ -110,6 +115,87 @@ TEST(FirstRun, StoresTheSaveFolderEvenWhenItCannotBeMade) {
   application.pass(1.5);
   EXPECT_TRUE(application.controller.cachedDatabaseArray().isEmpty());
 }
+
+TEST(FirstRun, IsNotOverWhenTheProgramEndsInTheFirstQuestion) {
+  RecordApplication application;
+  application.desktop.alerts.expect(checkQuestion, AlertStopped);
+  application.controller.applicationDidFinishLaunching();
+  EXPECT_TRUE(application.desktop.defaults.stored().isEmpty());
+  EXPECT_EQ(application.desktop.alerts.shown().size(), 1) << "and asks nothing more";
+}
+
+TEST(FirstRun, KeepsTheFirstAnswerOnlyWhenTheProgramEndsInTheSecondQuestion) {
+  RecordApplication application;
+  application.desktop.alerts.expect(checkQuestion, AlertDefaultReturn);
+  application.desktop.alerts.expect(setUpQuestion, AlertStopped);
+  application.controller.applicationDidFinishLaunching();
+  EXPECT_EQ(application.desktop.defaults.stored(),
+            (QVariantMap{{settings::AutomaticVersionCheck, true},
+                         {settings::VersionCheckInterval, QVariant::fromValue<qint64>(31)}}));
+  EXPECT_FALSE(QFile::exists(application.home.path("Documents")));
+}
+
+TEST(FirstRun, StartsNothingWhenTheProgramEndsInAQuestion) {
+  for (const bool second : {false, true}) {
+    RecordApplication application;
+    application.writeRecord("AB1");
+    application.turnOn(settings::AutoSave);
+    application.desktop.defaults.setObject("echo hello", settings::LaunchScript);
+    application.desktop.alerts.expect(checkQuestion, second ? AlertDefaultReturn : AlertStopped);
+    if (second) application.desktop.alerts.expect(setUpQuestion, AlertStopped);
+    application.controller.applicationDidFinishLaunching();
+    EXPECT_EQ(application.controller.aboutController(), nullptr);
+    application.pass(60);
+    EXPECT_TRUE(application.desktop.scripts.executed.isEmpty());
+    EXPECT_TRUE(application.controller.cachedDatabaseArray().isEmpty());
+    EXPECT_TRUE(application.desktop.web.requests().isEmpty());
+  }
+}
+
+/// The alerts are windows on the screen, and the program is ended while one waits for its answer.
+class FirstRunEnded : public testing::TestWithParam<void (*)()> {};
+
+TEST_P(FirstRunEnded, StoresNothing) {
+  RecordApplication application;
+  platform::qt::QtAlerts alerts(application.desktop.runLoop);
+  auto& desktop = application.desktop;
+  platform::Services services{desktop.defaults,
+                              desktop.notificationCenter,
+                              desktop.distributedCenter,
+                              alerts,
+                              desktop.panels,
+                              desktop.workspace,
+                              desktop.fileManager,
+                              desktop.runLoop,
+                              desktop.mainBundle,
+                              desktop.printer,
+                              desktop.sharedPrintInfo,
+                              desktop.effects,
+                              desktop.graphics,
+                              desktop.interfaceFiles,
+                              desktop.application,
+                              desktop.scripts,
+                              desktop.web,
+                              nullptr};
+  VelmoraAppController controller(services);
+  QString asked;
+  QTimer::singleShot(0, qApp, [&] {
+    QTimer::singleShot(0, qApp, [&] {
+      if (auto* box = dynamic_cast<QMessageBox*>(QApplication::activeModalWidget())) asked = box->text();
+      GetParam()();
+    });
+    controller.applicationDidFinishLaunching();
+    QCoreApplication::exit(0);  // whatever the end of the question did
+  });
+  QApplication::exec();
+  EXPECT_EQ(asked, checkQuestion.messageText);
+  EXPECT_TRUE(desktop.defaults.stored().isEmpty());
+  EXPECT_EQ(controller.aboutController(), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(WhileAQuestionIsOpen, FirstRunEnded,
+                         testing::Values([] { QCoreApplication::quit(); },
+                                         [] { QCoreApplication::exit(0); }));
 
 TEST(FirstRun, ShowsTheSplashAfterTheQuestionsAndCountsTheDelaysFromThen) {
   RecordApplication application;

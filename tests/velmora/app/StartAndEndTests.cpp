@@ -20,6 +20,13 @@ void launch(RecordApplication& application) {
   application.controller.applicationDidFinishLaunching();
 }
 
+/// The application says where its newer versions would be announced.
+void giveAFeed(RecordApplication& application) {
+  QVariantMap information = RecordApplication::informationOf("org.velmora.recorder");
+  information.insert("SUFeedURL", "https://recorder.example/feed");
+  application.desktop.mainBundle = platform::Bundle(information, {});
+}
+
 QString status(RecordApplication& application) {
   return application.controller.aboutController()->outlet<QLabel>("statusField")->text();
 }
@@ -42,16 +49,72 @@ TEST(Start, FillsTheCacheOneAndAHalfSecondsAfterTheSplash) {
   application.writeRecord("AB1");
   application.turnOn(settings::AutoSave);
   launch(application);
-  application.pass(1.4);
+  application.pass(1.49);
   EXPECT_EQ(status(application), "");
   EXPECT_TRUE(application.controller.cachedDatabaseArray().isEmpty());
-  application.pass(0.1);
+  application.pass(0.01);
   EXPECT_EQ(status(application), "Caching database...");
   EXPECT_EQ(application.controller.cachedDatabaseArray(), QStringList{"AB1"});
   application.pass(0.9);
   EXPECT_EQ(status(application), "Caching database...");
   application.pass(0.1);
   EXPECT_EQ(status(application), "");
+}
+
+TEST(Start, RunsTheScriptHalfASecondAfterTheSplash) {
+  RecordApplication application;
+  application.desktop.defaults.setObject("echo hello", settings::LaunchScript);
+  launch(application);
+  application.pass(0.49);
+  EXPECT_EQ(application.desktop.scripts.executed, QStringList());
+  application.pass(0.01);
+  EXPECT_EQ(application.desktop.scripts.executed, QStringList{"echo hello"});
+  application.pass(60);
+  EXPECT_EQ(application.desktop.scripts.executed.size(), 1);
+}
+
+TEST(Start, LooksForANewVersionTwoSecondsAfterTheSplash) {
+  RecordApplication application;
+  giveAFeed(application);
+  application.turnOn(settings::AutomaticVersionCheck);
+  launch(application);
+  application.pass(1.99);
+  EXPECT_TRUE(application.desktop.web.requests().isEmpty());
+  application.pass(0.01);
+  EXPECT_EQ(application.desktop.web.requests().size(), 1);
+}
+
+TEST(Start, AsksTheWebNothingBeforeTheUserHasAgreed) {
+  RecordApplication application;
+  giveAFeed(application);
+  launch(application);
+  application.pass(60);
+  EXPECT_TRUE(application.desktop.web.requests().isEmpty());
+}
+
+TEST(Start, RunsScriptCacheAndCheckInThisOrder) {
+  RecordApplication application;
+  giveAFeed(application);
+  application.writeRecord("AB1");
+  application.turnOn(settings::AutoSave);
+  application.turnOn(settings::AutomaticVersionCheck);
+  application.desktop.defaults.setObject("echo hello", settings::LaunchScript);
+  launch(application);
+  const auto done = [&application] {
+    return QList<qsizetype>{application.desktop.scripts.executed.size(),
+                            application.controller.cachedDatabaseArray().size(),
+                            application.desktop.web.requests().size()};
+  };
+  EXPECT_EQ(done(), (QList<qsizetype>{0, 0, 0}));
+  application.pass(0.5);
+  EXPECT_EQ(done(), (QList<qsizetype>{1, 0, 0}));
+  EXPECT_EQ(status(application), "Running startup script...");
+  application.pass(1);
+  EXPECT_EQ(done(), (QList<qsizetype>{1, 1, 0}));
+  EXPECT_EQ(status(application), "Caching database...");
+  application.pass(0.5);
+  EXPECT_EQ(done(), (QList<qsizetype>{1, 1, 1}));
+  EXPECT_EQ(status(application), "Checking for new version...");
 }
 
 TEST(Start, WaitsWithTheCacheWhileAnAlertIsOpen) {
@@ -95,6 +158,21 @@ TEST(End, HearsNoLocalNotificationAnyMore) {
                                                               QString("/nowhere"));
   EXPECT_TRUE(application.controller.exportToOsirixArray().isEmpty());
   EXPECT_TRUE(application.controller.batchArray().isEmpty());
+}
+
+TEST(End, HearsNoResultOfAVersionCheckAnyMore) {
+  RecordApplication application;
+  giveAFeed(application);
+  application.turnOn(settings::AutomaticVersionCheck);
+  launch(application);
+  application.pass(2);
+  ASSERT_EQ(application.desktop.web.requests().size(), 1);
+  const QVariantMap stored = application.desktop.defaults.stored();
+  application.controller.applicationWillTerminate();
+  application.desktop.web.answer({"<rss><channel/></rss>", {}});
+  application.settle();
+  EXPECT_EQ(application.desktop.defaults.stored(), stored);
+  EXPECT_EQ(status(application), "Checking for new version...");
 }
 
 TEST(End, EmptiesTheListsAndLeavesDocumentsAndSettingsAlone) {

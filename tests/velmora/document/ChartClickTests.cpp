@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <QTest>
+
 #include "tests/velmora/support/RecordApplication.h"
 #include "velmora/document/VelmoraGraphView.h"
 

@@ -118,11 +118,13 @@ TEST_F(ChartExport, OverwritesOnlyAfterAQuestion) {
   EXPECT_EQ(charts().size(), 1);
 }
 
-TEST_F(ChartExport, LeavesTheFileThatIsThereWhenTheUserSkips) {
+TEST_F(ChartExport, LeavesTheFileThatIsThereWhenTheUserSkipsOrTheProgramEnds) {
   writeFile(application.exportFolder() + "/AB-12.jpg", "earlier");
-  application.desktop.alerts.expect(exists("AB-12.jpg"), AlertAlternateReturn);
-  document->doExport(false);
-  EXPECT_EQ(readFile(application.exportFolder() + "/AB-12.jpg"), "earlier");
+  for (const int answer : {+AlertAlternateReturn, +platform::AlertStopped}) {
+    application.desktop.alerts.expect(exists("AB-12.jpg"), answer);
+    document->doExport(false);
+    EXPECT_EQ(readFile(application.exportFolder() + "/AB-12.jpg"), "earlier") << answer;
+  }
 }
 
 TEST_F(ChartExport, WritesAfterAnyOtherAnswer) {

@@ -33,8 +33,10 @@ TEST(DocumentSetUp, SetsPrintingToOnePortraitPageEveryTimeAWindowLoads) {
   RecordApplication application;
   platform::PrintInfo& info = application.desktop.sharedPrintInfo;
   for (int window = 0; window < 2; ++window) {
-    info = {platform::PrintInfo::Orientation::Landscape, platform::PrintInfo::Pagination::Clip,
-            platform::PrintInfo::Pagination::Auto};
+    info = {platform::PrintInfo::Orientation::Landscape,
+            platform::PrintInfo::Pagination::Clip,
+            platform::PrintInfo::Pagination::Auto,
+            {}};
     application.newRecord();
     EXPECT_EQ(info.orientation, platform::PrintInfo::Orientation::Portrait);
     EXPECT_EQ(info.horizontalPagination, platform::PrintInfo::Pagination::Fit);

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QTest>
+
 #include "tests/velmora/support/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 
@@ -52,6 +55,9 @@ TEST(GuardedField, KeepsItsTextWhenTheEditIsCancelled) {
   application.writeRecord("AB1");
   RecordingDocument& document = application.openRecord("AB1");
   QLineEdit* field = user::field(document, "referenceIDField");
+  application.desktop.alerts.expect(alreadyDefined, platform::AlertStopped);
+  user::click(field);
+  EXPECT_FALSE(field->hasFocus()) << "nobody has said Modify";
   application.desktop.alerts.expect(alreadyDefined, AlertAlternateReturn);
   user::click(field);
   EXPECT_FALSE(field->hasFocus());
@@ -188,4 +194,59 @@ TEST(FieldEditing, EndsAtTheTabToTheNextFieldOnce) {
   EXPECT_TRUE(user::field(document, "birthDateField")->hasFocus());
   EXPECT_EQ(textOf(document, "referenceIDField"), "AB1");
   EXPECT_EQ(document.calls, QStringList{"updateArrayOrder 0"});
+}
+
+// A study chosen in the viewer while the user is in the middle of a field.
+
+TEST(FieldInEdit, IsLeftBeforeTheViewerFillsIt) {
+  for (const char* name : {"referenceIDField", "birthDateField", "examDateField"}) {
+    RecordApplication application;
+    application.turnOn(settings::AutoSave);
+    RecordingDocument& document = application.newRecord();
+    QLineEdit* field = user::field(document, name);
+    user::click(field);  // empty: nothing is asked, and the edit is open
+    application.chooseStudy(testing_support::study("A1"));
+    const QString filled = field->text();
+    EXPECT_FALSE(field->hasFocus()) << name;
+    EXPECT_FALSE(field->hasSelectedText()) << name;
+    user::pressKey(document, Qt::Key_7);
+    EXPECT_EQ(field->text(), filled) << name << ": what the user types was meant for what stood there before";
+  }
+}
+
+TEST(FieldInEdit, IsLeftWithoutTheConsequencesOfAnEdit) {
+  RecordApplication application;
+  application.turnOn(settings::AutoSave);
+  application.keepRecord("OTHER");
+  RecordingDocument& document = application.newRecord();
+  user::type(user::field(document, "referenceIDField"), "other");
+  document.setLookUpRequired(true);
+  document.forgetCalls();
+  application.chooseStudy(testing_support::study("A1"));
+  EXPECT_EQ(document.identifier(), "A1");
+  EXPECT_TRUE(application.desktop.alerts.shown().isEmpty()) << "no look-up of what was typed by half";
+  EXPECT_EQ(document.calls, (QStringList{"updateDisplay 0", "synchronizeToData 0"}));
+}
+
+TEST(FieldInEdit, AsksAnewWhenTheUserComesBackToWhatTheViewerFilled) {
+  RecordApplication application;
+  application.turnOn(settings::AutoSave);
+  RecordingDocument& document = application.newRecord();
+  QLineEdit* field = user::field(document, "referenceIDField");
+  user::click(field);
+  application.chooseStudy(testing_support::study("A1"));
+  application.desktop.alerts.expect(alreadyDefined, AlertAlternateReturn);
+  user::click(field);
+  EXPECT_TRUE(application.desktop.alerts.allCame());
+  EXPECT_EQ(document.identifier(), "A1");
+}
+
+TEST(FieldInEdit, WhoseTextTheViewerDoesNotBringKeepsItInProperForm) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  user::type(user::field(document, "birthDateField"), "1/2/2020");
+  QVariantMap request = testing_support::study("A1");
+  request.remove("DateOfBirth");
+  application.chooseStudy(request);
+  EXPECT_EQ(textOf(document, "birthDateField"), "01/02/2020");
 }

@@ -207,3 +207,69 @@ TEST_F(LookUp, RunsOnceForOneEdit) {
   application.settle();
   EXPECT_EQ(application.desktop.alerts.shown().size(), 1);
 }
+
+TEST_F(LookUp, SaysWhoseRecordItOpensWhenTheFileHoldsAnotherPatient) {
+  QFile::remove(application.pathOfRecord("ABC123"));
+  application.writeRecord("CD2");
+  QFile::rename(application.pathOfRecord("CD2"), application.pathOfRecord("ABC123"));
+  application.desktop.alerts.expect(found("ABC123"), AlertDefaultReturn);
+  application.desktop.alerts.expect(
+      {"'ABC123' is the record of another patient", "OK", "", "",
+       "The file was saved for patient 'ABC123', but the identifier in it reads 'CD2'."},
+      AlertDefaultReturn, [&] { EXPECT_EQ(open(), QStringList{"CD2"}); });
+  typeIdentifier("abc123");
+  application.settle();
+  EXPECT_TRUE(application.desktop.alerts.allCame());
+  EXPECT_EQ(open(), QStringList{"CD2"}) << "and never is it put under the identifier that was typed";
+}
+
+TEST_F(LookUp, TakesUpperAndLowerCaseOfTheIdentifierInsideForOnePatient) {
+  application.writeRecord("abc123");
+  QFile::remove(application.pathOfRecord("ABC123"));
+  QFile::rename(application.pathOfRecord("abc123"), application.pathOfRecord("ABC123"));
+  application.desktop.alerts.expect(found("ABC123"), AlertDefaultReturn);
+  typeIdentifier("abc123");
+  application.settle();
+  EXPECT_EQ(open(), QStringList{"abc123"});
+}
+
+TEST_F(LookUp, OfTheRecordInFrontKeepsItOpenWhenItsFileHasBeenDamaged) {
+  RecordingDocument& record = application.openRecord("ABC123");
+  document->close();
+  testing_support::writeFile(application.pathOfRecord("ABC123"), "");
+  application.desktop.alerts.expect(
+      {"The file 'ABC123.rec' could not be opened.", "OK", "", "", "The file is empty."}, AlertDefaultReturn);
+  EXPECT_TRUE(record.lookUp("ABC123", false));
+  application.settle();
+  ASSERT_EQ(application.front(), &record) << "the only good copy is the one in this window";
+  EXPECT_EQ(record.exams, QStringList{"01/02/2023"});
+  EXPECT_EQ(record.fileURL().toLocalFile(), application.pathOfRecord("ABC123"));
+}
+
+TEST_F(LookUp, OfTheRecordInFrontOpensItAnew) {
+  RecordingDocument& record = application.openRecord("ABC123");
+  document->close();
+  application.writeRecord("ABC123", {"04/04/2024"});
+  EXPECT_TRUE(record.lookUp("ABC123", false));
+  application.settle();
+  ASSERT_EQ(application.controller.documents().size(), 1);
+  EXPECT_EQ(application.front()->exams, QStringList{"04/04/2024"});
+  EXPECT_TRUE(application.front()->window()->isVisible());
+}
+
+TEST_F(LookUp, OfTheRecordInFrontLeavesWhatCannotBeKeptWithoutAFile) {
+  RecordingDocument& record = application.openRecord("ABC123");
+  document->close();
+  user::enter(user::field(record, "examDateField"), "02/02/2022");
+  testing_support::writeFile(application.home.path(".local/share/org.velmora.recorder"), "no folder");
+  application.desktop.alerts.expect(
+      {"Unsaved changes to 'ABC123' are about to be dropped.", "Save Elsewhere...", "Don't Save", "Cancel",
+       "No copy of them could be kept."},
+      AlertOtherReturn);
+  EXPECT_TRUE(record.lookUp("ABC123", false));
+  application.settle();
+  ASSERT_EQ(application.controller.documents().size(), 2);
+  EXPECT_EQ(application.front()->exams, QStringList{"01/02/2023"});
+  EXPECT_EQ(record.exams, QStringList{"02/02/2022"});
+  EXPECT_TRUE(record.fileURL().isEmpty());
+}

@@ -22,7 +22,7 @@ using testing_support::RecordApplication;
 namespace {
 
 const Alert identifierChanged{
-    "The identifier of this record has changed", "New File", "Same File", "",
+    "The identifier of this record has changed", "New File", "Same File", "Cancel",
     "It was 'AB1' and is now 'CD2'. With a new file the record of 'AB1' stays as it was last "
     "saved."};
 
@@ -95,8 +95,11 @@ TEST_F(RecordSafety, ClosesAnotherWindowOfTheFileThatIsSavedAndKeepsItsChanges) 
   application.desktop.alerts.expect(
       {"Another version of the record 'AB1.rec' was in its place.", "OK", "", "",
        "Yours has been saved. The other one, which somebody else may have written, was kept as '" +
-           copies.earlierVersionsFolder(application.pathOfRecord("AB1")) + '/' + stamp + ".rec'."},
+           copies.earlierVersionsFolder(application.pathOfRecord("AB1")) + '/' + stamp + " another.rec'."},
       AlertDefaultReturn);
+  application.desktop.alerts.expect(testing_support::closedWithChanges(application, "AB1"),
+                                    AlertDefaultReturn,
+                                    [&] { EXPECT_EQ(application.rescueCopies().size(), 1); });
   newer.saveDocument();
   application.settle();
   ASSERT_EQ(application.controller.documents().size(), 1);
@@ -104,14 +107,65 @@ TEST_F(RecordSafety, ClosesAnotherWindowOfTheFileThatIsSavedAndKeepsItsChanges) 
   EXPECT_EQ(application.rescueCopies().size(), 1) << "the older window had unsaved changes";
 }
 
-TEST_F(RecordSafety, KeepsACopyOfChangesThatABatchExportClosesOver) {
-  RecordingDocument& record = application.openRecord("AB1");
-  user::enter(user::field(record, "examDateField"), "2/2/2021");
+TEST_F(RecordSafety, ClosesAnotherWindowOfTheFileWithoutAWordWhenItHadNoChanges) {
+  application.openRecord("AB1");
+  RecordingDocument& newer = application.newRecord();
+  newer.setIdentifier("AB1");
+  user::enter(user::field(newer, "examDateField"), "3/3/2022");
+  QFile::remove(application.pathOfRecord("AB1"));
+  newer.saveDocument();
+  application.settle();
+  EXPECT_EQ(application.controller.documents().size(), 1);
+  EXPECT_TRUE(application.desktop.alerts.shown().isEmpty());
+}
+
+TEST_F(RecordSafety, TellsOnceWhereTheChangesAreThatABatchExportClosesOver) {
+  application.keepRecord("CD2", {"05/05/2022"});
+  application.keepRecord("EF3", {"06/06/2022"});
+  QStringList copies;
+  for (const char* name : {"AB1", "EF3"}) {
+    user::enter(user::field(application.openRecord(name), "examDateField"), "2/2/2021");
+    application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification,
+                                                                application.pathOfRecord(name));
+    copies.append(application.home.path(".local/share/org.velmora.recorder/Rescued/") + name + ' ' +
+                  application.desktop.runLoop.now().addSecs(1).toUTC().toString("yyyyMMdd-HHmmss-zzz") +
+                  ".rec");
+  }
   application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification,
-                                                              application.pathOfRecord("AB1"));
+                                                              application.pathOfRecord("CD2"));
+  application.desktop.alerts.expect(
+      {"The batch export has closed records with unsaved changes", "OK", "", "",
+       "Copies with the changes were kept as:\n" + copies.join('\n')},
+      AlertDefaultReturn, [&] { EXPECT_TRUE(application.controller.documents().isEmpty()) << "it is over"; });
   application.pass(1.0);
-  EXPECT_TRUE(application.controller.documents().isEmpty());
-  EXPECT_EQ(application.rescueCopies().size(), 1);
+  EXPECT_TRUE(application.desktop.alerts.allCame());
+  EXPECT_EQ(application.rescueCopies().size(), 2);
+  // The next one has nothing to tell.
+  QDir(application.exportFolder()).removeRecursively();
+  application.home.makeFolder("Charts");
+  application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification,
+                                                              application.pathOfRecord("CD2"));
+  application.pass(1.0);
+}
+
+TEST_F(RecordSafety, TellsOfABatchExportThoughTheUserHasClosedOneOfItsRecords) {
+  application.keepRecord("CD2", {"05/05/2022"});
+  user::enter(user::field(application.openRecord("AB1"), "examDateField"), "2/2/2021");
+  for (const char* name : {"AB1", "CD2"}) {
+    application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification,
+                                                                application.pathOfRecord(name));
+  }
+  application.openRecord("CD2").performClose();
+  application.pass(0.5);
+  ASSERT_EQ(application.controller.documents().size(), 1);
+  const QString copy =
+      application.home.path(".local/share/org.velmora.recorder/Rescued/AB1 ") +
+      application.desktop.runLoop.now().addMSecs(500).toUTC().toString("yyyyMMdd-HHmmss-zzz") + ".rec";
+  application.desktop.alerts.expect({"The batch export has closed records with unsaved changes", "OK", "", "",
+                                     "Copies with the changes were kept as:\n" + copy},
+                                    AlertDefaultReturn);
+  application.pass(0.5);
+  EXPECT_TRUE(application.desktop.alerts.allCame());
 }
 
 TEST_F(RecordSafety, ShowsARecordAfterItsFirstSaveAsItWasBefore) {

@@ -27,7 +27,8 @@ class Saving : public testing::Test {
     const OrvKeptCopies copies(application.desktop.fileManager, application.desktop.runLoop,
                                "org.velmora.recorder");
     const QString copy = copies.earlierVersionsFolder(path()) + '/' +
-                         application.desktop.runLoop.now().toUTC().toString("yyyyMMdd-HHmmss-zzz") + ".rec";
+                         application.desktop.runLoop.now().toUTC().toString("yyyyMMdd-HHmmss-zzz") +
+                         " another.rec";
     return {"Another version of the record '12-345.rec' was in its place.", "OK", "", "",
             "Yours has been saved. The other one, which somebody else may have written, was kept as '" +
                 copy + "'."};

@@ -141,3 +141,14 @@ TEST_F(ExportQueue, WaitsWhileAnAlertIsOpen) {
   application.settle();
   EXPECT_EQ(sent(), (Sent{{10, "A"}}));
 }
+
+TEST_F(ExportQueue, SaysAtTheEndHowManyChartsAreNotSent) {
+  for (const char* identifier : {"A", "B", "C"}) request(identifier);
+  application.pass(1);
+  log.clear();
+  application.controller.applicationWillTerminate();
+  EXPECT_EQ(log.lines(), QStringList{"Charts that waited for OsiriX and are not sent: 2"});
+  log.clear();
+  application.controller.applicationWillTerminate();
+  EXPECT_EQ(log.lines(), QStringList()) << "none wait any more";
+}

@@ -69,6 +69,8 @@ TEST(LinkNotification, ReachesOfTwoApplicationsTheOneItNames) {
                               own.graphics,
                               own.interfaceFiles,
                               own.application,
+                              own.scripts,
+                              own.web,
                               nullptr};
   VelmoraAppController second(services);
   second.setDocumentFactory([&] { return std::make_unique<VelmoraDocument>(services, second); });

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <QFile>
 #include <stdexcept>
 #include <thread>
 
@@ -302,4 +305,114 @@ TEST(LinkRequest, IsHandledInTheOrderOfArrival) {
   application.settle();
   EXPECT_EQ(document.identifier(), "SECOND");
   EXPECT_EQ(document.calls.count("updateDisplay 0"), 2);
+}
+
+TEST(LinkRequest, TakesTheStudyOfAnEarlierRequestFromARecordThatIsOpen) {
+  RecordApplication application;
+  application.turnOn(settings::AutoSave);
+  application.newRecord();
+  application.chooseStudy(with(study("AB1"), keys::OsiriXStudyID, "STUDY-1"));
+  application.front()->saveDocument();
+  application.settle();
+  ASSERT_EQ(application.front()->osiriXStudyID(), "STUDY-1") << "the record as the user goes on with it";
+  application.newRecord();
+  application.chooseStudy(with(study("AB1"), keys::OsiriXStudyID, "STUDY-2"));
+  application.pass(0.1);
+  ASSERT_EQ(application.front()->exams.size(), 2);
+  application.turnOn(settings::ExportToOsiriX);
+  application.front()->autoExport();
+  application.pass(1);
+  ASSERT_EQ(application.replies().size(), 1);
+  EXPECT_EQ(application.replies().first().userInfo.value(keys::OsiriXStudyID), QVariant(""))
+      << "the chart of the second study must not go into the first";
+}
+
+// What waits while the program is busy or asks a question.
+
+namespace {
+
+/// The memory that this process holds, in MiB.
+long memoryHeld() {
+  QFile file("/proc/self/statm");
+  if (!file.open(QIODevice::ReadOnly)) return 0;
+  return file.readAll().split(' ').value(1).toLong() * ::sysconf(_SC_PAGESIZE) / (1024 * 1024);
+}
+
+}  // namespace
+
+TEST(WaitingRequest, HoldsNoMoreThanItsKeys) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  const long before = memoryHeld();
+  {
+    const platform::RunLoop::ModalSession alert(application.desktop.runLoop);
+    for (int i = 0; i < 40; ++i) {
+      const QByteArray image(8 * 1024 * 1024, static_cast<char>('a' + i % 20));
+      application.controller.notifiedOfLinkFromOsirix({"", {}, with(study("AB1"), "JPEG", image)});
+    }
+    EXPECT_LT(memoryHeld() - before, 50) << "MiB held by 40 requests of 8 MiB";
+  }
+  application.settle();
+  EXPECT_EQ(document.identifier(), "AB1");
+  EXPECT_EQ(document.calls.count("updateDisplay 0"), 40);
+}
+
+TEST(WaitingRequest, OfAbsurdLengthIsRefusedWhenItComes) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  const platform::testing::LogRecorder log;
+  const QString tooLong(1025, 'x');
+  const QList<QVariantMap> refused{
+      study(tooLong),
+      with(study("AB1"), keys::Name, tooLong),
+      with(study("AB1"), keys::OsiriXStudyID, QByteArray(65 * 1024, 'x')),
+      with(study("AB1"), keys::OsiriXStudyID, QVariantList{QVariantMap{{"a", QString(40 * 1024, 'x')}}}),
+      with(study("AB1"), keys::Name, QByteArray(65 * 1024, 'x')),
+      with(study("AB1"), keys::DateOfBirth, QVariantMap{{"a", QByteArray(65 * 1024, 'x')}})};
+  for (const QVariantMap& request : refused) {
+    application.controller.notifiedOfLinkFromOsirix({"", {}, request});
+  }
+  EXPECT_EQ(log.lines().size(), refused.size()) << "one line each, at once";
+  application.settle();
+  EXPECT_EQ(log.lines().size(), refused.size());
+  EXPECT_EQ(document.identifier(), "");
+  EXPECT_FALSE(document.isDocumentEdited());
+}
+
+TEST(WaitingRequest, OfTheGreatestLengthIsTaken) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  const QString longest(1024, 'x');
+  application.chooseStudy(
+      with(with(study(longest), keys::Name, longest), keys::OsiriXStudyID, QByteArray(32 * 1024, 'x')));
+  EXPECT_EQ(document.identifier(), longest);
+  EXPECT_EQ(document.patientName(), longest);
+}
+
+TEST(WaitingRequest, BeyondWhatAProgramHoldsIsDroppedWithOneLine) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  const platform::testing::LogRecorder log;
+  const QVariantMap large = with(study("LARGE"), keys::OsiriXStudyID, QByteArray(60 * 1024, 'x'));
+  for (int turn = 1; turn <= 2; ++turn) {
+    document.forgetCalls();
+    for (int i = 0; i < 400; ++i) application.controller.notifiedOfLinkFromOsirix({"", {}, large});
+    application.settle();
+    const auto handled = document.calls.count("updateDisplay 0");
+    EXPECT_GT(handled, 200) << "about 16 MiB of them";
+    EXPECT_LT(handled, 300);
+    EXPECT_EQ(log.lines().size(), turn) << "a line each time that it begins";
+    application.chooseStudy(study("NEXT"));
+    EXPECT_EQ(document.identifier(), "NEXT") << "there is room again";
+  }
+}
+
+TEST(WaitingRequest, IsOneOfManyThatMayWait) {
+  RecordApplication application;
+  RecordingDocument& document = application.newRecord();
+  const platform::testing::LogRecorder log;
+  for (int i = 0; i < 20001; ++i) application.controller.notifiedOfLinkFromOsirix({"", {}, study("AB1")});
+  application.settle();
+  EXPECT_EQ(document.calls.count("updateDisplay 0"), 20000);
+  EXPECT_EQ(log.lines().size(), 1);
 }

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/PropertyList.h"
+#include "platform/PropertyList.h"
 
 #include <plist/plist.h>
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTimeZone>
@@ -11,8 +12,8 @@
 #include "platform/testing/LogRecorder.h"
 #include "tests/platform/Shown.h"
 
-using platform::qt::bundleWithPath;
-using platform::qt::propertyListFromData;
+using platform::bundleWithPath;
+using platform::propertyListFromData;
 
 namespace {
 
@@ -144,6 +145,19 @@ TEST_F(Bundles, HaveTheirInformationFromEitherForm) {
     EXPECT_FALSE(bundle.objectForInfoDictionaryKey("CFBundleVersion").isValid());
     EXPECT_EQ(bundle.resourcePath(), folder.path());
   }
+}
+
+TEST_F(Bundles, MayHaveAllThatTheyHoldOneFolderDeeper) {
+  QDir(folder.path()).mkpath("Contents");
+  QFile file(folder.path() + "/Contents/Info.plist");
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(binary(info));
+  file.close();
+  EXPECT_EQ(bundleWithPath(folder.path()).bundleIdentifier(), "org.velmora.growth");
+  EXPECT_EQ(bundleWithPath(folder.path()).resourcePath(), folder.path() + "/Contents/Resources");
+  write(xml("<dict><key>CFBundleIdentifier</key><string>nearer</string></dict>"));
+  EXPECT_EQ(bundleWithPath(folder.path()).bundleIdentifier(), "nearer");
+  EXPECT_EQ(bundleWithPath(folder.path()).resourcePath(), folder.path());
 }
 
 TEST_F(Bundles, AreEmptyWithALogLineWithoutInformation) {

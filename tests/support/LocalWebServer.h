@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QUrl>
+#include <functional>
+#include <memory>
+
+namespace testing_support {
+
+/// A web server of a test's own, on this machine, that behaves as badly as the test wants. It lives on the
+/// event loop of its thread, so it answers while the test waits for something.
+class LocalWebServer {
+ public:
+  /// Sends an answer to somebody who has asked; the socket belongs to the server.
+  using Handler = std::function<void(QTcpSocket&)>;
+
+  /// What somebody sent, up to the empty line.
+  struct Request {
+    QByteArray path;
+    QList<QByteArray> headers;  ///< "Name: value", without the line of the path
+  };
+
+  enum class Connection { Open, Encrypted };
+
+  /// An encrypted one proves itself with TestCertificate.
+  explicit LocalWebServer(Connection connection = Connection::Open);
+  ~LocalWebServer();
+
+  QUrl url(const QString& path) const;
+  /// What happens to those who ask for that path. Everything else is "404 Not Found".
+  void at(const QByteArray& path, Handler handler) { handlers_.insert(path, std::move(handler)); }
+
+  const QList<Request>& requests() const { return requests_; }
+  qsizetype openConnections() const { return open_; }
+  /// How much of an answer went out, over all connections.
+  qint64 bytesSent() const { return bytesSent_; }
+
+  // Ways to behave.
+
+  /// Sends these bytes as they stand and closes the connection.
+  static Handler raw(const QByteArray& bytes);
+  /// A page, with further header lines, each ending in "\r\n".
+  static Handler page(const QByteArray& body, const QByteArray& headers = {});
+  /// No page: "404 Not Found", "500 Internal Server Error".
+  static Handler status(const QByteArray& statusAndReason, const QByteArray& headers = {});
+  static Handler redirect(const QByteArray& location, const QByteArray& statusAndReason = "302 Found");
+  /// Says nothing more after that, and keeps the connection.
+  static Handler stall(const QByteArray& bytes = {});
+  /// After the head, the same byte again and again, one every `milliseconds`, without end.
+  static Handler drip(const QByteArray& head, int milliseconds);
+  /// After the head, that many bytes, as fast as they are taken.
+  static Handler flood(const QByteArray& head, qint64 size);
+
+ private:
+  void accept();
+  void read(QTcpSocket& socket);
+
+  QString scheme_;
+  std::unique_ptr<QTcpServer> server_;
+  QMap<QByteArray, Handler> handlers_;
+  QList<Request> requests_;
+  qsizetype open_ = 0;
+  qint64 bytesSent_ = 0;
+};
+
+}  // namespace testing_support
