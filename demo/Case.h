@@ -16,6 +16,12 @@ inline const Study LaterVisit{"12/345/6", "Doe, Robin", QDate(2019, 1, 21), QDat
                               "2.25.31827665148202"};
 inline const QDate SecondExamination(2023, 11, 14);
 
+/// Two more, for the batch export.
+inline const Study SecondPatient{"22-200-2", "Roe, Alex", QDate(2023, 8, 3), QDate(2024, 9, 10),
+                                 "2.25.31827665148203"};
+inline const Study ThirdPatient{"33-300-3", "Poe, Kim", QDate(2016, 2, 18), QDate(2024, 9, 11),
+                                "2.25.31827665148204"};
+
 /// What is typed at each examination: kilograms, centimetres, centimetres.
 struct Measurements {
   QString weight, height, head;
@@ -24,6 +30,7 @@ inline const Measurements First{"14.6", "97.2", "50.1"};
 inline const Measurements Second{"17.6", "107.8", "50.9"};
 inline const Measurements Third{"20.9", "118.4", "51.5"};
 inline const QString CorrectedWeight = "21.8";  // of the third
+inline const QString FinalWeight = "21.4";      // and corrected again
 
 /// How the identifier must read in the application and in file names.
 inline const QString SavedIdentifier = "12-345-6";

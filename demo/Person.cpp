@@ -17,6 +17,11 @@ QSize SeenWindow::size(const QString& widgetName) const {
   return QSize(qRound(geometry[2].toInt() * pixelRatio()), qRound(geometry[3].toInt() * pixelRatio()));
 }
 
+QRect SeenWindow::place() const {
+  const QJsonArray geometry = description_["geometry"].toArray();
+  return QRect(geometry[0].toInt(), geometry[1].toInt(), geometry[2].toInt(), geometry[3].toInt());
+}
+
 QStringList SeenWindow::buttons() const {
   QStringList result;
   const QJsonArray widgets = description_["widgets"].toArray();
@@ -98,9 +103,13 @@ void Person::press(const SeenWindow& window, const QString& button) {
   must("to press \"" + button + '"', {{"do", "click"}, {"window", window.id()}, {"button", button}});
 }
 
-void Person::choose(const SeenWindow& window, const QString& menu, const QString& entry) {
+SeenWindow Person::open(const SeenWindow& window, const QString& menu) {
   must("to open the menu " + menu, {{"do", "click"}, {"window", window.id()}, {"menu", menu}});
-  const SeenWindow popup = waitFor("the menu " + menu, [](const SeenWindow& seen) { return seen.isMenu(); });
+  return waitFor("the menu " + menu, [](const SeenWindow& seen) { return seen.isMenu(); });
+}
+
+void Person::choose(const SeenWindow& window, const QString& menu, const QString& entry) {
+  const SeenWindow popup = open(window, menu);
   must("to choose " + menu + " > " + entry, {{"do", "click"}, {"window", popup.id()}, {"item", entry}});
 }
 
@@ -141,18 +150,32 @@ void Person::typeOver(const SeenWindow& window, const QString& field, const QStr
   must("to leave the field", {{"do", "key"}, {"key", "Tab"}});
 }
 
+void Person::press(const QString& keys) { must("to press " + keys, {{"do", "key"}, {"key", keys}}); }
+
 void Person::pick(const SeenWindow& window, const QString& list, const QString& entry) {
-  click(window, list);
-  waitFor("the list of " + list, [](const SeenWindow& seen) { return seen.isPopup(); });
-  must("to type", {{"do", "type"}, {"text", entry}});
-  must("to choose", {{"do", "key"}, {"key", "Return"}});
+  const qsizetype place = window.widget(list)["items"].toVariant().toStringList().indexOf(entry);
+  if (place < 0) throw Differs(entry + " in " + list, window.summary());
+  pick(window, list, place);
   waitFor(list + " to show " + entry,
           [&](const SeenWindow& seen) { return seen.id() == window.id() && seen.text(list) == entry; });
+}
+
+// With the arrow keys: what is typed would run together with what was typed into the list a moment ago.
+void Person::pick(const SeenWindow& window, const QString& list, qsizetype place) {
+  click(window, list);
+  waitFor("the list of " + list, [](const SeenWindow& seen) { return seen.isPopup(); });
+  press("Home");
+  for (; place > 0; --place) press("Down");
+  press("Return");
 }
 
 void Person::picture(const SeenWindow& window, const QString& widget, const QString& file) {
   must("a picture of " + widget,
        {{"do", "picture"}, {"window", window.id()}, {"widget", widget}, {"file", file}});
+}
+
+void Person::picture(const SeenWindow& window, const QString& file) {
+  must("a picture of " + window.name(), {{"do", "picture"}, {"window", window.id()}, {"file", file}});
 }
 
 }  // namespace demo

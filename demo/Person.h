@@ -4,6 +4,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QPoint>
+#include <QRect>
 #include <QSize>
 #include <QString>
 #include <functional>
@@ -22,6 +23,8 @@ class SeenWindow {
   QString name() const { return description_["name"].toString(); }
   QString title() const { return description_["title"].toString(); }
   bool active() const { return description_["active"].toBool(); }
+  /// Where it is on the screen, without its frame.
+  QRect place() const;
   /// A popped-up list or menu.
   bool isPopup() const { return description_["popup"].toBool(); }
   bool isMenu() const { return isPopup() && description_.contains("items"); }
@@ -39,6 +42,8 @@ class SeenWindow {
   QStringList buttons() const;
   /// In a few words, for a message.
   QString summary() const;
+  /// All of it, as the probe says it.
+  const QJsonObject& description() const { return description_; }
 
  private:
   QJsonObject description_;
@@ -65,7 +70,10 @@ class Person {
   SeenWindow answer(const QString& message, const QString& button, double seconds = 5);
   /// Presses the button with that text.
   void press(const SeenWindow& window, const QString& button);
-  /// Opens a menu of the window's menu bar and picks an entry.
+  /// Opens a menu of the window's menu bar, and gives it.
+  SeenWindow open(const SeenWindow& window, const QString& menu);
+  /// Opens a menu of the window's menu bar and picks an entry. Menus and entries go by their texts or,
+  /// whatever the language, by their object names.
   void choose(const SeenWindow& window, const QString& menu, const QString& entry);
   /// Presses a named button.
   void click(const SeenWindow& window, const QString& widget);
@@ -77,11 +85,15 @@ class Person {
   void enter(const SeenWindow& window, const QString& field, const QString& text);
   /// Types over what is in the field that has the keyboard already, and leaves it with the tab key.
   void typeOver(const SeenWindow& window, const QString& field, const QString& text);
-  /// Picks an entry of a pop-up list by typing it.
+  /// Strokes keys, as QKeySequence names them.
+  void press(const QString& keys);
+  /// Picks an entry of a pop-up list, by its text or its place; the first has place 0.
   void pick(const SeenWindow& window, const QString& list, const QString& entry);
+  void pick(const SeenWindow& window, const QString& list, qsizetype place);
 
-  /// Draws a widget as it is now into a file.
+  /// Draws a widget, or the whole window, as it is now into a file.
   void picture(const SeenWindow& window, const QString& widget, const QString& file);
+  void picture(const SeenWindow& window, const QString& file);
 
  private:
   void must(const QString& what, QJsonObject command);

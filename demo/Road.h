@@ -3,6 +3,7 @@
 
 #include <QPoint>
 #include <QString>
+#include <QVariant>
 #include <memory>
 
 #include "demo/Application.h"
@@ -23,7 +24,8 @@ struct Cast {
 };
 
 /// The road of one study, played step by step with the real parts: from the viewer into a record, through two
-/// examinations and the chart back to the viewer, into the save folder, and back again.
+/// examinations and the chart back to the viewer, into the save folder, and back again; on the way the
+/// windows of the settings and of the batch export.
 ///
 /// Each step throws Differs when something is otherwise than it must be.
 class Road {
@@ -39,15 +41,24 @@ class Road {
   void startForTheFirstTime();
   void fillFromTheViewer();
   void recordTwoExaminations();
+  void sendChartsToTheViewer();
+  void installThePlugin();
   void exportToTheViewer();
   void closeAndSave();
   void reopenFromTheViewer();
   void exportToTheFolder();
+  void exportThreeRecords();
   void startAgain();
+  void startWithAFailingScript();
 
   void start();
   void exportChart();
-  void setExportToOsiriX(bool on);
+  SeenWindow openPreferences();
+  void endPreferences(const QString& button);
+  QVariant stored(const QString& setting);
+  void recordAnotherPatient(const Study& study, const QString& weight);
+  void prepareTheSaveFolder();
+  void lookThePatientUp(const QString& weight, const QString& shot);
   void checkPicture(const QByteArray& jpeg, const QSize& size);
   void checkReply(const Viewer::Reply& reply, const QSize& size);
   void checkBothExaminationsInTheChart();

@@ -6,7 +6,6 @@
 #include <QFile>
 #include <QImage>
 #include <QJsonDocument>
-#include <QSettings>
 
 #include "demo/Case.h"
 #include "demo/ChartPicture.h"
@@ -25,7 +24,6 @@ QByteArray contentsOf(const QString& path) {
 }  // namespace
 
 void Road::exportToTheViewer() {
-  setExportToOsiriX(true);
   viewer_.listen(2);
   const SeenWindow document = application_->document();
   const QSize size = document.size("tabView");
@@ -68,8 +66,12 @@ void Road::exportToTheViewer() {
 }
 
 void Road::exportToTheFolder() {
-  setExportToOsiriX(false);
-  SeenWindow document = application_->document();
+  const SeenWindow preferences = openPreferences();
+  person().pick(preferences, "exportToPopUp", "A folder");
+  endPreferences("OK");
+  expect(!stored("Export to OsiriX").toBool(), "the setting \"Export to OsiriX\" off", "on");
+  report_.saw("the preferences send charts to the folder");
+  const SeenWindow document = application_->document();
   person().chooseTab(document, "tabView", "Weight");
   const QString folder = stage_.home() + "/Desktop";
   const QString name = SavedIdentifier + " Weight.jpg";
@@ -131,18 +133,6 @@ void Road::checkReply(const Viewer::Reply& reply, const QSize& size) {
 }
 
 void Road::exportChart() { person().choose(application_->document(), "File", "Export"); }
-
-// There is no window for this setting; it is written where the application keeps its settings, which it reads
-// at every use.
-void Road::setExportToOsiriX(bool on) {
-  QSettings settings(stage_.home() + "/.config/" + cast_.applicationIdentifier + ".conf",
-                     QSettings::IniFormat);
-  expect(QFile::exists(settings.fileName()), "the application's settings in " + settings.fileName(),
-         "no file");
-  settings.setValue("Export to OsiriX", on);
-  settings.sync();
-  expect(settings.status() == QSettings::NoError, "to write " + settings.fileName(), "it failed");
-}
 
 void Road::checkPicture(const QByteArray& jpeg, const QSize& size) {
   expect(

@@ -52,7 +52,7 @@ QByteArray busConfiguration(const QString& socketFolder) {
 
 }  // namespace
 
-Stage::Stage(Report& report, Screen screen, const QString& program)
+Stage::Stage(Report& report, Screen screen, const QString& program, const QString& locale)
     : report_(report), environment_(QProcessEnvironment::systemEnvironment()) {
   if (!folder_.isValid()) throw Differs("a temporary folder", folder_.errorString());
   for (const char* path : {"home/Desktop", "home/Documents", "runtime"})
@@ -65,8 +65,7 @@ Stage::Stage(Report& report, Screen screen, const QString& program)
   if (users && !environment_.contains("XAUTHORITY") && QFile::exists(QDir::homePath() + "/.Xauthority"))
     environment_.insert("XAUTHORITY", QDir::homePath() + "/.Xauthority");
 
-  // A user whose whole world is the empty home folder. English texts and dates, whatever the machine's
-  // language is.
+  // A user whose whole world is the empty home folder, and whose language is not the machine's.
   for (const char* name : {"LANGUAGE", "LANG", "XDG_CURRENT_DESKTOP", "XDG_SESSION_TYPE", "WAYLAND_DISPLAY",
                            "QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE", "QT_SCALE_FACTOR", "SESSION_MANAGER"})
     environment_.remove(name);
@@ -76,7 +75,7 @@ Stage::Stage(Report& report, Screen screen, const QString& program)
   environment_.insert("XDG_STATE_HOME", home() + "/.local/state");
   environment_.insert("XDG_CACHE_HOME", home() + "/.cache");
   environment_.insert("XDG_RUNTIME_DIR", folder_.path() + "/runtime");
-  environment_.insert("LC_ALL", "C.UTF-8");
+  environment_.insert("LC_ALL", locale + ".UTF-8");
   environment_.insert("QT_QPA_PLATFORM", "xcb");
 
   startBus();
@@ -90,6 +89,13 @@ Stage::~Stage() {
   windowManager_.reset();
   virtualScreen_.reset();
   bus_.reset();
+}
+
+void Stage::installDesktopEntry(const QString& identifier, const QString& name) const {
+  const QString folder = home() + "/.local/share/applications";
+  if (!QDir().mkpath(folder)) throw Differs("to make " + folder, "it was not possible");
+  write(folder + '/' + identifier + ".desktop",
+        "[Desktop Entry]\nType=Application\nName=" + name.toUtf8() + "\nExec=/bin/false\n");
 }
 
 void Stage::startBus() {

@@ -19,14 +19,18 @@ class Stage {
  public:
   enum class Screen { UsersOrVirtual, Virtual };
 
-  /// Sets everything up; throws with the reason when a part is missing. `program` is this program's own path.
-  Stage(Report& report, Screen screen, const QString& program);
+  /// Sets everything up; throws with the reason when a part is missing. `program` is this program's own path,
+  /// `locale` the language that the programs on the stage are told, as in "de_DE".
+  Stage(Report& report, Screen screen, const QString& program, const QString& locale = "C");
   ~Stage();
 
   /// The home folder: "<home>/Desktop" and "<home>/Documents" exist, nothing else does.
   QString home() const { return folder_.path() + "/home"; }
   /// A folder beside the home folder, for sockets and the like.
   QString workFolder() const { return folder_.path(); }
+  /// Puts the desktop entry of a program with that identifier into the home folder: for the desktop, and for
+  /// whoever asks it, the program is then installed.
+  void installDesktopEntry(const QString& identifier, const QString& name) const;
   /// What a program on this stage is started with.
   const QProcessEnvironment& environment() const { return environment_; }
   /// "virtual screen :99, 1280 x 1024, openbox" or "the user's screen :0".

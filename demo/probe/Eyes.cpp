@@ -2,6 +2,7 @@
 #include "demo/probe/Eyes.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
@@ -12,6 +13,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPixmap>
+#include <QPlainTextEdit>
 #include <QScreen>
 #include <QTabBar>
 #include <QTabWidget>
@@ -46,17 +48,37 @@ bool isOnScreen(const QWidget* window) {
          window->windowHandle()->isExposed();
 }
 
+// Its own, or that of the menu it opens.
+QString nameOf(const QAction* action) {
+  const QMenu* opens = action->menu<QMenu*>();
+  return opens ? opens->objectName() : action->objectName();
+}
+
 // As it is shown: Qt's mark for unsaved changes is a place holder.
 QString titleOf(const QWidget* window) {
   return window->windowTitle().replace("[*]", window->isWindowModified() ? "*" : "");
 }
 
+// The underlined letter, which the keyboard goes by.
+QString mnemonicOf(const QString& text) {
+  for (qsizetype i = 0; i + 1 < text.size(); ++i) {
+    if (text[i] != u'&') continue;
+    if (text[++i] != u'&') return text.mid(i, 1).toLower();
+  }
+  return {};
+}
+
 QJsonArray entries(const QWidget* menu) {
   QJsonArray result;
+  const auto* popup = qobject_cast<const QMenu*>(menu);
   const QList<QAction*> actions = menu->actions();
   for (const QAction* action : actions) {
     if (action->isSeparator() || !action->isVisible()) continue;
-    QJsonObject entry{{"text", withoutMnemonic(action->text())}, {"enabled", action->isEnabled()}};
+    QJsonObject entry{{"text", withoutMnemonic(action->text())},
+                      {"name", nameOf(action)},
+                      {"mnemonic", mnemonicOf(action->text())},
+                      {"enabled", action->isEnabled()}};
+    if (popup && popup->activeAction() == action) entry["current"] = true;
     if (action->isCheckable()) entry["checked"] = action->isChecked();
     result.append(entry);
   }
@@ -64,11 +86,18 @@ QJsonArray entries(const QWidget* menu) {
 }
 
 void describeContent(const QWidget* widget, QJsonObject& to) {
-  if (const auto* label = qobject_cast<const QLabel*>(widget)) to["text"] = label->text();
+  if (const auto* label = qobject_cast<const QLabel*>(widget)) {
+    to["text"] = label->text();
+    if (label->buddy()) {
+      to["buddy"] = label->buddy()->objectName();
+      to["mnemonic"] = mnemonicOf(label->text());
+    }
+  }
   if (const auto* edit = qobject_cast<const QLineEdit*>(widget)) {
     to["text"] = edit->text();
     to["readOnly"] = edit->isReadOnly();
   }
+  if (const auto* edit = qobject_cast<const QPlainTextEdit*>(widget)) to["text"] = edit->toPlainText();
   if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) {
     to["text"] = withoutMnemonic(button->text());
     if (button->isCheckable()) to["checked"] = button->isChecked();
@@ -92,11 +121,14 @@ QJsonArray widgetsOf(const QWidget* window) {
   const auto children = window->findChildren<QWidget*>();
   for (const QWidget* widget : children) {
     if (widget->window() != window || !widget->isVisible()) continue;
-    if (!isNamed(widget) && !qobject_cast<const QAbstractButton*>(widget)) continue;
+    const bool isButton = qobject_cast<const QAbstractButton*>(widget) != nullptr;
+    // Whoever has passed the keyboard on has the focus in Qt's eyes, too.
+    const bool hasFocus = widget->hasFocus() && !widget->focusProxy();
+    if (!isNamed(widget) && !isButton && !hasFocus) continue;
     QJsonObject entry{{"name", widget->objectName()},
                       {"class", className(widget)},
                       {"enabled", widget->isEnabled()},
-                      {"focus", widget->hasFocus()},
+                      {"focus", hasFocus},
                       {"geometry", rectangle(QRect(widget->mapTo(window, QPoint()), widget->size()))}};
     describeContent(widget, entry);
     result.append(entry);
@@ -104,10 +136,17 @@ QJsonArray widgetsOf(const QWidget* window) {
   return result;
 }
 
-QAction* visibleAction(const QWidget* of, const QString& text) {
+// By its text or, for whoever cannot read the language, by its own name or that of the menu it opens.
+bool isCalled(const QAction* action, const QString& name) {
+  const QMenu* opens = action->menu<QMenu*>();
+  return withoutMnemonic(action->text()) == name || action->objectName() == name ||
+         (opens && opens->objectName() == name);
+}
+
+QAction* visibleAction(const QWidget* of, const QString& name) {
   const QList<QAction*> actions = of->actions();
   for (QAction* action : actions)
-    if (action->isVisible() && withoutMnemonic(action->text()) == text) return action;
+    if (action->isVisible() && isCalled(action, name)) return action;
   return nullptr;
 }
 
@@ -129,6 +168,16 @@ Target buttonIn(const QWidget* window, const QString& text) {
     if (button->window() == window && button->isVisible() && withoutMnemonic(button->text()) == text)
       return middleOf(button);
   return failure("no button \"" + text + "\"");
+}
+
+// A popped-up list is told by its view, the pop-up list that it belongs to is not in it.
+Target rowIn(const QWidget* window, const QString& text) {
+  auto* view = window->findChild<QAbstractItemView*>();
+  for (int row = 0; view && row < view->model()->rowCount(); ++row) {
+    const QModelIndex index = view->model()->index(row, 0);
+    if (index.data().toString() == text) return {view->viewport(), view->visualRect(index).center(), {}};
+  }
+  return failure("no row \"" + text + "\"");
 }
 
 Target tabIn(QWidget* widget, const QString& label) {
@@ -194,8 +243,10 @@ Target Eyes::find(const QJsonObject& request) {
   if (!window || !window->isVisible()) return failure("no such window");
   if (request.contains("menu")) return actionIn(window->findChild<QMenuBar*>(), request["menu"].toString());
   if (request.contains("item")) return actionIn(qobject_cast<QMenu*>(window), request["item"].toString());
+  if (request.contains("row")) return rowIn(window, request["row"].toString());
   if (request.contains("button")) return buttonIn(window, request["button"].toString());
 
+  if (!request.contains("widget")) return middleOf(window);
   const QString name = request["widget"].toString();
   QWidget* widget = window->objectName() == name ? window : window->findChild<QWidget*>(name);
   if (!widget) return failure("no widget \"" + name + "\"");

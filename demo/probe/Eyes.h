@@ -26,20 +26,23 @@ class Eyes {
   /// Every visible window: "id" (its own for as long as it lives), "name" (its own object name, else that of
   /// the first named thing in it), "class", "title", "active", "modal", "popup", "geometry" [x, y, width,
   /// height], "pixelRatio", "edited". A message box has "alert" {"text", "information"}, a file panel
-  /// "panel". "widgets" lists what is in it and visible: "name", "class", "enabled", "focus", "geometry" (in
-  /// the window) and, where it has them, "text", "readOnly", "checked", "items", "tabs", "current". "menus"
-  /// are the entries of the menu bar, "items" those of a popped-up menu.
+  /// "panel". "widgets" lists what is in it, visible, and has a name, is a button or has the focus: "name",
+  /// "class", "enabled", "focus", "geometry" (in the window) and, where it has them, "text", "readOnly",
+  /// "checked", "items", "tabs", "current"; a label the "buddy" that its "mnemonic" leads to. "menus" are the
+  /// entries of the menu bar, "items" those of a popped-up menu: "text", "name", "mnemonic", "enabled" and,
+  /// where they are so, "checked" and "current".
   QJsonArray windows();
   /// The short form: id, name, class and title.
   QJsonObject identity(QWidget* window);
 
-  /// The place that a request points at. "window" is a window's id; in it, one of
+  /// The place that a request points at. "window" is a window's id; in it, nothing for its middle, or one of
   ///   "widget"           the middle of the widget with that object name
   ///   "widget", "at"     a point [x, y] of it
   ///   "widget", "tab"    the tab of that label
   ///   "button"           the middle of the push button with that text
-  ///   "menu"             the menu bar's entry of that text
-  ///   "item"             the entry of that text of a popped-up menu
+  ///   "row"              the row with that text of a popped-up list
+  ///   "menu"             the menu bar's entry of that text, or whose menu has that object name
+  ///   "item"             the entry of that text or object name of a popped-up menu
   Target find(const QJsonObject& request);
 
   /// Draws every visible window into "folder/prefix<name>.png"; gives {"files": [...]} or {"error"}.

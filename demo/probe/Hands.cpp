@@ -82,6 +82,16 @@ QString obstacle(const Target& target) {
   return {};
 }
 
+QJsonObject placeOnScreen(const Target& target) {
+  if (const QString error = obstacle(target); !error.isEmpty()) return {{"error", error}};
+  const QWidget* window = target.widget->window();
+  const QPoint at = target.widget->mapToGlobal(target.point);
+  if (QGuiApplication::topLevelAt(at) != window->windowHandle())
+    return {{"error", named(window) + " is covered by another window"}};
+  const QPointF pixel = QPointF(at) * window->devicePixelRatio();
+  return {{"at", QJsonArray{qRound(pixel.x()), qRound(pixel.y())}}};
+}
+
 void Hands::click(const QJsonObject& target, Done done) {
   Job job;
   job.done = std::move(done);

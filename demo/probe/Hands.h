@@ -56,4 +56,9 @@ class Hands : public QObject {
 /// Why a person could not click there now; empty when one could.
 QString obstacle(const Target& target);
 
+/// For a pointer that is moved from outside: {"at": [x, y]}, the target's place on the screen in its pixels,
+/// or
+/// {"error"} when a click there would go elsewhere, to another window too.
+QJsonObject placeOnScreen(const Target& target);
+
 }  // namespace demo::probe

@@ -3,10 +3,12 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QKeySequence>
 #include <QLocalSocket>
+#include <QStyleHints>
 #include <QWidget>
 #include <chrono>
 #include <cstdio>
@@ -49,6 +51,8 @@ void ProbeServer::accept() {
     return;
   }
   driver_ = socket;
+  // A cursor that comes and goes would make two pictures of the same thing differ.
+  QGuiApplication::styleHints()->setCursorFlashTime(0);
   connect(socket, &QLocalSocket::readyRead, this, [this] { readLines(); });
   connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
   for (const QByteArray& line : std::as_const(unsent_)) socket->write(line);
@@ -75,6 +79,7 @@ QJsonObject ProbeServer::answer(const QJsonObject& request, bool& later) {
   if (command == "shots")
     return eyes_.takePictures(request["folder"].toString(), request["prefix"].toString());
   if (command == "screen") return eyes_.takeScreen(request["file"].toString());
+  if (command == "where") return placeOnScreen(eyes_.find(request));
   if (command == "picture") return eyes_.takePicture(request, request["file"].toString());
 
   const QJsonValue id = request["id"];

@@ -22,11 +22,14 @@ namespace demo::probe {
 /// One JSON object a line each way. A request is {"id": n, "do": command, ...}; its answer is {"id": n, "ok":
 /// true, ...} or {"id": n, "ok": false, "error": text}. The commands:
 ///
-///   windows   every visible window with what is in it ("windows", see Eyes), and the window that has the
-///   focus click     a left click on a target (see Target) type      "text", a key stroke for each character,
-///   to the widget that has the focus key       "key" (as QKeySequence names it: "Tab", "Ctrl+A"), to the
-///   widget that has the focus shots     a picture of every visible window, as "folder"/"prefix"<window>.png
-///   ("files") picture   a picture of one target widget, as "file"
+/// - windows: every visible window with what is in it ("windows", see Eyes), and which has the focus.
+/// - click: a left click on a target (see Target).
+/// - where: the place of a target on the screen ("at"), for a click that comes through the window system.
+/// - type: "text", a key stroke for each character, to the widget that has the focus.
+/// - key: "key" (as QKeySequence names it: "Tab", "Ctrl+A"), to the widget that has the focus.
+/// - shots: a picture of every visible window, as "folder"/"prefix"<window>.png ("files").
+/// - screen: a picture of the whole screen, as "file".
+/// - picture: a picture of one target widget, as "file".
 ///
 /// The answer to click, type and key comes when the program has dealt with the last of the events, or is
 /// inside a dialog that one of them opened. A line without an "id" is news: {"news": "shown" or "hidden",
