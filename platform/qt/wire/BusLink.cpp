@@ -2,11 +2,13 @@
 #include "platform/qt/wire/BusLink.h"
 
 #include <QDBusConnection>
+#include <QLibrary>
 #include <QMetaObject>
 #include <QTimer>
 #include <algorithm>
 #include <atomic>
 #include <future>
+#include <limits>
 #include <utility>
 
 #include "platform/qt/wire/BusReceiver.h"
@@ -26,6 +28,18 @@ constexpr std::chrono::milliseconds LongestDelay{30000};
 QString nextConnectionName() {
   static std::atomic<int> last{0};
   return QStringLiteral("velmora-distributed-%1").arg(++last);
+}
+
+/// Lets the connection read on however much waits to be delivered. Of itself the bus library stops reading at
+/// 63 MiB and goes on when a message has been let go; but where that happens on this thread, QtDBus cannot
+/// turn its socket notifier on again, which lives on another, and the connection is deaf for good (seen with
+/// two requests of 40 MiB, Qt 6.4.2). What waits stays little all the same, since this thread does nothing
+/// but receive.
+void neverStopReading(const QDBusConnection& bus) {
+  using SetMaxReceivedSize = void (*)(void* connection, long size);
+  const auto setMaxReceivedSize = reinterpret_cast<SetMaxReceivedSize>(
+      QLibrary::resolve(QStringLiteral("dbus-1"), 3, "dbus_connection_set_max_received_size"));
+  if (setMaxReceivedSize) setMaxReceivedSize(bus.internalPointer(), std::numeric_limits<long>::max());
 }
 
 QString title(const QString& name, const QString& object) {
@@ -144,6 +158,7 @@ QString BusLink::connectToBus() {
     return error.isEmpty() ? QStringLiteral("it hung up") : error;
   }
   bus_ = std::make_unique<QDBusConnection>(bus);
+  neverStopReading(bus);
   // Being told is a delivery, within which the receiver must not go.
   receiver_ = std::make_unique<BusReceiver>([this](const QDBusMessage& signal) { arrived(signal); },
                                             [this] { enqueue([this] { usable(); }); });
