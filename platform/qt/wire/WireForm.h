@@ -23,7 +23,8 @@ inline const QString Member = QStringLiteral("Notification");
 inline const QString Signature = QStringLiteral("ssa{sv}");
 
 /// Larger messages are refused on both sides, in bytes. Far above any chart, and far enough below the limits
-/// of the bus library, where arrays above 64 MiB stall the sender and 63 MiB unread silence a receiver.
+/// of the bus library, where arrays above 64 MiB stall the sender, and 63 MiB unread silence a receiver that
+/// does not know how to read on.
 inline constexpr qint64 MaximumSize = 32LL * 1024 * 1024;
 
 /// How many lists and dictionaries may lie within each other, the details themselves included. The bus throws
