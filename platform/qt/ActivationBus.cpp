@@ -24,7 +24,7 @@ const QString NameHasNoOwnerError = QStringLiteral("org.freedesktop.DBus.Error.N
 const QString EndingError = QStringLiteral("org.velmora.Error.Ending");
 const QString FullError = QStringLiteral("org.velmora.Error.Full");
 
-// D-Bus specification 0.41, RequestName.
+// Of RequestName (freedesktop.org, D-Bus 0.41).
 constexpr uint DoNotQueue = 4;
 constexpr uint PrimaryOwner = 1;
 constexpr uint InQueue = 2;

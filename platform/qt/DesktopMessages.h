@@ -10,7 +10,7 @@
 namespace platform::qt {
 
 /// How requests travel on the session bus: the interface org.freedesktop.Application (freedesktop.org,
-/// Desktop Entry Specification 1.5, section 8) of the object whose path is the application's identifier with
+/// Desktop Entry 1.5, section 8) of the object whose path is the application's identifier with
 /// slashes for dots. Printing is its action "print", whose arguments are locations, singly or as lists.
 ///
 /// Whatever comes from the bus is somebody else's word: a call of another shape is refused, and what is no
