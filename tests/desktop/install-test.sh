@@ -9,7 +9,7 @@ trap 'rm -rf "$prefix"' EXIT
 id=org.velmora.growth
 
 for program in desktop-file-validate appstreamcli; do
-  command -v "$program" >/dev/null || { echo "$program is not installed" && exit 77; }
+  command -v "$program" >/dev/null || { echo "$program is not installed" && exit 1; }
 done
 
 cmake --install "$build" --component desktop --prefix "$prefix/a place" >/dev/null
