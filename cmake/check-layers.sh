@@ -51,7 +51,7 @@ complain 'velmora/stats knows nothing but the standard library' < <(includes vel
 may_only velmora/osirix/LinkProtocol.h '$^'
 may_only apps '(apps/|velmora/|orv/|platform/[^/]*$|platform/qt/)'
 may_only bridge '(bridge/|platform/qt/wire/|velmora/osirix/LinkProtocol\.h$)'
-may_only demo 'demo/'
+may_only demo '(demo/|bridge/dicom/Study\.h$|tests/bridge/(orthanc|page)/)'
 
 # A path that begins in the project's folder is the only one that the rules above can judge.
 complain 'give the path from the folder of the project' \

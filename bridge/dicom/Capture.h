@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+
+#include "bridge/dicom/Study.h"
+
+namespace bridge {
+
+/// By these a chart's series is recognised in the archive: Manufacturer (0008,0070) of every chart, and the
+/// application that drew it as Manufacturer's Model Name (0008,1090). The same two stand as Secondary Capture
+/// Device Manufacturer (0018,1016) and Secondary Capture Device Manufacturer's Model Name (0018,1018).
+inline const QString CaptureManufacturer = QStringLiteral("Velmora");
+
+/// Secondary Capture Image Storage (PS3.4 B.5).
+inline const QString CaptureSopClassUID = QStringLiteral("1.2.840.10008.5.1.4.1.1.7");
+/// JPEG Baseline (Process 1) (PS3.5 A.4.1).
+inline const QString CaptureTransferSyntaxUID = QStringLiteral("1.2.840.10008.1.2.4.50");
+
+/// Charts are far smaller; what is larger is no chart.
+inline constexpr qsizetype MostJpegBytes = 256LL * 1024 * 1024;
+
+/// What makes one chart one DICOM object. Decided once, when the reply arrives, and kept with it: a chart
+/// that is sent twice is the same object.
+struct CaptureIdentity {
+  QString sopInstanceUID;     ///< under 2.25
+  QString seriesInstanceUID;  ///< under 2.25; the same for all charts of one study and application
+  int instanceNumber = 1;
+  int seriesNumber = 0;
+  QDateTime captured;  ///< when the chart arrived, with its offset from UTC
+};
+
+/// A chart as an application sent it.
+struct Chart {
+  QByteArray jpeg;      ///< baseline JPEG, kept as it is
+  QString description;  ///< becomes the Series Description
+  QString application;  ///< the bundle identifier of the application that drew it
+};
+
+struct CaptureResult {
+  QByteArray file;  ///< a DICOM file with its meta header, transfer syntax JPEG Baseline (Process 1)
+  QString error;    ///< why there is none; null when there is one
+  bool ok() const { return error.isNull(); }
+};
+
+/// The Secondary Capture Image (PS3.3 A.8.1) of a chart, in the study that it belongs to. The same arguments
+/// give the same bytes.
+///
+/// What identifies the study and the patient is written as the study has it or not at all: without a valid
+/// Study Instance UID, or with a Patient ID that DICOM does not allow, there is no object, since the archive
+/// would file it under another patient; an accession number or study ID too long for DICOM is left empty,
+/// since a part of it would name another order. Names and descriptions are cleaned and cut.
+CaptureResult secondaryCapture(const Study& study, const Chart& chart, const CaptureIdentity& identity);
+
+/// A UID under 2.25 from a random UUID (PS3.5 B.2).
+QString newUid();
+/// A UID under 2.25 that is the same for the same text: a version 5 UUID of it.
+QString uidOf(const QString& text);
+
+}  // namespace bridge

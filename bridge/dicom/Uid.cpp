@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include <QUuid>
+
+#include "bridge/dicom/Capture.h"
+
+namespace bridge {
+namespace {
+
+/// The UUID as one whole number in decimal digits, after "2.25." (PS3.5 B.2; ITU-T X.667, 6.3).
+QString uidFrom(const QUuid& uuid) {
+  const QByteArray bytes = uuid.toRfc4122();
+  QByteArray digits(1, '\0');  // values 0 to 9, the last digit first
+  for (const char byte : bytes) {
+    int carry = static_cast<unsigned char>(byte);
+    for (char& digit : digits) {
+      carry += digit * 256;
+      digit = static_cast<char>(carry % 10);
+      carry /= 10;
+    }
+    for (; carry > 0; carry /= 10) digits.append(static_cast<char>(carry % 10));
+  }
+  QString uid = QStringLiteral("2.25.");
+  for (auto digit = digits.crbegin(); digit != digits.crend(); ++digit) {
+    uid += QChar::fromLatin1(static_cast<char>('0' + *digit));
+  }
+  return uid;
+}
+
+}  // namespace
+
+QString newUid() { return uidFrom(QUuid::createUuid()); }
+
+QString uidOf(const QString& text) {
+  // The name space of the UIDs of this system; changing it would give every series a second one.
+  static const QUuid names(QStringLiteral("{6a1d2c0e-4f0b-4f7e-9f6b-7c1b8d3f52a4}"));
+  return uidFrom(QUuid::createUuidV5(names, text));
+}
+
+}  // namespace bridge
