@@ -1,0 +1,284 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "bridge/pacs/DimseAssociation.h"
+
+#include <dcmtk/dcmdata/dcostrmb.h>
+#include <dcmtk/dcmnet/dcmtrans.h>
+#include <dcmtk/dcmnet/diutil.h>
+#include <dcmtk/oflog/oflog.h>
+#include <signal.h>
+
+#include <QtEndian>
+#include <algorithm>
+#include <vector>
+
+namespace bridge {
+
+namespace {
+
+constexpr long LargestPdu = 131072;  // the most that the toolkit receives at once
+/// An association's terms take some hundred bytes; a query's answers as many as are looked at.
+constexpr qint64 MostOfTerms = 1024 * 1024;
+constexpr qint64 MostOfAnswers = (Pacs::MostStudies + 1) * qint64(DimseAssociation::LargestAnswer + 4096);
+constexpr std::chrono::seconds GoodBye{5};
+
+PacsResult tryAgain(const QString& reason) { return {PacsResult::Outcome::TryAgain, reason}; }
+
+void setUpOnce() {
+  [[maybe_unused]] static const bool done = [] {
+    OFLog::configure(OFLogger::OFF_LOG_LEVEL);
+    // An archive that hangs up while we write must not end the program.
+    ::signal(SIGPIPE, SIG_IGN);
+    return true;
+  }();
+}
+
+T_ASC_PresentationContextID contextAt(int place) {
+  return static_cast<T_ASC_PresentationContextID>(2 * place + 1);  // odd by PS3.8 9.3.2.2
+}
+
+void append(QByteArray& set, quint16 number, QByteArray value) {
+  if (value.size() % 2 != 0) value.append('\0');
+  QByteArray header(8, '\0');  // implicit little endian, group 0000
+  qToLittleEndian<quint16>(number, header.data() + 2);
+  qToLittleEndian<quint32>(static_cast<quint32>(value.size()), header.data() + 4);
+  set += header + value;
+}
+
+void append(QByteArray& set, quint16 number, quint16 value) {
+  QByteArray bytes(2, '\0');
+  qToLittleEndian<quint16>(value, bytes.data());
+  append(set, number, bytes);
+}
+
+/// The command set of a request (PS3.7 9.3 and E.1).
+QByteArray commandSet(const DimseRequest& request, quint16 message, bool hasDataset) {
+  QByteArray set;
+  append(set, 0x0002, request.sopClassUID);
+  append(set, 0x0100, static_cast<quint16>(request.command));
+  append(set, 0x0110, message);
+  if (request.command != DIMSE_C_ECHO_RQ) append(set, 0x0700, static_cast<quint16>(DIMSE_PRIORITY_MEDIUM));
+  append(set, 0x0800, static_cast<quint16>(hasDataset ? DIMSE_DATASET_PRESENT : DIMSE_DATASET_NULL));
+  if (!request.sopInstanceUID.isEmpty()) append(set, 0x1000, request.sopInstanceUID);
+  QByteArray length(4, '\0');
+  qToLittleEndian<quint32>(static_cast<quint32>(set.size()), length.data());
+  QByteArray whole;
+  append(whole, 0x0000, length);
+  return whole + set;
+}
+
+bool isOneOf(const OFCondition& condition, std::initializer_list<OFConditionConst> conditions) {
+  return std::any_of(conditions.begin(), conditions.end(),
+                     [&](const OFConditionConst& each) { return condition == each; });
+}
+
+}  // namespace
+
+DimseAssociation::DimseAssociation(const PacsSettings& settings) : settings_(settings) { setUpOnce(); }
+
+DimseAssociation::~DimseAssociation() {
+  if (association_ != nullptr) {
+    limit(std::min(GoodBye, settings_.timeout), MostOfTerms);
+    if (inOrder_) {
+      ASC_releaseAssociation(association_);
+    } else if (opened_) {
+      ASC_abortAssociation(association_);
+    }
+    ASC_destroyAssociation(&association_);
+  } else if (parameters_ != nullptr) {
+    ASC_destroyAssociationParameters(&parameters_);
+  }
+  if (network_ != nullptr) ASC_dropNetwork(&network_);
+}
+
+QString DimseAssociation::peer() const {
+  return QStringLiteral("%1 at %2:%3").arg(settings_.calledAETitle, settings_.host).arg(settings_.port);
+}
+
+int DimseAssociation::secondsLeft() const {
+  // Rounded up: 0 would mean not to wait at all.
+  return static_cast<int>(std::max<qint64>(1, (limits_.deadline.remainingTime() + 999) / 1000));
+}
+
+void DimseAssociation::limit(std::chrono::seconds time, qint64 bytesToRead) {
+  time_ = time;
+  limits_.deadline.setRemainingTime(time);
+  limits_.bytesToRead = bytesToRead;
+}
+
+PacsResult DimseAssociation::open(const QList<DimseContext>& contexts) {
+  contexts_ = contexts;
+  const int seconds = static_cast<int>(settings_.timeout.count());
+  limit(settings_.timeout, MostOfTerms);
+  // The toolkit keeps these for the whole process; every conversation sets its own.
+  dcmConnectionTimeout.set(seconds);
+  dcmSocketSendTimeout.set(seconds);
+  dcmSocketReceiveTimeout.set(seconds);
+  OFCondition condition = ASC_initializeNetwork(NET_REQUESTOR, 0, seconds, &network_);
+  if (condition.good()) condition = ASC_setTransportLayer(network_, new DimseConnections(limits_), 1);
+  if (condition.good()) condition = ASC_createAssociationParameters(&parameters_, LargestPdu);
+  if (condition.good()) {
+    condition = ASC_setAPTitles(parameters_, settings_.callingAETitle.toLatin1().constData(),
+                                settings_.calledAETitle.toLatin1().constData(), nullptr);
+  }
+  const QByteArray address = QStringLiteral("%1:%2").arg(settings_.host).arg(settings_.port).toUtf8();
+  if (condition.good())
+    condition = ASC_setPresentationAddresses(parameters_, "localhost", address.constData());
+  for (int place = 0; place < contexts.size() && condition.good(); ++place) {
+    std::vector<const char*> syntaxes;
+    for (const QByteArray& syntax : contexts[place].transferSyntaxUIDs)
+      syntaxes.push_back(syntax.constData());
+    condition =
+        ASC_addPresentationContext(parameters_, contextAt(place), contexts[place].sopClassUID.constData(),
+                                   syntaxes.data(), static_cast<int>(syntaxes.size()));
+  }
+  if (condition.bad()) return tryAgain(QString::fromLatin1(condition.text()));
+
+  condition =
+      ASC_requestAssociation(network_, parameters_, &association_, nullptr, nullptr, DUL_NOBLOCK, seconds);
+  if (condition == DUL_ASSOCIATIONREJECTED) return refused();
+  if (condition.bad()) return failed(condition);
+  opened_ = true;
+  inOrder_ = true;
+  return {};
+}
+
+PacsResult DimseAssociation::refused() const {
+  T_ASC_RejectParameters rejection{};
+  const T_ASC_Association* const association = association_;
+  ASC_getRejectParameters(association != nullptr ? association->params : parameters_, &rejection);
+  switch (rejection.reason) {
+    case ASC_REASON_SU_CALLEDAETITLENOTRECOGNIZED:
+      return tryAgain(QStringLiteral("%1 refuses the association: it does not go by the AE title \"%2\"")
+                          .arg(peer(), settings_.calledAETitle));
+    case ASC_REASON_SU_CALLINGAETITLENOTRECOGNIZED:
+      return tryAgain(QStringLiteral("%1 refuses the association: it does not know our AE title \"%2\"")
+                          .arg(peer(), settings_.callingAETitle));
+    case ASC_REASON_SP_PRES_TEMPORARYCONGESTION:
+    case ASC_REASON_SP_PRES_LOCALLIMITEXCEEDED:
+      return tryAgain(QStringLiteral("%1 refuses the association: it is too busy at the moment").arg(peer()));
+    default:
+      return tryAgain(QStringLiteral("%1 refuses the association without saying why (our AE title is \"%2\")")
+                          .arg(peer(), settings_.callingAETitle));
+  }
+}
+
+PacsResult DimseAssociation::failed(const OFCondition& condition) {
+  inOrder_ = false;
+  if (isOneOf(condition, {DIMSE_NODATAAVAILABLE, DUL_READTIMEOUT}) || limits_.deadline.hasExpired()) {
+    return tryAgain(QStringLiteral("%1 does not answer within %2 s").arg(peer()).arg(time_.count()));
+  }
+  if (condition.module() == OFM_dcmnet && condition.code() == DULC_UNKNOWNHOST) {
+    return tryAgain(QStringLiteral("there is no computer with the name %1").arg(settings_.host));
+  }
+  if (condition.module() == OFM_dcmnet && condition.code() == DULC_TCPINITERROR) {
+    return tryAgain(QStringLiteral("%1 cannot be reached").arg(peer()));
+  }
+  if (condition == DUL_PEERREQUESTEDRELEASE) {
+    return tryAgain(QStringLiteral("%1 ended the conversation before it had answered").arg(peer()));
+  }
+  if (condition == DUL_PEERABORTEDASSOCIATION) {
+    return tryAgain(QStringLiteral("%1 broke off the conversation").arg(peer()));
+  }
+  return tryAgain(QStringLiteral("the connection to %1 broke off (%2)")
+                      .arg(peer(), QString::fromLatin1(condition.text()).simplified().left(200)));
+}
+
+PacsResult DimseAssociation::accepted(int place) const {
+  T_ASC_PresentationContext context{};
+  if (ASC_findAcceptedPresentationContext(association_->params, contextAt(place), &context).good()) {
+    const QByteArray taken = QByteArray(context.acceptedTransferSyntax).trimmed();
+    if (contexts_.at(place).transferSyntaxUIDs.contains(taken)) return {};
+    return {PacsResult::Outcome::Never,
+            QStringLiteral("%1 wants %2 in an encoding that was not offered (%3)")
+                .arg(peer(), QString::fromLatin1(dcmFindNameOfUID(context.abstractSyntax, "the data")),
+                     QString::fromLatin1(dcmFindNameOfUID(taken.constData(), taken.constData())))};
+  }
+  for (int position = 0; position < ASC_countPresentationContexts(association_->params); ++position) {
+    if (ASC_getPresentationContext(association_->params, position, &context).bad()) continue;
+    if (context.presentationContextID != contextAt(place)) continue;
+    const QString what =
+        QString::fromLatin1(dcmFindNameOfUID(context.abstractSyntax, context.abstractSyntax));
+    const QString how =
+        QString::fromLatin1(dcmFindNameOfUID(context.proposedTransferSyntaxes[0], "its transfer syntax"));
+    if (context.resultReason == ASC_P_ABSTRACTSYNTAXNOTSUPPORTED) {
+      return {PacsResult::Outcome::Never, QStringLiteral("%1 does not support %2").arg(peer(), what)};
+    }
+    if (context.resultReason == ASC_P_TRANSFERSYNTAXESNOTSUPPORTED) {
+      return {PacsResult::Outcome::Never, QStringLiteral("%1 does not take %2 in %3").arg(peer(), what, how)};
+    }
+    return tryAgain(
+        QStringLiteral("%1 does not let us, as \"%2\", use %3").arg(peer(), settings_.callingAETitle, what));
+  }
+  return tryAgain(QStringLiteral("%1 did not say whether it lets us").arg(peer()));
+}
+
+QByteArray DimseAssociation::transferSyntax(int place) const {
+  T_ASC_PresentationContext context{};
+  if (ASC_findAcceptedPresentationContext(association_->params, contextAt(place), &context).bad()) return {};
+  return QByteArray(context.acceptedTransferSyntax).trimmed();
+}
+
+PacsResult DimseAssociation::send(int place, const DimseRequest& request, const QByteArray& dataset) {
+  limit(settings_.timeFor(dataset.size()), MostOfAnswers);
+  ++message_;
+  const QByteArray command = commandSet(request, message_, !dataset.isEmpty());
+  PacsResult result = sendPart(contextAt(place), DUL_COMMANDPDV, command);
+  if (result.done() && !dataset.isEmpty()) result = sendPart(contextAt(place), DUL_DATASETPDV, dataset);
+  return result;
+}
+
+PacsResult DimseAssociation::sendPart(T_ASC_PresentationContextID context, DUL_DATAPDV type,
+                                      const QByteArray& bytes) {
+  // Fragments are of even length by PS3.8 annex E, as the whole is.
+  const qsizetype most = static_cast<qsizetype>(association_->sendPDVLength & ~1UL);
+  if (most <= 0) return failed(DIMSE_ILLEGALASSOCIATION);
+  for (qsizetype offset = 0; offset < bytes.size(); offset += most) {
+    QByteArray fragment = bytes.mid(offset, most);
+    DUL_PDV pdv{};
+    pdv.fragmentLength = static_cast<unsigned long>(fragment.size());
+    pdv.presentationContextID = context;
+    pdv.pdvType = type;
+    pdv.lastPDV = offset + fragment.size() == bytes.size() ? OFTrue : OFFalse;
+    pdv.data = fragment.data();
+    DUL_PDVLIST list{};
+    list.count = 1;
+    list.pdv = &pdv;
+    const OFCondition condition = DUL_WritePDVs(&association_->DULassociation, &list);
+    if (condition.bad()) return failed(condition);
+  }
+  return {};
+}
+
+PacsResult DimseAssociation::receive(T_DIMSE_Command type, T_DIMSE_Message& answer) {
+  answer = T_DIMSE_Message{};
+  if (limits_.deadline.hasExpired()) return failed(DUL_READTIMEOUT);
+  T_ASC_PresentationContextID context = 0;
+  DcmDataset* detail = nullptr;
+  const OFCondition condition =
+      DIMSE_receiveCommand(association_, DIMSE_NONBLOCKING, secondsLeft(), &context, &answer, &detail);
+  delete detail;
+  if (condition.bad()) return failed(condition);
+  DIC_US respondedTo = 0;
+  if (type == DIMSE_C_STORE_RSP) respondedTo = answer.msg.CStoreRSP.MessageIDBeingRespondedTo;
+  if (type == DIMSE_C_FIND_RSP) respondedTo = answer.msg.CFindRSP.MessageIDBeingRespondedTo;
+  if (type == DIMSE_C_ECHO_RSP) respondedTo = answer.msg.CEchoRSP.MessageIDBeingRespondedTo;
+  if (answer.CommandField != type || respondedTo != message_) {
+    inOrder_ = false;
+    return tryAgain(QStringLiteral("%1 answered something else than it was asked").arg(peer()));
+  }
+  return {};
+}
+
+PacsResult DimseAssociation::receiveDataset(QByteArray& dataset) {
+  QByteArray buffer(LargestAnswer, '\0');
+  DcmOutputBufferStream stream(buffer.data(), buffer.size());
+  T_ASC_PresentationContextID context = 0;
+  const OFCondition condition = DIMSE_receiveDataSetInFile(association_, DIMSE_NONBLOCKING, secondsLeft(),
+                                                           &context, &stream, nullptr, nullptr);
+  if (condition.bad()) return failed(condition);
+  buffer.truncate(static_cast<qsizetype>(stream.tell()));
+  dataset = buffer;
+  return {};
+}
+
+}  // namespace bridge

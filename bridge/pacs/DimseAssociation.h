@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <dcmtk/config/osconfig.h>
+#include <dcmtk/dcmnet/assoc.h>
+#include <dcmtk/dcmnet/dimse.h>
+
+#include <QByteArray>
+#include <QList>
+
+#include "bridge/Config.h"
+#include "bridge/pacs/DimseConnection.h"
+#include "bridge/pacs/Pacs.h"
+
+namespace bridge {
+
+/// What an association is asked for: one class of services, in the first of these transfer syntaxes that the
+/// archive takes.
+struct DimseContext {
+  QByteArray sopClassUID;
+  QList<QByteArray> transferSyntaxUIDs;
+};
+
+struct DimseRequest {
+  T_DIMSE_Command command = DIMSE_C_ECHO_RQ;  // the number that DICOM gives it
+  QByteArray sopClassUID;
+  QByteArray sopInstanceUID;  ///< C-STORE only
+};
+
+/// One conversation with an archive over DIMSE. The configured time-out holds for reaching it, and then for
+/// each exchange as a whole, however little at a time the archive takes or says.
+///
+/// The DICOM toolkit's log is off: it would name patients. What is read from the network is bounded, and
+/// never parsed by the toolkit but for the command sets, which have no sequences.
+///
+/// What an administrator can mend (an AE title, a port, a permission) is TryAgain: a slip in the
+/// configuration sets no chart aside.
+class DimseAssociation {
+ public:
+  explicit DimseAssociation(const PacsSettings& settings);
+  /// Says good-bye when the conversation is in order, and breaks it off otherwise.
+  ~DimseAssociation();
+  DimseAssociation(const DimseAssociation&) = delete;
+  DimseAssociation& operator=(const DimseAssociation&) = delete;
+
+  /// Once, first. Done means that the archive talks to us; what it lets us do, accepted() tells.
+  PacsResult open(const QList<DimseContext>& contexts);
+  /// Done when the archive accepted the context at that place in what open() was given. A refusal is Never
+  /// when the archive says that it does not know the class or the transfer syntax, or takes another one than
+  /// was offered: what it would then be sent, it would read wrongly.
+  PacsResult accepted(int place) const;
+  /// The transfer syntax of an accepted context.
+  QByteArray transferSyntax(int place) const;
+
+  /// Sends a request, followed by the data set's bytes, as they are, unless there are none.
+  PacsResult send(int place, const DimseRequest& request, const QByteArray& dataset);
+  /// Waits for an answer to the last request. `type` is what it must be.
+  PacsResult receive(T_DIMSE_Command type, T_DIMSE_Message& answer);
+  /// Reads the data set that follows an answer.
+  PacsResult receiveDataset(QByteArray& dataset);
+
+  /// An answer to a query may have at most so many bytes: a study's attributes need a fraction of it.
+  static constexpr int LargestAnswer = 64 * 1024;
+
+ private:
+  PacsResult failed(const OFCondition& condition);
+  PacsResult refused() const;
+  PacsResult sendPart(T_ASC_PresentationContextID context, DUL_DATAPDV type, const QByteArray& bytes);
+  QString peer() const;
+  int secondsLeft() const;
+  void limit(std::chrono::seconds time, qint64 bytesToRead);
+
+  PacsSettings settings_;
+  QList<DimseContext> contexts_;  // that were asked for
+  DimseLimits limits_;            // of the exchange that is going on
+  std::chrono::seconds time_{0};  // that it was given
+  T_ASC_Network* network_ = nullptr;
+  T_ASC_Parameters* parameters_ = nullptr;  // the association's, once there is one
+  T_ASC_Association* association_ = nullptr;
+  DIC_US message_ = 0;
+  bool opened_ = false;
+  bool inOrder_ = false;  // and nothing has gone wrong in it since
+};
+
+}  // namespace bridge

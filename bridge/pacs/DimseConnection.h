@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <dcmtk/config/osconfig.h>
+#include <dcmtk/dcmnet/dcmlayer.h>
+
+#include <QDeadlineTimer>
+#include <QtGlobal>
+
+namespace bridge {
+
+/// What may still be taken of an exchange over DIMSE.
+struct DimseLimits {
+  QDeadlineTimer deadline;
+  qint64 bytesToRead = 0;
+};
+
+/// Makes connections that keep to limits which somebody else sets anew for each exchange, and which outlive
+/// them. The toolkit's own measure the time of a single read: an archive that sends a byte now and then would
+/// hold us for as long as it likes, and one that goes on sending would fill the memory.
+class DimseConnections : public DcmTransportLayer {
+ public:
+  explicit DimseConnections(DimseLimits& limits) : limits_(limits) {}
+  DcmTransportConnection* createConnection(DcmNativeSocketType socket, OFBool secure) override;
+
+ private:
+  DimseLimits& limits_;
+};
+
+}  // namespace bridge

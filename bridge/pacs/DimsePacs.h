@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include "bridge/Config.h"
+#include "bridge/pacs/Pacs.h"
+
+namespace bridge {
+
+class DimseAssociation;
+
+/// An archive that is reached over DIMSE (PS3.7): C-FIND finds studies, C-STORE stores objects, each in an
+/// association of its own.
+class DimsePacs final : public Pacs {
+ public:
+  explicit DimsePacs(const PacsSettings& settings) : settings_(settings) {}
+
+  /// A study must match every member that is not empty letter by letter; a wildcard in them is an ordinary
+  /// character.
+  PacsResult findStudies(const StudyQuery& query, QList<Study>& studies) override;
+  /// The data set's bytes are sent as they are in the file, in its transfer syntax. An archive that takes the
+  /// class of objects or the transfer syntax not at all is Never.
+  PacsResult store(const QByteArray& file, const QString& sopClassUID,
+                   const QString& sopInstanceUID) override;
+  /// Echoes, asks for a study that is nowhere, and asks whether a chart could be stored.
+  PacsResult check() override;
+
+ private:
+  PacsResult find(DimseAssociation& association, int place, const StudyQuery& query,
+                  QList<Study>& studies) const;
+
+  PacsSettings settings_;
+};
+
+}  // namespace bridge

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <memory>
+
+#include "bridge/Config.h"
+#include "bridge/pacs/Pacs.h"
+
+namespace bridge {
+
+/// The archive that the configuration describes. Nothing is connected yet.
+std::unique_ptr<Pacs> makePacs(const PacsSettings& settings);
+
+}  // namespace bridge

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include "bridge/dicom/Study.h"
+
+namespace bridge {
+
+/// How an exchange with the PACS ended.
+struct PacsResult {
+  enum class Outcome {
+    Done,
+    TryAgain,  ///< it could not be reached, is busy, or broke off: later it may work
+    Never,     ///< it understood and refused: the same again will be refused again
+  };
+  Outcome outcome = Outcome::Done;
+  QString reason;  ///< in plain words; empty when done
+  bool done() const { return outcome == Outcome::Done; }
+};
+
+/// The archive in which the studies are. Calls wait for the answer, with a time-out of their own, and are made from
+/// one thread at a time, never from one that has a window or a bus to serve.
+class Pacs {
+ public:
+  virtual ~Pacs() = default;
+
+  /// At most this many studies are looked at; more is an error that asks for a narrower question.
+  static constexpr int MostStudies = 500;
+
+  /// The studies that match all of the query.
+  virtual PacsResult findStudies(const StudyQuery& query, QList<Study>& studies) = 0;
+  /// Stores one DICOM object (a whole file, with its meta header). Done only when the PACS has said so for this SOP
+  /// Instance UID. Storing what is there already is no error.
+  virtual PacsResult store(const QByteArray& file, const QString& sopClassUID, const QString& sopInstanceUID) = 0;
+  /// Whether the archive answers at all and would let us find and store; the reason in plain words if not.
+  virtual PacsResult check() = 0;
+};
+
+}  // namespace bridge

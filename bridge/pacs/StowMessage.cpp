@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "bridge/pacs/StowMessage.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QUuid>
+
+#include "bridge/pacs/QidoAnswer.h"
+
+namespace bridge {
+namespace {
+
+constexpr const char* ReferencedSOPInstanceUID = "00081155";
+constexpr const char* FailureReason = "00081197";
+constexpr const char* FailedSOPSequence = "00081198";
+constexpr const char* ReferencedSOPSequence = "00081199";
+
+/// The item of a sequence that speaks of an instance; empty when there is none.
+QJsonObject itemAbout(const QJsonObject& dataset, const char* sequence, const QString& sopInstanceUID) {
+  const QJsonArray items =
+      dataset.value(QLatin1String(sequence)).toObject().value(QLatin1String("Value")).toArray();
+  for (const auto& item : items) {
+    if (firstText(item.toObject(), ReferencedSOPInstanceUID) == sopInstanceUID) return item.toObject();
+  }
+  return {};
+}
+
+}  // namespace
+
+QByteArray randomBoundary() { return "velmora-" + QUuid::createUuid().toByteArray(QUuid::WithoutBraces); }
+
+StowMessage stowMessage(const QByteArray& file, const std::function<QByteArray()>& candidate) {
+  QByteArray boundary = candidate();
+  while (file.contains(boundary)) boundary = candidate();
+  StowMessage message;
+  message.contentType = "multipart/related; type=\"application/dicom\"; boundary=" + boundary;
+  if (!file.isEmpty()) {
+    message.body = "--" + boundary + "\r\nContent-Type: application/dicom\r\n\r\n" + file + "\r\n";
+  }
+  message.body += "--" + boundary + "--\r\n";
+  return message;
+}
+
+StowVerdict stowVerdict(const QByteArray& json, const QString& sopInstanceUID) {
+  const QJsonDocument document = QJsonDocument::fromJson(json);
+  // The answer is one data set; some servers put it into a list, as the answers to searches are.
+  const QJsonObject dataset = document.isArray() ? document.array().first().toObject() : document.object();
+  StowVerdict verdict;
+  const QJsonObject failed = itemAbout(dataset, FailedSOPSequence, sopInstanceUID);
+  if (!failed.isEmpty()) {
+    verdict.said = StowVerdict::Said::Failed;
+    verdict.failureReason = firstText(failed, FailureReason).toUShort();
+  } else if (!itemAbout(dataset, ReferencedSOPSequence, sopInstanceUID).isEmpty()) {
+    verdict.said = StowVerdict::Said::Stored;
+  }
+  return verdict;
+}
+
+}  // namespace bridge

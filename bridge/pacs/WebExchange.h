@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QUrl>
+
+#include "bridge/Config.h"
+
+namespace bridge {
+
+/// What is asked of a web server.
+struct WebRequest {
+  QUrl url;                ///< http or https
+  QByteArray accept;       ///< the media type of the answer
+  QByteArray contentType;  ///< of the body; empty asks with GET, anything else with POST
+  QByteArray body;
+};
+
+/// What came back. Either the server answered, with whatever status, or there is a failure.
+struct WebAnswer {
+  int status = 0;  ///< 0 when there was a failure
+  QByteArray contentType;
+  QList<QByteArray> warnings;  ///< the values of the Warning headers (RFC 7234, 5.5)
+  QByteArray location;         ///< where a redirection leads to
+  QByteArray body;
+  QString failure;  ///< why there is no answer, in plain words; null when there is one
+};
+
+/// No answer is read beyond this many bytes.
+inline constexpr qint64 LongestWebAnswer = 16 * 1024 * 1024;
+
+/// One request and its answer. Waits, at most as long as the settings have it, in an event loop of its own.
+///
+/// The user and password go along with the first request (RFC 7617), so that a large body is not sent twice.
+/// Redirections are not followed, which keeps password and patient data with the server that was configured.
+/// No proxy is asked, for the same reason. A certificate that does not stand up is a failure.
+WebAnswer exchange(const PacsSettings& settings, const WebRequest& request);
+
+}  // namespace bridge

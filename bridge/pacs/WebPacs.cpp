@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "bridge/pacs/WebPacs.h"
+
+#include <QByteArrayList>
+#include <QUrl>
+#include <algorithm>
+
+#include "bridge/pacs/DimseStatus.h"
+#include "bridge/pacs/QidoAnswer.h"
+#include "bridge/pacs/StowMessage.h"
+#include "bridge/pacs/StudyMatch.h"
+#include "bridge/pacs/WebExchange.h"
+
+namespace bridge {
+namespace {
+
+using Outcome = PacsResult::Outcome;
+
+/// "Duplicate SOP instance" (PS3.7 annex C.4.4).
+constexpr int AlreadyThere = 0x0111;
+constexpr const char* Json = "application/dicom+json";
+/// A proper UID (PS3.5 B.2, of the UUID that is all ones) that no study has.
+constexpr const char* NoStudy = "2.25.340282366920938463463374607431768211455";
+
+/// The address of the archive's studies. A user and password in it are left to the settings of these names.
+QUrl studiesUrl(const PacsSettings& settings) {
+  QUrl url = settings.url;
+  url.setUserInfo(QString());
+  url.setFragment(QString());
+  // As it was written: an encoded slash or percent sign stays one.
+  QString path = url.path(QUrl::FullyEncoded);
+  while (path.endsWith(QLatin1Char('/'))) path.chop(1);
+  url.setPath(path + QStringLiteral("/studies"), QUrl::StrictMode);
+  return url;
+}
+
+QString shown(const QUrl& url) { return url.toDisplayString(QUrl::RemoveUserInfo | QUrl::RemoveQuery); }
+
+/// Characters that stand in a query as they are (RFC 3986, 3.4) and separate nothing in it.
+constexpr const char* PlainInQuery = "!$'()*/:?@";
+
+QByteArray encoded(const QString& value) { return QUrl::toPercentEncoding(value, PlainInQuery); }
+
+/// The value with a wildcard in place of all characters that would have to be encoded: it reaches also a
+/// server that does not decode what it is asked, or has taken such characters out of what it compares with.
+QString withWildcards(const QString& value) {
+  const QChar any = QLatin1Char('*');
+  QString result;
+  for (const QChar character : value) {
+    const QString one(character);
+    const QChar sent = encoded(one) == one.toUtf8() ? character : any;
+    if (sent != any || !result.endsWith(any)) result += sent;
+  }
+  return result;
+}
+
+/// The query with wildcards in the texts of the patient's identifier and the accession number.
+StudyQuery withWildcards(StudyQuery query) {
+  query.patientID = withWildcards(query.patientID);
+  query.accessionNumber = withWildcards(query.accessionNumber);
+  return query;
+}
+
+bool sameTexts(const StudyQuery& a, const StudyQuery& b) {
+  return a.patientID == b.patientID && a.accessionNumber == b.accessionNumber;
+}
+
+QString dicomDay(QDate day) { return day.isValid() ? day.toString(QStringLiteral("yyyyMMdd")) : QString(); }
+
+/// What an answer means that is no success and says nothing of its own.
+PacsResult refusal(const WebAnswer& answer, const QUrl& url) {
+  if (!answer.failure.isNull()) return {Outcome::TryAgain, answer.failure};
+  const auto because = [&](Outcome outcome, const QString& words) {
+    return PacsResult{outcome,
+                      QStringLiteral("%1 (status %2 from %3)").arg(words).arg(answer.status).arg(shown(url))};
+  };
+  switch (answer.status) {
+    case 401:
+      return because(Outcome::TryAgain,
+                     QStringLiteral("the archive does not accept the user or the password"));
+    case 403:
+      return because(Outcome::TryAgain, QStringLiteral("the archive does not permit this"));
+    case 404:
+    case 405:
+    case 501:
+      return because(Outcome::TryAgain, QStringLiteral("there is no DICOMweb service at this address"));
+    case 408:
+    case 429:
+    case 503:
+    case 504:
+      return because(Outcome::TryAgain, QStringLiteral("the archive is busy"));
+    case 413:
+      return because(Outcome::Never, QStringLiteral("the chart is too large for the archive"));
+    case 507:
+      return because(Outcome::TryAgain, QStringLiteral("the archive has no room for the chart"));
+    default:
+      break;
+  }
+  if (answer.status / 100 == 3) {
+    const QUrl target = url.resolved(QUrl(QString::fromUtf8(answer.location)));
+    return because(Outcome::TryAgain, QStringLiteral("the archive sends us on to %1, which must be "
+                                                     "configured if it is right")
+                                          .arg(shown(target)));
+  }
+  if (answer.status / 100 == 4)
+    return because(Outcome::Never, QStringLiteral("the archive refuses the request"));
+  return because(Outcome::TryAgain, QStringLiteral("the archive failed"));
+}
+
+/// Whether the server has said that it left studies out of its answer (PS3.18 8.3.4.4).
+bool leftSomeOut(const WebAnswer& answer) {
+  return std::any_of(answer.warnings.begin(), answer.warnings.end(), [](const QByteArray& warning) {
+    return warning.startsWith("299") && warning.toLower().contains("additional results");
+  });
+}
+
+PacsResult tooMany() {
+  return {Outcome::Never,
+          QStringLiteral("more than %1 studies match: ask for something narrower").arg(Pacs::MostStudies)};
+}
+
+WebRequest storeRequest(const QUrl& url, const QByteArray& file) {
+  const StowMessage message = stowMessage(file);
+  return {url, Json, message.contentType, message.body};
+}
+
+QUrl searchUrl(const QUrl& studies, const StudyQuery& query) {
+  QByteArrayList parts;
+  const auto add = [&parts](const char* name, const QString& value) {
+    if (!value.isEmpty()) parts.append(QByteArray(name) + '=' + encoded(value));
+  };
+  add("StudyInstanceUID", query.studyInstanceUID);
+  add("AccessionNumber", query.accessionNumber);
+  add("PatientID", query.patientID);
+  add("StudyDate", dicomDay(query.studyDate));
+  for (const QByteArray& attribute : studyAttributes()) add("includefield", QString::fromLatin1(attribute));
+  // One more than we take, to know whether there are more.
+  add("limit", QString::number(Pacs::MostStudies + 1));
+  QUrl url = studies;
+  url.setQuery(QString::fromLatin1(parts.join('&')), QUrl::StrictMode);
+  return url;
+}
+
+/// Asks for one query, and adds those studies of the answer that match another.
+PacsResult search(const PacsSettings& settings, const StudyQuery& asked, const StudyQuery& meant,
+                  QList<Study>& studies) {
+  const QUrl url = studiesUrl(settings);
+  const WebAnswer answer = exchange(settings, {searchUrl(url, asked), Json, {}, {}});
+  if (answer.status == 204) return {};
+  if (answer.status != 200) return refusal(answer, url);
+  if (leftSomeOut(answer)) return tooMany();
+  const QidoAnswer found = studiesFromJson(answer.body);
+  if (!found.ok()) return {Outcome::TryAgain, found.error};
+  if (found.studies.size() > Pacs::MostStudies) return tooMany();
+  for (const Study& study : found.studies) {
+    if (matches(study, meant) && !studies.contains(study)) studies.append(study);
+  }
+  return {};
+}
+
+}  // namespace
+
+PacsResult WebPacs::findStudies(const StudyQuery& query, QList<Study>& studies) {
+  studies.clear();
+  if (asksForNothing(query)) return {Outcome::Never, QStringLiteral("nothing was asked for")};
+  if (asksForTheImpossible(query)) return {};
+  PacsResult result = search(settings_, query, query, studies);
+  // Orthanc's DICOMweb plugin 1.7 takes "%20" for three characters, and finds nothing.
+  const StudyQuery generous = withWildcards(query);
+  if (result.done() && studies.isEmpty() && !sameTexts(query, generous)) {
+    result = search(settings_, generous, query, studies);
+  }
+  return result;
+}
+
+PacsResult WebPacs::store(const QByteArray& file, const QString& sopClassUID, const QString& sopInstanceUID) {
+  // The file names its SOP class itself.
+  Q_UNUSED(sopClassUID)
+  const QUrl url = studiesUrl(settings_);
+  const WebAnswer answer = exchange(settings_, storeRequest(url, file));
+  const bool success = answer.status / 100 == 2;
+  // 409 says that nothing was stored, 202 that not all was, and some servers say 400: what they say of the
+  // instance goes before the status.
+  const StowVerdict verdict = stowVerdict(answer.body, sopInstanceUID);
+  if (verdict.said == StowVerdict::Said::Failed && verdict.failureReason > 0) {
+    // A reason that is a warning elsewhere does not make a success of what the archive lists as failed; that
+    // the object is there already does.
+    const PacsResult result = storeOutcome(static_cast<quint16>(verdict.failureReason));
+    if (!result.done() || verdict.failureReason == AlreadyThere) return result;
+  }
+  if (!success) return refusal(answer, url);
+  if (verdict.said == StowVerdict::Said::Stored) return {};
+  return {Outcome::TryAgain, QStringLiteral("the archive does not say that it has stored the chart")};
+}
+
+PacsResult WebPacs::check() {
+  StudyQuery nowhere;
+  nowhere.studyInstanceUID = QString::fromLatin1(NoStudy);
+  QList<Study> studies;
+  const PacsResult finding = findStudies(nowhere, studies);
+  if (!finding.done()) return finding;
+  const QUrl url = studiesUrl(settings_);
+  const WebAnswer answer = exchange(settings_, storeRequest(url, {}));
+  // That an empty package is a bad request, or unfit to be worked on, is for the archive to say.
+  switch (answer.status) {
+    case 0:
+    case 401:
+    case 403:
+    case 404:
+    case 405:
+    case 501:
+      return refusal(answer, url);
+    default:
+      return answer.status / 100 == 3 ? refusal(answer, url) : PacsResult{};
+  }
+}
+
+}  // namespace bridge
