@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <signal.h>
+#include <sys/resource.h>
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <functional>
+#include <ostream>
+
+#include "bridge/pacs/Pacs.h"
+#include "bridge/serve/SpoolEntry.h"
+
+/// What the tests of the spool and of the service share.
+namespace serve_testing {
+
+inline QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+
+inline const QString Growth = QStringLiteral("org.velmora.growth");
+inline const QString Vision = QStringLiteral("org.velmora.vision");
+
+/// A small baseline JPEG; one for each number.
+inline QByteArray jpeg(int number = 1) {
+  QImage image(16, 16, QImage::Format_RGB32);
+  image.fill(QColor::fromHsv(number * 37 % 360, 200, 220));
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  image.save(&buffer, "JPEG", 90);
+  return bytes;
+}
+
+/// A calendar date as it travels.
+inline QDateTime noon(const QDate& day) { return QDateTime(day, QTime(12, 0)).toUTC(); }
+
+inline bridge::Study study(const char* uid, const char* patientID, QDate day = QDate(2024, 5, 2)) {
+  bridge::Study study;
+  study.studyInstanceUID = text(uid);
+  study.patientID = text(patientID);
+  study.patientName = text("Muster^Max");
+  study.birthDate = QDate(2019, 3, 14);
+  study.studyDate = day;
+  return study;
+}
+
+/// What an application sends for a study that it got the whole request of.
+inline QVariantMap replyTo(const bridge::Study& study, int number = 1) {
+  QString identifier = study.patientID;
+  return {{text("Identifier"), identifier.replace(QLatin1Char('/'), QLatin1Char('-'))},
+          {text("Name"), text("Max Muster")},
+          {text("DateOfBirth"), noon(study.birthDate)},
+          {text("DateOfStudy"), noon(study.studyDate)},
+          {text("OsiriXStudyID"), study.studyInstanceUID},
+          {text("StudyDescription"), text("Growth Chart")},
+          {text("JPEG"), jpeg(number)}};
+}
+
+/// An archive in memory that does what the test says.
+class ScriptedPacs : public bridge::Pacs {
+ public:
+  struct Stored {
+    QString uid;
+    QByteArray file;
+  };
+
+  bridge::PacsResult findStudies(const bridge::StudyQuery& query, QList<bridge::Study>& found) override {
+    queries.append(query);
+    if (!findResult.done()) return findResult;
+    for (const bridge::Study& each : studies) {
+      const bool right =
+          (query.studyInstanceUID.isEmpty() || query.studyInstanceUID == each.studyInstanceUID) &&
+          (query.patientID.isEmpty() || query.patientID == each.patientID.trimmed()) &&
+          (!query.studyDate.isValid() || query.studyDate == each.studyDate);
+      if (right) found.append(each);
+    }
+    return {};
+  }
+  bridge::PacsResult store(const QByteArray& file, const QString&, const QString& uid) override {
+    ++stores;
+    const bridge::PacsResult result = storeResult ? storeResult(uid) : bridge::PacsResult();
+    if (result.done()) stored.append({uid, file});
+    return result;
+  }
+  bridge::PacsResult check() override { return findResult; }
+
+  QStringList storedUids() const {
+    QStringList uids;
+    for (const Stored& each : stored) uids.append(each.uid);
+    return uids;
+  }
+
+  QList<bridge::Study> studies;
+  bridge::PacsResult findResult;
+  std::function<bridge::PacsResult(const QString& uid)> storeResult;
+  QList<bridge::StudyQuery> queries;
+  QList<Stored> stored;
+  int stores = 0;
+};
+
+inline const bridge::PacsResult Away{bridge::PacsResult::Outcome::TryAgain, QStringLiteral("nobody there")};
+inline const bridge::PacsResult Refused{bridge::PacsResult::Outcome::Never, QStringLiteral("not wanted")};
+
+inline QByteArray contentsOf(const QString& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline bool writeTo(const QString& path, const QByteArray& contents) {
+  QFile file(path);
+  return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size();
+}
+
+/// While one lives, no file of this process grows beyond a size: as on a full disk, writes fail half-way.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t size) {
+    before_ = ::signal(SIGXFSZ, SIG_IGN);
+    ::getrlimit(RLIMIT_FSIZE, &limit_);
+    rlimit full = limit_;
+    full.rlim_cur = size;
+    ::setrlimit(RLIMIT_FSIZE, &full);
+  }
+  ~FullDisk() {
+    ::setrlimit(RLIMIT_FSIZE, &limit_);
+    ::signal(SIGXFSZ, before_);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+  rlimit limit_{};
+  void (*before_)(int) = nullptr;
+};
+
+inline QStringList filesIn(const QString& folder) {
+  return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+}
+
+}  // namespace serve_testing
+
+inline void PrintTo(const QString& text, std::ostream* stream) { *stream << '"' << qPrintable(text) << '"'; }
