@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <QFile>
 #include <array>
-#include <chrono>
 
 #include "bridge/Commands.h"
 #include "bridge/LinkRequest.h"
-#include "platform/qt/wire/BusLink.h"
+#include "bridge/SendRequest.h"
+#include "platform/qt/wire/WireForm.h"
 #include "velmora/osirix/LinkProtocol.h"
 
 namespace bridge {
@@ -56,27 +56,6 @@ RequestResult studyFrom(const QCommandLineParser& parser) {
   return study;
 }
 
-int send(const QString& application, const QVariantMap& details) {
-  const platform::wire::Message message{protocol::notificationName(application), protocol::RequestObject,
-                                        details};
-  const platform::wire::Outgoing check = platform::wire::toBus(message);
-  if (!check.refusal.isNull() || !check.dropped.isEmpty()) {
-    printError(QStringLiteral("cannot be sent: ") +
-               (check.refusal.isNull() ? check.dropped.join(QStringLiteral(", ")) : check.refusal));
-    return Failure;
-  }
-  platform::wire::BusLink bus(
-      QString(), [](const platform::wire::Message&) {}, [](const QString& line) { printError(line); });
-  bus.post(message);
-  if (!bus.flush(std::chrono::seconds(20))) {
-    printError(QStringLiteral("not sent"));
-    return Failure;
-  }
-  printLine(QStringLiteral("sent ") + details.value(protocol::Identifier).toString() +
-            QStringLiteral(" to ") + application);
-  return Success;
-}
-
 }  // namespace
 
 int runRequest(const QStringList& arguments) {
@@ -106,7 +85,10 @@ int runRequest(const QStringList& arguments) {
     printError(request.error);
     return WrongUsage;
   }
-  return send(*application, request.values);
+  const QString error = sendRequest(*application, request.values);
+  if (error.isNull()) return Success;
+  printError(error);
+  return Failure;
 }
 
 }  // namespace bridge

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+namespace bridge {
+
+/// Shows a message on the user's desktop, as a notification over the session bus (Desktop Notifications
+/// Specification 1.2). False when there is nobody to show it.
+bool showOnDesktop(const QString& title, const QString& text);
+
+}  // namespace bridge

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QVariantMap>
+
+namespace bridge {
+
+/// Sends a link request to the application with that bundle identifier and says so. Null when the session bus
+/// has it; otherwise why not, in words for the user.
+QString sendRequest(const QString& application, const QVariantMap& details);
+
+/// Whether an application of that bundle identifier is known to be running: it has that name on the session
+/// bus. True, too, when the bus cannot be asked.
+bool mayBeRunning(const QString& application);
+
+}  // namespace bridge

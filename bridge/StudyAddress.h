@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include "bridge/dicom/Study.h"
+
+namespace bridge {
+
+/// What a "velmora-link:" address asks for: the studies to look for, and the application to send the one to.
+struct StudyAddress {
+  StudyQuery query;
+  QString application;  ///< empty: the first that is configured
+  QString error;        ///< why the address is refused, without quoting it; null when it is not
+  bool ok() const { return error.isNull(); }
+};
+
+/// Reads an address of the form
+///
+///   velmora-link:study?uid=1.2.840.99.7&application=org.example.growth
+///
+/// with the keys uid, accession, patient, date (YYYY-MM-DD) and application, in any order, each at most once,
+/// and one of the first three at least. Values are UTF-8, percent-encoded (RFC 3986); "+" is a plus sign.
+///
+/// Any page in a browser may hand such an address over. It can name a study, nothing else: it is at most
+/// `LongestAddress` characters, all of them printable ASCII; a UID is digits and dots, at most 64; an
+/// identifier is at most 64 characters, without backslashes, wildcards and control characters; and there is
+/// no key for a file, a host or a configuration.
+StudyAddress studyAddress(const QString& address);
+
+inline constexpr int LongestAddress = 2048;
+
+/// Whether a text may be a Study Instance UID, and a patient's identifier or an accession number.
+bool mayBeUid(const QString& text);
+bool isPlainIdentifier(const QString& text);
+
+}  // namespace bridge
