@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace bridge {
+
+/// One "key = value" of a configuration file.
+struct ConfigEntry {
+  QString section;
+  QString key;
+  QString value;
+  int line = 0;  ///< counted from 1
+};
+
+struct ConfigEntries {
+  QList<ConfigEntry> entries;
+  QStringList errors;  ///< "12: ...", the number of the line first
+};
+
+/// Reads the form of a configuration file and nothing of its meaning: "[section]" lines, "key = value" lines,
+/// empty lines, and lines that begin with "#" or ";". A value is what stands behind the "=", without the
+/// blanks around it: no quotes, no escapes, no comments behind it, so that a password or a folder is written
+/// as it is. The text is UTF-8.
+ConfigEntries parseConfig(const QByteArray& text);
+
+}  // namespace bridge
