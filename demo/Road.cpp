@@ -39,11 +39,13 @@ void Road::play() {
                         {"quit, start again, look the patient up", &Road::startAgain},
                         {"a start-up script fails", &Road::startWithAFailingScript}};
   int number = 0;
-  for (const Step& step : steps) {
-    report_.begin(++number, step.title);
-    (this->*step.play)();
-    report_.passed();
-  }
+  for (const Step& step : steps) playStep(++number, step.title, [&] { (this->*step.play)(); });
+}
+
+void Road::playStep(int number, const char* title, const std::function<void()>& step) {
+  report_.begin(number, title);
+  step();
+  report_.passed();
 }
 
 void Road::start() {

@@ -4,6 +4,7 @@
 #include <QPoint>
 #include <QString>
 #include <QVariant>
+#include <functional>
 #include <memory>
 
 #include "demo/Application.h"
@@ -37,6 +38,25 @@ class Road {
   /// Keeps what the application wrote, and pictures of what is on the screen now. For the end, good or bad.
   void keepEverything(const QString& shot);
 
+ protected:
+  /// Plays one step: throws Differs when something is otherwise than it must be.
+  void playStep(int number, const char* title, const std::function<void()>& step);
+  void start();
+  void exportChart();
+  /// In the preferences: where charts go, "OsiriX" or "A folder".
+  void sendChartsTo(const QString& place);
+  void quit(bool unsavedChanges);
+  void shots(const QString& shot);
+  void expect(bool holds, const QString& what, const QString& seen);
+  void expectText(const SeenWindow& window, const QString& widget, const QString& text);
+  Person& person() { return application_->person(); }
+
+  Report& report_;
+  Stage& stage_;
+  Cast cast_;
+  Viewer viewer_;
+  std::unique_ptr<Application> application_;
+
  private:
   void startForTheFirstTime();
   void fillFromTheViewer();
@@ -51,8 +71,6 @@ class Road {
   void startAgain();
   void startWithAFailingScript();
 
-  void start();
-  void exportChart();
   SeenWindow openPreferences();
   void endPreferences(const QString& button);
   QVariant stored(const QString& setting);
@@ -62,19 +80,8 @@ class Road {
   void checkPicture(const QByteArray& jpeg, const QSize& size);
   void checkReply(const Viewer::Reply& reply, const QSize& size);
   void checkBothExaminationsInTheChart();
-  void quit(bool unsavedChanges);
-  void shots(const QString& shot);
-  void expect(bool holds, const QString& what, const QString& seen);
-  void expectText(const SeenWindow& window, const QString& widget, const QString& text);
   void expectNoPanelSince(qsizetype news);
 
-  Person& person() { return application_->person(); }
-
-  Report& report_;
-  Stage& stage_;
-  Cast cast_;
-  Viewer viewer_;
-  std::unique_ptr<Application> application_;
   QPoint firstMark_;  // where the examinations' marks are in the chart, in pixels of the tab view
   QPoint secondMark_;
 };

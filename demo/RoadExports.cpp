@@ -66,9 +66,7 @@ void Road::exportToTheViewer() {
 }
 
 void Road::exportToTheFolder() {
-  const SeenWindow preferences = openPreferences();
-  person().pick(preferences, "exportToPopUp", "A folder");
-  endPreferences("OK");
+  sendChartsTo("A folder");
   expect(!stored("Export to OsiriX").toBool(), "the setting \"Export to OsiriX\" off", "on");
   report_.saw("the preferences send charts to the folder");
   const SeenWindow document = application_->document();

@@ -57,6 +57,11 @@ QVariant Road::stored(const QString& setting) {
   return settings.value(setting);
 }
 
+void Road::sendChartsTo(const QString& place) {
+  person().pick(openPreferences(), "exportToPopUp", place);
+  endPreferences("OK");
+}
+
 void Road::sendChartsToTheViewer() {
   SeenWindow preferences = openPreferences();
   expectText(preferences, "defaultSaveFolderField", "~/Documents/Growth Data");

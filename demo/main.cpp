@@ -2,11 +2,13 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <cstdio>
 #include <cstring>
 
+#include "demo/PacsRoad.h"
 #include "demo/Report.h"
 #include "demo/Road.h"
 #include "demo/Stage.h"
@@ -30,20 +32,15 @@ QString preparedFolder(const QString& wanted) {
     throw Differs(wanted + " to be empty or an earlier demonstration's", "other files in it");
   for (const char* own : {"viewer", "export", "records", "screens"})
     QDir(folder.filePath(own)).removeRecursively();
+  for (const char* own : {"study.dcm", "capture.dcm", "orthanc.log"}) QFile::remove(folder.filePath(own));
   return folder.absolutePath();
 }
 
 QString beside(const QString& path) { return QCoreApplication::applicationDirPath() + '/' + path; }
 
-// Plays; what came in the way has been told.
-bool playedThrough(const QCommandLineParser& options, const QString& out, demo::Report& report) {
-  const auto screen =
-      options.isSet("virtual") ? demo::Stage::Screen::Virtual : demo::Stage::Screen::UsersOrVirtual;
-  demo::Stage stage(report, screen, QCoreApplication::applicationFilePath());
-  report.say("demo: on " + stage.screenDescription());
-  demo::Road road(report, stage,
-                  {options.value("application"), "org.velmora.growth", options.value("link"),
-                   beside("../lib/demo"), out});
+// Plays to the end, or as far as it goes; what came in the way has been told.
+template <class AnyRoad>
+bool playedThrough(AnyRoad& road, demo::Report& report) {
   try {
     road.play();
   } catch (const Differs& difference) {
@@ -53,6 +50,22 @@ bool playedThrough(const QCommandLineParser& options, const QString& out, demo::
   }
   road.keepEverything(QString());
   return true;
+}
+
+// Plays the road that is asked for.
+bool playedThrough(const QCommandLineParser& options, const QString& out, demo::Report& report) {
+  const auto screen =
+      options.isSet("virtual") ? demo::Stage::Screen::Virtual : demo::Stage::Screen::UsersOrVirtual;
+  demo::Stage stage(report, screen, QCoreApplication::applicationFilePath());
+  report.say("demo: on " + stage.screenDescription());
+  const demo::Cast cast{options.value("application"), "org.velmora.growth", options.value("link"),
+                        beside("../lib/demo"), out};
+  if (options.isSet("pacs")) {
+    demo::PacsRoad road(report, stage, cast, beside("../lib/velmora-orthanc.so"));
+    return playedThrough(road, report);
+  }
+  demo::Road road(report, stage, cast);
+  return playedThrough(road, report);
 }
 
 int play(const QCommandLineParser& options, const QString& out) {
@@ -90,6 +103,7 @@ int main(int argc, char** argv) {
       "Ends with 0 when every step came out as expected. Takes about half a minute.");
   options.addHelpOption();
   options.addOptions({{"out", "Where trace.txt, the pictures and the charts are kept.", "folder"},
+                      {"pacs", "The study is in an archive (Orthanc), and the chart goes back into it."},
                       {"virtual", "On a virtual screen, even if there is a real one."},
                       {"application", "The application to play with.", "program", beside("growth")},
                       {"link", "The program at the viewer's end.", "program", beside("velmora-link")}});

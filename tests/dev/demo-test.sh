@@ -35,6 +35,13 @@ grep -q 'step 1: .*DIFFERS' "$world/output" || wrong "an application that ends a
 [[ -z $(left_behind) ]] || wrong "left behind: $(left_behind)"
 
 status=0
+run --pacs --out "$world/archive" --application /bin/true || status=$?
+[[ $status -eq 1 ]] || wrong "with an archive, an application that ends at once: exit status $status"
+grep -q 'step 3: .*DIFFERS' "$world/output" || wrong "with an archive: $(cat "$world/output")"
+[[ -s $world/archive/study.dcm && ! -e $world/archive/capture.dcm ]] || wrong "other objects were kept than there are"
+[[ -z $(left_behind) ]] || wrong "left behind with an archive: $(left_behind)"
+
+status=0
 run --out "$world/missing" --application /nowhere/program || status=$?
 [[ $status -eq 1 ]] || wrong "an application that is not there: exit status $status"
 [[ -z $(left_behind) ]] || wrong "left behind: $(left_behind)"

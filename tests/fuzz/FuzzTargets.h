@@ -18,15 +18,23 @@ void busPayload(const QByteArray& input);
 void informationDictionary(const QByteArray& input);
 /// A reference file: as it stands and with its digest put right. What it answers are numbers.
 void referenceFile(const QByteArray& input);
+/// A DICOM file, as it stands and as the data set of one in each of the transfer syntaxes; and a JPEG image
+/// that becomes a DICOM object. What is written is of the study and the patient that were read.
+void dicomFile(const QByteArray& input);
+/// A link reply from a stranger, and the files of the spool: from the values to the study that it goes into
+/// and the object that it becomes there. No chart goes to a patient whom it does not name.
+void linkReply(const QByteArray& input);
 
 struct Target {
   const char* name;
   void (*run)(const QByteArray& input);
 };
-inline constexpr std::array<Target, 4> targets{{{"data-file", dataFile},
+inline constexpr std::array<Target, 6> targets{{{"data-file", dataFile},
                                                 {"bus-payload", busPayload},
                                                 {"information-dictionary", informationDictionary},
-                                                {"reference-file", referenceFile}}};
+                                                {"reference-file", referenceFile},
+                                                {"dicom-file", dicomFile},
+                                                {"link-reply", linkReply}}};
 
 /// Ends the process with a word when what must hold does not.
 void require(bool holds, const char* what);
