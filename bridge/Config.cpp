@@ -118,16 +118,16 @@ QString takeTimeout(Config& config, const QString& value) {
   return QString();
 }
 
-QString takeApplications(Config& config, const QString& value) {
+QString takeNames(QStringList& applications, const QString& value) {
   const QStringList names = value.split(QLatin1Char(','));
   for (const QString& each : names) {
     const QString name = each.trimmed();
     if (!isBundleIdentifier(name))
       return QStringLiteral("names \"%1\", which is no bundle identifier").arg(name);
-    if (config.applications.contains(name)) return QStringLiteral("names \"%1\" twice").arg(name);
-    config.applications.append(name);
+    if (applications.contains(name)) return QStringLiteral("names \"%1\" twice").arg(name);
+    applications.append(name);
   }
-  if (config.applications.size() > MostApplications) {
+  if (applications.size() > MostApplications) {
     return QStringLiteral("names more than %1 applications").arg(MostApplications);
   }
   return QString();
@@ -147,7 +147,7 @@ struct Key {
   QString (*take)(Config&, const QString&);
 };
 
-const std::array<Key, 11> Keys{{
+const std::array<Key, 12> Keys{{
     {"pacs", "kind", takeKind},
     {"pacs", "host", takeHost},
     {"pacs", "port", takePort},
@@ -163,7 +163,10 @@ const std::array<Key, 11> Keys{{
        return QString();
      }},
     {"pacs", "timeout", takeTimeout},
-    {"link", "applications", takeApplications},
+    {"link", "applications",
+     [](Config& config, const QString& value) { return takeNames(config.applications, value); }},
+    {"link", "charts-without-patient",
+     [](Config& config, const QString& value) { return takeNames(config.chartsWithoutPatient, value); }},
     {"spool", "folder", takeFolder},
 }};
 
@@ -195,6 +198,12 @@ QStringList missingFrom(const Config& config) {
     missing.append(QStringLiteral("\"user\" is missing in [pacs], and there is a \"password\""));
   }
   if (config.applications.isEmpty()) missing.append(QStringLiteral("\"applications\" is missing in [link]"));
+  for (const QString& application : config.chartsWithoutPatient) {
+    if (config.applications.contains(application)) continue;
+    missing.append(
+        QStringLiteral("\"%1\" is missing in \"applications\", and stands in \"charts-without-patient\"")
+            .arg(application));
+  }
   return missing;
 }
 

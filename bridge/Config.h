@@ -32,7 +32,8 @@ struct Config {
   PacsSettings pacs;
   QStringList applications;  ///< bundle identifiers; the first is the one that a study goes to unless another
                              ///< is named
-  QString spoolFolder;       ///< absolute
+  QStringList chartsWithoutPatient;  ///< those of them in whose charts nothing tells who the patient is
+  QString spoolFolder;               ///< absolute
 };
 
 struct ConfigResult {

@@ -122,7 +122,7 @@ int runServe(const QStringList& arguments) {
 
   const EndSignals signals;
   const std::unique_ptr<Pacs> pacs = makePacs(config->pacs);
-  Service service(spool, requests, *pacs, config->applications, &done, &failed);
+  Service service(spool, requests, *pacs, *config, &done, &failed);
   {
     const Listening listening(service, *config);
     QCoreApplication::exec();

@@ -77,7 +77,7 @@ void PacsRoad::startTheService() {
   expect(QDir().mkpath(QFileInfo(file).path()) && file.open(QIODevice::WriteOnly),
          "to write the configuration", file.errorString());
   file.write(QString("[pacs]\nhost = %1\nport = %2\ncalled-ae-title = %3\ncalling-ae-title = %4\n"
-                     "[link]\napplications = %5\n")
+                     "[link]\napplications = %5\ncharts-without-patient = %5\n")
                  .arg(pacs.host)
                  .arg(pacs.port)
                  .arg(pacs.calledAETitle, pacs.callingAETitle, cast_.applicationIdentifier)
@@ -175,6 +175,7 @@ void PacsRoad::checkTheStoredObject() {
   expectTag("SOPClassUID", "1.2.840.10008.5.1.4.1.1.7");
   expectTag("Modality", "OT");
   expectTag("ConversionType", "WSD");
+  expectTag("BurnedInAnnotation", "NO");
   expectTag("SeriesDescription", "Growth Chart");
   expect(tags["SeriesInstanceUID"] != image["SeriesInstanceUID"], "a series of its own", "the image's");
   report_.saw("patient and study as in the image, a series of its own");

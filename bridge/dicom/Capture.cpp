@@ -142,11 +142,8 @@ class CaptureWriter {
     put(DCM_TimezoneOffsetFromUTC, EVR_SH, offsetText(identity_.captured));
     put(DCM_ImageType, EVR_CS, QStringLiteral("DERIVED\\SECONDARY"));
     put(DCM_PatientOrientation, EVR_CS, QString());  // a chart has none
-    // The chart is the whole tab of the document's window as the application draws it. The framework puts
-    // nothing about the patient into it, but each application of the family draws its own, and nobody here
-    // can read what stands in the picture. An archive that hands out pictures without identities must
-    // therefore take it for one with them.
-    put(DCM_BurnedInAnnotation, EVR_CS, QStringLiteral("YES"));
+    // An archive that hands out pictures without identities goes by this.
+    put(DCM_BurnedInAnnotation, EVR_CS, chart_.showsPatient ? QStringLiteral("YES") : QStringLiteral("NO"));
     // A JPEG image has been compressed once, and that was with loss.
     put(DCM_LossyImageCompression, EVR_CS, QStringLiteral("01"));
     put(DCM_LossyImageCompressionRatio, EVR_DS,

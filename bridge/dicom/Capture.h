@@ -37,6 +37,8 @@ struct Chart {
   QByteArray jpeg;      ///< baseline JPEG, kept as it is
   QString description;  ///< becomes the Series Description
   QString application;  ///< the bundle identifier of the application that drew it
+  bool showsPatient =
+      true;  ///< whether the picture may tell who the patient is; becomes Burned In Annotation
 };
 
 struct CaptureResult {

@@ -16,11 +16,12 @@ const QString SecondaryCapture = QStringLiteral("1.2.840.10008.5.1.4.1.1.7");
 
 }  // namespace
 
-Sender::Sender(Spool& spool, Pacs& pacs, Report report, WallClock wallClock)
+Sender::Sender(Spool& spool, Pacs& pacs, Report report, WallClock wallClock, QStringList chartsWithoutPatient)
     : spool_(spool),
       pacs_(pacs),
       report_(std::move(report)),
       wallClock_(std::move(wallClock)),
+      chartsWithoutPatient_(std::move(chartsWithoutPatient)),
       series_(spool.folder() + QStringLiteral("/series")) {}
 
 std::optional<Sender::Milliseconds> Sender::step(Milliseconds now) {
@@ -99,8 +100,8 @@ Sender::End Sender::send(const SpoolItem& item) {
   const Decision& decision = *state.decision;
   const CaptureIdentity identity{reply->sopInstanceUID, decision.seriesInstanceUID, decision.instanceNumber,
                                  decision.seriesNumber, reply->arrival};
-  const CaptureResult capture =
-      secondaryCapture(decision.study, {reply->jpeg, reply->description, reply->application}, identity);
+  const CaptureResult capture = secondaryCapture(
+      decision.study, {reply->jpeg, reply->description, reply->application, decision.showsPatient}, identity);
   if (!capture.ok()) return setAside(item, state, capture.error);
 
   const PacsResult result = pacs_.store(capture.file, SecondaryCapture, reply->sopInstanceUID);
@@ -133,6 +134,7 @@ bool Sender::decide(const SpoolItem& item, const SpooledReply& reply, EntryState
   decision.study = answer.study;
   decision.seriesInstanceUID = chartSeriesUID(answer.study.studyInstanceUID, reply.application);
   decision.seriesNumber = chartSeriesNumber(reply.application);
+  decision.showsPatient = !chartsWithoutPatient_.contains(reply.application);
   QString error;
   decision.instanceNumber = series_.next(decision.seriesInstanceUID, error);
   if (decision.instanceNumber == 0) {

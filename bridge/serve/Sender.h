@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QHash>
 #include <QString>
+#include <QStringList>
 #include <chrono>
 #include <functional>
 #include <optional>
@@ -39,7 +40,8 @@ class Sender {
   static constexpr Milliseconds FirstDelay{5'000};
   static constexpr Milliseconds LongestDelay{600'000};
 
-  Sender(Spool& spool, Pacs& pacs, Report report, WallClock wallClock);
+  /// `chartsWithoutPatient` are the applications in whose pictures nothing tells who the patient is.
+  Sender(Spool& spool, Pacs& pacs, Report report, WallClock wallClock, QStringList chartsWithoutPatient = {});
 
   /// Does what is due now, with at most one reply. Returns when to call again: at once (0), after some time,
   /// or, with nothing, not before something new waits. `now` is on a clock that never goes back.
@@ -67,6 +69,7 @@ class Sender {
   Pacs& pacs_;
   Report report_;
   WallClock wallClock_;
+  QStringList chartsWithoutPatient_;
   SeriesBook series_;
   QHash<QString, Line> lines_;  // of the patients' identifiers
 };

@@ -37,12 +37,14 @@ qint64 sizeOf(const platform::wire::Message& message) {
 
 }  // namespace
 
-Service::Service(Spool& spool, RequestMemory& requests, Pacs& pacs, const QStringList& applications,
-                 Line done, Line failed)
+Service::Service(Spool& spool, RequestMemory& requests, Pacs& pacs, const Config& config, Line done,
+                 Line failed)
     : failed_(failed),
       inbox_(spool, requests, done, failed),
-      sender_(spool, pacs, {done, failed}, [] { return QDateTime::currentDateTime(); }) {
-  for (const QString& application : applications) {
+      sender_(
+          spool, pacs, {done, failed}, [] { return QDateTime::currentDateTime(); },
+          config.chartsWithoutPatient) {
+  for (const QString& application : config.applications) {
     applications_.insert(protocol::notificationName(application), application);
   }
   again_.setInterval(DiskRetry);

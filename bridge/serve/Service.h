@@ -12,6 +12,7 @@
 #include <mutex>
 #include <thread>
 
+#include "bridge/Config.h"
 #include "bridge/serve/Inbox.h"
 #include "bridge/serve/Sender.h"
 #include "platform/qt/wire/WireForm.h"
@@ -25,8 +26,7 @@ class Service : public QObject {
   using Line = std::function<void(const QString& line)>;
 
   /// The spool is open; all of it outlives the service. Both receivers of lines are called on any thread.
-  Service(Spool& spool, RequestMemory& requests, Pacs& pacs, const QStringList& applications, Line done,
-          Line failed);
+  Service(Spool& spool, RequestMemory& requests, Pacs& pacs, const Config& config, Line done, Line failed);
   ~Service() override;
   Service(const Service&) = delete;
   Service& operator=(const Service&) = delete;

@@ -248,7 +248,8 @@ QByteArray encodeState(const EntryState& state) {
                   QJsonObject{{keyed("study"), jsonOf(state.decision->study)},
                               {keyed("seriesInstanceUID"), state.decision->seriesInstanceUID},
                               {keyed("seriesNumber"), state.decision->seriesNumber},
-                              {keyed("instanceNumber"), state.decision->instanceNumber}});
+                              {keyed("instanceNumber"), state.decision->instanceNumber},
+                              {keyed("showsPatient"), state.decision->showsPatient}});
   }
   return sealed(StateKind, QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
@@ -278,6 +279,7 @@ std::optional<EntryState> decodeState(const QByteArray& file) {
   deciding.text("seriesInstanceUID", decision.seriesInstanceUID);
   deciding.number("seriesNumber", decision.seriesNumber);
   deciding.number("instanceNumber", decision.instanceNumber);
+  decision.showsPatient = decided.toObject().value(keyed("showsPatient")).toBool(true);
   if (!deciding.right() || !read(decided.toObject().value(keyed("study")).toObject(), decision.study)) {
     return std::nullopt;
   }

@@ -44,6 +44,7 @@ struct Decision {
   QString seriesInstanceUID;
   int seriesNumber = 0;
   int instanceNumber = 1;
+  bool showsPatient = true;  ///< as in Chart
 
   bool operator==(const Decision&) const = default;
 };

@@ -90,6 +90,7 @@ TEST_F(Config, TakesEveryKey) {
       "; and then\r\n"
       "[ link ]\r\n"
       "applications = org.velmora.growth , org.example.second-one\r\n"
+      "charts-without-patient = org.example.second-one\r\n"
       "\r\n"
       "[spool]\r\n"
       "folder = /var/spool/velmora//link/\r\n");
@@ -106,6 +107,7 @@ TEST_F(Config, TakesEveryKey) {
   EXPECT_EQ(pacs.timeout, std::chrono::seconds(7));
   EXPECT_EQ(result.config.applications,
             QStringList({text("org.velmora.growth"), text("org.example.second-one")}));
+  EXPECT_EQ(result.config.chartsWithoutPatient, QStringList{text("org.example.second-one")});
   EXPECT_EQ(result.config.spoolFolder, text("/var/spool/velmora/link"));
 }
 
@@ -213,6 +215,8 @@ TEST_F(Config, SaysWhatIsWrongAndInWhichLine) {
        "4: \"applications\" names \"\", which is no bundle identifier"},
       {"[pacs]\nhost = a\n[link]\napplications = a.b, a/c\n",
        "4: \"applications\" names \"a/c\", which is no bundle identifier"},
+      {"[pacs]\nhost = a\n[link]\napplications = a.b\ncharts-without-patient = a.b, c.d\n",
+       "\"c.d\" is missing in \"applications\", and stands in \"charts-without-patient\""},
       {"[pacs]\nhost = a\n[link]\napplications = a.b, a.b\n", "4: \"applications\" names \"a.b\" twice"},
       {Least + "[spool]\nfolder = charts\n",
        "6: \"folder\" is not a folder's whole path, from \"/\" or \"~/\" on"},

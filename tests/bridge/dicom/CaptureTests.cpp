@@ -287,6 +287,13 @@ TEST(Capture, SaysWhatItIs) {
   EXPECT_EQ(bridge::CaptureTransferSyntaxUID, text(UID_JPEGProcess1TransferSyntax));
 }
 
+TEST(Capture, SaysWhetherThePictureMayTellWhoThePatientIs) {
+  bridge::Chart picture = chart(jpeg(JpegKind::Grey));
+  EXPECT_EQ(valueOf(capture(study(), picture), DCM_BurnedInAnnotation), text("YES"));
+  picture.showsPatient = false;
+  EXPECT_EQ(valueOf(capture(study(), picture), DCM_BurnedInAnnotation), text("NO"));
+}
+
 TEST(Capture, IsOfTheStudyThatItWasMadeFor) {
   for (const StudyCase& each : studies()) {
     if (std::string(each.name) == "hostile") continue;

@@ -21,10 +21,11 @@ class SenderTest : public ::testing::Test {
   }
 
   void newSender() {
-    sender_ = std::make_unique<Sender>(*spool_, pacs_,
-                                       Sender::Report{[this](const QString& line) { lines_.append(line); },
-                                                      [this](const QString& line) { lines_.append(line); }},
-                                       [] { return QDateTime(QDate(2024, 5, 2), QTime(10, 0), Qt::UTC); });
+    sender_ = std::make_unique<Sender>(
+        *spool_, pacs_,
+        Sender::Report{[this](const QString& line) { lines_.append(line); },
+                       [this](const QString& line) { lines_.append(line); }},
+        [] { return QDateTime(QDate(2024, 5, 2), QTime(10, 0), Qt::UTC); }, QStringList{Vision});
   }
   void restart() {
     sender_.reset();
@@ -144,6 +145,20 @@ TEST_F(SenderTest, SendsTheSameObjectAgain) {
       secondaryCapture(study("1.1", "A"), {jpeg(), text("Growth Chart"), Growth}, identity);
   ASSERT_TRUE(first.ok()) << qPrintable(first.error);
   EXPECT_EQ(pacs_.stored.first().file, first.file);
+}
+
+TEST_F(SenderTest, MarksEveryChartAsOneThatMayTellThePatientUnlessItIsKnownThatItDoesNot) {
+  const auto mark = [this](qsizetype place) {
+    // Explicit VR, little endian: tag (0028,0301), CS, two bytes of length, the value.
+    const QByteArray& file = pacs_.stored.at(place).file;
+    return file.mid(file.indexOf(QByteArray::fromHex("280001034353")) + 8, 3).trimmed();
+  };
+  arrive(study("1.1", "A"), Growth);
+  arrive(study("1.1", "A"), Vision);
+  work();
+  ASSERT_EQ(pacs_.stored.size(), 2);
+  EXPECT_EQ(mark(0), "YES");
+  EXPECT_EQ(mark(1).left(2), "NO");
 }
 
 TEST_F(SenderTest, TakesOverWhatWasCorrectedInThePacsMeanwhile) {

@@ -115,7 +115,7 @@ TEST(SpoolEntry, ReadsBackTheStateThatItWrote) {
   state.tries = 12;
   state.reason = text("why not");
   EXPECT_EQ(decodeState(encodeState(state)), state);
-  state.decision = Decision{study("1.2.3", "12/345"), text("2.25.1"), 9123, 4};
+  state.decision = Decision{study("1.2.3", "12/345"), text("2.25.1"), 9123, 4, false};
   EXPECT_EQ(decodeState(encodeState(state)), state);
   state.decision->study.birthDate = QDate();
   EXPECT_EQ(decodeState(encodeState(state)), state);
