@@ -48,6 +48,18 @@ function(velmora_library name)
   install(TARGETS ${name} LIBRARY DESTINATION lib)
 endfunction()
 
+# velmora_test_headers(TEST HEADERS OPTION): gives the test the headers that all tests precompile together, compiled with
+# that option. Those of QTest are not among them: Qt defines macros for them that are different in each folder.
+function(velmora_test_headers test headers option)
+  if(NOT TARGET ${headers})
+    add_executable(${headers} EXCLUDE_FROM_ALL ${VELMORA_ROOT}/tests/support/main.cpp)
+    target_link_libraries(${headers} PRIVATE velmora_options GTest::gtest Qt6::Widgets)
+    target_compile_options(${headers} PRIVATE ${option})
+    target_precompile_headers(${headers} PRIVATE <gtest/gtest.h> <QWidget> <QVariantMap> <QDateTime> <functional> <memory>)
+  endif()
+  target_precompile_headers(${test} REUSE_FROM ${headers})
+endfunction()
+
 # velmora_test(NAME [OPTIMIZED] SOURCES ... LIBRARIES ...)
 # A GoogleTest program whose every test is a ctest test with a time-out, on the offscreen platform.
 # tests/support/main.cpp gives it a home folder, settings and a runtime folder of its own.
@@ -58,10 +70,12 @@ function(velmora_test name)
   if("velmora_platform_testing" IN_LIST ARG_LIBRARIES)
     target_sources(${name} PRIVATE ${VELMORA_ROOT}/tests/support/ReportFailures.cpp)
   endif()
-  target_precompile_headers(${name} PRIVATE <gtest/gtest.h> <QWidget> <QVariantMap> <QTest>)
   # Compiling is most of what a run of the tests costs; the code of the tests itself is seldom what they wait for.
   if(VELMORA_SANITIZE AND NOT ARG_OPTIMIZED)
     target_compile_options(${name} PRIVATE -O0)
+    velmora_test_headers(${name} velmora_test_headers -O0)
+  else()
+    velmora_test_headers(${name} velmora_optimized_test_headers "")
   endif()
   gtest_discover_tests(
     ${name}
