@@ -91,15 +91,13 @@ inline QString nameIn(const QString& line) { return line.section(QLatin1Char(' '
 /// A bus, an archive, and what serves between them.
 class ServeWorld {
  public:
-  ServeWorld() {
-    const bridge::PacsSettings pacs = orthanc.dimse();
+  using Kind = bridge::PacsSettings::Kind;
+
+  explicit ServeWorld(Kind kind = Kind::Dimse) : orthanc(optionsFor(kind)) {
+    const QString archive = kind == Kind::Web ? web() : dimse();
     const QString contents =
-        QStringLiteral(
-            "[pacs]\nkind = dimse\nhost = %1\nport = %2\ncalled-ae-title = %3\ncalling-ae-title = %4\n"
-            "timeout = 20\n\n[link]\napplications = %5, %6\n\n[spool]\nfolder = %7\n")
-            .arg(pacs.host)
-            .arg(pacs.port)
-            .arg(pacs.calledAETitle, pacs.callingAETitle, Growth, Vision, spool());
+        QStringLiteral("[pacs]\n%1timeout = 20\n\n[link]\napplications = %2, %3\n\n[spool]\nfolder = %4\n")
+            .arg(archive, Growth, Vision, spool());
     writeTo(config(), contents.toUtf8());
   }
 
@@ -126,6 +124,20 @@ class ServeWorld {
   bridge_testing::Orthanc orthanc;
 
  private:
+  static bridge_testing::OrthancOptions optionsFor(Kind kind) {
+    bridge_testing::OrthancOptions options;
+    options.dicomWeb = kind == Kind::Web;
+    return options;
+  }
+  QString dimse() const {
+    const bridge::PacsSettings pacs = orthanc.dimse();
+    return QStringLiteral("kind = dimse\nhost = %1\nport = %2\ncalled-ae-title = %3\ncalling-ae-title = %4\n")
+        .arg(pacs.host)
+        .arg(pacs.port)
+        .arg(pacs.calledAETitle, pacs.callingAETitle);
+  }
+  QString web() const { return QStringLiteral("kind = web\nurl = %1\n").arg(orthanc.web().url.toString()); }
+
   QTemporaryDir temporary_;
   platform::wire::BusLink bus_{bus.address(), [](const platform::wire::Message&) {}, [](const QString&) {}};
 };

@@ -76,6 +76,21 @@ TEST(Serve, TellsTwoStudiesOfOneDayApartByTheRequest) {
   EXPECT_EQ(world.orthanc.instances().size(), 4);
 }
 
+TEST(Serve, FindsAndStoresOverDicomwebAsWell) {
+  ServeWorld world(ServeWorld::Kind::Web);
+  const Study study = inventedStudy(1);
+  world.put(study);
+  ServeProgram serve(world.bus, world.config());
+  ASSERT_FALSE(serve.lineWith("listening").isNull());
+  ASSERT_TRUE(world.reply(replyTo(study, 1)));
+  ASSERT_TRUE(world.reply(withoutStudyID(replyTo(study, 2))));
+  QStringList stored{uidIn(serve.lineWith("stored")), uidIn(serve.lineWith("stored"))};
+  stored.sort();
+  EXPECT_EQ(world.charts({study}), stored);
+  EXPECT_EQ(world.orthanc.instancesOf(study.studyInstanceUID).size(), 3);
+  EXPECT_EQ(serve.terminate(), 0);
+}
+
 TEST(Serve, KeepsTheOrderWhileThePacsIsDown) {
   ServeWorld world;
   const Study study = inventedStudy(1);
