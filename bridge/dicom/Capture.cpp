@@ -61,12 +61,12 @@ class CaptureWriter {
       : study_(study), chart_(chart), identity_(identity), image_(image), dataset_(*file_.getDataset()) {}
 
   QByteArray write() {
+    // Whatever the study was written in, UTF-8 holds it (PS3.3 C.12.1.1.2).
+    put(DCM_SpecificCharacterSet, EVR_CS, QStringLiteral("ISO_IR 192"));
     putPatient();
     putStudy();
     putSeriesAndEquipment();
     putImage();
-    // UTF-8 as soon as a letter needs it; ASCII needs no character set (PS3.3 C.12.1.1.2).
-    if (!ascii_) put(DCM_SpecificCharacterSet, EVR_CS, QStringLiteral("ISO_IR 192"));
     putPixels();
     return failed_ ? QByteArray() : bytes();
   }
@@ -74,7 +74,6 @@ class CaptureWriter {
  private:
   void put(const DcmTagKey& key, DcmEVR vr, const QString& text) {
     const QByteArray utf8 = text.toUtf8();
-    ascii_ = ascii_ && utf8.size() == text.size();
     check(dataset_.putAndInsertString(DcmTag(key, DcmVR(vr)), utf8.constData()));
   }
   void put(const DcmTagKey& key, int number) {
@@ -200,7 +199,6 @@ class CaptureWriter {
   const JpegImage& image_;
   DcmFileFormat file_;
   DcmDataset& dataset_;
-  bool ascii_ = true;
   bool failed_ = false;
 };
 

@@ -233,7 +233,7 @@ TEST(Capture, SaysWhatItIs) {
     DcmTagKey key;
     QString value;
   } rows[] = {
-      {DCM_SpecificCharacterSet, QString()},
+      {DCM_SpecificCharacterSet, text("ISO_IR 192")},
       {DCM_ImageType, text("DERIVED\\SECONDARY")},
       {DCM_InstanceCreationDate, text("20240502")},
       {DCM_InstanceCreationTime, text("235958.007")},
@@ -306,7 +306,7 @@ TEST(Capture, IsOfTheStudyThatItWasMadeFor) {
   }
 }
 
-TEST(Capture, NamesACharacterSetWhenItNeedsOne) {
+TEST(Capture, NamesTheCharacterSetOfItsTexts) {
   Study german = study();
   german.patientName = text("Müller^Jörg");
   EXPECT_EQ(valueOf(capture(german, chart(jpeg(JpegKind::Grey))), DCM_SpecificCharacterSet),

@@ -81,6 +81,9 @@ QByteArray syntheticStudy(const bridge::Study& study, int number, int pixels) {
   put(dataset, DCM_StudyID, study.studyID);
   put(dataset, DCM_SeriesNumber, QStringLiteral("1"));
   put(dataset, DCM_InstanceNumber, QString::number(number));
+  // Both have to be there, and are not known of a picture of nobody.
+  put(dataset, DCM_PatientOrientation, QString());
+  put(dataset, DCM_ImageLaterality, QStringLiteral("U"));
   const Uint16 side = static_cast<Uint16>(pixels);
   check(dataset.putAndInsertUint16(DCM_SamplesPerPixel, 1));
   put(dataset, DCM_PhotometricInterpretation, QStringLiteral("MONOCHROME2"));
