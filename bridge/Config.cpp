@@ -22,7 +22,7 @@ constexpr qint64 MaximumSize = 64 * 1024;
 constexpr int MostApplications = 100;
 constexpr int MostErrors = 20;
 
-/// A base folder as the XDG Base Directory Specification has it: a relative one counts as none.
+/// A base folder as freedesktop.org's "XDG Base Directories" has it: a relative one counts as none.
 QString baseFolder(const char* variable, const char* inHome) {
   const QString folder = qEnvironmentVariable(variable);
   if (QDir::isAbsolutePath(folder)) return QDir::cleanPath(folder);

@@ -5,8 +5,8 @@
 
 namespace bridge {
 
-/// Shows a message on the user's desktop, as a notification over the session bus (Desktop Notifications
-/// Specification 1.2). False when there is nobody to show it.
+/// Shows a message on the user's desktop, as a notification over the session bus (freedesktop.org's
+/// "Desktop Notifications" 1.2). False when there is nobody to show it.
 bool showOnDesktop(const QString& title, const QString& text);
 
 }  // namespace bridge
