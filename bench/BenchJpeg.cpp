@@ -9,7 +9,7 @@
 #include <cstdio>
 
 #include "bench/Measure.h"
-#include "platform/JpegEncoder.h"
+#include "orv/chart/JpegEncoder.h"
 
 namespace {
 

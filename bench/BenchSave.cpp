@@ -10,7 +10,7 @@
 #include <cstdio>
 
 #include "bench/Measure.h"
-#include "platform/FileManager.h"
+#include "base/files/FileManager.h"
 
 namespace {
 

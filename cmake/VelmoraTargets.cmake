@@ -1,13 +1,13 @@
 # SPDX-License-Identifier: LGPL-3.0-or-later
 #
-# How targets are made here. One target a folder; its link list says whom the folder may know.
+# How targets are made here. One target a folder, one library a storey; a folder's list says whom it may know.
 
 set(VELMORA_ROOT ${CMAKE_CURRENT_LIST_DIR}/..)
 include(${CMAKE_CURRENT_LIST_DIR}/DesktopIntegration.cmake)
 
 # What every target of ours is compiled with.
 add_library(velmora_options INTERFACE)
-target_include_directories(velmora_options INTERFACE ${VELMORA_ROOT})
+target_include_directories(velmora_options INTERFACE ${VELMORA_ROOT}/framework ${VELMORA_ROOT})
 target_compile_options(
   velmora_options
   INTERFACE -Wall
@@ -34,17 +34,69 @@ else()
   set(VELMORA_COMPLETE_LIBRARIES -Wl,--no-undefined)
 endif()
 
-# velmora_library(NAME [SOURCES ...] [PUBLIC targets...] [PRIVATE targets...])
-# A shared library. Undefined symbols are link errors, so what the link list leaves out cannot be used.
-function(velmora_library name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
-  add_library(${name} SHARED ${ARG_SOURCES})
-  target_link_libraries(${name} PUBLIC velmora_options ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
-  target_link_options(${name} PRIVATE ${VELMORA_COMPLETE_LIBRARIES})
-  set_target_properties(${name} PROPERTIES AUTORCC ON)
-  if(TARGET Qt6::Widgets AND "Qt6::Widgets" IN_LIST ARG_PUBLIC)
-    target_precompile_headers(${name} PRIVATE <QWidget> <QVariantMap> <QDateTime> <functional> <memory>)
+# The headers that almost every folder of a program includes, compiled once for all of them.
+function(velmora_precompiled_headers target)
+  if(NOT TARGET velmora_headers)
+    add_library(velmora_headers OBJECT EXCLUDE_FROM_ALL ${VELMORA_ROOT}/cmake/headers.cpp)
+    target_link_libraries(velmora_headers PRIVATE velmora_options Qt6::Widgets)
+    set_target_properties(velmora_headers PROPERTIES POSITION_INDEPENDENT_CODE ON)
+    target_precompile_headers(velmora_headers PRIVATE <QWidget> <QVariantMap> <QDateTime> <functional> <memory>)
   endif()
+  target_precompile_headers(${target} REUSE_FROM velmora_headers)
+endfunction()
+
+# velmora_folder(FOLDER [MOC] [SOURCES ...] [KNOWS ...])
+# The target of one folder, for its storey to be made of. FOLDER is the path under which its headers are included.
+# KNOWS lists everything else that the folder may include: folders of its own storey by their path, storeys below by
+# their name or a folder of theirs by its path, other libraries by their target. cmake/check-layers.sh holds the
+# includes to this list and finds circles in it.
+function(velmora_folder folder)
+  cmake_parse_arguments(ARG "MOC" "" "SOURCES;KNOWS" ${ARGN})
+  string(REPLACE "/" "_" name ${folder})
+  string(REGEX MATCH "^[^/]*" storey ${folder})
+  set(known)
+  foreach(other IN LISTS ARG_KNOWS)
+    string(REGEX MATCH "^[^/]*" other_storey ${other})
+    if(other MATCHES "::" OR TARGET ${other})
+      list(APPEND known ${other})
+    elseif(other_storey STREQUAL storey)
+      string(REPLACE "/" "_" other ${other})
+      list(APPEND known ${other}_objects)
+    elseif(other_storey STREQUAL velmora)
+      list(APPEND known velmora)
+    else()
+      list(APPEND known velmora_${other_storey})
+    endif()
+  endforeach()
+  if(NOT ARG_SOURCES)
+    add_library(${name}_objects INTERFACE)
+    target_link_libraries(${name}_objects INTERFACE velmora_options ${known})
+    return()
+  endif()
+  add_library(${name}_objects OBJECT ${ARG_SOURCES})
+  target_link_libraries(${name}_objects PUBLIC velmora_options ${known})
+  set_target_properties(${name}_objects PROPERTIES POSITION_INDEPENDENT_CODE ON AUTORCC ON AUTOMOC ${ARG_MOC})
+  if("Qt6::Widgets" IN_LIST ARG_KNOWS)
+    velmora_precompiled_headers(${name}_objects)
+  endif()
+endfunction()
+
+# velmora_storey(NAME [STATIC] FOLDERS ... PUBLIC targets...)
+# The library of a storey, made of its folders; PUBLIC is what its headers show of others. Undefined symbols are link
+# errors, so what no folder's list names cannot be used. A static one is part of the programs and is not installed.
+function(velmora_storey name)
+  cmake_parse_arguments(ARG "STATIC" "" "FOLDERS;PUBLIC" ${ARGN})
+  set(objects ${ARG_FOLDERS})
+  list(TRANSFORM objects REPLACE "/" "_")
+  list(TRANSFORM objects APPEND _objects)
+  if(ARG_STATIC)
+    add_library(${name} STATIC)
+    target_link_libraries(${name} PUBLIC velmora_options ${ARG_PUBLIC} ${objects})
+    return()
+  endif()
+  add_library(${name} SHARED)
+  target_link_libraries(${name} PUBLIC velmora_options ${ARG_PUBLIC} PRIVATE ${objects})
+  target_link_options(${name} PRIVATE ${VELMORA_COMPLETE_LIBRARIES})
   install(TARGETS ${name} LIBRARY DESTINATION lib)
 endfunction()
 
@@ -67,7 +119,7 @@ function(velmora_test name)
   cmake_parse_arguments(ARG "OPTIMIZED" "" "SOURCES;LIBRARIES" ${ARGN})
   add_executable(${name} ${ARG_SOURCES} ${VELMORA_ROOT}/tests/support/main.cpp)
   target_link_libraries(${name} PRIVATE velmora_options GTest::gtest Qt6::Widgets Qt6::Test ${ARG_LIBRARIES})
-  if("velmora_platform_testing" IN_LIST ARG_LIBRARIES)
+  if("velmora_testing" IN_LIST ARG_LIBRARIES)
     target_sources(${name} PRIVATE ${VELMORA_ROOT}/tests/support/ReportFailures.cpp)
   endif()
   # Compiling is most of what a run of the tests costs; the code of the tests itself is seldom what they wait for.

@@ -26,5 +26,5 @@ update() {
     -tr-function-alias translate+=localizedString "$@" -ts "${files[@]}")
 }
 
-update velmora translations platform orv velmora
+update velmora translations framework
 update growth apps/growth/translations apps/growth

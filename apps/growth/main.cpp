@@ -3,13 +3,13 @@
 // Growth: weight, height and head circumference of children against the CDC 2000 reference.
 #include <QApplication>
 
-#include "apps/growth/GrowthDocument.h"
-#include "apps/growth/GrowthReferences.h"
-#include "platform/Bundle.h"
-#include "platform/InterfaceFiles.h"
-#include "platform/UserDefaults.h"
-#include "platform/qt/Desktop.h"
-#include "platform/qt/SessionBus.h"
+#include "apps/growth/document/GrowthDocument.h"
+#include "apps/growth/reference/GrowthReferences.h"
+#include "platform/bundles/Bundle.h"
+#include "platform/controls/InterfaceFiles.h"
+#include "platform/settings/UserDefaults.h"
+#include "desktop/Desktop.h"
+#include "desktop/activation/SessionBus.h"
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/resources/SettingsKeys.h"
 

@@ -8,7 +8,7 @@
 #include <QByteArray>
 #include <QList>
 
-#include "bridge/Config.h"
+#include "bridge/config/Config.h"
 #include "bridge/pacs/DimseConnection.h"
 #include "bridge/pacs/Pacs.h"
 

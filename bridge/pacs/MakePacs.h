@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "bridge/Config.h"
+#include "bridge/config/Config.h"
 #include "bridge/pacs/Pacs.h"
 
 namespace bridge {

@@ -21,8 +21,8 @@ struct PacsResult {
   bool done() const { return outcome == Outcome::Done; }
 };
 
-/// The archive in which the studies are. Calls wait for the answer, with a time-out of their own, and are made from
-/// one thread at a time, never from one that has a window or a bus to serve.
+/// The archive in which the studies are. Calls wait for the answer, with a time-out of their own, and are
+/// made from one thread at a time, never from one that has a window or a bus to serve.
 class Pacs {
  public:
   virtual ~Pacs() = default;
@@ -32,9 +32,10 @@ class Pacs {
 
   /// The studies that match all of the query.
   virtual PacsResult findStudies(const StudyQuery& query, QList<Study>& studies) = 0;
-  /// Stores one DICOM object (a whole file, with its meta header). Done only when the PACS has said so for this SOP
-  /// Instance UID. Storing what is there already is no error.
-  virtual PacsResult store(const QByteArray& file, const QString& sopClassUID, const QString& sopInstanceUID) = 0;
+  /// Stores one DICOM object (a whole file, with its meta header). Done only when the PACS has said so for
+  /// this SOP Instance UID. Storing what is there already is no error.
+  virtual PacsResult store(const QByteArray& file, const QString& sopClassUID,
+                           const QString& sopInstanceUID) = 0;
   /// Whether the archive answers at all and would let us find and store; the reason in plain words if not.
   virtual PacsResult check() = 0;
 };

@@ -6,7 +6,7 @@
 #include <QString>
 #include <QUrl>
 
-#include "bridge/Config.h"
+#include "bridge/config/Config.h"
 
 namespace bridge {
 

@@ -13,12 +13,12 @@
 #include <QWidget>
 #include <memory>
 
-#include "orv/OrvDocument.h"
-#include "platform/Alert.h"
-#include "platform/Application.h"
-#include "platform/DocumentController.h"
-#include "platform/RunLoop.h"
-#include "platform/qt/Desktop.h"
+#include "orv/documents/OrvDocument.h"
+#include "platform/controls/Alert.h"
+#include "platform/documents/Application.h"
+#include "platform/documents/DocumentController.h"
+#include "platform/runloop/RunLoop.h"
+#include "desktop/Desktop.h"
 
 namespace {
 

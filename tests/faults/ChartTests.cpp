@@ -12,8 +12,8 @@
 #include <cmath>
 #include <limits>
 
-#include "apps/growth/GrowthCharts.h"
-#include "orv/OrvGraphView.h"
+#include "apps/growth/document/GrowthCharts.h"
+#include "orv/chart/OrvGraphView.h"
 #include "tests/faults/GrowthDesk.h"
 
 using faults::GrowthDesk;

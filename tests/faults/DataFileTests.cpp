@@ -9,7 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "orv/OrvChecksum.h"
+#include "orv/updates/OrvChecksum.h"
 #include "tests/faults/GrowthDesk.h"
 
 using faults::GrowthDesk;

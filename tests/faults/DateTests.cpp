@@ -9,7 +9,7 @@
 #include <QScopeGuard>
 #include <ctime>
 
-#include "platform/DateFormatter.h"
+#include "platform/text/DateFormatter.h"
 #include "tests/faults/GrowthDesk.h"
 
 using faults::GrowthDesk;

@@ -7,7 +7,7 @@
 #include <QLocale>
 #include <cstdio>
 
-#include "platform/DateFormatter.h"
+#include "platform/text/DateFormatter.h"
 
 namespace {
 

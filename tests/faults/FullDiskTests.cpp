@@ -9,7 +9,7 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "platform/Alert.h"
+#include "platform/controls/Alert.h"
 #include "tests/faults/GrowthDesk.h"
 #include "tests/faults/shim/SystemCalls.h"
 

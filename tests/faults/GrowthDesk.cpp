@@ -8,7 +8,7 @@
 #include <QRegularExpression>
 #include <stdexcept>
 
-#include "platform/Alert.h"
+#include "platform/controls/Alert.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace faults {

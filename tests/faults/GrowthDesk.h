@@ -5,10 +5,10 @@
 #include <functional>
 #include <ostream>
 
-#include "apps/growth/GrowthDocument.h"
-#include "apps/growth/GrowthReferences.h"
-#include "platform/testing/LogRecorder.h"
-#include "platform/testing/TestServices.h"
+#include "apps/growth/document/GrowthDocument.h"
+#include "apps/growth/reference/GrowthReferences.h"
+#include "testing/LogRecorder.h"
+#include "testing/TestServices.h"
 #include "tests/velmora/support/OwnHome.h"
 #include "velmora/app/VelmoraAppController.h"
 

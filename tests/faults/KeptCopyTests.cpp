@@ -7,7 +7,7 @@
 #include <QFile>
 #include <QTimeZone>
 
-#include "orv/OrvKeptCopies.h"
+#include "orv/documents/OrvKeptCopies.h"
 #include "tests/faults/GrowthDesk.h"
 #include "tests/faults/shim/SystemCalls.h"
 

@@ -8,7 +8,7 @@
 #include <QFile>
 #include <QTabWidget>
 
-#include "platform/Alert.h"
+#include "platform/controls/Alert.h"
 #include "tests/faults/GrowthDesk.h"
 #include "velmora/app/DatabaseFileCache.h"
 #include "velmora/resources/SettingsKeys.h"

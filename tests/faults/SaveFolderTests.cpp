@@ -7,7 +7,7 @@
 #include <QFile>
 #include <QScopeGuard>
 
-#include "platform/Alert.h"
+#include "platform/controls/Alert.h"
 #include "tests/faults/GrowthDesk.h"
 
 using faults::firstWeight;

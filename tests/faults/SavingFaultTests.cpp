@@ -10,7 +10,7 @@
 #include <QProcess>
 #include <cerrno>
 
-#include "orv/OrvKeptCopies.h"
+#include "orv/documents/OrvKeptCopies.h"
 #include "tests/faults/GrowthDesk.h"
 #include "tests/faults/shim/SystemCalls.h"
 

@@ -12,7 +12,7 @@
 #include <array>
 #include <memory>
 
-#include "platform/qt/QtUserDefaults.h"
+#include "desktop/settings/QtUserDefaults.h"
 #include "tests/faults/GrowthDesk.h"
 #include "velmora/resources/SettingsKeys.h"
 

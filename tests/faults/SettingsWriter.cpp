@@ -6,7 +6,7 @@
 #include <QMap>
 #include <cstdio>
 
-#include "platform/qt/QtUserDefaults.h"
+#include "desktop/settings/QtUserDefaults.h"
 
 int main(int argc, char** argv) {
   QCoreApplication application(argc, argv);

@@ -5,8 +5,8 @@
 
 #include <QDir>
 
-#include "orv/OrvKeptCopies.h"
-#include "platform/Alert.h"
+#include "orv/documents/OrvKeptCopies.h"
+#include "platform/controls/Alert.h"
 #include "tests/faults/GrowthDesk.h"
 #include "velmora/resources/SettingsKeys.h"
 

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <string_view>
 
-#include "platform/qt/wire/BusLink.h"
+#include "link/bus/BusLink.h"
 #include "tests/fuzz/FuzzTargets.h"
 #include "tests/link-weather/RawBus.h"
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <memory>
 
-#include "apps/growth/GrowthCharts.h"
-#include "apps/growth/GrowthDocument.h"
-#include "orv/OrvChecksum.h"
-#include "platform/testing/TestServices.h"
+#include "apps/growth/document/GrowthCharts.h"
+#include "apps/growth/document/GrowthDocument.h"
+#include "orv/updates/OrvChecksum.h"
+#include "testing/TestServices.h"
 #include "tests/fuzz/FuzzTargets.h"
 #include "velmora/document/VelmoraApplicationDelegate.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/PropertyList.h"
+#include "platform/bundles/PropertyList.h"
 #include "tests/fuzz/FuzzTargets.h"
 
 void fuzz::informationDictionary(const QByteArray& input) {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <cstring>
 
-#include "bridge/serve/DurableFile.h"
-#include "bridge/serve/RequestMemory.h"
-#include "bridge/serve/WhichStudy.h"
+#include "bridge/spool/DurableFile.h"
+#include "bridge/spool/RequestMemory.h"
+#include "bridge/service/WhichStudy.h"
 #include "tests/fuzz/FuzzTargets.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "link/protocol/LinkProtocol.h"
 
 namespace protocol = velmora::link;
 using namespace bridge;

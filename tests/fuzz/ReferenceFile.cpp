@@ -2,7 +2,7 @@
 #include <QCryptographicHash>
 #include <cmath>
 
-#include "apps/growth/GrowthReference.h"
+#include "apps/growth/reference/GrowthReference.h"
 #include "tests/fuzz/FuzzTargets.h"
 
 using growth::GrowthReference;

@@ -3,7 +3,7 @@
 #include <ostream>
 #include <tuple>
 
-#include "apps/growth/Age.h"
+#include "apps/growth/record/Age.h"
 
 using growth::AgeParts;
 

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "apps/growth/Lms.h"
+#include "apps/growth/reference/Lms.h"
 
 using growth::Lms;
 

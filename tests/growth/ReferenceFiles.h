@@ -4,7 +4,7 @@
 #include <QByteArray>
 #include <QString>
 
-#include "apps/growth/GrowthReference.h"
+#include "apps/growth/reference/GrowthReference.h"
 
 /// The names of the references shipped, without extension.
 inline const char* const shippedReferences[] = {

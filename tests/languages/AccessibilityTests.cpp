@@ -9,7 +9,7 @@
 #include <QLineEdit>
 #include <QTest>
 
-#include "platform/Localization.h"
+#include "platform/text/Localization.h"
 #include "tests/languages/TranslationFiles.h"
 #include "tests/languages/WindowsInLanguage.h"
 

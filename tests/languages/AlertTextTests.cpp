@@ -5,9 +5,9 @@
 #include <QMessageBox>
 #include <QTest>
 
-#include "platform/Localization.h"
-#include "platform/qt/QtAlerts.h"
-#include "platform/testing/VirtualRunLoop.h"
+#include "platform/text/Localization.h"
+#include "desktop/alerts/QtAlerts.h"
+#include "testing/VirtualRunLoop.h"
 #include "tests/languages/ShownTexts.h"
 #include "tests/languages/TranslationFiles.h"
 #include "tests/languages/WindowsInLanguage.h"

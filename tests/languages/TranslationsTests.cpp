@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/Translations.h"
+#include "desktop/settings/Translations.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "platform/Localization.h"
-#include "platform/testing/LogRecorder.h"
+#include "platform/text/Localization.h"
+#include "testing/LogRecorder.h"
 #include "tests/velmora/support/UserActions.h"
 
 using platform::localizedString;

@@ -7,8 +7,8 @@
 #include <QTabWidget>
 #include <QTest>
 
-#include "platform/DateFormatter.h"
-#include "platform/Localization.h"
+#include "platform/text/DateFormatter.h"
+#include "platform/text/Localization.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/batch/BatchExportController.h"
 #include "velmora/preferences/PreferencesController.h"

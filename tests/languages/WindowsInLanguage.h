@@ -5,7 +5,7 @@
 #include <QLocale>
 #include <functional>
 
-#include "platform/qt/Translations.h"
+#include "desktop/settings/Translations.h"
 #include "tests/growth/document/GrowthApplication.h"
 
 namespace languages {

@@ -6,8 +6,8 @@
 #include <QElapsedTimer>
 #include <future>
 
-#include "platform/qt/QtDistributedNotificationCenter.h"
-#include "platform/qt/wire/BusLink.h"
+#include "desktop/notifications/QtDistributedNotificationCenter.h"
+#include "link/bus/BusLink.h"
 #include "tests/link-weather/RawBus.h"
 #include "tests/link-weather/ReturningBus.h"
 #include "tests/link/LinkTesting.h"

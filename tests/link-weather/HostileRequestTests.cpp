@@ -8,7 +8,7 @@
 #include "tests/link-weather/RawClient.h"
 #include "tests/link-weather/WeatherProgram.h"
 #include "tests/link/LinkTesting.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "link/protocol/LinkProtocol.h"
 
 using namespace link_testing;
 namespace keys = velmora::link;

@@ -3,10 +3,10 @@
 // More requests than anybody can want, at a program that is busy.
 #include <gtest/gtest.h>
 
-#include "platform/qt/QtDistributedNotificationCenter.h"
+#include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "tests/link-weather/WeatherProgram.h"
 #include "tests/link/LinkTesting.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "link/protocol/LinkProtocol.h"
 
 using namespace link_testing;
 namespace keys = velmora::link;

@@ -3,11 +3,11 @@
 // Replies on their way through the queue and a real bus.
 #include <gtest/gtest.h>
 
-#include "platform/qt/QtDistributedNotificationCenter.h"
-#include "platform/testing/TestServices.h"
+#include "desktop/notifications/QtDistributedNotificationCenter.h"
+#include "testing/TestServices.h"
 #include "tests/link/LinkTesting.h"
-#include "velmora/osirix/LinkPayload.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "link/protocol/LinkPayload.h"
+#include "link/protocol/LinkProtocol.h"
 #include "velmora/osirix/OsirixExportQueue.h"
 
 using namespace link_testing;

@@ -7,13 +7,13 @@
 #include <QElapsedTimer>
 #include <memory>
 
-#include "platform/qt/QtDistributedNotificationCenter.h"
+#include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "tests/link-weather/RawBus.h"
 #include "tests/link-weather/ReturningBus.h"
 #include "tests/link-weather/VirtualScreen.h"
 #include "tests/link-weather/WeatherProgram.h"
 #include "tests/link/LinkTesting.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "link/protocol/LinkProtocol.h"
 
 using namespace link_testing;
 

@@ -9,10 +9,10 @@
 #include <QTemporaryDir>
 #include <limits>
 
-#include "bridge/LinkDates.h"
-#include "bridge/LinkReply.h"
-#include "bridge/LinkRequest.h"
-#include "bridge/ReplyFolder.h"
+#include "bridge/link/LinkDates.h"
+#include "bridge/link/LinkReply.h"
+#include "bridge/link/LinkRequest.h"
+#include "bridge/cli/ReplyFolder.h"
 #include "tests/link/LinkTesting.h"
 
 using namespace link_testing;

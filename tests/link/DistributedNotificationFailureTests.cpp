@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "platform/qt/QtDistributedNotificationCenter.h"
+#include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "tests/link/LinkTesting.h"
 
 using namespace link_testing;

@@ -8,7 +8,7 @@
 #include <future>
 #include <memory>
 
-#include "platform/qt/QtDistributedNotificationCenter.h"
+#include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "tests/link/BusTap.h"
 #include "tests/link/LinkTesting.h"
 

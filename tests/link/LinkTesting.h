@@ -15,8 +15,8 @@
 #include <mutex>
 #include <optional>
 
-#include "platform/NotificationCenter.h"
-#include "platform/qt/wire/WireForm.h"
+#include "platform/notifications/NotificationCenter.h"
+#include "link/wire/WireForm.h"
 #include "tests/support/PrivateBus.h"
 
 /// What the tests of the link share.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/wire/WireForm.h"
+#include "link/wire/WireForm.h"
 
 #include <gtest/gtest.h>
 

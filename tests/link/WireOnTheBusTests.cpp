@@ -12,7 +12,7 @@
 #include <functional>
 #include <limits>
 
-#include "platform/qt/QtDistributedNotificationCenter.h"
+#include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "tests/link/LinkTesting.h"
 
 using namespace link_testing;

@@ -5,10 +5,10 @@
 #include <QLineEdit>
 #include <algorithm>
 
-#include "platform/DateFormatter.h"
-#include "platform/TextFieldEditing.h"
+#include "platform/text/DateFormatter.h"
+#include "platform/controls/TextFieldEditing.h"
 #include "tests/model/Player.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "link/protocol/LinkProtocol.h"
 
 namespace model {
 

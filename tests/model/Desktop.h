@@ -4,14 +4,14 @@
 #include <QPointer>
 #include <functional>
 
-#include "platform/Bundle.h"
-#include "platform/FileManager.h"
-#include "platform/GraphicsContext.h"
-#include "platform/InterfaceFiles.h"
+#include "platform/bundles/Bundle.h"
+#include "base/files/FileManager.h"
+#include "platform/printing/GraphicsContext.h"
+#include "platform/controls/InterfaceFiles.h"
 #include "platform/Services.h"
-#include "platform/testing/Scripted.h"
-#include "platform/testing/ScriptedScripts.h"
-#include "platform/testing/ScriptedWeb.h"
+#include "testing/Scripted.h"
+#include "testing/ScriptedScripts.h"
+#include "testing/ScriptedWeb.h"
 #include "tests/model/Model.h"
 
 namespace model {

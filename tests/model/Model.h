@@ -11,7 +11,7 @@
 #include <optional>
 #include <set>
 
-#include "platform/Alert.h"
+#include "platform/controls/Alert.h"
 #include "tests/model/Record.h"
 #include "tests/model/Step.h"
 

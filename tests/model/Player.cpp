@@ -8,12 +8,12 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/DateFormatter.h"
+#include "platform/text/DateFormatter.h"
 #include "tests/model/Comparison.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/document/VelmoraGraphView.h"
-#include "velmora/osirix/LinkPayload.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "link/protocol/LinkPayload.h"
+#include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace model {

@@ -4,7 +4,7 @@
 #include <QLocale>
 #include <memory>
 
-#include "platform/testing/LogRecorder.h"
+#include "testing/LogRecorder.h"
 #include "tests/model/Desktop.h"
 #include "tests/model/TracedDocument.h"
 #include "tests/velmora/support/OwnHome.h"

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <numeric>
 
-#include "orv/OrvChecksum.h"
+#include "orv/updates/OrvChecksum.h"
 
 namespace model {
 

@@ -3,7 +3,7 @@
 
 #include <QFormLayout>
 
-#include "platform/WindowController.h"
+#include "platform/documents/WindowController.h"
 #include "velmora/document/VelmoraGraphView.h"
 
 namespace model {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <QTimeZone>
 
-#include "platform/DateFormatter.h"
+#include "platform/text/DateFormatter.h"
 #include "tests/platform/Shown.h"
 
 using platform::DateFormatter;

@@ -3,7 +3,7 @@
 #include <QPointer>
 #include <QTest>
 
-#include "platform/TextFieldEditing.h"
+#include "platform/controls/TextFieldEditing.h"
 #include "tests/platform/DocumentTesting.h"
 
 using platform::Document;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/DocumentController.h"
+#include "platform/documents/DocumentController.h"
 
 #include <QDir>
 #include <QTest>
 
-#include "platform/AssertionFailure.h"
+#include "base/log/AssertionFailure.h"
 #include "tests/platform/DocumentTesting.h"
 
 using platform::Document;

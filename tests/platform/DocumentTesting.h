@@ -7,13 +7,13 @@
 #include <QTemporaryDir>
 #include <memory>
 
-#include "platform/Alert.h"
-#include "platform/Document.h"
-#include "platform/DocumentController.h"
-#include "platform/Panels.h"
-#include "platform/WindowController.h"
-#include "platform/testing/LogRecorder.h"
-#include "platform/testing/TestServices.h"
+#include "platform/controls/Alert.h"
+#include "platform/documents/Document.h"
+#include "platform/documents/DocumentController.h"
+#include "platform/controls/Panels.h"
+#include "platform/documents/WindowController.h"
+#include "testing/LogRecorder.h"
+#include "testing/TestServices.h"
 #include "tests/platform/Shown.h"
 
 namespace testing_support {

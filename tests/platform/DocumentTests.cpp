@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/Document.h"
+#include "platform/documents/Document.h"
 
 #include <sys/stat.h>
 

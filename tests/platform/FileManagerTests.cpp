@@ -6,7 +6,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
-#include "platform/FileManager.h"
+#include "base/files/FileManager.h"
 #include "tests/platform/Shown.h"
 
 using platform::FileManager;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/FileManager.h"
+#include "base/files/FileManager.h"
 #include "tests/platform/Shown.h"
 
 using platform::abbreviatingWithTildeInPath;

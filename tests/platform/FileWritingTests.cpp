@@ -14,7 +14,7 @@
 #include <csignal>
 #include <utility>
 
-#include "platform/FileManager.h"
+#include "base/files/FileManager.h"
 #include "tests/platform/Shown.h"
 
 using platform::FileManager;

@@ -3,8 +3,8 @@
 #include <QLineEdit>
 #include <QTemporaryDir>
 
-#include "platform/InterfaceFiles.h"
-#include "platform/testing/LogRecorder.h"
+#include "platform/controls/InterfaceFiles.h"
+#include "testing/LogRecorder.h"
 #include "tests/platform/Shown.h"
 
 using platform::InterfaceFiles;

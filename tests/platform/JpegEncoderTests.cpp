@@ -6,7 +6,7 @@
 #include <cmath>
 #include <optional>
 
-#include "platform/JpegEncoder.h"
+#include "orv/chart/JpegEncoder.h"
 #include "tests/platform/Shown.h"
 
 using platform::encodeJpeg;

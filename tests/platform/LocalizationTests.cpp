@@ -2,7 +2,7 @@
 #include <QCoreApplication>
 #include <QTranslator>
 
-#include "platform/Localization.h"
+#include "platform/text/Localization.h"
 #include "tests/platform/Shown.h"
 
 using platform::formatted;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <stdexcept>
 
-#include "platform/AssertionFailure.h"
-#include "platform/Guard.h"
-#include "platform/Log.h"
-#include "platform/testing/LogRecorder.h"
+#include "base/log/AssertionFailure.h"
+#include "base/log/Guard.h"
+#include "base/log/Log.h"
+#include "testing/LogRecorder.h"
 #include "tests/platform/Shown.h"
 
 using platform::AssertionFailure;

@@ -2,7 +2,7 @@
 #include <QObject>
 #include <memory>
 
-#include "platform/NotificationCenter.h"
+#include "platform/notifications/NotificationCenter.h"
 #include "tests/platform/Shown.h"
 
 using platform::Notification;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/PropertyList.h"
+#include "platform/bundles/PropertyList.h"
 
 #include <plist/plist.h>
 
@@ -9,7 +9,7 @@
 #include <QTemporaryDir>
 #include <QTimeZone>
 
-#include "platform/testing/LogRecorder.h"
+#include "testing/LogRecorder.h"
 #include "tests/platform/Shown.h"
 
 using platform::bundleWithPath;

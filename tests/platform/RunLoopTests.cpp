@@ -5,9 +5,9 @@
 #include <stdexcept>
 #include <thread>
 
-#include "platform/testing/LogRecorder.h"
-#include "platform/testing/Scripted.h"
-#include "platform/testing/VirtualRunLoop.h"
+#include "testing/LogRecorder.h"
+#include "testing/Scripted.h"
+#include "testing/VirtualRunLoop.h"
 #include "tests/platform/Shown.h"
 
 using platform::RunLoop;

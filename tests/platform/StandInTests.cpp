@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <memory>
 
-#include "platform/testing/Scripted.h"
-#include "platform/testing/VirtualRunLoop.h"
+#include "testing/Scripted.h"
+#include "testing/VirtualRunLoop.h"
 #include "tests/platform/Shown.h"
 
 using platform::Alert;

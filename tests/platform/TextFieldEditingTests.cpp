@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/TextFieldEditing.h"
+#include "platform/controls/TextFieldEditing.h"
 
 #include <QTest>
 #include <QContextMenuEvent>
@@ -10,7 +10,7 @@
 #include <memory>
 #include <stdexcept>
 
-#include "platform/testing/LogRecorder.h"
+#include "testing/LogRecorder.h"
 #include "tests/platform/Shown.h"
 
 using platform::TextFieldDelegate;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <QTimeZone>
 
-#include "platform/testing/Scripted.h"
+#include "testing/Scripted.h"
 #include "tests/platform/Shown.h"
 
 using platform::distantPast;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/WindowController.h"
+#include "platform/documents/WindowController.h"
 
 #include <QFile>
 #include <QLineEdit>
@@ -9,8 +9,8 @@
 #include <stdexcept>
 #include <QTest>
 
-#include "platform/testing/LogRecorder.h"
-#include "platform/testing/TestServices.h"
+#include "testing/LogRecorder.h"
+#include "testing/TestServices.h"
 #include "tests/platform/Shown.h"
 
 using platform::MouseEvent;

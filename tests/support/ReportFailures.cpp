@@ -3,7 +3,7 @@
 // Lets the stand-ins fail the test when an expectation is broken.
 #include <gtest/gtest.h>
 
-#include "platform/testing/Scripted.h"
+#include "testing/Scripted.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <QByteArray>
 
-#include "orv/OrvChecksum.h"
+#include "orv/updates/OrvChecksum.h"
 
 namespace testing_support {
 

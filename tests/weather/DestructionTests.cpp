@@ -6,9 +6,9 @@
 #include <QCloseEvent>
 #include <thread>
 
-#include "platform/testing/TestServices.h"
+#include "testing/TestServices.h"
 #include "tests/weather/WeatherDesktop.h"
-#include "velmora/osirix/LinkPayload.h"
+#include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace weather;

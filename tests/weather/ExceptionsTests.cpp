@@ -13,8 +13,8 @@
 #include <QTest>
 #include <stdexcept>
 
-#include "orv/OrvGraphView.h"
-#include "platform/qt/QtDistributedNotificationCenter.h"
+#include "orv/chart/OrvGraphView.h"
+#include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "tests/support/PrivateBus.h"
 #include "tests/weather/WeatherDesktop.h"
 #include "velmora/document/VelmoraGraphView.h"

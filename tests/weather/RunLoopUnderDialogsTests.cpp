@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <thread>
 
-#include "platform/testing/TestServices.h"
+#include "testing/TestServices.h"
 #include "tests/weather/WeatherDesktop.h"
 
 using namespace weather;

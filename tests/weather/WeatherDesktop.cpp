@@ -15,8 +15,8 @@
 #include <stdexcept>
 #include <thread>
 
-#include "orv/OrvChecksum.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "orv/updates/OrvChecksum.h"
+#include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace weather {

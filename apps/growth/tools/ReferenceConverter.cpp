@@ -4,7 +4,7 @@
 #include <QCryptographicHash>
 #include <QList>
 
-#include "apps/growth/GrowthReference.h"
+#include "apps/growth/reference/GrowthReference.h"
 
 namespace growth {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "bridge/serve/Spool.h"
+#include "bridge/spool/Spool.h"
 #include "tests/bridge/commands/CommandTesting.h"
 #include "tests/bridge/orthanc/Orthanc.h"
 

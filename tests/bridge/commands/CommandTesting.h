@@ -7,7 +7,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "bridge/Config.h"
+#include "bridge/config/Config.h"
 #include "tests/link/LinkTesting.h"
 
 /// What the tests of the commands share: a folder with a configuration, a spool and a bus of their own.

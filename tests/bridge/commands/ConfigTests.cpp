@@ -7,7 +7,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "bridge/Config.h"
+#include "bridge/config/Config.h"
 #include "tests/support/OrdinaryUser.h"
 
 using bridge::ConfigResult;

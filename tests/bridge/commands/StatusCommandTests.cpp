@@ -3,7 +3,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "bridge/serve/Spool.h"
+#include "bridge/spool/Spool.h"
 #include "tests/bridge/commands/CommandTesting.h"
 
 using bridge::EntryState;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "bridge/StudyAddress.h"
+#include "bridge/cli/StudyAddress.h"
 
 using bridge::studyAddress;
 using bridge::StudyAddress;

@@ -8,7 +8,7 @@
 #include <QThread>
 #include <memory>
 
-#include "platform/qt/QtDistributedNotificationCenter.h"
+#include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "tests/bridge/commands/CommandTesting.h"
 #include "tests/bridge/orthanc/Orthanc.h"
 #include "tests/bridge/orthanc/SyntheticStudy.h"

@@ -20,7 +20,7 @@
 
 #include "bridge/dicom/StudyDataset.h"
 #include "bridge/dicom/StudyFile.h"
-#include "platform/JpegEncoder.h"
+#include "orv/chart/JpegEncoder.h"
 #include "tests/bridge/dicom/DicomTesting.h"
 
 using namespace dicom_testing;

@@ -9,7 +9,7 @@
 #include <optional>
 #include <thread>
 
-#include "bridge/Config.h"
+#include "bridge/config/Config.h"
 
 namespace bridge_testing {
 

@@ -10,7 +10,7 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
-#include "bridge/Config.h"
+#include "bridge/config/Config.h"
 
 namespace bridge_testing {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "bridge/serve/Inbox.h"
+#include "bridge/service/Inbox.h"
 #include "tests/bridge/serve/ServeTesting.h"
 
 using namespace serve_testing;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "bridge/serve/RequestMemory.h"
+#include "bridge/spool/RequestMemory.h"
 #include "tests/bridge/serve/ServeTesting.h"
 
 using namespace serve_testing;

@@ -3,7 +3,7 @@
 
 #include <stdexcept>
 
-#include "bridge/serve/Sender.h"
+#include "bridge/service/Sender.h"
 #include "tests/bridge/serve/ServeTesting.h"
 
 using namespace serve_testing;

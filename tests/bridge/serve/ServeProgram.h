@@ -8,13 +8,13 @@
 #include <QRegularExpression>
 #include <QSet>
 
-#include "bridge/serve/Spool.h"
-#include "platform/qt/wire/BusLink.h"
+#include "bridge/spool/Spool.h"
+#include "link/bus/BusLink.h"
 #include "tests/bridge/orthanc/Orthanc.h"
 #include "tests/bridge/orthanc/SyntheticStudy.h"
 #include "tests/bridge/serve/ServeTesting.h"
 #include "tests/support/PrivateBus.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "link/protocol/LinkProtocol.h"
 
 namespace serve_testing {
 

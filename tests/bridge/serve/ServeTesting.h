@@ -14,7 +14,7 @@
 #include <ostream>
 
 #include "bridge/pacs/Pacs.h"
-#include "bridge/serve/SpoolEntry.h"
+#include "bridge/spool/SpoolEntry.h"
 
 /// What the tests of the spool and of the service share.
 namespace serve_testing {

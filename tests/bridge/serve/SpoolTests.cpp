@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "bridge/serve/Spool.h"
+#include "bridge/spool/Spool.h"
 #include "tests/bridge/serve/ServeTesting.h"
 
 using namespace serve_testing;

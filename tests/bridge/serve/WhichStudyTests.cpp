@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "bridge/serve/WhichStudy.h"
+#include "bridge/service/WhichStudy.h"
 #include "tests/bridge/serve/ServeTesting.h"
 
 using namespace serve_testing;

@@ -8,7 +8,7 @@
 #include <QUrl>
 #include <functional>
 
-#include "bridge/Config.h"
+#include "bridge/config/Config.h"
 
 namespace web_testing {
 

@@ -6,8 +6,8 @@
 #include <QTest>
 #include <stdexcept>
 
-#include "platform/DateFormatter.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "platform/text/DateFormatter.h"
+#include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace testing_support {

@@ -5,8 +5,8 @@
 #include <QImage>
 #include <QLocale>
 
-#include "apps/growth/GrowthDocument.h"
-#include "platform/testing/TestServices.h"
+#include "apps/growth/document/GrowthDocument.h"
+#include "testing/TestServices.h"
 #include "tests/velmora/support/OwnHome.h"
 #include "tests/velmora/support/UserActions.h"
 #include "velmora/app/VelmoraAppController.h"

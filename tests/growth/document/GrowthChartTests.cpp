@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "apps/growth/GrowthCharts.h"
+#include "apps/growth/document/GrowthCharts.h"
 
 #include <gtest/gtest.h>
 
 #include <QTest>
 #include <QTabWidget>
 
-#include "apps/growth/Age.h"
+#include "apps/growth/record/Age.h"
 #include "tests/growth/document/GrowthApplication.h"
 #include "velmora/document/VelmoraGraphView.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "apps/growth/GrowthDocument.h"
+#include "apps/growth/document/GrowthDocument.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "apps/growth/GrowthRecord.h"
+#include "apps/growth/record/GrowthRecord.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 
 #include <QLabel>
 
-#include "platform/testing/LogRecorder.h"
+#include "testing/LogRecorder.h"
 #include "tests/growth/document/GrowthApplication.h"
 
 using testing_support::GrowthApplication;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "orv/OrvKeptCopies.h"
-#include "orv/OrvWrittenFolders.h"
+#include "orv/documents/OrvKeptCopies.h"
+#include "orv/documents/OrvWrittenFolders.h"
 
 #include "tests/orv/documents/NoteDocument.h"
 

@@ -9,10 +9,10 @@
 #include <QTemporaryDir>
 #include <memory>
 
-#include "orv/OrvAutoNameDocument.h"
-#include "platform/Alert.h"
-#include "platform/testing/LogRecorder.h"
-#include "platform/testing/TestServices.h"
+#include "orv/documents/OrvAutoNameDocument.h"
+#include "platform/controls/Alert.h"
+#include "testing/LogRecorder.h"
+#include "testing/TestServices.h"
 #include "tests/platform/Shown.h"
 
 namespace testing_support {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "orv/OrvDocument.h"
+#include "orv/documents/OrvDocument.h"
 
 #include <functional>
 #include <utility>

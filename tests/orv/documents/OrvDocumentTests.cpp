@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <QWidget>
 
-#include "orv/OrvDocument.h"
+#include "orv/documents/OrvDocument.h"
 
 #include <QJsonDocument>
 

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <limits>
 
-#include "orv/graphLabels.h"
-#include "orv/graphRanges.h"
+#include "orv/chart/graphLabels.h"
+#include "orv/chart/graphRanges.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "orv/OrvGraphView.h"
+#include "orv/chart/OrvGraphView.h"
 
 #include <gtest/gtest.h>
 #include <QMouseEvent>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "orv/OrvAppcast.h"
+#include "orv/updates/OrvAppcast.h"
 
 #include <gtest/gtest.h>
 

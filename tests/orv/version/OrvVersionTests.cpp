@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "orv/OrvVersion.h"
+#include "orv/updates/OrvVersion.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <utility>
 
-#include "platform/testing/TestServices.h"
+#include "testing/TestServices.h"
 #include "tests/platform/Shown.h"
 
 using platform::Alert;

@@ -6,10 +6,10 @@
 #include <QElapsedTimer>
 #include <QTest>
 
-#include "orv/OrvVersion.h"
-#include "platform/qt/QtRunLoop.h"
-#include "platform/qt/QtWeb.h"
-#include "platform/testing/TestServices.h"
+#include "orv/updates/OrvVersion.h"
+#include "desktop/runloop/QtRunLoop.h"
+#include "desktop/web/QtWeb.h"
+#include "testing/TestServices.h"
 #include "tests/platform/Shown.h"
 #include "tests/support/LocalWebServer.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "orv/OrvVersionNumber.h"
+#include "orv/updates/OrvVersionNumber.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/DesktopActivation.h"
+#include "desktop/activation/DesktopActivation.h"
 
 #include <QDBusVirtualObject>
 #include <QElapsedTimer>
@@ -7,8 +7,8 @@
 #include <thread>
 #include <QTest>
 
-#include "platform/qt/QtRunLoop.h"
-#include "platform/testing/LogRecorder.h"
+#include "desktop/runloop/QtRunLoop.h"
+#include "testing/LogRecorder.h"
 #include "tests/link-weather/ReturningBus.h"
 #include "tests/platform/Shown.h"
 #include "tests/platform/qt/DesktopBus.h"

@@ -4,9 +4,9 @@
 #include <QLocale>
 #include <QTemporaryDir>
 
-#include "platform/qt/HelpPages.h"
-#include "platform/testing/Scripted.h"
-#include "platform/testing/VirtualRunLoop.h"
+#include "desktop/web/HelpPages.h"
+#include "testing/Scripted.h"
+#include "testing/VirtualRunLoop.h"
 #include "tests/platform/Shown.h"
 
 using platform::qt::helpPage;

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/DesktopRequests.h"
-#include "platform/qt/DesktopRestart.h"
+#include "desktop/activation/DesktopRequests.h"
+#include "desktop/activation/DesktopRestart.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <memory>
 #include <stdexcept>
 
-#include "platform/DocumentController.h"
-#include "platform/qt/UnattendedAlerts.h"
-#include "platform/testing/LogRecorder.h"
-#include "platform/testing/TestServices.h"
+#include "platform/documents/DocumentController.h"
+#include "desktop/alerts/UnattendedAlerts.h"
+#include "testing/LogRecorder.h"
+#include "testing/TestServices.h"
 #include "tests/platform/Shown.h"
 
 using platform::qt::DesktopRequest;

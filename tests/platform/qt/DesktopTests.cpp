@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/Desktop.h"
+#include "desktop/Desktop.h"
 
 #include <gtest/gtest.h>
 
@@ -9,13 +9,13 @@
 #include <QTest>
 #include <memory>
 
-#include "platform/Application.h"
-#include "platform/Bundle.h"
-#include "platform/DocumentController.h"
-#include "platform/NotificationCenter.h"
-#include "platform/RunLoop.h"
-#include "platform/UserDefaults.h"
-#include "platform/testing/LogRecorder.h"
+#include "platform/documents/Application.h"
+#include "platform/bundles/Bundle.h"
+#include "platform/documents/DocumentController.h"
+#include "platform/notifications/NotificationCenter.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/settings/UserDefaults.h"
+#include "testing/LogRecorder.h"
 #include "tests/platform/Shown.h"
 #include "tests/platform/qt/ModalBox.h"
 

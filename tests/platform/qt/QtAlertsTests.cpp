@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/QtAlerts.h"
+#include "desktop/alerts/QtAlerts.h"
 
 #include <QLabel>
 #include <QMessageBox>
@@ -9,8 +9,8 @@
 #include <stdexcept>
 #include <QTest>
 
-#include "platform/qt/QtRunLoop.h"
-#include "platform/testing/LogRecorder.h"
+#include "desktop/runloop/QtRunLoop.h"
+#include "testing/LogRecorder.h"
 #include "tests/platform/Shown.h"
 #include "tests/platform/qt/ModalBox.h"
 

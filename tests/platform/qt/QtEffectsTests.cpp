@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/QtEffects.h"
+#include "desktop/alerts/QtEffects.h"
 
 #include <QApplication>
 #include <QPointer>

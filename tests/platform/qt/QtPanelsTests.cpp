@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/QtPanels.h"
+#include "desktop/alerts/QtPanels.h"
 
 #include <QAbstractButton>
 #include <QDir>
@@ -11,7 +11,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "platform/qt/QtRunLoop.h"
+#include "desktop/runloop/QtRunLoop.h"
 #include "tests/platform/Shown.h"
 #include "tests/platform/qt/ModalBox.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/QtPrinter.h"
+#include "desktop/printing/QtPrinter.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,8 +12,8 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
-#include "platform/GraphicsContext.h"
-#include "platform/qt/QtRunLoop.h"
+#include "platform/printing/GraphicsContext.h"
+#include "desktop/runloop/QtRunLoop.h"
 #include "tests/platform/Shown.h"
 #include "tests/platform/qt/ModalBox.h"
 #include "tests/platform/qt/PdfFile.h"

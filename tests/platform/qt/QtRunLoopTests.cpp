@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/QtRunLoop.h"
+#include "desktop/runloop/QtRunLoop.h"
 
 #include <QEventLoop>
 #include <memory>
@@ -7,7 +7,7 @@
 #include <thread>
 #include <QTest>
 
-#include "platform/testing/LogRecorder.h"
+#include "testing/LogRecorder.h"
 #include "tests/platform/Shown.h"
 
 using platform::RunLoop;

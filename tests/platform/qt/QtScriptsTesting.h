@@ -12,7 +12,7 @@
 #include <functional>
 #include <stdexcept>
 
-#include "platform/Script.h"
+#include "platform/scripts/Script.h"
 
 namespace platform {
 

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // Scripts that are looked at, and not run.
-#include "platform/qt/QtScripts.h"
+#include "desktop/scripts/QtScripts.h"
 
 #include <QCursor>
 #include <QGuiApplication>
 #include <QStandardPaths>
 #include <thread>
 
-#include "platform/testing/VirtualRunLoop.h"
+#include "testing/VirtualRunLoop.h"
 #include "tests/platform/Shown.h"
 #include "tests/platform/qt/QtScriptsTesting.h"
 #include "tests/velmora/support/OwnHome.h"

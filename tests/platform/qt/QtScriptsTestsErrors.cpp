@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "platform/qt/ShellErrors.h"
+#include "desktop/scripts/ShellErrors.h"
 #include "tests/platform/Shown.h"
 #include "tests/platform/qt/QtScriptsTesting.h"
 

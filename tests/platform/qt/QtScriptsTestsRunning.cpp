@@ -13,10 +13,10 @@
 #include <QVBoxLayout>
 #include <QTest>
 
-#include "platform/qt/QtScripts.h"
-#include "platform/qt/ShellStandardError.h"
-#include "platform/testing/LogRecorder.h"
-#include "platform/testing/VirtualRunLoop.h"
+#include "desktop/scripts/QtScripts.h"
+#include "desktop/scripts/ShellStandardError.h"
+#include "testing/LogRecorder.h"
+#include "testing/VirtualRunLoop.h"
 #include "tests/platform/Shown.h"
 #include "tests/platform/qt/ModalBox.h"
 #include "tests/platform/qt/QtScriptsTesting.h"

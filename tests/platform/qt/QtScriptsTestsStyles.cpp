@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "platform/qt/ShellStyles.h"
+#include "desktop/scripts/ShellStyles.h"
 #include "tests/platform/Shown.h"
 
 using platform::ScriptText;

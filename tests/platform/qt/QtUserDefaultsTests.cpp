@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/QtUserDefaults.h"
+#include "desktop/settings/QtUserDefaults.h"
 
 #include <sys/stat.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/QtWeb.h"
+#include "desktop/web/QtWeb.h"
 
 #include <gtest/gtest.h>
 
@@ -14,8 +14,8 @@
 #include <stdexcept>
 #include <thread>
 
-#include "platform/qt/QtRunLoop.h"
-#include "platform/testing/LogRecorder.h"
+#include "desktop/runloop/QtRunLoop.h"
+#include "testing/LogRecorder.h"
 #include "tests/platform/Shown.h"
 #include "tests/support/LocalWebServer.h"
 #include "tests/support/TestCertificate.h"

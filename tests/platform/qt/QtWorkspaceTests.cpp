@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "platform/qt/QtWorkspace.h"
+#include "desktop/workspace/QtWorkspace.h"
 
 #include <QFile>
 

@@ -9,7 +9,7 @@
 #include <QTemporaryDir>
 #include <QTextBrowser>
 
-#include "platform/qt/QtWorkspace.h"
+#include "desktop/workspace/QtWorkspace.h"
 
 namespace testing_support {
 

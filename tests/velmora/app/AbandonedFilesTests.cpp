@@ -5,8 +5,8 @@
 
 #include <QFileInfo>
 
-#include "orv/OrvKeptCopies.h"
-#include "orv/OrvWrittenFolders.h"
+#include "orv/documents/OrvKeptCopies.h"
+#include "orv/documents/OrvWrittenFolders.h"
 #include "tests/velmora/support/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 

@@ -5,7 +5,7 @@
 #include <QMenu>
 #include <QUrl>
 
-#include "platform/AssertionFailure.h"
+#include "base/log/AssertionFailure.h"
 #include "tests/velmora/support/RecordApplication.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/batch/BatchExportController.h"

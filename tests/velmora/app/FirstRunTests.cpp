@@ -6,7 +6,7 @@
 #include <QMessageBox>
 #include <QTimer>
 
-#include "platform/qt/QtAlerts.h"
+#include "desktop/alerts/QtAlerts.h"
 #include "tests/velmora/support/RecordApplication.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/resources/SettingsKeys.h"

@@ -4,10 +4,10 @@
 // another.
 #include <gtest/gtest.h>
 
-#include "platform/testing/LogRecorder.h"
+#include "testing/LogRecorder.h"
 #include "tests/velmora/osirix/PluginTesting.h"
 #include "tests/velmora/support/RecordApplication.h"
-#include "velmora/osirix/LinkPayload.h"
+#include "link/protocol/LinkPayload.h"
 #include "velmora/osirix/Osirix.h"
 #include "velmora/resources/SettingsKeys.h"
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/velmora/support/UserActions.h"
-#include "platform/testing/TestServices.h"
+#include "testing/TestServices.h"
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/resources/SettingsKeys.h"
 

@@ -3,11 +3,11 @@
 
 #include <QLabel>
 
-#include "platform/testing/LogRecorder.h"
+#include "testing/LogRecorder.h"
 #include "tests/velmora/support/RecordApplication.h"
 #include "velmora/about/AboutController.h"
-#include "velmora/osirix/LinkPayload.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "link/protocol/LinkPayload.h"
+#include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace settings = velmora::settings;

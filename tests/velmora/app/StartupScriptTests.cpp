@@ -8,11 +8,11 @@
 #include <QTest>
 #include <QTimer>
 
-#include "platform/Document.h"
-#include "platform/DocumentController.h"
-#include "platform/qt/QtScripts.h"
-#include "platform/testing/LogRecorder.h"
-#include "platform/testing/TestServices.h"
+#include "platform/documents/Document.h"
+#include "platform/documents/DocumentController.h"
+#include "desktop/scripts/QtScripts.h"
+#include "testing/LogRecorder.h"
+#include "testing/TestServices.h"
 #include "tests/platform/Shown.h"
 #include "tests/platform/qt/QtScriptsTesting.h"
 #include "tests/velmora/support/OwnHome.h"

@@ -6,8 +6,8 @@
 #include <limits>
 #include <memory>
 
-#include "orv/OrvVersion.h"
-#include "platform/testing/TestServices.h"
+#include "orv/updates/OrvVersion.h"
+#include "testing/TestServices.h"
 #include "tests/platform/Shown.h"
 #include "velmora/resources/SettingsKeys.h"
 

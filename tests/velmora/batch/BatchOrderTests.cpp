@@ -2,9 +2,9 @@
 //
 // The order of events: a batch export with its progress window is, to everything that waits for its time, one
 // event in which the posts follow each other.
-#include "platform/testing/LogRecorder.h"
+#include "testing/LogRecorder.h"
 #include "tests/velmora/batch/BatchTesting.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "link/protocol/LinkProtocol.h"
 
 namespace settings = velmora::settings;
 using batch_testing::BatchExport;

@@ -3,7 +3,7 @@
 // Which files of the save folder a batch export takes.
 #include <QElapsedTimer>
 
-#include "platform/testing/LogRecorder.h"
+#include "testing/LogRecorder.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/velmora/batch/BatchTesting.h"
 

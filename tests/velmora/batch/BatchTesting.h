@@ -12,7 +12,7 @@
 
 #include "tests/velmora/support/RecordApplication.h"
 #include "velmora/batch/BatchExportController.h"
-#include "velmora/osirix/LinkPayload.h"
+#include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace batch_testing {

@@ -3,7 +3,7 @@
 
 #include <QPushButton>
 
-#include "platform/DateFormatter.h"
+#include "platform/text/DateFormatter.h"
 #include "tests/velmora/support/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 

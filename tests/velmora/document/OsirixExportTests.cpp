@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "platform/DateFormatter.h"
+#include "platform/text/DateFormatter.h"
 #include "tests/velmora/support/RecordApplication.h"
-#include "velmora/osirix/LinkPayload.h"
+#include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace settings = velmora::settings;
@@ -148,18 +148,16 @@ TEST_F(OsirixExport, SendsTheRecordOfAReturningPatientWithoutAStudy) {
 }
 
 TEST(ReplyPayload, LeavesOutWhatIsAbsent) {
-  platform::DateFormatter formatter(QLocale(QLocale::English, QLocale::UnitedKingdom));
-  formatter.setDateStyle(platform::DateFormatter::Style::Short);
   velmora::link::ChartExport chart;
-  EXPECT_EQ(velmora::link::replyPayload(chart, formatter).keys(),
+  EXPECT_EQ(velmora::link::replyPayload(chart).keys(),
             (QStringList{"Identifier", "JPEG", "StudyDescription"}));
   chart.name = "";
   chart.studyID = "";
-  EXPECT_EQ(velmora::link::replyPayload(chart, formatter).keys(),
+  EXPECT_EQ(velmora::link::replyPayload(chart).keys(),
             (QStringList{"Identifier", "JPEG", "Name", "OsiriXStudyID", "StudyDescription"}));
-  chart.birthDate = "1/2/2020";
-  chart.examDate = "2/2/2024";
-  EXPECT_EQ(velmora::link::replyPayload(chart, formatter).size(), 7);
+  chart.birthDate = QDate(2020, 2, 1).startOfDay();
+  chart.examDate = QDate(2024, 2, 2).startOfDay();
+  EXPECT_EQ(velmora::link::replyPayload(chart).size(), 7);
 }
 
 TEST(FileNameIdentifier, HasADashForEverySlash) {

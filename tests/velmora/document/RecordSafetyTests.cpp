@@ -6,10 +6,10 @@
 
 #include <QTabWidget>
 
-#include "orv/OrvKeptCopies.h"
+#include "orv/documents/OrvKeptCopies.h"
 #include "tests/velmora/support/RecordApplication.h"
-#include "velmora/osirix/LinkPayload.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "link/protocol/LinkPayload.h"
+#include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace settings = velmora::settings;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "orv/OrvKeptCopies.h"
+#include "orv/documents/OrvKeptCopies.h"
 #include "tests/velmora/support/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 

@@ -8,9 +8,9 @@
 #include <QPointer>
 #include <stdexcept>
 
-#include "platform/testing/LogRecorder.h"
+#include "testing/LogRecorder.h"
 #include "tests/velmora/support/RecordApplication.h"
-#include "velmora/osirix/LinkPayload.h"
+#include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace settings = velmora::settings;

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/velmora/support/RecordApplication.h"
-#include "velmora/osirix/LinkPayload.h"
+#include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace settings = velmora::settings;

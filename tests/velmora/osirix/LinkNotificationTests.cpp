@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/velmora/support/RecordApplication.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "link/protocol/LinkProtocol.h"
 
 using testing_support::RecordApplication;
 using testing_support::study;

@@ -7,11 +7,11 @@
 #include <stdexcept>
 #include <thread>
 
-#include "platform/AssertionFailure.h"
-#include "platform/DateFormatter.h"
-#include "platform/testing/LogRecorder.h"
+#include "base/log/AssertionFailure.h"
+#include "platform/text/DateFormatter.h"
+#include "testing/LogRecorder.h"
 #include "tests/velmora/support/RecordApplication.h"
-#include "velmora/osirix/LinkProtocol.h"
+#include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
 /// Of the address sanitizer, where it is there.

@@ -5,8 +5,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "platform/testing/LogRecorder.h"
-#include "platform/testing/TestServices.h"
+#include "testing/LogRecorder.h"
+#include "testing/TestServices.h"
 #include "tests/faults/shim/SystemCalls.h"
 #include "tests/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/PluginInstaller.h"

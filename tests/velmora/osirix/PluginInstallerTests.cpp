@@ -9,9 +9,9 @@
 #include <QDateTime>
 #include <QDirIterator>
 
-#include "platform/PropertyList.h"
-#include "platform/testing/LogRecorder.h"
-#include "platform/testing/TestServices.h"
+#include "platform/bundles/PropertyList.h"
+#include "testing/LogRecorder.h"
+#include "testing/TestServices.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/Osirix.h"

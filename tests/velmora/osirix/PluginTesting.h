@@ -5,7 +5,7 @@
 #include <QFile>
 #include <QString>
 
-#include "platform/Alert.h"
+#include "platform/controls/Alert.h"
 #include "tests/platform/Shown.h"
 #include "tests/velmora/support/OwnHome.h"
 

@@ -5,7 +5,7 @@
 
 #include <QTimeZone>
 
-#include "platform/UserDefaults.h"
+#include "platform/settings/UserDefaults.h"
 #include "tests/platform/Shown.h"
 
 using velmora::lastCheckedText;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // What the buttons of the preferences window do; and a window that lacks some of its controls.
-#include "platform/testing/LogRecorder.h"
+#include "testing/LogRecorder.h"
 #include "tests/velmora/preferences/PreferencesTesting.h"
-#include "velmora/osirix/LinkPayload.h"
+#include "link/protocol/LinkPayload.h"
 #include "velmora/osirix/Osirix.h"
 #include "velmora/resources/FrameworkResources.h"
 #include <QTest>

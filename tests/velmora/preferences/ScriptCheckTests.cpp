@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/testing/ScriptedScripts.h"
+#include "testing/ScriptedScripts.h"
 #include "tests/platform/Shown.h"
 #include "velmora/preferences/ScriptStyles.h"
 

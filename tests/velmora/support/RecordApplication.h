@@ -4,7 +4,7 @@
 #include <QLocale>
 #include <optional>
 
-#include "platform/testing/TestServices.h"
+#include "testing/TestServices.h"
 #include "tests/velmora/support/OwnHome.h"
 #include "tests/velmora/support/RecordingDocument.h"
 #include "tests/velmora/support/UserActions.h"

@@ -8,7 +8,7 @@
 #include <QTest>
 #include <stdexcept>
 
-#include "platform/Document.h"
+#include "platform/documents/Document.h"
 
 void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
 

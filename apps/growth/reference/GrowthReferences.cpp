@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "apps/growth/reference/GrowthReferences.h"
+
+#include "base/files/FileManager.h"
+#include "base/log/Log.h"
+
+namespace growth {
+
+QString wordFor(Measure measure) {
+  switch (measure) {
+    case Measure::Weight:
+      return QStringLiteral("weight");
+    case Measure::Height:
+      return QStringLiteral("height");
+    case Measure::Head:
+      break;
+  }
+  return QStringLiteral("head");
+}
+
+GrowthReferences::GrowthReferences(const QString& folder) {
+  for (const Measure measure : measures) {
+    const QString path = folder + QLatin1Char('/') + wordFor(measure) + QStringLiteral(".reference");
+    QByteArray bytes;
+    const platform::FileResult read = platform::FileManager().readFile(path, bytes, 16 * 1024 * 1024);
+    QString error = read.error;
+    auto& reference = references_[static_cast<std::size_t>(measure)];
+    if (read.ok()) reference = GrowthReference::fromBytes(bytes, &error);
+    if (!reference) platform::logLine(QStringLiteral("Reference %1: %2").arg(path, error));
+  }
+}
+
+const GrowthReference* GrowthReferences::reference(Measure measure) const {
+  const auto& reference = references_[static_cast<std::size_t>(measure)];
+  return reference ? &*reference : nullptr;
+}
+
+}  // namespace growth

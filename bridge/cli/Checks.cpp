@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "bridge/cli/Checks.h"
+
+#include <unistd.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStorageInfo>
+#include <QStringList>
+#include <QTemporaryFile>
+#include <chrono>
+#include <mutex>
+
+#include "bridge/pacs/MakePacs.h"
+#include "link/bus/BusLink.h"
+
+namespace bridge {
+namespace {
+
+constexpr qint64 MiB = 1024 * 1024;
+/// A chart is of the order of 1 MiB: room for a day without the archive.
+constexpr qint64 LeastRoom = 256 * MiB;
+
+CheckAnswer wrong(const QString& text) { return {false, text}; }
+
+/// The folder itself, or the nearest one above it that exists.
+QString existing(QString folder) {
+  while (!QFileInfo::exists(folder) && folder != QDir::rootPath()) {
+    folder = QFileInfo(folder).path();
+  }
+  return folder;
+}
+
+/// Whether a file can really be written there; permissions alone do not tell (a full or read-only disk, a
+/// quota).
+QString writingFailure(const QString& folder) {
+  QTemporaryFile file(QDir(folder).filePath(QStringLiteral(".velmora-link-check-XXXXXX")));
+  if (file.open() && file.write(QByteArray(64 * 1024, 'x')) == 64 * 1024 && file.flush() &&
+      ::fsync(file.handle()) == 0) {
+    return QString();
+  }
+  return file.errorString();
+}
+
+}  // namespace
+
+CheckAnswer checkSpoolFolder(const QString& folder) {
+  const QString place = existing(folder);
+  const QFileInfo info(place);
+  if (!info.isDir()) return wrong(QStringLiteral("%1 is in the way: it is no folder").arg(place));
+  if (place == folder) {
+    if (info.ownerId() != ::geteuid()) {
+      return wrong(QStringLiteral("%1 belongs to another user (%2)").arg(folder, info.owner()));
+    }
+    const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                                      QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    if (info.permissions() & others) {
+      return wrong(QStringLiteral("others than you may enter %1: chmod 700 %1").arg(folder));
+    }
+  }
+  if (!info.isWritable() || !info.isExecutable())
+    return wrong(QStringLiteral("no permission to write into %1").arg(place));
+  const qint64 room = QStorageInfo(place).bytesAvailable();
+  if (room >= 0 && room < LeastRoom) {
+    return wrong(QStringLiteral("only %1 MiB are free in %2").arg(room / MiB).arg(place));
+  }
+  if (place != folder) return {true, QStringLiteral("%1 will be made").arg(folder)};
+  const QString failure = writingFailure(folder);
+  if (!failure.isNull()) return wrong(QStringLiteral("cannot write into %1: %2").arg(folder, failure));
+  return {true, QStringLiteral("%1, %2 MiB free").arg(folder).arg(room / MiB)};
+}
+
+CheckAnswer checkSessionBus() {
+  std::mutex mutex;
+  QStringList complaints;
+  platform::wire::BusLink bus(
+      QString(), [](const platform::wire::Message&) {},
+      [&](const QString& line) {
+        const std::lock_guard lock(mutex);
+        complaints.append(line);
+      });
+  if (bus.flush(std::chrono::seconds(10))) return {true, QStringLiteral("answers")};
+  const std::lock_guard lock(mutex);
+  return wrong(complaints.isEmpty() ? QStringLiteral("does not answer")
+                                    : complaints.join(QStringLiteral("; ")));
+}
+
+CheckAnswer checkArchive(const PacsSettings& settings) {
+  const bool dimse = settings.kind == PacsSettings::Kind::Dimse;
+  const QString place = dimse ? QStringLiteral("%1 at %2:%3, as %4")
+                                    .arg(settings.calledAETitle, settings.host)
+                                    .arg(settings.port)
+                                    .arg(settings.callingAETitle)
+                              : settings.url.toDisplayString();
+  const PacsResult result = makePacs(settings)->check();
+  if (!result.done()) return wrong(QStringLiteral("%1: %2").arg(place, result.reason));
+  return {true, QStringLiteral("%1: lets us find and store").arg(place)};
+}
+
+}  // namespace bridge

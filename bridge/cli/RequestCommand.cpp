@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include <QFile>
+#include <array>
+
+#include "bridge/cli/Commands.h"
+#include "bridge/link/LinkRequest.h"
+#include "bridge/cli/SendRequest.h"
+#include "link/wire/WireForm.h"
+#include "link/protocol/LinkProtocol.h"
+
+namespace bridge {
+namespace {
+
+namespace protocol = velmora::link;
+
+struct KeyOption {
+  QString option;
+  QString key;
+  QString description;
+};
+
+const std::array<KeyOption, 5>& keyOptions() {
+  static const std::array<KeyOption, 5> options{
+      KeyOption{QStringLiteral("identifier"), protocol::Identifier,
+                QStringLiteral("The patient's identifier. Required.")},
+      KeyOption{QStringLiteral("name"), protocol::Name, QStringLiteral("The patient's name.")},
+      KeyOption{QStringLiteral("birth-date"), protocol::DateOfBirth,
+                QStringLiteral("Date of birth, YYYY-MM-DD.")},
+      KeyOption{QStringLiteral("study-date"), protocol::DateOfStudy,
+                QStringLiteral("Date of the study, YYYY-MM-DD.")},
+      KeyOption{QStringLiteral("study-id"), protocol::OsiriXStudyID,
+                QStringLiteral("The viewer's identifier of the study.")}};
+  return options;
+}
+
+/// The study that file and options describe; options come before the file.
+RequestResult studyFrom(const QCommandLineParser& parser) {
+  RequestResult study;
+  const QString path = parser.value(QStringLiteral("json"));
+  if (parser.isSet(QStringLiteral("json"))) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+      return {{}, QStringLiteral("cannot read %1: %2").arg(path, file.errorString())};
+    }
+    const QByteArray contents = file.read(platform::wire::MaximumSize + 1);
+    if (file.error() != QFile::NoError) {
+      return {{}, QStringLiteral("cannot read %1: %2").arg(path, file.errorString())};
+    }
+    if (contents.size() > platform::wire::MaximumSize) return {{}, path + QStringLiteral(" is too large")};
+    study = studyFromJson(contents);
+    if (!study.ok()) return {{}, QStringLiteral("%1 is %2").arg(path, study.error)};
+  }
+  for (const KeyOption& each : keyOptions()) {
+    if (parser.isSet(each.option)) study.values.insert(each.key, parser.value(each.option));
+  }
+  return study;
+}
+
+}  // namespace
+
+int runRequest(const QStringList& arguments) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      QStringLiteral("Sends a study to the running application with that bundle identifier. Only what\n"
+                     "is given is sent."));
+  parser.addPositionalArgument(QStringLiteral("request"), QStringLiteral("This command."));
+  parser.addOption({QStringLiteral("application"),
+                    QStringLiteral("The application's bundle identifier. Required."),
+                    QStringLiteral("bundle-identifier")});
+  for (const KeyOption& each : keyOptions()) {
+    parser.addOption({each.option, each.description, each.option});
+  }
+  parser.addOption(
+      {QStringLiteral("json"),
+       QStringLiteral("A JSON object with the keys Identifier, Name, DateOfBirth, DateOfStudy (dates as "
+                      "YYYY-MM-DD) and OsiriXStudyID. The other options override it."),
+       QStringLiteral("file")});
+  if (const auto end = parse(parser, arguments)) return *end;
+
+  const auto application = applicationOption(parser);
+  if (!application) return WrongUsage;
+  const RequestResult study = studyFrom(parser);
+  const RequestResult request = study.ok() ? linkRequest(study.values) : study;
+  if (!request.ok()) {
+    printError(request.error);
+    return WrongUsage;
+  }
+  const QString error = sendRequest(*application, request.values);
+  if (error.isNull()) return Success;
+  printError(error);
+  return Failure;
+}
+
+}  // namespace bridge

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include <algorithm>
+
+#include "bridge/cli/Commands.h"
+#include "bridge/spool/Spool.h"
+
+namespace bridge {
+namespace {
+
+QStringList namesOfAside(const SpoolListing& listing) {
+  QStringList names;
+  for (const SpoolItem& item : listing.items) {
+    if (item.state == SpoolState::Aside) names.append(item.name);
+  }
+  return names;
+}
+
+/// Those that can be sent at all; what is damaged cannot.
+QStringList sendableOf(const SpoolListing& listing) {
+  QStringList names;
+  for (const SpoolItem& item : listing.items) {
+    if (item.state == SpoolState::Aside && !item.sopInstanceUID.isEmpty()) names.append(item.name);
+  }
+  return names;
+}
+
+/// Whether each of them was put back; what was not has been said.
+bool putBack(const QString& folder, const QStringList& names, const QStringList& aside) {
+  bool all = true;
+  for (const QString& name : names) {
+    const QString error = aside.contains(name) ? Spool::putBack(folder, name)
+                                               : QStringLiteral("nothing of that name is set aside");
+    if (error.isNull()) {
+      printLine(name + QStringLiteral(" waits again"));
+    } else {
+      printError(QStringLiteral("%1: %2").arg(name, error));
+      all = false;
+    }
+  }
+  return all;
+}
+
+}  // namespace
+
+int runRetry(const QStringList& arguments) {
+  constexpr int MostNames = 10000;
+  QCommandLineParser parser;
+  parser.setApplicationDescription(QStringLiteral(
+      "Lets charts wait again that were set aside; \"velmora-link status\" shows their names."));
+  parser.addPositionalArgument(QStringLiteral("retry"), QStringLiteral("This command."));
+  parser.addPositionalArgument(QStringLiteral("names"), QStringLiteral("Which ones."),
+                               QStringLiteral("[name...]"));
+  addConfigOption(parser);
+  parser.addOption({QStringLiteral("all"), QStringLiteral("All that are set aside.")});
+  if (const auto end = parse(parser, arguments, MostNames)) return *end;
+  const QStringList named = parser.positionalArguments().mid(1);
+  if (named.isEmpty() != parser.isSet(QStringLiteral("all"))) {
+    printError(QStringLiteral("give either names or --all"));
+    return WrongUsage;
+  }
+  const auto config = configOption(parser);
+  if (!config) return WrongUsage;
+
+  const SpoolListing listing = Spool::list(config->spoolFolder);
+  if (!listing.ok()) {
+    printError(listing.error);
+    return Failure;
+  }
+  const QStringList aside = namesOfAside(listing);
+  const QStringList all = sendableOf(listing);
+  if (named.isEmpty() && aside.isEmpty()) printLine(QStringLiteral("nothing is set aside"));
+  if (named.isEmpty() && all.size() < aside.size()) {
+    printLine(QStringLiteral("%1 damaged, left set aside").arg(aside.size() - all.size()));
+  }
+  if (!putBack(config->spoolFolder, named.isEmpty() ? all : named, aside)) return Failure;
+  if (!Spool::isServed(config->spoolFolder)) {
+    printLine(QStringLiteral("velmora-link serve is not running; what waits is stored when it does"));
+  }
+  return Success;
+}
+
+}  // namespace bridge

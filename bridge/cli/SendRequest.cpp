@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "bridge/cli/SendRequest.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <chrono>
+
+#include "bridge/cli/Commands.h"
+#include "link/bus/BusGreeting.h"
+#include "link/bus/BusLink.h"
+#include "link/protocol/LinkProtocol.h"
+
+namespace bridge {
+
+namespace protocol = velmora::link;
+
+QString sendRequest(const QString& application, const QVariantMap& details) {
+  const platform::wire::Message message{protocol::notificationName(application), protocol::RequestObject,
+                                        details};
+  const platform::wire::Outgoing check = platform::wire::toBus(message);
+  if (!check.refusal.isNull() || !check.dropped.isEmpty()) {
+    return QStringLiteral("cannot be sent: ") +
+           (check.refusal.isNull() ? check.dropped.join(QStringLiteral(", ")) : check.refusal);
+  }
+  platform::wire::BusLink bus(
+      QString(), [](const platform::wire::Message&) {}, [](const QString& line) { printError(line); });
+  bus.post(message);
+  if (!bus.flush(std::chrono::seconds(20))) return QStringLiteral("not sent");
+  printLine(QStringLiteral("sent ") + details.value(protocol::Identifier).toString() +
+            QStringLiteral(" to ") + application);
+  return QString();
+}
+
+bool mayBeRunning(const QString& application) {
+  constexpr int Limit = 5000;  // milliseconds
+  // The bus library waits half a minute for a bus that hangs.
+  platform::wire::BusGreeting greeting;
+  const QString address = platform::wire::sessionBusAddress();
+  if (address.isEmpty() || !greeting.ask(address, std::chrono::milliseconds(Limit)).isNull()) return true;
+  const QString name = QStringLiteral("velmora-link-question");
+  bool running = true;
+  {
+    const QDBusConnection bus = QDBusConnection::connectToBus(address, name);
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
+    question.setArguments({application});
+    if (bus.isConnected()) {
+      const QDBusMessage answer = bus.call(question, QDBus::Block, Limit);
+      running = answer.type() != QDBusMessage::ReplyMessage || answer.arguments().value(0).toBool();
+    }
+  }
+  QDBusConnection::disconnectFromBus(name);
+  return running;
+}
+
+}  // namespace bridge

@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include <signal.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <array>
+#include <cstdlib>
+#include <mutex>
+
+#include "bridge/cli/Commands.h"
+#include "bridge/pacs/MakePacs.h"
+#include "bridge/service/Service.h"
+#include "link/bus/BusLink.h"
+#include "link/protocol/LinkProtocol.h"
+
+namespace bridge {
+namespace {
+
+namespace protocol = velmora::link;
+
+/// How long the exchange that runs may go on when the program is to end. What it has not finished is sent
+/// again after the next start, as the same object.
+constexpr std::chrono::seconds Farewell{10};
+/// How long one look for the bus may hold up the writing of replies.
+constexpr std::chrono::milliseconds OneLook{500};
+
+/// Lines come from several threads.
+void say(void (*print)(const QString&), const QString& line) {
+  static std::mutex mutex;
+  const std::lock_guard guard(mutex);
+  print(line);
+}
+void done(const QString& line) { say(&printLine, line); }
+void failed(const QString& line) { say(&printError, line); }
+
+/// Turns SIGTERM and SIGINT into the end of the event loop.
+class EndSignals {
+ public:
+  EndSignals() {
+    if (::pipe(ends_.data()) != 0) std::abort();
+    struct sigaction action {};
+    action.sa_handler = [](int) {
+      const char byte = 0;
+      [[maybe_unused]] const auto written = ::write(ends_[1], &byte, 1);
+    };
+    ::sigaction(SIGTERM, &action, nullptr);
+    ::sigaction(SIGINT, &action, nullptr);
+    notifier_ = std::make_unique<QSocketNotifier>(ends_[0], QSocketNotifier::Read);
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] {
+      notifier_->setEnabled(false);
+      QCoreApplication::quit();
+    });
+    // Whoever reads our lines may go away before us.
+    ::signal(SIGPIPE, SIG_IGN);
+  }
+
+ private:
+  inline static std::array<int, 2> ends_{-1, -1};
+  std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+/// Listens for the applications, and says when the bus has agreed to pass everything on.
+class Listening {
+ public:
+  Listening(Service& service, const Config& config)
+      : config_(config),
+        bus_(
+            QString(), [&service](const platform::wire::Message& message) { service.hear(message); },
+            [](const QString& line) { failed(line); }) {
+    for (const QString& application : config.applications) {
+      const QString name = protocol::notificationName(application);
+      bus_.subscribe(name, protocol::RequestObject);
+      bus_.subscribe(name, protocol::ReplyObject);
+    }
+    looks_.setInterval(OneLook);
+    QObject::connect(&looks_, &QTimer::timeout, [this] { look(); });
+    looks_.start();
+    QTimer::singleShot(0, &looks_, [this] { look(); });
+  }
+
+ private:
+  void look() {
+    if (!looks_.isActive() || !bus_.flush(OneLook)) return;
+    looks_.stop();
+    done(QStringLiteral("listening for the charts of %1, spool %2")
+             .arg(config_.applications.join(QStringLiteral(", ")), config_.spoolFolder));
+  }
+
+  const Config& config_;
+  platform::wire::BusLink bus_;
+  QTimer looks_;
+};
+
+}  // namespace
+
+int runServe(const QStringList& arguments) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(QStringLiteral(
+      "Stores the charts that the applications send in the PACS, in the study that they belong\n"
+      "to, until it is told to end (SIGTERM or SIGINT). A chart is kept on the disk until the\n"
+      "PACS has confirmed it. Says \"listening ...\" when nothing can be missed any more, and\n"
+      "one line for each chart: \"taken\", \"stored\", \"waiting\" or \"aside\", with the name that\n"
+      "\"velmora-link status\" shows, never the patient's."));
+  parser.addPositionalArgument(QStringLiteral("serve"), QStringLiteral("This command."));
+  addConfigOption(parser);
+  if (const auto end = parse(parser, arguments)) return *end;
+  const auto config = configOption(parser);
+  if (!config) return WrongUsage;
+
+  Spool spool(config->spoolFolder);
+  const QString error = spool.open();
+  if (!error.isNull()) {
+    failed(error);
+    return Failure;
+  }
+  for (const QString& remark : spool.remarks()) failed(remark);
+  RequestMemory requests(spool.folder() + QStringLiteral("/requests"));
+  const QString damage = requests.open(QDateTime::currentDateTimeUtc());
+  if (!damage.isNull()) failed(damage);
+
+  const EndSignals signals;
+  const std::unique_ptr<Pacs> pacs = makePacs(config->pacs);
+  Service service(spool, requests, *pacs, *config, &done, &failed);
+  {
+    const Listening listening(service, *config);
+    QCoreApplication::exec();
+  }
+  service.settle();
+  if (!service.end(Farewell)) {
+    failed(QStringLiteral("ended in the middle of an exchange with the PACS"));
+    std::_Exit(Success);
+  }
+  return Success;
+}
+
+}  // namespace bridge

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "bridge/cli/Commands.h"
+#include "bridge/spool/Spool.h"
+
+namespace bridge {
+namespace {
+
+/// Of each kind so many are shown unless all are asked for: the newest of the stored ones, the oldest of the
+/// others, which have waited longest.
+constexpr qsizetype MostShown = 50;
+
+struct Kind {
+  SpoolState state;
+  const char* title;
+  const char* key;  ///< in JSON
+};
+
+constexpr std::array<Kind, 3> Kinds{{{SpoolState::Waiting, "waiting", "waiting"},
+                                     {SpoolState::Stored, "stored", "stored"},
+                                     {SpoolState::Aside, "set aside", "setAside"}}};
+
+struct Selection {
+  QList<SpoolItem> items;
+  qsizetype leftOut = 0;
+};
+
+Selection select(const QList<SpoolItem>& all, SpoolState state, bool everything) {
+  Selection selection;
+  std::copy_if(all.begin(), all.end(), std::back_inserter(selection.items),
+               [&](const SpoolItem& item) { return item.state == state; });
+  if (everything || selection.items.size() <= MostShown) return selection;
+  selection.leftOut = selection.items.size() - MostShown;
+  selection.items =
+      state == SpoolState::Stored ? selection.items.last(MostShown) : selection.items.first(MostShown);
+  return selection;
+}
+
+/// What an application or an archive wrote, so that it can neither end the line nor command the terminal.
+QString harmless(const QString& text) {
+  QString shown;
+  for (const QChar c : text) {
+    const bool commands = c.category() == QChar::Other_Control || c.category() == QChar::Other_Format ||
+                          c.category() == QChar::Separator_Line || c.category() == QChar::Separator_Paragraph;
+    shown += commands ? QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0')) : QString(c);
+  }
+  return shown;
+}
+
+QString shown(const QDateTime& time) {
+  return time.isValid() ? time.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))
+                        : QStringLiteral("an unknown time");
+}
+
+QString triesOf(int tries) {
+  return tries == 1 ? QStringLiteral("tried once") : QStringLiteral("tried %1 times").arg(tries);
+}
+
+/// What there is to say about one reply, below its name.
+QStringList detailsOf(const SpoolItem& item) {
+  QStringList lines;
+  if (!item.identifier.isEmpty()) lines.append(QStringLiteral("patient ") + item.identifier);
+  if (!item.application.isEmpty()) lines.append(QStringLiteral("from ") + item.application);
+  switch (item.state) {
+    case SpoolState::Waiting:
+      if (item.tries > 0) {
+        lines.append(
+            QStringLiteral("%1, last %2: %3").arg(triesOf(item.tries), shown(item.changed), item.reason));
+      } else if (!item.reason.isEmpty()) {
+        lines.append(item.reason);
+      }
+      break;
+    case SpoolState::Stored:
+      lines.append(QStringLiteral("stored %1 as %2").arg(shown(item.changed), item.sopInstanceUID));
+      lines.append(QStringLiteral("in study ") + item.studyInstanceUID);
+      break;
+    case SpoolState::Aside:
+      lines.append(QStringLiteral("set aside %1: %2").arg(shown(item.changed), item.reason));
+      break;
+  }
+  return lines;
+}
+
+void print(const SpoolListing& listing, bool served, bool everything) {
+  printLine(served ? QStringLiteral("velmora-link serve is running")
+                   : QStringLiteral("velmora-link serve is not running"));
+  for (const Kind& kind : Kinds) {
+    const Selection selection = select(listing.items, kind.state, everything);
+    printLine(QStringLiteral("%1: %2")
+                  .arg(QLatin1String(kind.title))
+                  .arg(selection.items.size() + selection.leftOut));
+    for (const SpoolItem& item : selection.items) {
+      printLine(QStringLiteral("  %1  arrived %2").arg(item.name, shown(item.arrival)));
+      const QStringList lines = detailsOf(item);
+      for (const QString& line : lines) printLine(QStringLiteral("    ") + harmless(line));
+    }
+    if (selection.leftOut > 0) {
+      printLine(QStringLiteral("  and %1 more; --all shows them").arg(selection.leftOut));
+    }
+  }
+}
+
+QJsonValue json(const QDateTime& time) {
+  return time.isValid() ? QJsonValue(time.toUTC().toString(Qt::ISODateWithMs)) : QJsonValue();
+}
+
+QJsonObject json(const SpoolItem& item) {
+  return {{QStringLiteral("name"), item.name},
+          {QStringLiteral("arrived"), json(item.arrival)},
+          {QStringLiteral("changed"), json(item.changed)},
+          {QStringLiteral("application"), item.application},
+          {QStringLiteral("identifier"), item.identifier},
+          {QStringLiteral("sopInstanceUID"), item.sopInstanceUID},
+          {QStringLiteral("studyInstanceUID"), item.studyInstanceUID},
+          {QStringLiteral("tries"), item.tries},
+          {QStringLiteral("reason"), item.reason}};
+}
+
+void printJson(const SpoolListing& listing, bool served, bool everything) {
+  QJsonObject all{{QStringLiteral("serving"), served}};
+  for (const Kind& kind : Kinds) {
+    const Selection selection = select(listing.items, kind.state, everything);
+    QJsonArray items;
+    for (const SpoolItem& item : selection.items) items.append(json(item));
+    all.insert(QLatin1String(kind.key),
+               QJsonObject{{QStringLiteral("count"), selection.items.size() + selection.leftOut},
+                           {QStringLiteral("items"), items}});
+  }
+  // JSON is UTF-8, whatever the terminal's character set.
+  std::fputs(QJsonDocument(all).toJson().constData(), stdout);
+  std::fflush(stdout);
+}
+
+}  // namespace
+
+int runStatus(const QStringList& arguments) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(QStringLiteral(
+      "Lists the charts that wait for the archive, those that are stored in it, and those that\n"
+      "are set aside because they can never be stored as they are."));
+  parser.addPositionalArgument(QStringLiteral("status"), QStringLiteral("This command."));
+  addConfigOption(parser);
+  parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON, for other programs.")});
+  parser.addOption({QStringLiteral("all"),
+                    QStringLiteral("Everything; otherwise %1 of each kind at most.").arg(MostShown)});
+  if (const auto end = parse(parser, arguments)) return *end;
+  const auto config = configOption(parser);
+  if (!config) return WrongUsage;
+
+  const SpoolListing listing = Spool::list(config->spoolFolder);
+  if (!listing.ok()) {
+    printError(listing.error);
+    return Failure;
+  }
+  const bool served = Spool::isServed(config->spoolFolder);
+  const bool everything = parser.isSet(QStringLiteral("all"));
+  if (parser.isSet(QStringLiteral("json"))) {
+    printJson(listing, served, everything);
+  } else {
+    print(listing, served, everything);
+  }
+  return Success;
+}
+
+}  // namespace bridge

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "bridge/cli/StudyAddress.h"
+
+#include <QRegularExpression>
+#include <QSet>
+#include <QStringDecoder>
+#include <algorithm>
+#include <optional>
+
+#include "bridge/link/LinkDates.h"
+#include "bridge/link/LinkRequest.h"
+
+namespace bridge {
+
+namespace {
+
+constexpr int LongestIdentifier = 64;
+
+StudyAddress refused(const QString& reason) {
+  StudyAddress address;
+  address.error = reason;
+  return address;
+}
+
+/// The text that a percent-encoded one stands for; nothing when a sign is followed by no two digits, or the
+/// bytes are not UTF-8.
+std::optional<QString> decoded(const QString& encoded) {
+  static const QRegularExpression broken(QStringLiteral("%(?![0-9A-Fa-f]{2})"));
+  if (encoded.contains(broken)) return std::nullopt;
+  const QByteArray bytes = QByteArray::fromPercentEncoding(encoded.toLatin1());
+  // A byte order mark stays in the text, where it is then seen.
+  QStringDecoder decoder(QStringDecoder::Utf8,
+                         QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+  const QString text = decoder(bytes);
+  if (decoder.hasError()) return std::nullopt;
+  return text;
+}
+
+bool isForbiddenInIdentifiers(char32_t c) {
+  if (c == U'\\' || c == U'*' || c == U'?' || c == 0xfeff || QChar::isNonCharacter(c)) return true;
+  switch (QChar::category(c)) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:
+    case QChar::Other_Surrogate:
+    case QChar::Other_NotAssigned:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// Takes one value; a null string, or what is wrong with it.
+QString take(StudyAddress& address, const QString& key, const QString& value) {
+  if (key == QLatin1String("uid")) {
+    if (!mayBeUid(value)) return QStringLiteral("its uid is no Study Instance UID");
+    address.query.studyInstanceUID = value;
+  } else if (key == QLatin1String("accession")) {
+    if (!isPlainIdentifier(value)) return QStringLiteral("its accession number is not acceptable");
+    address.query.accessionNumber = value;
+  } else if (key == QLatin1String("patient")) {
+    if (!isPlainIdentifier(value)) return QStringLiteral("its patient identifier is not acceptable");
+    address.query.patientID = value;
+  } else if (key == QLatin1String("date")) {
+    if (!noonOfDay(value)) return QStringLiteral("its date is not of the form YYYY-MM-DD");
+    address.query.studyDate = QDate::fromString(value, Qt::ISODate);
+  } else if (key == QLatin1String("application")) {
+    if (value.size() > 255 || !isBundleIdentifier(value))
+      return QStringLiteral("its application is no bundle identifier");
+    address.application = value;
+  } else {
+    return QStringLiteral("it has a key that does not belong there");
+  }
+  return QString();
+}
+
+}  // namespace
+
+bool mayBeUid(const QString& text) {
+  static const QRegularExpression form(QStringLiteral("\\A[0-9.]{1,64}\\z"));
+  return form.match(text).hasMatch();
+}
+
+bool isPlainIdentifier(const QString& text) {
+  const QList<uint> characters = text.toUcs4();
+  return !text.trimmed().isEmpty() && characters.size() <= LongestIdentifier &&
+         std::none_of(characters.begin(), characters.end(), isForbiddenInIdentifiers);
+}
+
+StudyAddress studyAddress(const QString& address) {
+  if (address.size() > LongestAddress) return refused(QStringLiteral("it is too long"));
+  const bool printable = std::all_of(address.begin(), address.end(),
+                                     [](QChar c) { return c.unicode() > 0x20 && c.unicode() < 0x7f; });
+  if (!printable) return refused(QStringLiteral("it holds characters that no address has"));
+  const QString beginning = QStringLiteral("velmora-link:study?");
+  // Schemes are the same in capitals (RFC 3986, 3.1); what follows is ours.
+  const qsizetype scheme = beginning.indexOf(QLatin1Char(':')) + 1;
+  if (address.left(scheme).toLower() + address.mid(scheme, beginning.size() - scheme) != beginning) {
+    return refused(QStringLiteral("it does not begin with \"%1\"").arg(beginning));
+  }
+  if (address.contains(QLatin1Char('#'))) return refused(QStringLiteral("it names a part of a study"));
+  StudyAddress result;
+  QSet<QString> keys;
+  for (const QString& pair : address.mid(beginning.size()).split(QLatin1Char('&'))) {
+    const qsizetype equals = pair.indexOf(QLatin1Char('='));
+    const QString key = pair.left(std::max<qsizetype>(equals, 0));
+    if (keys.contains(key)) return refused(QStringLiteral("it says the same thing twice"));
+    keys.insert(key);
+    const auto value = decoded(pair.mid(equals + 1));
+    if (!value) return refused(QStringLiteral("a value in it is not percent-encoded UTF-8"));
+    const QString error = take(result, key, *value);
+    if (!error.isNull()) return refused(error);
+  }
+  if (result.query.studyInstanceUID.isEmpty() && result.query.accessionNumber.isEmpty() &&
+      result.query.patientID.isEmpty()) {
+    return refused(QStringLiteral("it names no study"));
+  }
+  return result;
+}
+
+}  // namespace bridge

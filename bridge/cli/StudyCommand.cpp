@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include <unistd.h>
+
+#include <memory>
+
+#include "bridge/cli/Commands.h"
+#include "bridge/cli/DesktopNotice.h"
+#include "bridge/link/LinkDates.h"
+#include "bridge/link/LinkRequest.h"
+#include "bridge/cli/SendRequest.h"
+#include "bridge/cli/StudyAddress.h"
+#include "bridge/dicom/PersonName.h"
+#include "bridge/dicom/StudyFile.h"
+#include "bridge/pacs/MakePacs.h"
+#include "link/protocol/LinkProtocol.h"
+
+namespace bridge {
+namespace {
+
+namespace protocol = velmora::link;
+
+/// One study, or why there is not one, and those among which to choose, a line each.
+struct Choice {
+  Study study;
+  QString error;
+  QStringList candidates;
+};
+
+/// A text of the archive on one line.
+QString onOneLine(const QString& text) {
+  QString line = text.simplified();
+  line.removeIf([](QChar c) { return !c.isPrint() && !c.isSurrogate(); });
+  return line;
+}
+
+QString lineOf(const Study& study) {
+  const QString date =
+      study.studyDate.isValid() ? study.studyDate.toString(Qt::ISODate) : QStringLiteral("no date");
+  return QStringList{date, onOneLine(study.description), onOneLine(study.accessionNumber),
+                     onOneLine(study.studyInstanceUID)}
+      .join(QLatin1Char('\t'));
+}
+
+/// The one study of the archive that the query means.
+Choice chosenFrom(const PacsSettings& settings, const StudyQuery& query) {
+  Choice choice;
+  QList<Study> studies;
+  const PacsResult result = makePacs(settings)->findStudies(query, studies);
+  if (!result.done()) {
+    choice.error = result.reason;
+  } else if (studies.isEmpty()) {
+    choice.error = QStringLiteral("the archive has no such study");
+  } else if (studies.size() == 1) {
+    choice.study = studies.constFirst();
+  } else {
+    choice.error = QStringLiteral("the archive has %1 such studies; choose one by its Study Instance UID")
+                       .arg(studies.size());
+    for (const Study& each : std::as_const(studies)) choice.candidates.append(lineOf(each));
+  }
+  return choice;
+}
+
+/// The link request for a study. What the study does not say is not sent.
+RequestResult requestFor(const Study& study) {
+  if (study.patientID.isEmpty())
+    return {{}, QStringLiteral("the study has no patient identifier (Patient ID)")};
+  QVariantMap details{{protocol::Identifier, study.patientID},
+                      {protocol::OsiriXStudyID, study.studyInstanceUID}};
+  const QString name = readablePersonName(study.patientName);
+  if (!name.isEmpty()) details.insert(protocol::Name, name);
+  if (study.birthDate.isValid()) details.insert(protocol::DateOfBirth, study.birthDate.toString(Qt::ISODate));
+  if (study.studyDate.isValid()) details.insert(protocol::DateOfStudy, study.studyDate.toString(Qt::ISODate));
+  return linkRequest(details);
+}
+
+/// Null when the study was sent; otherwise why not.
+QString send(const Choice& choice, const QString& application) {
+  if (!choice.error.isNull()) return choice.error;
+  const RequestResult request = requestFor(choice.study);
+  return request.ok() ? sendRequest(application, request.values) : request.error;
+}
+
+/// What to say when a study was sent and nobody seems to have heard it; null when there is nothing to say. A
+/// warning only: an application need not have a name on the bus.
+QString warningAbout(const QString& application) {
+  if (mayBeRunning(application)) return QString();
+  return QStringLiteral("%1 does not seem to be running: start it, and open the study once more")
+      .arg(application);
+}
+
+int wrong(const QString& message) {
+  printError(message);
+  return WrongUsage;
+}
+
+/// The query of the options; nothing when they are wrong, which has then been said.
+std::optional<StudyQuery> queryOf(const QCommandLineParser& parser) {
+  StudyQuery query;
+  query.studyInstanceUID = parser.value(QStringLiteral("uid"));
+  query.accessionNumber = parser.value(QStringLiteral("accession"));
+  query.patientID = parser.value(QStringLiteral("patient"));
+  if (parser.isSet(QStringLiteral("uid")) && !mayBeUid(query.studyInstanceUID)) {
+    wrong(QStringLiteral("--uid: not a UID"));
+    return std::nullopt;
+  }
+  for (const char* const option : {"accession", "patient"}) {
+    const QString name = QString::fromLatin1(option);
+    if (parser.isSet(name) && parser.value(name).isEmpty()) {
+      wrong(QStringLiteral("--%1 is empty").arg(name));
+      return std::nullopt;
+    }
+  }
+  if (parser.isSet(QStringLiteral("date"))) {
+    const QString date = parser.value(QStringLiteral("date"));
+    if (!noonOfDay(date)) {
+      wrong(QStringLiteral("--date: \"%1\" is not a date of the form YYYY-MM-DD").arg(date));
+      return std::nullopt;
+    }
+    query.studyDate = QDate::fromString(date, Qt::ISODate);
+  }
+  return query;
+}
+
+void addOptions(QCommandLineParser& parser) {
+  parser.setApplicationDescription(
+      QStringLiteral("Finds one study, in the archive or in a file, and sends it to an application. When\n"
+                     "several match, they are listed: date, description, accession number, UID."));
+  parser.addPositionalArgument(QStringLiteral("study"), QStringLiteral("This command."));
+  const auto option = [&](const char* name, const char* description, const char* value) {
+    parser.addOption(
+        {QString::fromLatin1(name), QString::fromLatin1(description), QString::fromLatin1(value)});
+  };
+  option("uid", "The study's Study Instance UID.", "uid");
+  option("accession", "The study's accession number.", "number");
+  option("patient", "The patient's identifier (Patient ID).", "identifier");
+  option("date", "The date of the study, YYYY-MM-DD; with --patient.", "date");
+  option("file", "A DICOM file of the study, or a folder of such files, in place of the archive.", "path");
+  option("application", "The application's bundle identifier. Otherwise the first that is configured.",
+         "bundle-identifier");
+  addConfigOption(parser);
+}
+
+/// Tells somebody who clicked a link, and sees no terminal, what went wrong.
+int refuse(const QString& message, ExitCode code) {
+  printError(message);
+  if (::isatty(STDERR_FILENO) == 0) showOnDesktop(QStringLiteral("The study could not be opened"), message);
+  return code;
+}
+
+}  // namespace
+
+int runStudy(const QStringList& arguments) {
+  QCommandLineParser parser;
+  addOptions(parser);
+  if (const auto end = parse(parser, arguments)) return *end;
+  int ways = 0;
+  for (const char* const way : {"uid", "accession", "patient", "file"}) {
+    ways += parser.isSet(QString::fromLatin1(way)) ? 1 : 0;
+  }
+  if (ways != 1) return wrong(QStringLiteral("one of --uid, --accession, --patient and --file is needed"));
+  if (parser.isSet(QStringLiteral("date")) && !parser.isSet(QStringLiteral("patient"))) {
+    return wrong(QStringLiteral("--date goes with --patient"));
+  }
+  const auto query = queryOf(parser);
+  if (!query) return WrongUsage;
+  std::optional<QString> application;
+  if (parser.isSet(QStringLiteral("application"))) {
+    application = applicationOption(parser);
+    if (!application) return WrongUsage;
+  }
+  Config config;
+  const bool fromFile = parser.isSet(QStringLiteral("file"));
+  if (!fromFile || !application) {
+    const auto read = configOption(parser);
+    if (!read) return WrongUsage;
+    config = *read;
+    if (!application) application = config.applications.value(0);
+  }
+  Choice choice;
+  if (fromFile) {
+    const StudyFileResult file = studyFromPath(parser.value(QStringLiteral("file")));
+    choice.study = file.study;
+    choice.error = file.error;
+  } else {
+    choice = chosenFrom(config.pacs, *query);
+  }
+  const QString error = send(choice, *application);
+  if (error.isNull()) {
+    const QString warning = warningAbout(*application);
+    if (!warning.isNull()) printError(warning);
+    return Success;
+  }
+  printError(error);
+  for (const QString& line : std::as_const(choice.candidates)) printLine(line);
+  return Failure;
+}
+
+int runOpen(const QStringList& arguments) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      QStringLiteral("Sends the study that a velmora-link: address names to an application. The desktop\n"
+                     "calls it when such a link is opened."));
+  parser.addPositionalArgument(QStringLiteral("open"), QStringLiteral("This command."));
+  parser.addPositionalArgument(
+      QStringLiteral("address"),
+      QStringLiteral(
+          "velmora-link:study?uid=... with the keys uid, accession, patient, date and application."));
+  addConfigOption(parser);
+  const auto end = parse(parser, arguments, 1);
+  if (end == Success) return Success;
+  const StudyAddress address = studyAddress(parser.positionalArguments().value(1));
+  if (end || !address.ok()) {
+    return refuse(QStringLiteral("the link cannot be followed: %1")
+                      .arg(end ? QStringLiteral("it is no address") : address.error),
+                  WrongUsage);
+  }
+  const ConfigResult read = readConfig(configPathOption(parser));
+  if (!read.ok()) return refuse(read.errors.join(QLatin1Char('\n')), WrongUsage);
+  const QString application =
+      address.application.isEmpty() ? read.config.applications.value(0) : address.application;
+  if (!read.config.applications.contains(application)) {
+    return refuse(
+        QStringLiteral("the link cannot be followed: its application is not among those configured"),
+        WrongUsage);
+  }
+  const Choice choice = chosenFrom(read.config.pacs, address.query);
+  const QString error = send(choice, application);
+  if (error.isNull()) {
+    const QString warning = warningAbout(application);
+    return warning.isNull() ? Success : refuse(warning, Success);
+  }
+  return refuse((QStringList(error) + choice.candidates).join(QLatin1Char('\n')), Failure);
+}
+
+}  // namespace bridge

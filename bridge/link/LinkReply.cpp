@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "bridge/link/LinkReply.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonValue>
+#include <QStringList>
+#include <cmath>
+
+#include "bridge/link/LinkDates.h"
+#include "link/protocol/LinkProtocol.h"
+
+namespace protocol = velmora::link;
+
+namespace bridge {
+namespace {
+
+QJsonValue jsonValue(const QVariant& value) {
+  switch (value.typeId()) {
+    case QMetaType::QDateTime: {
+      const QDateTime date = value.toDateTime();
+      return QJsonObject{{QStringLiteral("date"), localDay(date)},
+                         {QStringLiteral("instant"), date.toUTC().toString(Qt::ISODateWithMs)}};
+    }
+    case QMetaType::QByteArray:
+      return QJsonObject{{QStringLiteral("base64"), QString::fromLatin1(value.toByteArray().toBase64())}};
+    case QMetaType::QVariantList: {
+      QJsonArray array;
+      for (const QVariant& element : value.toList()) array.append(jsonValue(element));
+      return array;
+    }
+    case QMetaType::QVariantMap: {
+      QJsonObject object;
+      const QVariantMap map = value.toMap();
+      for (auto entry = map.begin(); entry != map.end(); ++entry) {
+        object.insert(entry.key(), jsonValue(entry.value()));
+      }
+      return object;
+    }
+    case QMetaType::Double:
+      if (!std::isfinite(value.toDouble())) return QString::number(value.toDouble());
+      return value.toDouble();
+    default:
+      return QJsonValue::fromVariant(value);
+  }
+}
+
+QString escaped(const QString& text) {
+  QString result;
+  for (const QChar c : text) {
+    if (c == QLatin1Char('\\')) {
+      result += QStringLiteral("\\\\");
+    } else if (c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
+               c.category() == QChar::Separator_Paragraph) {
+      result += QStringLiteral("\\u%1").arg(static_cast<uint>(c.unicode()), 4, 16, QLatin1Char('0'));
+    } else {
+      result += c;
+    }
+  }
+  return result;
+}
+
+/// A value in a column of the summary: a string as it is, anything else as JSON.
+QString column(const QVariant& value) {
+  if (!value.isValid()) return QString();
+  if (value.typeId() == QMetaType::QString) return escaped(value.toString());
+  const QByteArray json = QJsonDocument(QJsonArray{jsonValue(value)}).toJson(QJsonDocument::Compact);
+  return escaped(QString::fromUtf8(json.mid(1, json.size() - 2)));
+}
+
+}  // namespace
+
+QByteArray jpegOf(const QVariantMap& reply) {
+  const QVariant value = reply.value(protocol::JPEG);
+  return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : QByteArray();
+}
+
+QJsonObject jsonOf(const QVariantMap& reply) {
+  QVariantMap others = reply;
+  if (!jpegOf(reply).isEmpty()) others.remove(protocol::JPEG);
+  return jsonValue(others).toObject();
+}
+
+QString complaintsAbout(const QVariantMap& reply) {
+  QStringList complaints;
+  const auto expect = [&](const QString& key, QMetaType::Type type, const QString& kind, bool always) {
+    const QVariant value = reply.value(key);
+    if (!value.isValid()) {
+      if (always) complaints.append(QStringLiteral("no ") + key);
+    } else if (value.typeId() != type) {
+      complaints.append(QStringLiteral("%1 is not %2").arg(key, kind));
+    }
+  };
+  const QString text = QStringLiteral("a string");
+  const QString date = QStringLiteral("a date");
+  expect(protocol::Identifier, QMetaType::QString, text, true);
+  expect(protocol::StudyDescription, QMetaType::QString, text, true);
+  expect(protocol::JPEG, QMetaType::QByteArray, QStringLiteral("bytes"), true);
+  expect(protocol::Name, QMetaType::QString, text, false);
+  expect(protocol::DateOfBirth, QMetaType::QDateTime, date, false);
+  expect(protocol::DateOfStudy, QMetaType::QDateTime, date, false);
+  // Every JPEG file begins with the start-of-image marker (ITU-T T.81, B.1.1.3) and the first byte of the
+  // next one.
+  if (reply.value(protocol::JPEG).typeId() == QMetaType::QByteArray &&
+      !jpegOf(reply).startsWith("\xff\xd8\xff")) {
+    complaints.append(protocol::JPEG + QStringLiteral(" is not a JPEG file image"));
+  }
+  return complaints.join(QStringLiteral(", "));
+}
+
+QString summaryOf(const QVariantMap& reply, const QString& number, const QDateTime& arrival) {
+  QStringList columns{number,
+                      arrival.toString(Qt::ISODateWithMs),
+                      column(reply.value(protocol::Identifier)),
+                      column(reply.value(protocol::StudyDescription)),
+                      QStringLiteral("%1 bytes").arg(jpegOf(reply).size()),
+                      column(reply.value(protocol::OsiriXStudyID))};
+  const QString complaints = complaintsAbout(reply);
+  if (!complaints.isEmpty()) columns.append(complaints);
+  return columns.join(QLatin1Char('\t'));
+}
+
+}  // namespace bridge

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "bridge/service/Inbox.h"
+
+#include "bridge/service/LogText.h"
+
+namespace bridge {
+namespace {
+
+/// About how much memory a reply takes; the smallest chart has its texts, too.
+qint64 sizeOf(const SpooledReply& reply) {
+  const qsizetype texts = reply.identifier.size() + reply.patientName.size() + reply.studyID.size() +
+                          reply.description.size() + reply.complaint.size();
+  return 1024 + 2 * texts + reply.jpeg.size();
+}
+
+}  // namespace
+
+Inbox::Inbox(Spool& spool, RequestMemory& requests, Line taken, Line log, qint64 mostKept)
+    : spool_(spool),
+      requests_(requests),
+      taken_(std::move(taken)),
+      log_(std::move(log)),
+      mostKept_(mostKept) {}
+
+void Inbox::request(const QVariantMap& request, const QString& application, const QDateTime& time) {
+  const QString error = requests_.remember(request, application, time);
+  if (!error.isNull()) log_(error);
+}
+
+QString Inbox::write(const QString& name, const SpooledReply& reply) {
+  const QString error = spool_.add(name, reply);
+  if (error.isNull()) taken_(QStringLiteral("taken %1 as %2").arg(name, reply.sopInstanceUID));
+  return error;
+}
+
+bool Inbox::reply(const QVariantMap& values, const QString& application, const QDateTime& arrival) {
+  auto reply = spooledReply(values, application, arrival);
+  if (!reply) {
+    log_(QStringLiteral("a reply of %1 holds no chart and is refused").arg(oneLine(application)));
+    return false;
+  }
+  requests_.recall(*reply);
+  const QString name = spool_.newName();
+  // Nobody overtakes those that could not be written yet.
+  const QString error =
+      kept_.empty() ? write(name, *reply) : QStringLiteral("earlier ones wait for the disk");
+  if (error.isNull()) return true;
+  if (size_ + sizeOf(*reply) > mostKept_) {
+    log_(QStringLiteral("CHART LOST: %1 of %2 can be kept neither on the disk nor in memory: %3")
+             .arg(name, oneLine(application), error));
+    return false;
+  }
+  size_ += sizeOf(*reply);
+  kept_.push_back({name, *reply});
+  log_(QStringLiteral("THE SPOOL CANNOT BE WRITTEN: %1 is kept in memory only, with %2 others: %3")
+           .arg(name)
+           .arg(kept_.size() - 1)
+           .arg(error));
+  return false;
+}
+
+bool Inbox::tryAgain() {
+  // Earlier ones than the replies that are kept: a server that is killed now finds them in this order, too.
+  requests_.save();
+  bool some = false;
+  while (!kept_.empty()) {
+    if (!write(kept_.front().name, kept_.front().reply).isNull()) break;
+    size_ -= sizeOf(kept_.front().reply);
+    kept_.pop_front();
+    some = true;
+  }
+  return some;
+}
+
+}  // namespace bridge

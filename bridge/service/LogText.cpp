@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "bridge/service/LogText.h"
+
+#include <QRegularExpression>
+#include <QStringList>
+
+namespace bridge {
+
+QString withoutPatient(const QString& text, const SpooledReply& reply, const Study* study) {
+  QStringList secrets{reply.identifier, reply.patientName};
+  if (study != nullptr) secrets << study->patientID << study->patientName;
+  QString safe = text;
+  for (const QString& secret : secrets) {
+    if (!secret.trimmed().isEmpty()) {
+      QString pattern = QRegularExpression::escape(secret.trimmed());
+      // An identifier is asked for with a slash in place of a hyphen, too (WhichStudy).
+      pattern.replace(QLatin1String("\\-"), QLatin1String("[-/]"));
+      // Where it stands by itself: a short identifier is part of many a word.
+      const QRegularExpression word(
+          QStringLiteral("(?<![\\p{L}\\p{N}])%1(?![\\p{L}\\p{N}])").arg(pattern),
+          QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
+      safe.replace(word, QStringLiteral("(patient)"));
+    }
+  }
+  return oneLine(safe);
+}
+
+QString oneLine(const QString& text) {
+  QString line = text.size() > 1000 ? text.left(1000) + QStringLiteral("...") : text;
+  for (QChar& c : line) {
+    if (c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
+        c.category() == QChar::Separator_Paragraph) {
+      c = QLatin1Char('?');
+    }
+  }
+  return line;
+}
+
+}  // namespace bridge

@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "bridge/service/Sender.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "bridge/dicom/Capture.h"
+#include "bridge/service/LogText.h"
+#include "bridge/spool/RequestMemory.h"
+
+namespace bridge {
+namespace {
+
+/// Secondary Capture Image Storage (PS3.4 B.5).
+const QString SecondaryCapture = QStringLiteral("1.2.840.10008.5.1.4.1.1.7");
+
+}  // namespace
+
+Sender::Sender(Spool& spool, Pacs& pacs, Report report, WallClock wallClock, QStringList chartsWithoutPatient)
+    : spool_(spool),
+      pacs_(pacs),
+      report_(std::move(report)),
+      wallClock_(std::move(wallClock)),
+      chartsWithoutPatient_(std::move(chartsWithoutPatient)),
+      series_(spool.folder() + QStringLiteral("/series")) {}
+
+std::optional<Sender::Milliseconds> Sender::step(Milliseconds now) {
+  for (const QString& name : spool_.takeBack(wallClock_())) {
+    report_.done(QStringLiteral("again %1").arg(name));
+  }
+  const QList<SpoolItem> waiting = spool_.waiting();
+  const SpoolItem* next = nullptr;
+  QHash<QString, Line> lines;
+  std::optional<Milliseconds> earliest;
+  for (const SpoolItem& item : waiting) {
+    const QString name = applicationIdentifier(item.identifier);
+    if (lines.contains(name)) continue;  // somebody else of this line is before it
+    const Line line = lines_.value(name);
+    lines.insert(name, line);
+    if (!earliest || line.due < *earliest) {
+      earliest = line.due;
+      next = &item;
+    }
+  }
+  lines_ = lines;  // forgets those that have come to their end
+  // A wish stays while the disk does not take its fulfilment, and nobody tells when it does again.
+  const auto orWishes = [this](std::optional<Milliseconds> wait) {
+    return spool_.hasWishes() ? std::min(wait.value_or(FirstDelay), FirstDelay) : wait;
+  };
+  if (next == nullptr) return orWishes(std::nullopt);
+  if (*earliest > now) return orWishes(*earliest - now);
+
+  const QString name = applicationIdentifier(next->identifier);
+  if (attempt(*next) == End::Finished) {
+    finished(name, now);
+  } else {
+    Line& line = lines_[name];
+    line.delay = std::min(line.delay.count() == 0 ? FirstDelay : 2 * line.delay, LongestDelay);
+    line.due = now + line.delay;
+  }
+  return Milliseconds(0);
+}
+
+void Sender::finished(const QString& name, Milliseconds now) {
+  lines_[name] = {now, Milliseconds(0)};
+  const auto failing =
+      std::count_if(lines_.begin(), lines_.end(), [](const Line& line) { return line.delay.count() > 0; });
+  if (failing < 2) return;
+  for (Line& line : lines_) line.due = std::min(line.due, now);
+}
+
+/// Whatever goes wrong with one reply does not stop the others.
+Sender::End Sender::attempt(const SpoolItem& item) {
+  try {
+    return send(item);
+  } catch (const std::exception& exception) {
+    const EntryState state = spool_.state(item.name);
+    if (state.state != SpoolState::Waiting) return End::Finished;
+    return later(item, state,
+                 QStringLiteral("the exchange failed: ") + QString::fromLocal8Bit(exception.what()));
+  }
+}
+
+Sender::End Sender::send(const SpoolItem& item) {
+  EntryState state = spool_.state(item.name);
+  QString reason;
+  bool damaged = false;
+  const auto reply = spool_.read(item.name, reason, damaged);
+  if (!reply && !damaged) return later(item, state, QStringLiteral("cannot read its file: ") + reason);
+  if (!reply) {
+    spool_.setDamagedAside(item.name, reason);
+    report_.failed(QStringLiteral("aside %1: %2").arg(item.name, reason));
+    return End::Finished;
+  }
+  if (!reply->complaint.isEmpty()) return setAside(item, state, reply->complaint);
+  End end = End::Later;
+  const bool goes = state.decision ? confirm(item, *reply, state, end) : decide(item, *reply, state, end);
+  if (!goes) return end;
+
+  const Decision& decision = *state.decision;
+  const CaptureIdentity identity{reply->sopInstanceUID, decision.seriesInstanceUID, decision.instanceNumber,
+                                 decision.seriesNumber, reply->arrival};
+  const CaptureResult capture = secondaryCapture(
+      decision.study, {reply->jpeg, reply->description, reply->application, decision.showsPatient}, identity);
+  if (!capture.ok()) return setAside(item, state, capture.error);
+
+  const PacsResult result = pacs_.store(capture.file, SecondaryCapture, reply->sopInstanceUID);
+  const auto safe = [&](const QString& text) { return withoutPatient(text, *reply, &decision.study); };
+  if (result.outcome == PacsResult::Outcome::TryAgain) return later(item, state, safe(result.reason));
+  if (result.outcome == PacsResult::Outcome::Never) return setAside(item, state, safe(result.reason));
+
+  EntryState stored;
+  stored.state = SpoolState::Stored;
+  stored.changed = wallClock_();
+  stored.tries = state.tries;
+  stored.sopInstanceUID = reply->sopInstanceUID;
+  stored.studyInstanceUID = decision.study.studyInstanceUID;
+  stored.application = reply->application;
+  stored.arrival = reply->arrival;
+  // Without the record it will be stored once more, as the same object.
+  const QString error = spool_.change(item.name, stored);
+  if (!error.isNull()) return later(item, state, error);
+  report_.done(QStringLiteral("stored %1 as %2").arg(item.name, reply->sopInstanceUID));
+  spool_.forgetOldRecords(wallClock_());
+  return End::Finished;
+}
+
+/// Decides where the reply belongs and writes that down. False when it does not go on from here, with how it
+/// ended.
+bool Sender::decide(const SpoolItem& item, const SpooledReply& reply, EntryState& state, End& end) {
+  const StudyAnswer answer = whichStudy(reply, pacs_);
+  if (!goesOn(answer, item, reply, state, end)) return false;
+  Decision decision;
+  decision.study = answer.study;
+  decision.seriesInstanceUID = chartSeriesUID(answer.study.studyInstanceUID, reply.application);
+  decision.seriesNumber = chartSeriesNumber(reply.application);
+  decision.showsPatient = !chartsWithoutPatient_.contains(reply.application);
+  QString error;
+  decision.instanceNumber = series_.next(decision.seriesInstanceUID, error);
+  if (decision.instanceNumber == 0) {
+    end = later(item, state, error);
+    return false;
+  }
+  EntryState decided = state;
+  decided.decision = decision;
+  return keep(decided, item, state, end);
+}
+
+/// Asks whether what was decided earlier still holds, and takes over what the PACS says of the study by now.
+/// Where it does not hold, the reply is set aside undecided. False as with decide().
+bool Sender::confirm(const SpoolItem& item, const SpooledReply& reply, EntryState& state, End& end) {
+  const StudyAnswer answer = studyOfUID(state.decision->study.studyInstanceUID, reply, pacs_);
+  EntryState asked = state;
+  if (answer.kind == StudyAnswer::Kind::Aside) asked.decision.reset();
+  if (!goesOn(answer, item, reply, asked, end)) return false;
+  if (answer.study == state.decision->study) return true;
+  asked.decision->study = answer.study;
+  return keep(asked, item, state, end);
+}
+
+/// Writes down what was decided. False as with decide().
+bool Sender::keep(const EntryState& decided, const SpoolItem& item, EntryState& state, End& end) {
+  if (encodeState(decided).size() > LargestState) {
+    // It could be written, but not read again.
+    end = setAside(item, state, QStringLiteral("what the PACS says of its study is too long"));
+    return false;
+  }
+  EntryState written = decided;
+  written.changed = wallClock_();
+  const QString error = spool_.change(item.name, written);
+  if (!error.isNull()) {
+    end = later(item, state, error);
+    return false;
+  }
+  state = written;
+  return true;
+}
+
+/// Whether there is a study; if not, the reply is set aside or waits, and `end` tells which.
+bool Sender::goesOn(const StudyAnswer& answer, const SpoolItem& item, const SpooledReply& reply,
+                    const EntryState& state, End& end) {
+  if (answer.kind == StudyAnswer::Kind::Found) return true;
+  const Study* const known = state.decision ? &state.decision->study : nullptr;
+  const QString reason = withoutPatient(answer.reason, reply, known);
+  end = answer.kind == StudyAnswer::Kind::Aside ? setAside(item, state, reason) : later(item, state, reason);
+  return false;
+}
+
+Sender::End Sender::setAside(const SpoolItem& item, EntryState state, const QString& reason) {
+  state.state = SpoolState::Aside;
+  state.changed = wallClock_();
+  state.reason = reason;
+  const QString error = spool_.change(item.name, state);
+  if (!error.isNull()) {
+    report_.failed(QStringLiteral("cannot set %1 aside: %2").arg(item.name, error));
+    return End::Later;
+  }
+  report_.failed(QStringLiteral("aside %1: %2").arg(item.name, oneLine(reason)));
+  return End::Finished;
+}
+
+Sender::End Sender::later(const SpoolItem& item, EntryState state, const QString& reason) {
+  ++state.tries;
+  state.changed = wallClock_();
+  // The same reason again is no news.
+  if (state.reason != reason || state.tries == 1) {
+    report_.failed(QStringLiteral("waiting %1: %2").arg(item.name, oneLine(reason)));
+  }
+  state.reason = reason;
+  const QString error = spool_.change(item.name, state);
+  if (!error.isNull()) report_.failed(error);
+  return End::Later;
+}
+
+}  // namespace bridge

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "bridge/service/WhichStudy.h"
+
+#include <QRegularExpression>
+#include <QStringList>
+#include <algorithm>
+
+#include "bridge/spool/RequestMemory.h"
+
+namespace bridge {
+namespace {
+
+StudyAnswer aside(const QString& reason) { return {StudyAnswer::Kind::Aside, {}, reason}; }
+
+StudyAnswer failed(const PacsResult& result) {
+  const auto kind = result.outcome == PacsResult::Outcome::TryAgain ? StudyAnswer::Kind::TryAgain
+                                                                    : StudyAnswer::Kind::Aside;
+  return {kind, {}, result.reason};
+}
+
+/// The study, unless it is another patient's.
+StudyAnswer found(const SpooledReply& reply, const Study& study) {
+  const QString reason = contradiction(reply, study);
+  if (!reason.isNull()) return aside(reason);
+  return {StudyAnswer::Kind::Found, study, QString()};
+}
+
+/// The only study of that UID among those that the PACS answered with.
+StudyAnswer only(const SpooledReply& reply, QList<Study> studies, const QString& uid) {
+  studies.removeIf([&uid](const Study& study) { return study.studyInstanceUID != uid; });
+  if (studies.isEmpty()) return aside(QStringLiteral("the PACS does not know its study"));
+  if (studies.size() > 1) return aside(QStringLiteral("the PACS has its study more than once"));
+  return found(reply, studies.first());
+}
+
+/// Whether two studies may be of two patients, as far as what the PACS says of them goes.
+bool toldApart(const Study& one, const Study& other) {
+  if (one.patientID.trimmed() != other.patientID.trimmed()) return true;
+  const bool bornTogether = one.birthDate.isValid() && one.birthDate == other.birthDate;
+  if (one.birthDate.isValid() && other.birthDate.isValid() && !bornTogether) return true;
+  if (one.issuerOfPatientID == other.issuerOfPatientID) return false;
+  // One of them unnamed: it may be the other one, where the birth date says so, too.
+  return (!one.issuerOfPatientID.isEmpty() && !other.issuerOfPatientID.isEmpty()) || !bornTogether;
+}
+
+/// Each is compared with each: of three, the first may go with both of the others, and those not with each
+/// other.
+bool severalPatients(const QList<Study>& studies) {
+  for (const Study& one : studies) {
+    for (const Study& other : studies) {
+      if (toldApart(one, other)) return true;
+    }
+  }
+  return false;
+}
+
+/// More would be too many questions: each hyphen doubles them.
+constexpr qsizetype MostHyphens = 5;
+
+/// Every Patient ID that an application would hold as this identifier.
+QStringList patientIDs(const QString& identifier) {
+  QStringList all{QString()};
+  for (const QChar c : identifier) {
+    QStringList longer;
+    for (const QString& beginning : all) {
+      longer.append(beginning + c);
+      if (c == QLatin1Char('-')) longer.append(beginning + QLatin1Char('/'));
+    }
+    all = longer;
+  }
+  return all;
+}
+
+/// All studies of the patients whose identifier an application would hold as this one.
+PacsResult ofPatient(const QString& identifier, Pacs& pacs, QList<Study>& studies) {
+  for (const QString& patientID : patientIDs(identifier)) {
+    StudyQuery query;
+    query.patientID = patientID;
+    QList<Study> found;
+    const PacsResult result = pacs.findStudies(query, found);
+    if (!result.done()) return result;
+    // An archive that knows no difference between capitals, or takes a character for a wildcard, says too
+    // much.
+    found.removeIf([&](const Study& study) { return study.patientID.trimmed() != patientID; });
+    studies += found;
+  }
+  return {};
+}
+
+}  // namespace
+
+bool namesOneStudy(const QString& text) {
+  static const QRegularExpression form(QStringLiteral("\\A[0-9]+(\\.[0-9]+)*\\z"));
+  return text.size() <= 64 && form.match(text).hasMatch();
+}
+
+QString contradiction(const SpooledReply& reply, const Study& study) {
+  const QString ours = applicationIdentifier(reply.identifier);
+  const QString theirs = applicationIdentifier(study.patientID);
+  if (ours.isEmpty()) return QStringLiteral("it has no patient's identifier");
+  if (theirs.isEmpty()) return QStringLiteral("its study has no Patient ID");
+  const bool bothBirthDates = reply.birthDay.isValid() && study.birthDate.isValid();
+  if (bothBirthDates && reply.birthDay != study.birthDate && ours == theirs) {
+    return QStringLiteral("its birth date is not that of the study's patient");
+  }
+  // An application turns the identifier of its first document into capitals. Those may be another patient's,
+  // so that the birth date has to speak for it, too.
+  const bool inCapitals = ours == theirs.toUpper() && bothBirthDates && reply.birthDay == study.birthDate;
+  if (ours != theirs && !inCapitals) {
+    return QStringLiteral("its identifier is not that of the study's patient");
+  }
+  return QString();
+}
+
+StudyAnswer studyOfUID(const QString& uid, const SpooledReply& reply, Pacs& pacs) {
+  if (!namesOneStudy(uid)) return aside(QStringLiteral("its study ID is not a Study Instance UID"));
+  StudyQuery query;
+  query.studyInstanceUID = uid;
+  QList<Study> studies;
+  const PacsResult result = pacs.findStudies(query, studies);
+  return result.done() ? only(reply, studies, uid) : failed(result);
+}
+
+StudyAnswer whichStudy(const SpooledReply& reply, Pacs& pacs) {
+  const QString identifier = applicationIdentifier(reply.identifier);
+  if (identifier.isEmpty()) return aside(QStringLiteral("it has no patient's identifier"));
+  const QString uid = reply.studyID.trimmed();
+  if (!uid.isEmpty()) return studyOfUID(uid, reply, pacs);
+
+  const auto cannotBeAsked = [](QChar c) {
+    return c == QLatin1Char('\\') || c.category() == QChar::Other_Control;
+  };
+  if (identifier.size() > 64 || std::any_of(identifier.begin(), identifier.end(), cannotBeAsked)) {
+    return aside(QStringLiteral("its identifier cannot be a Patient ID"));
+  }
+  if (identifier.count(QLatin1Char('-')) > MostHyphens) {
+    return aside(
+        QStringLiteral("its identifier has too many hyphens to look for all that they may stand for"));
+  }
+  QList<Study> studies;
+  const PacsResult result = ofPatient(identifier, pacs, studies);
+  if (!result.done()) return failed(result);
+  const auto several = [] {
+    return aside(QStringLiteral("the PACS has more than one patient whom its identifier can mean"));
+  };
+  if (severalPatients(studies)) return several();
+
+  if (!reply.requestedStudyUID.isEmpty()) {
+    // Asked for by its UID: where the reply has the identifier in capitals, it is not among those found
+    // above.
+    const StudyAnswer answer = studyOfUID(reply.requestedStudyUID, reply, pacs);
+    if (answer.kind == StudyAnswer::Kind::Found && severalPatients(studies << answer.study)) return several();
+    return answer;
+  }
+
+  if (!reply.studyDay.isValid()) return aside(QStringLiteral("it names neither a study nor a day"));
+  studies.removeIf([&](const Study& study) { return study.studyDate != reply.studyDay; });
+  if (studies.isEmpty()) return aside(QStringLiteral("the PACS has no study of that patient on that day"));
+  if (studies.size() > 1) {
+    return aside(QStringLiteral("the PACS has %1 studies of that patient on that day").arg(studies.size()));
+  }
+  return found(reply, studies.first());
+}
+
+}  // namespace bridge

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include "bridge/dicom/Study.h"
+#include "bridge/pacs/Pacs.h"
+#include "bridge/spool/SpoolEntry.h"
+
+namespace bridge {
+
+/// The study that a chart belongs to, or why there is none.
+struct StudyAnswer {
+  enum class Kind {
+    Found,
+    TryAgain,  ///< the PACS could not say
+    Aside,     ///< it cannot be told, or would be another patient's
+  };
+  Kind kind = Kind::Aside;
+  Study study;
+  QString reason;
+};
+
+/// Whether the text has the form of a UID (PS3.5 9.1): it can be asked for without matching anything else.
+bool namesOneStudy(const QString& text);
+
+/// Why a chart must not go into a study; null when nothing speaks against it. The identifiers must be there
+/// and agree, "/" taken for "-"; birth dates must agree where both are known. An identifier that the reply
+/// has in capitals agrees when both birth dates are known and the same.
+QString contradiction(const SpooledReply& reply, const Study& study);
+
+/// The study of that UID, unless what the PACS says of it contradicts the reply.
+StudyAnswer studyOfUID(const QString& uid, const SpooledReply& reply, Pacs& pacs);
+
+/// Finds the study:
+///  - the one that the reply names;
+///  - when it names none, the one that the request named that it belongs to (RequestMemory);
+///  - else the only one that the PACS has of that patient on that day.
+/// In the last two cases a patient's identifier stands for several patients when the PACS has two who are
+/// only told apart by "/" and "-", by their issuers or by their birth dates: then none is taken.
+StudyAnswer whichStudy(const SpooledReply& reply, Pacs& pacs);
+
+}  // namespace bridge

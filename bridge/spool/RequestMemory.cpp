@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "bridge/spool/RequestMemory.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "bridge/spool/DurableFile.h"
+#include "link/protocol/LinkProtocol.h"
+
+namespace protocol = velmora::link;
+
+namespace bridge {
+namespace {
+
+const QByteArray Kind("velmora-link requests 1");
+constexpr qint64 LargestFile = 4 * 1024 * 1024;
+/// Longer ones are neither an identifier nor a UID; DICOM allows 64 characters for both.
+constexpr qsizetype LongestText = 256;
+
+QString textOf(const QVariantMap& request, const QString& key) {
+  const QVariant value = request.value(key);
+  return value.typeId() == QMetaType::QString ? value.toString() : QString();
+}
+
+}  // namespace
+
+QString applicationIdentifier(const QString& identifier) {
+  QString changed = identifier;
+  return changed.replace(QLatin1Char('/'), QLatin1Char('-')).trimmed();
+}
+
+RequestMemory::RequestMemory(const QString& path) : path_(path) {}
+
+QString RequestMemory::open(const QDateTime& now) {
+  if (!QFile::exists(path_)) return QString();
+  QString reason;
+  const auto file = readBeginning(path_, LargestFile, reason);
+  if (!file) return QStringLiteral("cannot read %1: %2").arg(path_, reason);
+  const auto contents = unsealed(Kind, *file);
+  const QJsonDocument document = contents ? QJsonDocument::fromJson(*contents) : QJsonDocument();
+  if (!document.isArray()) {
+    QFile::remove(path_ + QStringLiteral(".damaged"));
+    QFile::rename(path_, path_ + QStringLiteral(".damaged"));
+    return QStringLiteral("%1 is damaged; earlier requests are forgotten").arg(path_);
+  }
+  for (const QJsonValue& each : document.array()) {
+    const QJsonObject object = each.toObject();
+    requests_.append(
+        {object.value(QStringLiteral("application")).toString(),
+         object.value(QStringLiteral("identifier")).toString(),
+         object.value(QStringLiteral("studyUID")).toString(),
+         QDate::fromString(object.value(QStringLiteral("studyDay")).toString(), Qt::ISODate),
+         QDateTime::fromString(object.value(QStringLiteral("time")).toString(), Qt::ISODateWithMs)});
+  }
+  const qsizetype read = requests_.size();
+  forgetOld(now);
+  saved_ = requests_.size() == read;
+  return save();
+}
+
+void RequestMemory::forgetOld(const QDateTime& now) {
+  requests_.removeIf([&now](const HeardRequest& each) { return each.time.daysTo(now) > Days; });
+  if (requests_.size() > Most) requests_.remove(0, requests_.size() - Most);
+}
+
+QString RequestMemory::remember(const QVariantMap& request, const QString& application,
+                                const QDateTime& time) {
+  HeardRequest heard;
+  heard.application = application;
+  heard.identifier = applicationIdentifier(textOf(request, protocol::Identifier));
+  heard.studyUID = textOf(request, protocol::OsiriXStudyID).trimmed();
+  heard.time = time.toUTC();
+  const QVariant day = request.value(protocol::DateOfStudy);
+  if (day.typeId() == QMetaType::QDateTime) heard.studyDay = day.toDateTime().toLocalTime().date();
+  if (heard.identifier.isEmpty() || heard.identifier.size() > LongestText) return QString();
+  // The application has got it all the same: a later reply may belong to it, and to no earlier one.
+  if (heard.studyUID.size() > LongestText) heard.studyUID.clear();
+  requests_.append(heard);
+  forgetOld(heard.time);
+  saved_ = false;
+  return save();
+}
+
+QString RequestMemory::save() {
+  if (saved_) return QString();
+  QJsonArray array;
+  for (const HeardRequest& each : requests_) {
+    array.append(QJsonObject{{QStringLiteral("application"), each.application},
+                             {QStringLiteral("identifier"), each.identifier},
+                             {QStringLiteral("studyUID"), each.studyUID},
+                             {QStringLiteral("studyDay"), each.studyDay.toString(Qt::ISODate)},
+                             {QStringLiteral("time"), each.time.toString(Qt::ISODateWithMs)}});
+  }
+  const QString error =
+      writeDurably(path_, sealed(Kind, QJsonDocument(array).toJson(QJsonDocument::Compact)));
+  saved_ = error.isNull();
+  return error;
+}
+
+void RequestMemory::recall(SpooledReply& reply) const {
+  const QString identifier = applicationIdentifier(reply.identifier);
+  const auto isOfPatient = [&](const HeardRequest& request) {
+    // In capitals the record of a patient who came back may hold it. Whether it is this patient, the birth
+    // date has to tell; see contradiction().
+    return request.identifier == identifier || request.identifier.toUpper() == identifier;
+  };
+  bool isLatest = true;
+  for (auto request = requests_.rbegin(); request != requests_.rend(); ++request) {
+    if (request->application != reply.application || !isOfPatient(*request)) continue;
+    // The order is the one in which they were heard; where the clock was set back, the latest may lie ahead.
+    const bool isFresh = qAbs(request->time.secsTo(reply.arrival)) <= HoursOfTheLatest * 3600;
+    const bool isOfTheDay = reply.studyDay.isValid() && request->studyDay == reply.studyDay;
+    if ((isLatest && isFresh) || isOfTheDay) {
+      reply.requestedStudyUID = request->studyUID;
+      return;
+    }
+    isLatest = false;
+  }
+}
+
+}  // namespace bridge

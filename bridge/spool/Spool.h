@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QDateTime>
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+#include <mutex>
+#include <optional>
+
+#include "bridge/spool/SpoolEntry.h"
+
+namespace bridge {
+
+/// One reply in the spool, as it is listed.
+struct SpoolItem {
+  QString name;  ///< what log lines call it; it holds nothing about the patient
+  SpoolState state = SpoolState::Waiting;
+  QDateTime arrival;         ///< invalid when the entry is damaged
+  QDateTime changed;         ///< of the last change of state, or of the last failed try
+  QString application;       ///< bundle identifier
+  QString sopInstanceUID;    ///< empty when the entry is damaged
+  QString studyInstanceUID;  ///< empty until it is decided
+  QString identifier;        ///< the patient's, as the reply has it; empty when stored
+  int tries = 0;             ///< exchanges with the PACS that failed and will be repeated
+  QString reason;            ///< of the last failure, or for setting it aside
+};
+
+/// Everything in a spool, in the order of arrival.
+struct SpoolListing {
+  QList<SpoolItem> items;
+  QString error;  ///< why nothing can be told; null when all is well
+  bool ok() const { return error.isNull(); }
+};
+
+/// The folder in which replies wait until the PACS has confirmed them.
+///
+///     lock                  held by the one server that works here
+///     replies/NAME.reply    a reply, written once; gone when the PACS has confirmed it
+///     replies/NAME.state    what has become of it; without one it waits, and nothing is decided
+///     again/NAME            asks the server to take back what was set aside
+///     damaged/              files that cannot be read, kept for whoever can
+///     series/               the instance numbers that were given (SeriesBook)
+///     requests              the requests that were heard (RequestMemory)
+///
+/// A file comes into its place whole, by one rename, and every change of state is one such rename: a server
+/// that is killed at any moment leaves a spool that the next one understands. Nobody but the server that
+/// holds the lock changes a state. The folders are for their owner only, whatever the umask.
+class Spool {
+ public:
+  // For everybody, also while a server runs.
+
+  /// What is in the spool. A spool that does not exist yet is empty.
+  static SpoolListing list(const QString& folder);
+  /// Puts what was set aside back among what waits; a server that runs sees it at once. A null string, or why
+  /// not.
+  static QString putBack(const QString& folder, const QString& name);
+  /// Whether a server works in this spool.
+  static bool isServed(const QString& folder);
+
+  // For the server.
+
+  /// Records of stored replies older than this, or more than so many, are forgotten.
+  static constexpr int MostRecords = 2000;
+  static constexpr int DaysOfRecords = 90;
+
+  explicit Spool(const QString& folder);
+  ~Spool();
+  Spool(const Spool&) = delete;
+  Spool& operator=(const Spool&) = delete;
+
+  /// Makes what is missing, locks, clears away what a killed server left, and reads what is there. A null
+  /// string, or why that failed.
+  QString open();
+  /// What open() found damaged, one log line each.
+  QStringList remarks() const { return remarks_; }
+  QString folder() const { return folder_; }
+  /// Where putBack() leaves its wishes, for whoever wants to watch it.
+  QString wishesFolder() const;
+
+  /// A name for the next reply, later in the order than all others.
+  QString newName();
+  /// Writes a reply; when this returns a null string, it is on the disk, and waits. After a failure the same
+  /// name can be tried again. Any thread.
+  QString add(const QString& name, const SpooledReply& reply);
+
+  /// What waits, in the order of arrival. Any thread.
+  QList<SpoolItem> waiting() const;
+  /// The whole reply; nothing when it cannot be read any more, with the reason, and `damaged` tells whether
+  /// that is for good.
+  std::optional<SpooledReply> read(const QString& name, QString& reason, bool& damaged) const;
+  EntryState state(const QString& name) const;
+  /// Writes what has become of a reply; when stored, its image is dropped. A null string, or why that failed.
+  QString change(const QString& name, const EntryState& state);
+  /// Moves an unreadable reply to the damaged ones; it counts as set aside.
+  void setDamagedAside(const QString& name, const QString& reason);
+  /// Lets those wait again that putBack() was called for. Their names.
+  QStringList takeBack(const QDateTime& now);
+  /// Whether there are wishes that takeBack() could not fulfil, or has not seen.
+  bool hasWishes() const;
+  /// Forgets old records of stored replies.
+  void forgetOldRecords(const QDateTime& now);
+
+ private:
+  struct Entry {
+    SpoolItem item;
+    EntryState state;
+  };
+
+  QString path(const QString& name, const char* ending) const;
+  QString lock();
+  void clearStrays();
+  void load();
+  void countOn(const QString& name);
+  bool keepDamaged(const QString& name, const char* ending) const;
+
+  QString folder_;
+  int lock_ = -1;
+  QStringList remarks_;
+  mutable std::mutex mutex_;  // of what follows
+  QMap<QString, Entry> entries_;
+  qint64 next_ = 1;
+};
+
+}  // namespace bridge

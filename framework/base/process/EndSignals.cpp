@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "base/process/EndSignals.h"
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <utility>
+
+#include "base/log/Guard.h"
+#include "base/log/Log.h"
+
+namespace platform::qt {
+
+namespace {
+
+// A handler may do next to nothing (signal-safety(7)): it writes a byte, of which the event loop hears.
+int toMainThread = -1;
+int fromHandler = -1;
+
+void tellMainThread(int) {
+  const int before = errno;
+  const char byte = 0;
+  // When it cannot be written there are bytes enough in there already.
+  [[maybe_unused]] const ssize_t written = ::send(toMainThread, &byte, 1, MSG_DONTWAIT | MSG_NOSIGNAL);
+  errno = before;
+}
+
+void handle(int signal, int flags) {
+  struct sigaction standing {};
+  if (::sigaction(signal, nullptr, &standing) != 0 || standing.sa_handler == SIG_IGN) return;
+  struct sigaction action {};
+  action.sa_handler = tellMainThread;
+  action.sa_flags = SA_RESTART | flags;
+  ::sigaction(signal, &action, nullptr);
+}
+
+void handleNoMore(int signal) {
+  struct sigaction standing {};
+  if (::sigaction(signal, nullptr, &standing) == 0 && standing.sa_handler == tellMainThread)
+    ::signal(signal, SIG_DFL);
+}
+
+}  // namespace
+
+EndSignals::EndSignals(std::function<void()> end) : end_(std::move(end)) {
+  int ends[2] = {-1, -1};
+  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends) != 0) {
+    logLine(QStringLiteral("Signals end this program without further ado: no socket is left"));
+    return;
+  }
+  toMainThread = ends[0];
+  fromHandler = ends[1];
+  notifier_ = std::make_unique<QSocketNotifier>(fromHandler, QSocketNotifier::Read);
+  QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
+                   [this] { guarded("end by a signal", [this] { arrived(); }); });
+  handle(SIGTERM, static_cast<int>(SA_RESETHAND));
+  handle(SIGHUP, 0);
+}
+
+EndSignals::~EndSignals() {
+  if (!notifier_) return;
+  handleNoMore(SIGTERM);
+  handleNoMore(SIGHUP);
+  notifier_.reset();
+  ::close(std::exchange(toMainThread, -1));
+  ::close(std::exchange(fromHandler, -1));
+}
+
+void EndSignals::arrived() {
+  // Once is enough.
+  notifier_->setEnabled(false);
+  end_();
+}
+
+}  // namespace platform::qt

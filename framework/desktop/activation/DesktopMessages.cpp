@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "desktop/activation/DesktopMessages.h"
+
+#include <QDBusArgument>
+#include <QDBusVariant>
+#include <QDir>
+#include <QRegularExpression>
+#include <QUrl>
+#include <QVariantMap>
+#include <ctime>
+
+namespace platform::qt::desktopmessages {
+
+namespace {
+
+const QString ActivationToken = QStringLiteral("activation-token");
+const QString StartupId = QStringLiteral("desktop-startup-id");
+const QString Deadline = QStringLiteral("velmora-deadline");
+const QString PrintAction = QStringLiteral("print");
+
+constexpr qsizetype LongestLocation = 3 * 4096;  // a path of the longest kind, every byte escaped
+constexpr qsizetype LongestToken = 512;
+constexpr qsizetype LongestAction = 100;
+
+/// A word that may go into the environment: printable ASCII, not too long. Else empty.
+QString harmless(const QVariant& word) {
+  const QString text = word.typeId() == QMetaType::QString ? word.toString() : QString();
+  const bool printable =
+      std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'!' && c <= u'~'; });
+  return printable && text.size() <= LongestToken ? text : QString();
+}
+
+/// The path of a local file; a null string for any other location.
+QString localFile(const QString& location) {
+  if (location.size() > LongestLocation) return {};
+  const QUrl url(location, QUrl::StrictMode);
+  if (!url.isValid() || !url.isLocalFile() || url.hasQuery() || url.hasFragment()) return {};
+  if (!url.host().isEmpty() && url.host() != QLatin1String("localhost")) return {};
+  const QString path = url.path(QUrl::FullyDecoded);
+  const bool usable = QDir::isAbsolutePath(path) && !path.contains(QChar::Null);
+  return usable ? path : QString();
+}
+
+QStringList filesOf(const QStringList& locations, QString& refusal) {
+  if (locations.size() > MostFiles) {
+    refusal = QStringLiteral("%1 files are more than %2").arg(locations.size()).arg(MostFiles);
+    return {};
+  }
+  QStringList files;
+  for (const QString& location : locations) {
+    const QString file = localFile(location);
+    if (!file.isNull()) files.append(file);
+  }
+  const qsizetype others = locations.size() - files.size();
+  if (others > 0) refusal = QStringLiteral("%1 of %2 are no local files").arg(others).arg(locations.size());
+  return files;
+}
+
+/// The texts among the arguments of an action. False when there is anything else.
+bool textsOf(const QVariant& arguments, QStringList& texts) {
+  for (const QVariant& argument : qdbus_cast<QVariantList>(arguments)) {
+    if (argument.typeId() == QMetaType::QString) {
+      texts.append(argument.toString());
+    } else if (argument.typeId() == QMetaType::QStringList) {
+      texts += argument.toStringList();
+    } else {
+      return false;
+    }
+  }
+  return true;
+}
+
+void takeFiles(const QStringList& locations, DesktopRequest::Kind kind, Incoming& incoming) {
+  DesktopRequest request;
+  request.kind = kind;
+  request.files = filesOf(locations, incoming.refusal);
+  if (request.files.isEmpty()) {
+    if (incoming.refusal.isNull()) incoming.refusal = QStringLiteral("no file is named");
+    return;
+  }
+  incoming.request = request;
+}
+
+void takeAction(const QDBusMessage& call, Incoming& incoming) {
+  const QString action = call.arguments().value(0).toString();
+  QStringList texts;
+  if (!textsOf(call.arguments().value(1), texts)) {
+    incoming.refusal = QStringLiteral("an action takes texts only");
+  } else if (action == PrintAction) {
+    takeFiles(texts, DesktopRequest::Kind::Print, incoming);
+  } else if (action.isEmpty() || action.size() > LongestAction) {
+    incoming.refusal = QStringLiteral("there is no action of that name");
+  } else {
+    DesktopRequest request;
+    request.kind = DesktopRequest::Kind::Action;
+    request.action = action;
+    incoming.request = request;
+  }
+}
+
+QStringList locationsOf(const QStringList& files) {
+  QStringList locations;
+  for (const QString& file : files)
+    locations.append(QString::fromLatin1(QUrl::fromLocalFile(file).toEncoded(QUrl::FullyEncoded)));
+  return locations;
+}
+
+}  // namespace
+
+QString objectPath(const QString& identifier) {
+  static const QRegularExpression wellKnown(
+      QStringLiteral("^[A-Za-z_-][A-Za-z0-9_-]*(\\.[A-Za-z_-][A-Za-z0-9_-]*)+$"));
+  if (identifier.size() > 255 || !wellKnown.match(identifier).hasMatch()) return {};
+  QString path = QLatin1Char('/') + identifier;
+  // An object path knows no hyphen; the entry's own rule puts an underscore in its place.
+  return path.replace(QLatin1Char('.'), QLatin1Char('/')).replace(QLatin1Char('-'), QLatin1Char('_'));
+}
+
+Incoming fromBus(const QDBusMessage& call) {
+  Incoming incoming;
+  const QString shape = call.member() + QLatin1Char(' ') + call.signature();
+  QVariant platformData;
+  if (shape == QLatin1String("Activate a{sv}")) {
+    platformData = call.arguments().value(0);
+    incoming.request.emplace();
+  } else if (shape == QLatin1String("Open asa{sv}")) {
+    platformData = call.arguments().value(1);
+    takeFiles(call.arguments().value(0).toStringList(), DesktopRequest::Kind::Open, incoming);
+  } else if (shape == QLatin1String("ActivateAction sava{sv}")) {
+    platformData = call.arguments().value(2);
+    takeAction(call, incoming);
+  } else {
+    incoming.refusal = QStringLiteral("'%1' is no call of this interface").arg(shape.left(200));
+    return incoming;
+  }
+  const auto details = qdbus_cast<QVariantMap>(platformData);
+  if (incoming.request) {
+    incoming.request->activationToken = harmless(details.value(ActivationToken));
+    if (incoming.request->activationToken.isEmpty())
+      incoming.request->activationToken = harmless(details.value(StartupId));
+  }
+  if (const QVariant deadline = details.value(Deadline); deadline.typeId() == QMetaType::LongLong)
+    incoming.deadline = deadline.toLongLong();
+  return incoming;
+}
+
+QDBusMessage toBus(const QString& identifier, const DesktopRequest& request, qint64 deadline) {
+  using Kind = DesktopRequest::Kind;
+  const QString member = request.kind == Kind::Activate ? QStringLiteral("Activate")
+                         : request.kind == Kind::Open   ? QStringLiteral("Open")
+                                                        : QStringLiteral("ActivateAction");
+  QDBusMessage call = QDBusMessage::createMethodCall(identifier, objectPath(identifier), Interface, member);
+  // Only whoever runs is meant: the bus must not start another one for this.
+  call.setAutoStartService(false);
+  if (request.kind == Kind::Open) call << locationsOf(request.files);
+  if (request.kind == Kind::Action) call << request.action << QVariantList();
+  if (request.kind == Kind::Print) {
+    QVariantList files;
+    for (const QString& location : locationsOf(request.files)) files.append(location);
+    call << PrintAction << QVariant(files);
+  }
+  QVariantMap details{{Deadline, deadline}};
+  if (!request.activationToken.isEmpty()) {
+    details.insert(ActivationToken, request.activationToken);
+    details.insert(StartupId, request.activationToken);
+  }
+  call << details;
+  return call;
+}
+
+qint64 deadlineNow() {
+  timespec now{};
+  ::clock_gettime(CLOCK_MONOTONIC, &now);
+  return static_cast<qint64>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
+}
+
+}  // namespace platform::qt::desktopmessages

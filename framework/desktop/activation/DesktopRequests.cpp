@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "desktop/activation/DesktopRequests.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QScopeGuard>
+#include <QUrl>
+#include <QWidget>
+
+#include "platform/documents/DocumentController.h"
+#include "base/log/Guard.h"
+#include "platform/text/Localization.h"
+#include "base/log/Log.h"
+#include "platform/printing/Printing.h"
+#include "platform/Services.h"
+#include "desktop/alerts/UnattendedAlerts.h"
+
+namespace platform::qt {
+
+namespace {
+
+QList<QUrl> locationsOf(const QStringList& files) {
+  QList<QUrl> locations;
+  for (const QString& file : files) locations.append(QUrl::fromLocalFile(file));
+  return locations;
+}
+
+/// The leave to come to the front is passed on where Qt looks for it: in the environment, for the windows
+/// that are shown next (xdg-activation protocol). It is good for once.
+constexpr const char* TokenVariable = "XDG_ACTIVATION_TOKEN";
+
+}  // namespace
+
+void DesktopRequests::start(const DesktopRequest& first) {
+  // Each step by itself: a file that cannot be opened must not take the rest of the start with it.
+  guarded("start", [this] { controller_.awakeFromNib(); });
+  if (first.kind == DesktopRequest::Kind::Open)
+    guarded("open", [&] { controller_.openDocuments(locationsOf(first.files)); });
+  if (controller_.documents().isEmpty()) guarded("open", [this] { controller_.openUntitledDocument(true); });
+  guarded("start", [this] { controller_.applicationDidFinishLaunching(); });
+  if (first.kind == DesktopRequest::Kind::Action) carryOut(first);
+}
+
+bool DesktopRequests::carryOut(const DesktopRequest& request) {
+  if (controller_.isTerminating()) return false;
+  if (!request.activationToken.isEmpty()) qputenv(TokenVariable, request.activationToken.toLatin1());
+  const auto used = qScopeGuard([] { qunsetenv(TokenVariable); });
+  guarded("desktop request", [&] {
+    switch (request.kind) {
+      case DesktopRequest::Kind::Activate:
+        bringToFront();
+        break;
+      case DesktopRequest::Kind::Open:
+        controller_.openDocuments(locationsOf(request.files));
+        break;
+      case DesktopRequest::Kind::Print:
+        for (const QString& file : request.files)
+          guarded("print", [&] { controller_.applicationPrintFile(file); });
+        break;
+      case DesktopRequest::Kind::Action:
+        if (!controller_.applicationPerformAction(request.action))
+          logLine(QStringLiteral("The desktop asks for '%1', which is no action of this application")
+                      .arg(request.action));
+        break;
+    }
+  });
+  return true;
+}
+
+void DesktopRequests::bringToFront() {
+  if (Document* front = controller_.currentDocument()) {
+    front->showWindows();
+  } else {
+    controller_.openUntitledDocument(true);
+  }
+}
+
+int DesktopRequests::printAlone(const QStringList& files, const std::function<int()>& printedViews) {
+  if (!services_.printer.hasPrinter()) {
+    tellOnStandardError(localizedString("Document", "There is no printer."));
+    return 1;
+  }
+  int status = 0;
+  for (const QString& file : files) {
+    QString error;
+    const int before = printedViews();
+    guarded("print", [&] { controller_.applicationPrintFile(file); });
+    if (printedViews() > before) continue;
+    status = 1;
+    // Whoever prints says nothing of a file that does not open: asked here again for the reason.
+    guarded("print", [&] {
+      if (Document* opened =
+              controller_.openDocumentWithContentsOfURL(QUrl::fromLocalFile(file), false, &error)) {
+        opened->close();
+      }
+    });
+    tellOnStandardError(formatted(localizedString("Document", "The file '%@' was not printed."),
+                                  {QFileInfo(file).fileName()}) +
+                        QLatin1Char(' ') + error);
+  }
+  return status;
+}
+
+void raiseWhatIsAsked() {
+  QWidget* dialog = QApplication::activeModalWidget();
+  if (!dialog) return;
+  dialog->raise();
+  dialog->activateWindow();
+  QApplication::alert(dialog);
+}
+
+}  // namespace platform::qt

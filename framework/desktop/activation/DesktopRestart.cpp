@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "desktop/activation/DesktopRestart.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <algorithm>
+
+#include "base/log/Log.h"
+
+namespace platform::qt {
+
+using Kind = DesktopRequest::Kind;
+
+QStringList argumentsFor(const DesktopRequest& request) {
+  switch (request.kind) {
+    case Kind::Open:
+      return QStringList{QStringLiteral("--")} + request.files;
+    case Kind::Print:
+      return QStringList{QStringLiteral("--print"), QStringLiteral("--")} + request.files;
+    case Kind::Action:
+      return {QStringLiteral("--action=") + request.action};
+    case Kind::Activate:
+      break;
+  }
+  return {};
+}
+
+QList<DesktopRequest> startsFor(const QList<DesktopRequest>& left) {
+  // Printing alone shows no window.
+  bool windowComes = std::any_of(left.begin(), left.end(), [](const DesktopRequest& request) {
+    return request.kind == Kind::Open || request.kind == Kind::Action;
+  });
+  QList<DesktopRequest> starts;
+  for (const DesktopRequest& request : left) {
+    if (request.kind == Kind::Activate && windowComes) continue;
+    if (request.kind == Kind::Activate) windowComes = true;
+    starts.append(request);
+  }
+  return starts;
+}
+
+void leaveToAnother(const QList<DesktopRequest>& left) {
+  for (const DesktopRequest& request : startsFor(left)) {
+    if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), argumentsFor(request)))
+      logLine(QStringLiteral("What the desktop asked for last could not be done: ") + summaryForLog(request));
+  }
+}
+
+}  // namespace platform::qt

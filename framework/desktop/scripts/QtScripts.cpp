@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "desktop/scripts/QtScripts.h"
+
+#include <QPointer>
+#include <system_error>
+
+#include "platform/text/Localization.h"
+#include "desktop/scripts/ShellErrors.h"
+#include "desktop/scripts/ShellRun.h"
+#include "desktop/scripts/ShellStyles.h"
+#include "desktop/scripts/ShellTools.h"
+
+namespace platform::qt {
+
+namespace {
+
+constexpr qsizetype LongestSource = 4 * 1024 * 1024;
+
+ScriptError errorWithoutPlace(const QString& source, const QString& message) {
+  return {message, message, {source.size(), 0}};
+}
+
+QString cannotBeStarted(const QString& reason) {
+  return formatted(localizedString("Script", "The script cannot be started: %@"), {reason});
+}
+
+/// What there is to say of a run; nothing when it ended well.
+std::optional<ScriptError> errorOf(const ShellRun& run, const QString& source) {
+  const QString number = QString::number(run.number());
+  QString ending;
+  switch (run.end()) {
+    case ShellRun::End::Well:
+      return std::nullopt;
+    case ShellRun::End::NotStarted:
+      return errorWithoutPlace(source, cannotBeStarted(run.startError()));
+    case ShellRun::End::Stopped:
+      return errorWithoutPlace(source, localizedString("Script", "The script was stopped."));
+    case ShellRun::End::Status:
+      ending = formatted(localizedString("Script", "The script ended with status %@."), {number});
+      break;
+    case ShellRun::End::Signal:
+      ending = formatted(localizedString("Script", "The script was ended by signal %@."), {number});
+      break;
+  }
+  return errorOfRun(source, run.standardError(), run.scriptName(), ending);
+}
+
+using Runs = QList<QPointer<ShellRun>>;
+
+class QtScript : public Script {
+ public:
+  QtScript(RunLoop& runLoop, const ScriptTimes& times, std::shared_ptr<Runs> runs, QString source)
+      : runLoop_(runLoop), times_(times), runs_(std::move(runs)), source_(std::move(source)) {}
+  /// A script that is given up while it runs ends.
+  ~QtScript() override {
+    if (!running_) return;
+    running_->stop();
+    running_->stop();
+  }
+
+  bool compileAndReturnError(std::optional<ScriptError>& error) override {
+    if (!check_) check_ = checkShellSource(source_, times_.forTools);
+    error = check_->error;
+    return !error;
+  }
+
+  std::optional<ScriptText> richTextSource() const override {
+    if (!check_ || !check_->formatted) return std::nullopt;
+    return ScriptText{*check_->formatted, styledRuns(*check_->formatted)};
+  }
+
+  bool executeAndReturnError(std::optional<ScriptError>& error) override {
+    if (!compileAndReturnError(error) && check_->shellRefuses) return false;
+    // This object may be gone when the run is over.
+    const QString source = source_;
+    try {
+      ShellRun run(runLoop_, times_.untilLogged, times_.untilKilled);
+      running_ = &run;
+      runs_->removeIf([](const QPointer<ShellRun>& other) { return !other; });
+      runs_->append(&run);
+      run.run(source.toUtf8());
+      error = errorOf(run, source);
+    } catch (const std::system_error& failure) {
+      error = errorWithoutPlace(source, cannotBeStarted(QString::fromLocal8Bit(failure.what())));
+    }
+    return !error;
+  }
+
+ private:
+  RunLoop& runLoop_;
+  ScriptTimes times_;
+  std::shared_ptr<Runs> runs_;
+  QString source_;
+  std::optional<ShellCheck> check_;
+  QPointer<ShellRun> running_;
+};
+
+}  // namespace
+
+std::unique_ptr<Script> QtScripts::initWithSource(const QString& source) {
+  if (source.size() > LongestSource || source.contains(QChar::Null) || !source.isValidUtf16()) return nullptr;
+  return std::make_unique<QtScript>(runLoop_, times_, runs_, source);
+}
+
+void QtScripts::stopRunning() {
+  for (const QPointer<ShellRun>& run : Runs(*runs_)) {
+    if (run) run->stop();
+  }
+}
+
+}  // namespace platform::qt

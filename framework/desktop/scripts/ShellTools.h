@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <chrono>
+#include <optional>
+
+#include "platform/scripts/Script.h"
+
+namespace platform::qt {
+
+/// What looking at a source, without running it, came to.
+struct ShellCheck {
+  std::optional<ScriptError> error;  ///< found by either
+  bool shellRefuses = false;         ///< whether the shell would run nothing of it
+  std::optional<QString> formatted;  ///< by shfmt; nothing where it is not installed, or does not answer
+};
+
+/// Looks for errors in a script of the shell, and formats it when there are none. The shell itself (`sh -n`)
+/// says whether it would run it; shfmt, where it is in PATH, knows the place of an error better and finds
+/// some that the shell only finds when it gets there. A shfmt that does not answer within `patience` counts
+/// as not installed; where the shell does not, nothing is known of the source. Meanwhile the pointer is busy.
+ShellCheck checkShellSource(const QString& source, std::chrono::milliseconds patience);
+
+}  // namespace platform::qt

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QSettings>
+#include <memory>
+
+#include "platform/settings/UserDefaults.h"
+
+namespace platform::qt {
+
+/// The user's settings in an INI file named by the bundle identifier, in the user's configuration folder.
+/// Before anything is written over a damaged file, it is kept beside under a name of its own.
+class QtUserDefaults : public UserDefaults {
+ public:
+  explicit QtUserDefaults(const QString& bundleIdentifier);
+
+ protected:
+  QVariant storedValue(const QString& key) const override;
+  void storeValue(const QString& key, const QVariant& value) override;
+
+ private:
+  void synchronize() const;
+  void forgetErrors() const;
+  void closeToOthers() const;
+
+  mutable std::unique_ptr<QSettings> settings_;
+};
+
+}  // namespace platform::qt

@@ -1,0 +1,236 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "link/bus/BusLink.h"
+
+#include <QDBusConnection>
+#include <QLibrary>
+#include <QMetaObject>
+#include <QTimer>
+#include <algorithm>
+#include <atomic>
+#include <future>
+#include <limits>
+#include <utility>
+
+#include "link/bus/BusReceiver.h"
+
+namespace platform::wire {
+namespace {
+
+// A bus that has not taken the last messages by then has stopped; an application must still be able to end.
+constexpr std::chrono::milliseconds LongestGoodbye{5000};
+
+/// How long a bus may take to let us in.
+constexpr std::chrono::milliseconds LongestGreeting{5000};
+
+constexpr std::chrono::milliseconds FirstDelay{1000};
+constexpr std::chrono::milliseconds LongestDelay{30000};
+
+QString nextConnectionName() {
+  static std::atomic<int> last{0};
+  return QStringLiteral("velmora-distributed-%1").arg(++last);
+}
+
+/// Lets the connection read on however much waits to be delivered. Of itself the bus library stops reading at
+/// 63 MiB and goes on when a message has been let go; but where that happens on this thread, QtDBus cannot
+/// turn its socket notifier on again, which lives on another, and the connection is deaf for good (seen with
+/// two requests of 40 MiB, Qt 6.4.2). What waits stays little all the same, since this thread does nothing
+/// but receive.
+void neverStopReading(const QDBusConnection& bus) {
+  using SetMaxReceivedSize = void (*)(void* connection, long size);
+  const auto setMaxReceivedSize = reinterpret_cast<SetMaxReceivedSize>(
+      QLibrary::resolve(QStringLiteral("dbus-1"), 3, "dbus_connection_set_max_received_size"));
+  if (setMaxReceivedSize) setMaxReceivedSize(bus.internalPointer(), std::numeric_limits<long>::max());
+}
+
+QString title(const QString& name, const QString& object) {
+  return QStringLiteral("Notification \"%1\" for \"%2\"").arg(name.left(200), object.left(200));
+}
+
+/// What the bus compares with; a null string would match anything.
+QStringList exactly(const QString& name, const QString& object) {
+  return {name.isNull() ? QStringLiteral("") : name, object.isNull() ? QStringLiteral("") : object};
+}
+
+}  // namespace
+
+BusLink::BusLink(const QString& address, Received received, Log log)
+    : received_(std::move(received)), log_(std::move(log)), address_(address) {
+  worker_.moveToThread(&thread_);
+  thread_.setObjectName(QStringLiteral("velmora-link"));
+  thread_.start();
+  enqueue([this] { open(); });
+}
+
+BusLink::~BusLink() {
+  // With nothing to say there is no need to wait for a bus that is only being looked for.
+  if (unsent_ == 0) greeting_.giveUp();
+  enqueue([this] {
+    close();
+    thread_.quit();  // from here, so that nothing asked before is skipped
+  });
+  thread_.wait();
+}
+
+void BusLink::subscribe(const QString& name, const QString& object) {
+  enqueue([this, name, object] {
+    if (canBeMatched(name) && canBeMatched(object)) subscriptions_.append({name, object});
+    if (usable()) ask(name, object);
+  });
+}
+
+void BusLink::ask(const QString& name, const QString& object) {
+  if (!canBeMatched(name) || !canBeMatched(object)) {
+    log_(title(name, object) + QStringLiteral(" cannot be asked for: an apostrophe or a NUL"));
+  } else if (!bus_->connect(QString(), Path, Interface, Member, exactly(name, object), Signature,
+                            receiver_.get(), SLOT(receive(QDBusMessage)))) {
+    log_(title(name, object) + QStringLiteral(" cannot be asked for: ") + bus_->lastError().message());
+  }
+}
+
+void BusLink::unsubscribe(const QString& name, const QString& object) {
+  enqueue([this, name, object] {
+    if (!subscriptions_.removeOne({name, object}) || !usable()) return;
+    bus_->disconnect(QString(), Path, Interface, Member, exactly(name, object), Signature, receiver_.get(),
+                     SLOT(receive(QDBusMessage)));
+  });
+}
+
+void BusLink::post(const Message& message) {
+  ++unsent_;
+  enqueue([this, message] {
+    send(message);
+    --unsent_;
+  });
+}
+
+bool BusLink::flush(std::chrono::milliseconds limit) {
+  if (QThread::currentThread() == &thread_) return roundTrip(limit);
+  const auto deadline = std::chrono::steady_clock::now() + limit;
+  auto answer = std::make_shared<std::promise<bool>>();
+  std::future<bool> future = answer->get_future();
+  enqueue([this, answer, limit] { answer->set_value(usable() && roundTrip(limit)); });
+  return future.wait_until(deadline) == std::future_status::ready && future.get();
+}
+
+void BusLink::enqueue(std::function<void()> task) {
+  QMetaObject::invokeMethod(&worker_, std::move(task), Qt::QueuedConnection);
+}
+
+bool BusLink::roundTrip(std::chrono::milliseconds limit) {
+  if (!bus_ || !bus_->isConnected()) return false;
+  const QDBusMessage question = QDBusMessage::createMethodCall(
+      QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+      QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"));
+  // The bus reads a connection's messages in order, so its answer says that it has read all before the
+  // question.
+  const QDBusMessage answer = bus_->call(question, QDBus::Block, static_cast<int>(limit.count()));
+  return answer.type() == QDBusMessage::ReplyMessage;
+}
+
+std::chrono::milliseconds BusLink::retryAfter(std::chrono::milliseconds previous) {
+  return previous.count() == 0 ? FirstDelay : std::min(2 * previous, LongestDelay);
+}
+
+void BusLink::open() {
+  if (bus_ || greeting_.gaveUp()) return;
+  const QString reason = connectToBus();
+  if (greeting_.gaveUp()) return;
+  if (!reason.isNull()) {
+    if (!std::exchange(off_, true)) log_(QStringLiteral("No session bus, the link is off: ") + reason);
+    return tryLater();
+  }
+  connectedSince_.start();
+  for (const Subscription& each : std::as_const(subscriptions_)) ask(each.name, each.object);
+  if (std::exchange(off_, false)) log_(QStringLiteral("The session bus is back, the link is on"));
+}
+
+/// Null when connected, else why not.
+QString BusLink::connectToBus() {
+  const QString address = lastingAddress(address_.isEmpty() ? sessionBusAddress() : address_);
+  const QString refusal = greeting_.ask(address, LongestGreeting);
+  if (!refusal.isNull()) return refusal;
+  // A name for each attempt: the bus library may still be taking the one before apart.
+  connectionName_ = nextConnectionName();
+  const QDBusConnection bus = QDBusConnection::connectToBus(address, connectionName_);
+  if (!bus.isConnected()) {
+    const QString error = bus.lastError().message();
+    QDBusConnection::disconnectFromBus(connectionName_);
+    return error.isEmpty() ? QStringLiteral("it hung up") : error;
+  }
+  bus_ = std::make_unique<QDBusConnection>(bus);
+  neverStopReading(bus);
+  // Being told is a delivery, within which the receiver must not go.
+  receiver_ = std::make_unique<BusReceiver>([this](const QDBusMessage& signal) { arrived(signal); },
+                                            [this] { enqueue([this] { usable(); }); });
+  bus_->connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), receiver_.get(),
+                SLOT(end()));
+  return {};
+}
+
+void BusLink::tryLater() {
+  delay_ = retryAfter(delay_);
+  QTimer::singleShot(delay_, &worker_, [this] { open(); });
+}
+
+void BusLink::close() {
+  greeting_.giveUp();  // nothing is looked for any more
+  if (!bus_) return;
+  roundTrip(LongestGoodbye);
+  letGo();
+}
+
+void BusLink::letGo() {
+  // QtDBus takes a connection apart on a thread of its own, and looks at the receivers that are still on it.
+  // They go first: the end of a receiver waits until QtDBus has forgotten it.
+  receiver_.reset();
+  bus_.reset();
+  QDBusConnection::disconnectFromBus(connectionName_);
+}
+
+void BusLink::lost() {
+  off_ = true;
+  log_(QStringLiteral("The session bus has gone, the link is off"));
+  letGo();
+  // A bus that lets us in only to hang up is not visited every second.
+  if (connectedSince_.hasExpired(LongestDelay.count())) delay_ = std::chrono::milliseconds(0);
+  tryLater();
+}
+
+/// Not within a delivery: a receiver that is being called must not go.
+bool BusLink::usable() {
+  if (!bus_) return false;
+  if (bus_->isConnected()) return true;
+  lost();
+  return false;
+}
+
+void BusLink::send(const Message& message) {
+  if (!usable()) return;
+  const Outgoing outgoing = toBus(message);
+  if (!outgoing.refusal.isNull()) {
+    log_(title(message.name, message.object) + QStringLiteral(" is not sent: ") + outgoing.refusal);
+    return;
+  }
+  if (!outgoing.dropped.isEmpty()) {
+    log_(title(message.name, message.object) + QStringLiteral(" is sent without: ") +
+         outgoing.dropped.join(QStringLiteral(", ")));
+  }
+  bus_->send(outgoing.message);
+}
+
+void BusLink::arrived(const QDBusMessage& signal) {
+  const Incoming incoming = fromBus(signal);
+  if (!incoming.refusal.isNull()) {
+    log_(QStringLiteral("A notification from %1 is refused: %2").arg(signal.service(), incoming.refusal));
+    return;
+  }
+  const Message& message = incoming.message;
+  if (!incoming.dropped.isEmpty()) {
+    log_(title(message.name, message.object) + QStringLiteral(" is read without: ") +
+         incoming.dropped.join(QStringLiteral(", ")));
+  }
+  received_(message);
+}
+
+}  // namespace platform::wire

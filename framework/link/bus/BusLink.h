@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QElapsedTimer>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QThread>
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+
+#include "link/bus/BusGreeting.h"
+#include "link/wire/WireForm.h"
+
+class QDBusConnection;
+
+namespace platform::wire {
+
+class BusReceiver;
+
+/// A connection to the session bus of its own, on a thread of its own, that sends and receives notifications.
+///
+/// No operation but flush() waits for the bus; what is asked is done in the order in which it was asked. The
+/// thread has nothing else to do than to receive, because a receiver that is busy for long loses its messages
+/// for good.
+///
+/// While there is no session bus, at the start or later, it is looked for again and again, at growing
+/// distances (retryAfter). What was subscribed to is asked for anew when it is back; what is posted meanwhile
+/// is lost. One log line says that the bus is not there, one that it is back.
+class BusLink {
+ public:
+  /// Both are called on the link's thread, must be quick and must not throw.
+  using Received = std::function<void(const Message&)>;
+  using Log = std::function<void(const QString& line)>;
+
+  /// Begins to connect, to the session bus or to the bus at `address` where one is given.
+  BusLink(const QString& address, Received received, Log log);
+  /// Sends what was posted, waiting a few seconds at most for the bus to take it, and disconnects.
+  ~BusLink();
+  BusLink(const BusLink&) = delete;
+  BusLink& operator=(const BusLink&) = delete;
+
+  /// Asks the bus for the notifications of exactly this name and object. Each pair once.
+  void subscribe(const QString& name, const QString& object);
+  void unsubscribe(const QString& name, const QString& object);
+  /// Sends a notification to whoever asked for it.
+  void post(const Message& message);
+
+  /// Waits until the bus has taken everything asked so far: subscriptions are in place, posts are delivered.
+  /// False when there is no bus or it did not answer in time.
+  bool flush(std::chrono::milliseconds limit);
+
+  /// How long the bus is left alone after a failed attempt that came `previous` after the one before (0: the
+  /// first): a second, then twice as long each time, half a minute at most.
+  static std::chrono::milliseconds retryAfter(std::chrono::milliseconds previous);
+
+ private:
+  /// Runs `task` on the link's thread, after all earlier ones.
+  void enqueue(std::function<void()> task);
+  bool roundTrip(std::chrono::milliseconds limit);
+
+  // The link's thread only.
+  void open();
+  QString connectToBus();
+  void close();
+  void letGo();
+  void ask(const QString& name, const QString& object);
+  void lost();
+  void tryLater();
+  bool usable();
+  void send(const Message& message);
+  void arrived(const QDBusMessage& signal);
+
+  struct Subscription {
+    QString name;
+    QString object;
+    bool operator==(const Subscription&) const = default;
+  };
+
+  Received received_;
+  Log log_;
+  QString address_;  // empty: the session bus
+  BusGreeting greeting_;
+  std::atomic<int> unsent_{0};
+
+  // The link's thread only.
+  QString connectionName_;
+  QList<Subscription> subscriptions_;
+  bool off_ = false;  // as the log has it
+  std::chrono::milliseconds delay_{0};
+  QElapsedTimer connectedSince_;
+  // Made and destroyed on the link's thread; none without a bus.
+  std::unique_ptr<QDBusConnection> bus_;
+  std::unique_ptr<BusReceiver> receiver_;
+  QObject worker_;  // whose events are the tasks
+  QThread thread_;
+};
+
+}  // namespace platform::wire

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+#include <QVariant>
+#include <QVariantMap>
+
+namespace velmora::link {
+
+/// The local notification with which a document hands a chart over for sending; its object is the payload.
+inline const QString BatchExportNotification = QStringLiteral("BatchExportToOsirix");
+/// The local notification that asks for a data file to be opened, exported and closed; its object is the
+/// path.
+inline const QString BatchOpenNotification = QStringLiteral("BatchOpen");
+/// The preferences window asks for the plugin to be installed. No object.
+inline const QString InstallPluginNotification = QStringLiteral("Install Plugin");
+
+/// What a document knows that goes into a link reply.
+struct ChartExport {
+  QString name;         ///< a null string is absent, an empty one is sent
+  QVariant studyID;     ///< an invalid value is absent
+  QString identifier;   ///< always sent
+  QString description;  ///< always sent
+  QDateTime birthDate;  ///< an invalid date is absent
+  QDateTime examDate;   ///< an invalid date is absent
+  QByteArray jpeg;
+};
+
+/// The payload of the link reply.
+QVariantMap replyPayload(const ChartExport& chart);
+
+/// The identifier as it names the patient's data file: every "/" is "-".
+QString fileNameIdentifier(const QString& identifier);
+
+}  // namespace velmora::link

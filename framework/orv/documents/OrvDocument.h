@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QJsonObject>
+
+#include "orv/documents/OrvKeptCopies.h"
+#include "orv/documents/OrvPrivateFolder.h"
+#include "orv/documents/OrvWrittenFolders.h"
+#include "platform/documents/Document.h"
+
+/// A document whose data file is JSON, and which prints one of its views.
+///
+/// The data file is UTF-8 text: an object with a header ("format": the application's bundle identifier,
+/// "version": the version of the content's form, "application": who wrote it) and the "content", which the
+/// subclass reads and writes. A file that is damaged, of another application or of a newer version is refused
+/// with the reason. What a save replaces is kept as an earlier version; a save that fails tells the user and
+/// leaves a rescue copy. A kept copy that is opened is a new document with that content.
+class OrvDocument : public platform::Document {
+ public:
+  explicit OrvDocument(platform::Services& services);
+
+  platform::FileResult readFromURL(const QUrl& url) override;
+  platform::FileResult readFromData(const QByteArray& data, const QString& typeName) override;
+  platform::FileResult dataOfType(const QString& typeName, QByteArray& data) override;
+
+  void keepUnsavedChanges() override;
+  /// Closes, because another window has saved this record's file. Unsaved changes leave a rescue copy, of
+  /// which the user is told; where none can be had the document stays open, but has no file any more.
+  void fileWasReplaced() override;
+
+  /// The view that is printed; the base answers the contents of the document's window.
+  virtual QWidget* printableView() const;
+  void printDocument(const QVariantMap& settings, bool showPrintPanel, DidPrint didPrint = {}) override;
+
+ protected:
+  /// The version of the content's form that this program writes, and the newest that it reads.
+  virtual int contentVersion() const { return 1; }
+  /// The content as JSON.
+  virtual QJsonObject contentToJson() const = 0;
+  /// Takes the content from JSON written in form `version`. A failure says why, in words for the user, and
+  /// the document is not used.
+  virtual platform::FileResult contentFromJson(const QJsonObject& content, int version) = 0;
+
+  qint64 largestFile() const override { return 64LL * 1024 * 1024; }
+  void didReadFile(const QByteArray& data) override;
+
+  /// What became of content that is about to be dropped.
+  struct Rescue {
+    platform::Whereabouts content;
+    QString copy;  ///< the path of the rescue copy; null when there is none
+  };
+  /// Keeps the content as it is now outside the save folder, because it is about to be dropped. When no copy
+  /// can be made the user may save it elsewhere, give it up, or leave it where it is: then it must not be
+  /// dropped.
+  Rescue keepRescueCopy();
+  /// Tells the user where the unsaved changes of a closed record are kept; nothing when there is no copy.
+  void tellAboutKeptCopy(const QString& name, const QString& copy);
+
+  /// Writes a file for the user, durably, and remembers its folder: what a write that is cut off leaves there
+  /// is removed at the next start.
+  platform::FileResult writeFile(const QString& path, const QByteArray& contents,
+                                 const platform::FileManager::LastLook& lastLook = {});
+  platform::FileResult writeToURL(const QUrl& url, const QByteArray& data,
+                                  platform::SaveOperation operation) override;
+  platform::Whereabouts presentSaveError(const QUrl& url, const QByteArray& data,
+                                         const QString& reason) override;
+
+ private:
+  /// What a save finds in the place of its file.
+  struct Replaced {
+    bool looked = false;
+    QByteArray seen;              ///< checksum of what stood there at the last look; empty where nothing did
+    QStringList copiesOfAnother;  ///< of what the user has neither seen nor agreed to replace
+  };
+  /// Keeps what stands there, unless it is what has been seen before. A failure: it may not be replaced.
+  platform::FileResult keepWhatStandsAt(const QString& path, Replaced& replaced);
+  bool isOwnFile(const QString& path) const;
+  void tellAboutRemovalByAnother(const QString& path);
+  void tellAboutAnother(const QString& path, const QString& copy);
+  platform::Whereabouts askWhereToSave(const QByteArray& data, const QString& message,
+                                       const QString& information);
+  bool saveElsewhere(const QByteArray& data);
+  QString fileNameForCopies() const;
+
+  OrvPrivateFolder privateFolder_;
+  OrvKeptCopies keptCopies_;
+  OrvWrittenFolders writtenFolders_;
+  /// Checksum of what this document last read from its file or wrote there; empty while it has no file.
+  QByteArray knownContents_;
+  /// Checksum of what this document last tried to write: a save may fail when that stands in its place
+  /// already.
+  QByteArray attemptedContents_;
+};

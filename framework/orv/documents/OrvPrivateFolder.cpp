@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "orv/documents/OrvPrivateFolder.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include "base/files/FileManager.h"
+#include "base/log/Log.h"
+
+using platform::FileResult;
+
+namespace {
+constexpr QFile::Permissions UserOnlyFile = QFile::ReadOwner | QFile::WriteOwner;
+constexpr QFile::Permissions UserOnlyFolder = UserOnlyFile | QFile::ExeOwner;
+}  // namespace
+
+OrvPrivateFolder::OrvPrivateFolder(platform::FileManager& files, const QString& bundleIdentifier)
+    : files_(files),
+      path_(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1Char('/') +
+            bundleIdentifier) {}
+
+bool OrvPrivateFolder::contains(const QString& file) const {
+  const QString folder = QFileInfo(path_).canonicalFilePath();
+  return !folder.isEmpty() && QFileInfo(file).canonicalFilePath().startsWith(folder + QLatin1Char('/'));
+}
+
+bool OrvPrivateFolder::make(const QString& folder) {
+  // Closed to others before anything is in it: the names of the folders below are those of records.
+  FileResult made = files_.createDirectory(path_);
+  if (made.ok()) {
+    QFile::setPermissions(path_, UserOnlyFolder);
+    if (folder != path_) made = files_.createDirectory(folder);
+  }
+  // Named after records, what stands below is not told to a log.
+  if (!made.ok()) platform::logLine(QStringLiteral("No folder for copies could be made in %1").arg(path_));
+  return made.ok();
+}
+
+bool OrvPrivateFolder::write(const QString& file, const QByteArray& contents) {
+  const FileResult written = files_.writeDurably(file, contents);
+  if (!written.ok()) {
+    platform::logLine(QStringLiteral("A file could not be kept in %1: %2").arg(path_, written.error));
+    return false;
+  }
+  return QFile::setPermissions(file, UserOnlyFile);
+}

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "orv/documents/OrvWrittenFolders.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include "base/files/FileManager.h"
+
+OrvWrittenFolders::OrvWrittenFolders(platform::FileManager& files, const QString& bundleIdentifier)
+    : files_(files), folder_(files, bundleIdentifier) {}
+
+QString OrvWrittenFolders::listPath() const {
+  return folder_.path() + QStringLiteral("/Written Folders.json");
+}
+
+QStringList OrvWrittenFolders::all() const {
+  constexpr qint64 LargestList = 1024 * 1024;
+  QByteArray list;
+  if (!files_.readFile(listPath(), list, LargestList).ok()) return {};
+  QStringList folders;
+  for (const auto& folder : QJsonDocument::fromJson(list).array()) {
+    if (folder.isString()) folders.append(folder.toString());
+  }
+  return folders;
+}
+
+void OrvWrittenFolders::add(const QString& file) {
+  const QString folder = QFileInfo(file).absolutePath();
+  QStringList folders = all();
+  if (folders.contains(folder) || !files_.isDirectory(folder)) return;
+  folders.append(folder);
+  if (folders.size() > MostFolders) folders.removeFirst();
+  if (!folder_.make(folder_.path())) return;
+  folder_.write(listPath(), QJsonDocument(QJsonArray::fromStringList(folders)).toJson());
+}

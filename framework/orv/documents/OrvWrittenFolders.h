@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QStringList>
+
+#include "orv/documents/OrvPrivateFolder.h"
+
+/// The folders in which files have been saved, also those that were only chosen in a panel once: what a save
+/// that was cut off has left in one of them is looked for at the next start.
+class OrvWrittenFolders {
+ public:
+  /// The list stands in the application's private folder.
+  OrvWrittenFolders(platform::FileManager& files, const QString& bundleIdentifier);
+
+  /// Remembers the folder of a file that is about to be written. At most MostFolders are remembered; those
+  /// that were added first go first. A folder that cannot be remembered stops nothing.
+  void add(const QString& file);
+  /// The folders remembered.
+  QStringList all() const;
+
+  static constexpr int MostFolders = 50;
+
+ private:
+  QString listPath() const;
+
+  platform::FileManager& files_;
+  OrvPrivateFolder folder_;
+};

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "platform/bundles/PropertyList.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QTimeZone>
+#include <QXmlStreamReader>
+#include <cmath>
+#include <optional>
+
+#include "base/files/FileManager.h"
+#include "base/log/Log.h"
+#include "platform/bundles/PropertyListBinary.h"
+
+namespace platform {
+
+namespace {
+
+constexpr qsizetype LargestPropertyList = 16 * 1024 * 1024;
+
+/// Reads the XML form. The elements are those of Apple's PropertyList-1.0.dtd.
+class XmlReader {
+ public:
+  explicit XmlReader(const QByteArray& data) : xml_(data) {}
+
+  QVariant read() {
+    if (!xml_.readNextStartElement() || xml_.name() != QLatin1String("plist")) return {};
+    if (!xml_.readNextStartElement()) return {};
+    const std::optional<QVariant> whole = value(0);
+    while (!xml_.atEnd()) xml_.readNext();
+    return whole && !xml_.hasError() ? *whole : QVariant();
+  }
+
+ private:
+  /// The value of the element that has just begun, read to its end; nothing when it is none.
+  std::optional<QVariant> value(int depth) {
+    if (depth > DeepestPropertyList || ++read_ > MostPropertyListValues) return std::nullopt;
+    const QString kind = xml_.name().toString();
+    if (kind == QLatin1String("dict")) return dictionary(depth);
+    if (kind == QLatin1String("array")) return array(depth);
+    const QString text = xml_.readElementText();
+    if (kind == QLatin1String("string")) return QVariant(text.isNull() ? QStringLiteral("") : text);
+    if (kind == QLatin1String("true")) return QVariant(true);
+    if (kind == QLatin1String("false")) return QVariant(false);
+    if (kind == QLatin1String("data")) return data(text);
+    if (kind == QLatin1String("integer")) return integer(text.trimmed());
+    if (kind == QLatin1String("real")) return real(text.trimmed());
+    if (kind == QLatin1String("date")) return date(text.trimmed());
+    return std::nullopt;
+  }
+
+  std::optional<QVariant> dictionary(int depth) {
+    QVariantMap map;
+    while (xml_.readNextStartElement()) {
+      if (xml_.name() != QLatin1String("key")) return std::nullopt;
+      const QString key = xml_.readElementText();
+      if (!xml_.readNextStartElement()) return std::nullopt;
+      const std::optional<QVariant> held = value(depth + 1);
+      if (!held) return std::nullopt;
+      map.insert(key, *held);
+    }
+    return QVariant(map);
+  }
+
+  std::optional<QVariant> array(int depth) {
+    QVariantList list;
+    while (xml_.readNextStartElement()) {
+      const std::optional<QVariant> element = value(depth + 1);
+      if (!element) return std::nullopt;
+      list.append(*element);
+    }
+    return QVariant(list);
+  }
+
+  static std::optional<QVariant> data(const QString& text) {
+    const QByteArray encoded = text.simplified().remove(QLatin1Char(' ')).toLatin1();
+    const auto decoded = QByteArray::fromBase64Encoding(encoded, QByteArray::AbortOnBase64DecodingErrors);
+    return decoded ? std::optional<QVariant>(*decoded) : std::nullopt;
+  }
+
+  static std::optional<QVariant> integer(const QString& text) {
+    bool isNumber = false;
+    const bool hexadecimal = text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+    const qint64 number = text.toLongLong(&isNumber, hexadecimal ? 16 : 10);
+    return isNumber ? std::optional<QVariant>(number) : std::nullopt;
+  }
+
+  static std::optional<QVariant> real(const QString& text) {
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? std::optional<QVariant>(number) : std::nullopt;
+  }
+
+  static std::optional<QVariant> date(const QString& text) {
+    QDateTime moment = QDateTime::fromString(text, QStringLiteral("yyyy-MM-ddTHH:mm:ssZ"));
+    if (!moment.isValid()) return std::nullopt;
+    moment.setTimeZone(QTimeZone::utc());
+    return QVariant(moment);
+  }
+
+  QXmlStreamReader xml_;
+  int read_ = 0;
+};
+
+}  // namespace
+
+QVariant propertyListFromData(const QByteArray& data) {
+  if (data.size() > LargestPropertyList) return {};
+  return data.startsWith("bplist") ? valueOfBinaryPropertyList(data) : XmlReader(data).read();
+}
+
+Bundle bundleWithPath(const QString& folder) {
+  const QString contents = folder + QStringLiteral("/Contents");
+  const QString list = QStringLiteral("/Info.plist");
+  const bool deep = !QFileInfo::exists(folder + list) && QFileInfo::exists(contents + list);
+  const QString path = (deep ? contents : folder) + list;
+  QByteArray data;
+  const FileResult read = FileManager().readFile(path, data, LargestPropertyList);
+  QVariant info;
+  if (read.ok()) info = propertyListFromData(data);
+  if (info.typeId() != QMetaType::QVariantMap) {
+    logLine(QStringLiteral("No information dictionary at %1: %2").arg(path, read.error));
+  }
+  return Bundle(info.toMap(), deep ? contents + QStringLiteral("/Resources") : folder);
+}
+
+}  // namespace platform

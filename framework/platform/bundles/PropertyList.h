@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+
+#include "platform/bundles/Bundle.h"
+
+namespace platform {
+
+/// The value that a property list, XML or binary, holds; invalid when it is none, or damaged anywhere.
+/// Dictionaries are QVariantMap, arrays QVariantList, strings QString, integers qint64, dates QDateTime, data
+/// QByteArray.
+QVariant propertyListFromData(const QByteArray& data);
+
+/// The bundle at `folder`: its information dictionary is Info.plist there, its resources stand beside it; or,
+/// as in the bundles of the viewer, they are Contents/Info.plist and Contents/Resources. An empty dictionary,
+/// with a log line, when there is none that can be read.
+Bundle bundleWithPath(const QString& folder);
+
+}  // namespace platform

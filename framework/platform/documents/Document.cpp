@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "platform/documents/Document.h"
+
+#include <QFileInfo>
+#include <QScopeGuard>
+#include <exception>
+
+#include "platform/controls/Alert.h"
+#include "platform/documents/DocumentController.h"
+#include "platform/text/Localization.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/Services.h"
+#include "platform/controls/TextFieldEditing.h"
+#include "platform/documents/WindowController.h"
+
+namespace platform {
+
+Document::Document(Services& services) : services_(services) {}
+Document::~Document() = default;
+
+void Document::setFileURL(const QUrl& url) {
+  fileURL_ = url;
+  synchronizeWindowTitle();
+}
+
+QString Document::displayName() const {
+  if (!fileURL_.isEmpty()) return deletingPathExtension(QFileInfo(fileURL_.toLocalFile()).fileName());
+  const QString untitled = localizedString("Document", "Untitled");
+  return untitledNumber_ > 1 ? QStringLiteral("%1 %2").arg(untitled).arg(untitledNumber_) : untitled;
+}
+
+FileResult Document::readFromURL(const QUrl& url) {
+  QByteArray data;
+  const QString path = url.toLocalFile();
+  FileResult result = services_.fileManager.readFile(path, data, largestFile());
+  if (!result.ok()) return result;
+  try {
+    result = readFromData(data, pathExtension(path));
+  } catch (const std::exception& failure) {
+    result = FileResult::failure(QString::fromUtf8(failure.what()));
+  }
+  if (!result.ok()) return result;
+  fileType_ = pathExtension(path);
+  setFileURL(url);
+  didReadFile(data);
+  updateChangeCount(ChangeType::Cleared);
+  return result;
+}
+
+void Document::updateChangeCount(ChangeType change) {
+  switch (change) {
+    case ChangeType::Done:
+      ++changeCount_;
+      break;
+    case ChangeType::Undone:
+      --changeCount_;
+      break;
+    case ChangeType::Cleared:
+      changeCount_ = 0;
+      break;
+  }
+  synchronizeWindowTitle();
+}
+
+void Document::synchronizeWindowTitle() {
+  for (const auto& controller : windowControllers_) {
+    if (!controller->isWindowLoaded()) continue;
+    controller->window()->setWindowTitle(displayName() + QStringLiteral("[*]"));
+    controller->window()->setWindowModified(isDocumentEdited());
+  }
+}
+
+void Document::makeWindowControllers() {
+  if (windowNibName().isEmpty()) return;
+  auto controller = std::make_unique<WindowController>(services_, windowNibName());
+  controller->setDocument(this);
+  windowControllers_.push_back(std::move(controller));
+}
+
+void Document::windowControllerDidLoadNib(WindowController& windowController) {
+  synchronizeWindowTitle();
+  if (services_.documentController) services_.documentController->documentWindowDidLoad(windowController);
+}
+
+void Document::showWindows() {
+  for (const auto& controller : windowControllers_) controller->showWindow(this);
+  if (services_.documentController) services_.documentController->noteDocumentIsFront(this);
+}
+
+QWidget* Document::windowForSheet() const {
+  if (windowControllers_.empty() || !windowControllers_.front()->isWindowLoaded()) return nullptr;
+  return windowControllers_.front()->window();
+}
+
+QWidget* Document::window() const {
+  return windowControllers_.empty() ? nullptr : windowControllers_.front()->window();
+}
+
+void Document::canCloseDocument(ShouldClose shouldClose) {
+  if (!isDocumentEdited()) {
+    shouldClose(this, true);
+    return;
+  }
+  const int answer = services_.alerts.runModal(
+      {formatted(localizedString("Document", "Do you want to save the changes to '%@'?"), {displayName()}),
+       localizedString("Document", "Save"), localizedString("Document", "Don't Save"),
+       localizedString("OrvVersion", "Cancel"),
+       localizedString("Document", "Your changes will be lost if you don't save them.")});
+  if (answer == AlertDefaultReturn) {
+    bool saved = false;
+    saveDocument([&saved](Document*, bool didSave) { saved = didSave; });
+    shouldClose(this, saved);
+  } else {
+    shouldClose(this, answer == AlertAlternateReturn);
+  }
+}
+
+void Document::documentShouldClose(Document* document, bool shouldClose) {
+  if (shouldClose) document->close();
+}
+
+void Document::performClose() {
+  // A second click on the close button, while the first is being dealt with, asks nothing new.
+  if (askingToClose_ || closed_) return;
+  askingToClose_ = true;
+  // What is being typed belongs to the record, and leaving the field may itself have consequences (another
+  // file is opened in place of this document). So the edit ends first, and the question comes after what that
+  // sets going.
+  TextFieldEditing::endEditing(windowForSheet());
+  services_.runLoop.performAfterDelay(this, 0, [this] {
+    closedByUser_ = !closed_;
+    // However the question ends, the next click asks again.
+    const auto asked = qScopeGuard([this] {
+      askingToClose_ = false;
+      if (!closed_) closedByUser_ = false;
+    });
+    if (!closed_) {
+      canCloseDocument(
+          [this](Document* document, bool shouldClose) { documentShouldClose(document, shouldClose); });
+    }
+  });
+}
+
+void Document::close() {
+  if (closed_) return;
+  closed_ = true;
+  for (const auto& controller : windowControllers_) {
+    if (!controller->isWindowLoaded()) continue;
+    TextFieldEditing::detach(controller->window());
+    controller->close();
+  }
+  if (services_.documentController) services_.documentController->removeDocument(this);
+}
+
+void Document::releaseWindows() { windowControllers_.clear(); }
+
+void Document::printDocument(const QVariantMap&, bool, DidPrint didPrint) {
+  if (didPrint) didPrint(this, false);
+}
+
+}  // namespace platform

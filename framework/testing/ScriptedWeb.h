@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QPointer>
+#include <deque>
+
+#include "platform/runloop/RunLoop.h"
+#include "platform/workspace/Web.h"
+
+namespace platform::testing {
+
+/// A web whose pages the test writes. A page that was asked for answers when the test says so.
+class ScriptedWeb : public Web {
+ public:
+  struct Request {
+    QUrl url;
+    double timeout;
+    qint64 limit;
+  };
+  explicit ScriptedWeb(RunLoop& runLoop) : runLoop_(runLoop) {}
+
+  /// Every page that was asked for, in order.
+  const QList<Request>& requests() const { return requests_; }
+  /// Answers the oldest request that waits; fails the test when none does.
+  void answer(const WebAnswer& answer);
+
+  void load(const QUrl& url, double timeout, qint64 limit, const QObject* owner, DidLoad didLoad) override;
+
+ private:
+  struct Waiting {
+    QPointer<const QObject> owner;
+    DidLoad didLoad;
+  };
+  RunLoop& runLoop_;
+  QList<Request> requests_;
+  std::deque<Waiting> waiting_;
+};
+
+}  // namespace platform::testing

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QVariantMap>
+
+#include "platform/bundles/Bundle.h"
+#include "base/files/FileManager.h"
+#include "platform/printing/GraphicsContext.h"
+#include "platform/controls/InterfaceFiles.h"
+#include "platform/notifications/NotificationCenter.h"
+#include "platform/printing/Printing.h"
+#include "platform/Services.h"
+#include "testing/Scripted.h"
+#include "testing/ScriptedScripts.h"
+#include "testing/ScriptedWeb.h"
+#include "testing/VirtualRunLoop.h"
+
+namespace platform::testing {
+
+/// A whole desktop of stand-ins, with the real file manager: what a test of documents is built on.
+/// Files go wherever the settings and HOME of the test process point, so a test sets these to a folder of its
+/// own.
+struct TestServices {
+  explicit TestServices(const QVariantMap& infoDictionary, const QString& resourcePath = {})
+      : mainBundle(infoDictionary, resourcePath) {}
+
+  VirtualRunLoop runLoop;
+  MemoryUserDefaults defaults;
+  NotificationCenter notificationCenter;
+  RecordingDistributedCenter distributedCenter{runLoop};
+  ScriptedAlerts alerts{runLoop};
+  ScriptedPanels panels;
+  RecordingWorkspace workspace;
+  FileManager fileManager;
+  Bundle mainBundle;
+  RecordingPrinter printer;
+  PrintInfo sharedPrintInfo;
+  RecordingEffects effects;
+  GraphicsContext graphics;
+  InterfaceFiles interfaceFiles;
+  RecordingApplication application;
+  ScriptedScripts scripts;
+  ScriptedWeb web{runLoop};
+  Services services{defaults,
+                    notificationCenter,
+                    distributedCenter,
+                    alerts,
+                    panels,
+                    workspace,
+                    fileManager,
+                    runLoop,
+                    mainBundle,
+                    printer,
+                    sharedPrintInfo,
+                    effects,
+                    graphics,
+                    interfaceFiles,
+                    application,
+                    scripts,
+                    web,
+                    nullptr};
+};
+
+}  // namespace platform::testing

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QLabel>
+#include <QPointer>
+
+#include "platform/documents/WindowController.h"
+
+/// The about window. At the start it is the splash, which closes itself after three seconds; later showings
+/// stay until a click. Its status line tells how the start-up goes on.
+class AboutController : public platform::WindowController {
+ public:
+  explicit AboutController(platform::Services& services);
+
+  /// Puts a text into the status line, whether or not the window is on the screen, once it has been loaded.
+  void showStatusString(const QString& status);
+  /// Shows the application's help.
+  void doHelp(const QObject* sender);
+
+  // A click, unless it is the button's, closes the window; a drag that lasted longer than a tenth of a second
+  // does not.
+
+  void mouseDown(const platform::MouseEvent& event) override;
+  void mouseDragged(const platform::MouseEvent& event) override;
+  /// No event stands for the moment at which the splash closes itself.
+  void mouseUp(const platform::MouseEvent* event) override;
+  /// Empties the status line.
+  void windowDidBecomeKey() override;
+
+ protected:
+  void windowDidLoad() override;
+
+ private:
+  void setBackgroundGradient();
+  void centre();
+
+  QPointer<QLabel> nameField_;
+  QPointer<QLabel> versionField_;
+  QPointer<QLabel> copyrightField_;
+  QPointer<QLabel> statusField_;
+  bool dragging_ = false;
+  double mouseDownTime_ = 0;  // seconds since the system started
+  QPointF dragFrom_;
+};

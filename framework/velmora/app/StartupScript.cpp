@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "velmora/app/StartupScript.h"
+
+#include <QPointer>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "platform/text/Localization.h"
+#include "base/log/Log.h"
+#include "platform/scripts/Script.h"
+#include "platform/Services.h"
+#include "platform/settings/UserDefaults.h"
+#include "velmora/resources/SettingsKeys.h"
+
+namespace velmora {
+
+StartupScript::StartupScript(platform::Services& services, ShowStatus showStatus)
+    : services_(services), showStatus_(std::move(showStatus)) {}
+
+void StartupScript::doLaunchScript() {
+  const QString source = services_.defaults.stringForKey(settings::LaunchScript);
+  if (source.isEmpty()) return;
+  const std::unique_ptr<platform::Script> script = services_.scripts.initWithSource(source);
+  if (!script) return;
+  showStatus_(platform::localizedString("VelmoraAppController", "Running startup script..."));
+
+  // The application may end while the script runs.
+  const QPointer<StartupScript> living(this);
+  std::optional<platform::ScriptError> error;
+  script->executeAndReturnError(error);
+  if (!error) return;
+  if (living) showStatus_(platform::localizedString("VelmoraAppController", "Startup script error"));
+  platform::logLine(platform::formatted(QStringLiteral("Startup script error: %@"), {error->message}));
+}
+
+}  // namespace velmora

@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QDateTime>
+#include <QPointF>
+#include <QPointer>
+#include <QVariant>
+
+#include "orv/documents/OrvAutoNameDocument.h"
+#include "platform/controls/TextFieldEditing.h"
+
+class QAbstractButton;
+class QLabel;
+class QLineEdit;
+class QTabWidget;
+class VelmoraApplicationDelegate;
+
+/// The document for one patient: identifier, birth date, and one or more examinations of which one is shown.
+///
+/// The class owns what every application of the family shares: the fields of the window, stepping through
+/// examinations, the look-up of an earlier data file, the export of the chart, saving, closing and printing.
+/// The examinations themselves belong to the application's subclass, which is driven through the hooks under
+/// "The subclass contract". By itself the class is a complete document with exactly one, empty examination.
+///
+/// The window is loaded from the interface file "VelmoraDocument"; its outlets are found by object name
+/// (referenceIDField, birthDateField, examDateField, ageField, examNumberField, tabView, previousStudyButton,
+/// nextStudyButton, newStudyButton, deleteStudyButton). A missing one is tolerated everywhere. The document
+/// is the delegate of every text field of the window that the user can edit, except those with the property
+/// "ownDelegate".
+class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDelegate {
+ public:
+  VelmoraDocument(platform::Services& services, VelmoraApplicationDelegate& delegate);
+  ~VelmoraDocument() override;
+
+  QString windowNibName() const override { return QStringLiteral("VelmoraDocument"); }
+  /// Sets the window up. An override calls this first and then fills the window from its data.
+  void windowControllerDidLoadNib(platform::WindowController& windowController) override;
+  void windowIsSetUp() override;
+  void setDataFileExtension(const QString& extension) { dataFileExtension_ = extension; }
+  const QString& dataFileExtension() const { return dataFileExtension_; }
+
+  // The patient. No setter marks the document changed: callers that want that send
+  // directUpdateDisplayAndSetDirty.
+
+  void setName(const QString& name) { patientName_ = name; }
+  const QString& patientName() const { return patientName_; }
+  void setIdentifier(const QString& identifier);
+  QString identifier() const;
+  /// Shows the calendar day of a point in time in the short date style; an invalid date empties the field.
+  void setBirthDate(const QDateTime& date);
+  void setExamDate(const QDateTime& date);
+  /// Kept and given back as received.
+  void setOsiriXStudyID(const QVariant& studyID) { osiriXStudyID_ = studyID; }
+  const QVariant& osiriXStudyID() const { return osiriXStudyID_; }
+
+  // The subclass contract. The base class of each hook does nothing unless it says otherwise.
+
+  /// The index of the examination shown, from 0.
+  quint64 currentExam() const { return currentExam_; }
+  /// The index of the last examination: their number less one. The base answers 0.
+  virtual quint64 lastExam() const { return 0; }
+  /// Fill fields and chart, and setCurrentDataPointsVisible, from the examination at currentExam. Called
+  /// after every change of currentExam, after adding and deleting, and before deleting.
+  virtual void synchronizeFromData() {}
+  /// Store the fields into the examination at currentExam. Called before every change of currentExam, before
+  /// adding, refreshing the display, printing and saving.
+  virtual void synchronizeToData() {}
+  /// Add an examination. Who wants it shown moves currentExam (setCurrentExam) here.
+  virtual void addExamination() {}
+  /// Remove the examination at currentExam.
+  virtual void deleteCurrentExamination() {}
+  /// Bring the examinations back into their order after an edit.
+  virtual void updateArrayOrder() {}
+  /// Choose the examination that a click on the chart designates, given in the chart's data coordinates. The
+  /// base stores to data, goes to examination 0 and loads from data.
+  virtual void setCurrentRecordFromClick(const QPointF& point);
+  /// The base stores to data and shows the number of the examination; an override calls it and refreshes its
+  /// own.
+  virtual void updateDisplay();
+  /// To be set when an edit of the identifier shall look for an earlier data file once it has ended.
+  void setLookUpRequired(bool required) { lookUpRequired_ = required; }
+  bool lookUpRequired() const { return lookUpRequired_; }
+  /// Whether the examination shown has data points on the chart; without them no chart is exported.
+  void setCurrentDataPointsVisible(bool visible) { currentDataPointsVisible_ = visible; }
+
+  // Examinations.
+
+  void doNewRecord(const QObject* sender);
+  /// Asks in a sheet; the only examination is never deleted.
+  void doDeleteRecord(const QObject* sender);
+  void deleteAlertDidEnd(int returnCode);
+  void doNextRecord(const QObject* sender);
+  void doPreviousRecord(const QObject* sender);
+  void directUpdateDisplayAndSetDirty(const QObject* sender);
+  void directUpdateDisplay(const QObject* sender);
+  /// Whether the chart may draw its mark on the current examination: on the screen only, never in a picture.
+  bool shouldShowGraphHilite() const;
+
+  bool controlTextShouldBeginEditing(QLineEdit* control) override;
+  void controlTextDidBeginEditing(QLineEdit* control) override;
+  void controlTextDidEndEditing(QLineEdit* control) override;
+
+  // The earlier data file of a returning patient.
+
+  /// Looks for the data file of `identifier` in the save folder. True when there is one and it will be opened
+  /// in place of this document, which then closes without a question, after the current event.
+  /// If the user was asked and the record in it turns out to be another patient's, he is told.
+  bool lookUp(const QString& identifier, bool askForConfirmation);
+  /// Where the data file of `identifier` stands or would stand.
+  QString dataFilePath(const QString& identifier) const;
+  void deferredOpenLookedUpFile(const QString& path);
+  /// Null when this is the record of the patient with that identifier; otherwise says so for the user. Upper
+  /// and lower case are one, as they are in the names of files.
+  QString whyNotTheRecordOf(const QString& identifier) const;
+
+  // The chart as a picture.
+
+  /// The chart area as JPEG, in its size on the screen, without the mark on the current examination; nothing
+  /// when that examination has no data points.
+  QByteArray getJPEGData();
+  /// Exports the chart: to OsiriX, to the export folder, or (only if `interactive`) where a save panel says.
+  void doExport(bool interactive);
+  /// Posts the chart with the patient's data as the local notification "BatchExportToOsirix".
+  void doExportToOsirix();
+  /// Exports without ever showing a save panel.
+  void autoExport() { doExport(false); }
+
+  // Saving, closing, printing.
+
+  /// The identifier with every "/" replaced by "-"; empty when there is none.
+  QString preferredFileName(bool forExport) const override;
+  /// Ends the edits in progress in the window, unheard, before the viewer fills its fields: what the user
+  /// types on was meant for what stood there before.
+  void abandonEditing() { platform::TextFieldEditing::abandonEditing(windowForSheet()); }
+  /// Saves to the document's file; but when the identifier has changed since that was read or written, asks
+  /// whether the record shall have a new file, so that no patient's file turns into another's unseen.
+  void saveDocument(DidSave didSave = {}) override;
+  bool prepareSavePanel(platform::SavePanel& panel) override;
+  QString fileTypeFromLastRunSavePanel() const override { return dataFileExtension_; }
+  /// With "Auto Save" on, an identifier and the save folder present, saves there without a panel, closes and
+  /// opens the file again. A record that could not be saved and is safe nowhere else stays open.
+  void runModalSavePanelForSaveOperation(platform::SaveOperation operation, DidSave didSave) override;
+  void saveToURL(const QUrl& url, const QString& typeName, platform::SaveOperation operation,
+                 DidSave didSave) override;
+  void documentDidSave(platform::Document* document, bool didSave) override;
+  void canCloseDocument(ShouldClose shouldClose) override;
+  /// Closes without a question; what would be lost by that, beyond a typed identifier, leaves a rescue copy,
+  /// whose path is given. Where no copy can be had and the user does not give the changes up, the document
+  /// stays open.
+  QString closeKeepingACopy();
+  /// The same, and tells the user where the copy is.
+  void closeTellingOfACopy();
+  /// Prints the last examination. Tells the user when the document was printed in the last 30 seconds.
+  void printDocument(const QVariantMap& settings, bool showPrintPanel, DidPrint didPrint = {}) override;
+
+ protected:
+  void setCurrentExam(quint64 index) { currentExam_ = index; }
+  /// Shows which of how many examinations is shown. A subclass calls it in synchronizeFromData.
+  void showExamNumber();
+  /// The text of a date as the window shows it, and the day that such a text stands for (invalid when it is
+  /// none).
+  static QString shownDate(const QDate& day);
+  static QDate dayOfShownDate(const QString& text);
+
+  void takeFromWindows() override { synchronizeToData(); }
+  // The base document without data of its own has nothing to write; a subclass overrides both.
+  QJsonObject contentToJson() const override { return {}; }
+  platform::FileResult contentFromJson(const QJsonObject&, int) override {
+    return platform::FileResult::success();
+  }
+
+  QPointer<QLineEdit> referenceIDField_;
+  QPointer<QLineEdit> birthDateField_;
+  QPointer<QLineEdit> examDateField_;
+  /// Never read or written here: what an age is, is the application's business.
+  QPointer<QLineEdit> ageField_;
+  QPointer<QLabel> examNumberField_;
+  QPointer<QTabWidget> tabView_;
+  QPointer<QAbstractButton> previousStudyButton_;
+  QPointer<QAbstractButton> nextStudyButton_;
+
+ private:
+  void connectOutlets(QWidget* window);
+  void becomeDelegateOfTextFields(QWidget* window);
+  void connectButton(QAbstractButton* button, void (VelmoraDocument::*command)(const QObject*));
+  void showDate(QLineEdit* field, const QDateTime& date);
+  void displayTabView();
+  void closeInFavourOf(const QUrl& file);
+  void tellIfAnothersRecord(const QString& path, const QString& identifier);
+  void continueFrom(VelmoraDocument& earlier);
+  bool savesAutomatically() const;
+  bool savedForClosing();
+  /// Whether the last save that was tried leaves nothing that the closing of the window would lose.
+  bool mayCloseAfterSave() const;
+
+  VelmoraApplicationDelegate& delegate_;
+  QString dataFileExtension_;
+  QString patientName_;
+  QVariant osiriXStudyID_;
+  bool showGraphHilite_ = false;
+  bool currentDataPointsVisible_ = false;
+  bool lookUpRequired_ = false;
+  bool closeRequested_ = false;
+  bool closeAfterSave_ = false;
+  quint64 currentExam_ = 0;
+  QDateTime lastPrintedDate_;
+  /// The automatic file name under which the record was read or last saved.
+  QString savedName_;
+  /// Whether more than an identifier was entered since the record was read or last saved.
+  bool holdsMoreThanIdentifier_ = false;
+};

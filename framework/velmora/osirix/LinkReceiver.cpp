@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "velmora/osirix/LinkReceiver.h"
+
+#include <QDateTime>
+#include <QUrl>
+#include <stdexcept>
+#include <utility>
+
+#include "platform/controls/Alert.h"
+#include "base/log/AssertionFailure.h"
+#include "platform/documents/DocumentController.h"
+#include "platform/text/Localization.h"
+#include "base/log/Log.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/Services.h"
+#include "velmora/document/VelmoraDocument.h"
+#include "link/protocol/LinkPayload.h"
+#include "link/protocol/LinkProtocol.h"
+
+namespace velmora {
+
+namespace {
+
+/// Time for the file that the look-up found to be opened.
+constexpr double NewRecordDelay = 0.1;
+
+/// Far more than any identifier or name has. A text field would cut what is longer than it can hold, and a
+/// cut identifier is another patient's; and a name of megabytes would keep the window busy for minutes.
+constexpr qsizetype LongestText = 1024;
+
+/// Roughly the memory that a value holds.
+qsizetype bytesOf(const QVariant& value) {
+  constexpr qsizetype BytesOfAny = 32;
+  qsizetype bytes = BytesOfAny;
+  if (value.typeId() == QMetaType::QString) {
+    bytes += value.toString().size() * static_cast<qsizetype>(sizeof(QChar));
+  } else if (value.typeId() == QMetaType::QByteArray) {
+    bytes += value.toByteArray().size();
+  } else if (value.typeId() == QMetaType::QVariantList) {
+    for (const QVariant& each : value.toList()) bytes += bytesOf(each);
+  } else if (value.typeId() == QMetaType::QVariantMap) {
+    const QVariantMap map = value.toMap();
+    for (auto each = map.begin(); each != map.end(); ++each) bytes += bytesOf(each.key()) + bytesOf(*each);
+  }
+  return bytes;
+}
+
+/// What of a request is read, and nothing else: it may have to wait, and may hold a picture of megabytes.
+platform::Notification withItsKeysOnly(const platform::Notification& notification) {
+  platform::Notification request{notification.name, {}, {}};
+  for (const QString& key :
+       {link::Identifier, link::Name, link::DateOfBirth, link::DateOfStudy, link::OsiriXStudyID}) {
+    const auto found = notification.userInfo.constFind(key);
+    if (found != notification.userInfo.constEnd()) request.userInfo.insert(key, *found);
+  }
+  return request;
+}
+
+/// What is wrong with the lengths in a request; null when nothing is.
+QString whyUnreasonable(const platform::Notification& request) {
+  for (const QString& key : {link::Identifier, link::Name}) {
+    if (request.userInfo.value(key).toString().size() <= LongestText) continue;
+    return QStringLiteral("VelmoraAppController: a study was chosen whose %1 is longer than any patient's")
+        .arg(key);
+  }
+  return {};
+}
+
+QString identifierOf(const platform::Notification& notification) {
+  const QVariant value = notification.userInfo.value(link::Identifier);
+  // A dictionary or a list is no identifier, whatever text it might be turned into.
+  platform::requireValue(value.typeId() == QMetaType::QString && !value.toString().isNull(),
+                         "VelmoraAppController");
+  return link::fileNameIdentifier(value.toString());
+}
+
+QDateTime dateOf(const platform::Notification& notification, const QString& key) {
+  const QVariant value = notification.userInfo.value(key);
+  return value.typeId() == QMetaType::QDateTime ? value.toDateTime() : QDateTime();
+}
+
+}  // namespace
+
+LinkReceiver::LinkReceiver(platform::Services& services, platform::DocumentController& controller)
+    : services_(services), controller_(controller) {}
+
+VelmoraDocument* LinkReceiver::frontDocument() const {
+  const auto& ordered = controller_.orderedDocuments();
+  return ordered.isEmpty() ? nullptr : dynamic_cast<VelmoraDocument*>(ordered.first());
+}
+
+void LinkReceiver::notifiedOfLinkFromOsirix(const platform::Notification& notification) {
+  const platform::Notification request = withItsKeysOnly(notification);
+  const qsizetype bytes = bytesOf(request.userInfo);
+  QString why = whyUnreasonable(request);
+  if (why.isNull() && bytes > LongestRequest) {
+    why = QStringLiteral("VelmoraAppController: a study was chosen whose details are far too long");
+  }
+  if (!why.isNull()) return platform::logLine(why);
+  if (!mayWait(bytes)) return;
+  services_.runLoop.performOnMainThread(this, [this, request, bytes] {
+    hasWaited(bytes);
+    doLinkFromOsirix(request);
+  });
+}
+
+bool LinkReceiver::mayWait(qsizetype bytes) {
+  const std::lock_guard lock(mutex_);
+  if (waiting_ >= MostWaiting || bytesWaiting_ + bytes > MostBytesWaiting) {
+    if (!std::exchange(refusing_, true)) {
+      platform::logLine(QStringLiteral("%1 chosen studies wait: more are not taken until they are dealt with")
+                            .arg(waiting_));
+    }
+    return false;
+  }
+  ++waiting_;
+  bytesWaiting_ += bytes;
+  return true;
+}
+
+void LinkReceiver::hasWaited(qsizetype bytes) {
+  const std::lock_guard lock(mutex_);
+  --waiting_;
+  bytesWaiting_ -= bytes;
+  if (waiting_ == 0) refusing_ = false;
+}
+
+void LinkReceiver::doLinkFromOsirix(const platform::Notification& notification) {
+  const QString why = whyUnreasonable(notification);
+  if (!why.isNull()) throw std::length_error(why.toStdString());
+  const QString identifier = identifierOf(notification);
+  VelmoraDocument* target = frontDocument();
+  if (!target) throw std::out_of_range("VelmoraAppController: a study was chosen, but no document is open");
+
+  if (target->lookUp(identifier, false)) {
+    services_.runLoop.performAfterDelay(this, NewRecordDelay,
+                                        [this, notification] { deferredNewRecord(notification); });
+    return;
+  }
+  target->abandonEditing();
+  target->setIdentifier(identifier);
+  const QDateTime birthDate = dateOf(notification, link::DateOfBirth);
+  if (birthDate.isValid()) target->setBirthDate(birthDate);
+  target->setExamDate(dateOf(notification, link::DateOfStudy));
+  target->setName(notification.userInfo.value(link::Name).toString());
+  target->setOsiriXStudyID(notification.userInfo.value(link::OsiriXStudyID));
+  target->directUpdateDisplayAndSetDirty(this);
+}
+
+VelmoraDocument* LinkReceiver::recordOf(const QString& identifier) const {
+  const VelmoraDocument* front = frontDocument();
+  if (!front) return nullptr;
+  const QUrl file = QUrl::fromLocalFile(front->dataFilePath(identifier));
+  return dynamic_cast<VelmoraDocument*>(controller_.documentForURL(file));
+}
+
+void LinkReceiver::deferredNewRecord(const platform::Notification& notification) {
+  if (!frontDocument()) return;
+  const QString identifier = identifierOf(notification);
+  VelmoraDocument* target = recordOf(identifier);
+  // Its file did not open, of which the user has been told, or the user has closed it meanwhile.
+  if (!target)
+    return platform::logLine(QStringLiteral("The record of a chosen study is not open: nothing was added"));
+  const QString why = target->whyNotTheRecordOf(identifier);
+  if (!why.isNull()) {
+    services_.alerts.runModal(
+        {platform::formatted(
+             platform::localizedString("VelmoraAppController", "No examination was added to '%@'"),
+             {target->displayName()}),
+         platform::localizedString("OrvVersion", "OK"), QString(), QString(), why});
+    return;
+  }
+  if (target != frontDocument()) target->showWindows();
+  target->doNewRecord(this);
+  target->setName(notification.userInfo.value(link::Name).toString());
+  // A record that has been open for longer may still hold the study of an earlier request, into which the
+  // chart of this one must not go.
+  target->setOsiriXStudyID(QStringLiteral(""));
+  target->setExamDate(dateOf(notification, link::DateOfStudy));
+  target->directUpdateDisplayAndSetDirty(this);
+}
+
+}  // namespace velmora

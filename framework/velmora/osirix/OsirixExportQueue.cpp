@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "velmora/osirix/OsirixExportQueue.h"
+
+#include "platform/bundles/Bundle.h"
+#include "base/log/Log.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/Services.h"
+#include "link/protocol/LinkProtocol.h"
+
+namespace velmora {
+
+namespace {
+constexpr double FirstDelay = 1.0;
+constexpr double NextDelay = 4.0;
+}  // namespace
+
+void OsirixExportQueue::batchExportToOsirix(const platform::Notification& notification) {
+  platform::logLine(QStringLiteral("Batch export to osirix"));
+  if (exportToOsirixArray_.isEmpty()) {
+    platform::logLine(QStringLiteral("Initialise delayed batch export"));
+    services_.runLoop.performAfterDelay(this, FirstDelay, [this] { delayBatchExportToOsirix(); });
+  }
+  exportToOsirixArray_.append(notification.object.toMap());
+  if (lengthDidChange_) lengthDidChange_();
+}
+
+void OsirixExportQueue::delayBatchExportToOsirix() {
+  platform::logLine(QStringLiteral("Delayed batch export"));
+  if (exportToOsirixArray_.isEmpty()) {
+    platform::logLine(QStringLiteral("Zero items in array, exiting"));
+    return;
+  }
+  platform::logLine(QStringLiteral("Sending notification to OsiriX plugin"));
+  services_.distributedCenter.postNotificationName(
+      link::notificationName(services_.mainBundle.bundleIdentifier()), link::ReplyObject,
+      exportToOsirixArray_.first());
+  exportToOsirixArray_.removeFirst();
+  services_.runLoop.performAfterDelay(this, NextDelay, [this] { delayBatchExportToOsirix(); });
+  platform::logLine(QStringLiteral("Queue next delayed batch export"));
+  if (lengthDidChange_) lengthDidChange_();
+}
+
+void OsirixExportQueue::clear() {
+  if (!exportToOsirixArray_.isEmpty()) {
+    platform::logLine(QStringLiteral("Charts that waited for OsiriX and are not sent: %1")
+                          .arg(exportToOsirixArray_.size()));
+  }
+  exportToOsirixArray_.clear();
+  if (lengthDidChange_) lengthDidChange_();
+}
+
+}  // namespace velmora

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QVariantMap>
+#include <functional>
+
+#include "platform/notifications/NotificationCenter.h"
+
+namespace platform {
+struct Services;
+}
+
+namespace velmora {
+
+/// Charts on their way to OsiriX: link replies, sent one at a time, so that OsiriX is never handed a burst of
+/// images.
+///
+/// The first leaves a second after it arrived at an empty queue, each further one four seconds after the one
+/// before. That the queue is empty is the only test: an arrival during the last four seconds of an earlier
+/// chain starts a second chain beside it.
+class OsirixExportQueue : public QObject {
+ public:
+  explicit OsirixExportQueue(platform::Services& services) : services_(services) {}
+
+  /// Takes a payload (the notification's object).
+  void batchExportToOsirix(const platform::Notification& notification);
+  /// Sends the first payload.
+  void delayBatchExportToOsirix();
+  /// Forgets what waits; a log line says how much that was.
+  void clear();
+  const QList<QVariantMap>& exportToOsirixArray() const { return exportToOsirixArray_; }
+  /// Called after every change of the number of payloads that wait.
+  void setLengthDidChange(std::function<void()> lengthDidChange) {
+    lengthDidChange_ = std::move(lengthDidChange);
+  }
+
+ private:
+  platform::Services& services_;
+  QList<QVariantMap> exportToOsirixArray_;
+  std::function<void()> lengthDidChange_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,228 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+//
+// What the window does. How it is loaded and wired stands in PreferencesWindow.cpp.
+#include "velmora/preferences/PreferencesController.h"
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QStackedWidget>
+#include <QTextDocument>
+#include <QUrl>
+
+#include "orv/updates/OrvVersion.h"
+#include "platform/controls/Alert.h"
+#include "base/files/FileManager.h"
+#include "platform/text/Localization.h"
+#include "platform/notifications/NotificationCenter.h"
+#include "platform/controls/Panels.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/Services.h"
+#include "platform/settings/UserDefaults.h"
+#include "platform/workspace/Workspace.h"
+#include "link/protocol/LinkPayload.h"
+#include "velmora/osirix/Osirix.h"
+#include "velmora/preferences/LastCheckedText.h"
+#include "velmora/preferences/ScriptCheck.h"
+#include "velmora/preferences/ScriptStyles.h"
+#include "velmora/resources/SettingsKeys.h"
+
+namespace settings = velmora::settings;
+using platform::localizedString;
+
+namespace {
+
+/// The tag of the export destination OsiriX.
+constexpr int OsirixTag = 1;
+// Days between checks.
+constexpr int Daily = 1;
+constexpr int Weekly = 7;
+constexpr int Monthly = 31;
+
+/// The title of the pop-up's item for an interval. Whatever is neither a day nor a week counts as a month.
+QString titleOf(qint64 interval) {
+  switch (interval) {
+    case Daily:
+      return localizedString("Preferences", "Daily");
+    case Weekly:
+      return localizedString("Preferences", "Weekly");
+    default:
+      return localizedString("Preferences", "Monthly");
+  }
+}
+
+/// A button's title without the mark of its key, which some desktops put in by themselves.
+QString titleOf(const QAbstractButton& button) { return button.text().remove(QLatin1Char('&')); }
+
+}  // namespace
+
+PreferencesController::PreferencesController(platform::Services& services, OrvVersion& version)
+    : WindowController(services, QStringLiteral("Preferences")), version_(version) {}
+
+void PreferencesController::showWindow(const QObject* sender) {
+  if (services().runLoop.inModalSession()) {
+    services().runLoop.performAfterDelay(this, 0, [this] { showWindow(this); });
+    return;
+  }
+  // A window that comes back begins as a new one does, with the keyboard in no field.
+  if (!window()->isVisible()) window()->setFocus();
+  WindowController::showWindow(sender);
+}
+
+void PreferencesController::resetDefaults() {
+  const platform::UserDefaults& defaults = services().defaults;
+  const auto showFolderOf = [&defaults](QLineEdit* field, const QString& key) {
+    if (field) field->setText(platform::abbreviatingWithTildeInPath(defaults.stringForKey(key)));
+  };
+  showFolderOf(defaultSaveFolderField_, settings::SaveDirectory);
+  showFolderOf(defaultExportFolderField_, settings::ExportDirectory);
+  if (autoSaveCheckBox_) autoSaveCheckBox_->setChecked(defaults.boolForKey(settings::AutoSave));
+  if (exportToPopUp_) {
+    exportToPopUp_->setCurrentIndex(defaults.boolForKey(settings::ExportToOsiriX) ? 1 : 0);
+    doChangeExportTo(exportToPopUp_);
+  }
+  if (launchScriptField_) launchScriptField_->setPlainText(defaults.stringForKey(settings::LaunchScript));
+  checkSyntax(this);
+  // What was there before belongs to another showing: Undo does not bring it back.
+  if (launchScriptField_) launchScriptField_->document()->clearUndoRedoStacks();
+  if (autoCheckVersionCheckBox_)
+    autoCheckVersionCheckBox_->setChecked(defaults.boolForKey(settings::AutomaticVersionCheck));
+  if (checkVersionIntervalPopUp_) {
+    checkVersionIntervalPopUp_->setCurrentIndex(checkVersionIntervalPopUp_->findText(
+        titleOf(defaults.integerForKey(settings::VersionCheckInterval))));
+  }
+  updateVersionLastChecked();
+}
+
+void PreferencesController::doOK(const QObject*) {
+  platform::UserDefaults& defaults = services().defaults;
+  const auto storeFolder = [&defaults](const QLineEdit* field, const QString& key) {
+    if (field) defaults.setObject(platform::abbreviatingWithTildeInPath(field->text()), key);
+  };
+  storeFolder(defaultSaveFolderField_, settings::SaveDirectory);
+  storeFolder(defaultExportFolderField_, settings::ExportDirectory);
+  if (autoSaveCheckBox_) defaults.setObject(autoSaveCheckBox_->isChecked(), settings::AutoSave);
+  if (exportToPopUp_)
+    defaults.setObject(exportToPopUp_->currentData().toInt() == OsirixTag, settings::ExportToOsiriX);
+  if (launchScriptField_)
+    defaults.setObject(velmora::scriptInDocument(*launchScriptField_->document()), settings::LaunchScript);
+  if (autoCheckVersionCheckBox_)
+    defaults.setObject(autoCheckVersionCheckBox_->isChecked(), settings::AutomaticVersionCheck);
+  if (checkVersionIntervalPopUp_) defaults.setInteger(chosenInterval(), settings::VersionCheckInterval);
+  if (scriptErrorField_) scriptErrorField_->clear();
+  close();
+}
+
+void PreferencesController::doCancel(const QObject*) {
+  close();
+  resetDefaults();
+}
+
+int PreferencesController::chosenInterval() const {
+  const QString title = checkVersionIntervalPopUp_->currentText();
+  if (title == titleOf(Daily)) return Daily;
+  if (title == titleOf(Weekly)) return Weekly;
+  return Monthly;
+}
+
+void PreferencesController::doChangeExportTo(const QComboBox* sender) {
+  if (sender && exportTabView_) exportTabView_->setCurrentIndex(sender->currentData().toInt());
+}
+
+void PreferencesController::doChooseSaveFolder(const QObject*) {
+  chooseFolder(defaultSaveFolderField_, localizedString("Preferences", "Choose the save folder"));
+}
+
+void PreferencesController::doChooseExportFolder(const QObject*) {
+  chooseFolder(defaultExportFolderField_, localizedString("Preferences", "Choose the export folder"));
+}
+
+void PreferencesController::chooseFolder(QLineEdit* field, const QString& title) {
+  const QPointer<QLineEdit> shown(field);
+  platform::OpenPanel panel;
+  panel.title = title;
+  panel.canChooseFiles = false;
+  panel.canChooseDirectories = true;
+  panel.canCreateDirectories = true;
+  const QString current = field ? platform::expandingTildeInPath(field->text()) : QString();
+  if (services().fileManager.isDirectory(current)) panel.directoryURL = QUrl::fromLocalFile(current);
+  if (services().panels.runModal(panel) == platform::PanelCancelButton || !shown) return;
+  shown->setText(platform::abbreviatingWithTildeInPath(panel.directoryURL.toLocalFile()));
+}
+
+void PreferencesController::doShowSaveFolder(const QObject*) {
+  if (defaultSaveFolderField_) showFolder(defaultSaveFolderField_->text());
+}
+
+void PreferencesController::doShowExportFolder(const QObject*) {
+  if (defaultExportFolderField_) showFolder(defaultExportFolderField_->text());
+}
+
+void PreferencesController::showFolder(const QString& path) {
+  const QString folder = platform::expandingTildeInPath(path);
+  if (services().fileManager.isDirectory(folder)) {
+    services().workspace.selectFile(folder);
+    return;
+  }
+  services().alerts.runModal(
+      {localizedString("Preferences", "Folder Missing"), localizedString("OrvVersion", "OK"), QString(),
+       QString(), localizedString("Preferences", "The specified folder is not currently available.")});
+}
+
+bool PreferencesController::osirixIsInstalled() const {
+  return velmora::osirix::isInstalled(services().workspace);
+}
+
+void PreferencesController::doInstallPlugin(const QAbstractButton* sender) {
+  if (sender && titleOf(*sender) == localizedString("OrvVersion", "Download"))
+    services().workspace.openURL(QUrl(velmora::osirix::DownloadPage));
+  else
+    services().notificationCenter.postNotificationName(velmora::link::InstallPluginNotification);
+}
+
+void PreferencesController::windowDidBecomeKey() {
+  // Every time, because OsiriX may have been installed meanwhile.
+  const bool installed = osirixIsInstalled();
+  if (installOsirixPluginButton_) {
+    installOsirixPluginButton_->setText(installed ? localizedString("Preferences", "Install OsiriX Plugin")
+                                                  : localizedString("OrvVersion", "Download"));
+  }
+  if (osirixExplanationField_) {
+    osirixExplanationField_->setText(
+        installed ? localizedString(
+                        "Preferences",
+                        "Once installed, the plugin will be available the next time OsiriX is launched.")
+                  : localizedString("Preferences", "OsiriX may be downloaded from ") +
+                        velmora::osirix::DownloadPage);
+  }
+}
+
+void PreferencesController::checkSyntax(const QObject* sender) {
+  if (scriptErrorField_) scriptErrorField_->clear();
+  if (!launchScriptField_) return;
+  const velmora::ScriptCheck check =
+      velmora::checkScript(services().scripts, velmora::scriptInDocument(*launchScriptField_->document()));
+  if (!launchScriptField_) return;  // the script runner takes its time, and the window may go meanwhile
+  QTextDocument& document = *launchScriptField_->document();
+  if (check.formatted) velmora::setScriptText(document, *check.formatted, launchScriptField_->palette());
+  if (sender == this || !check.error) return;
+  launchScriptField_->setTextCursor(velmora::cursorSelecting(document, check.error->range));
+  if (scriptErrorField_) scriptErrorField_->setText(check.error->briefMessage);
+  launchScriptField_->setFocus();
+}
+
+void PreferencesController::doUpdate(const QObject*) { version_.checkVersion(true); }
+
+void PreferencesController::versionCheckSuccessful() {
+  services().defaults.setObject(services().runLoop.now(), settings::LastVersionCheckDate);
+  updateVersionLastChecked();
+}
+
+void PreferencesController::updateVersionLastChecked() {
+  if (!versionLastCheckedField_) return;
+  versionLastCheckedField_->setText(
+      velmora::lastCheckedText(services().defaults.dateForKey(settings::LastVersionCheckDate)));
+}
