@@ -9,8 +9,8 @@
 #include "demo/Case.h"
 #include "demo/Report.h"
 #include "demo/Waiting.h"
-#include "tests/bridge/orthanc/SyntheticStudy.h"
-#include "tests/bridge/page/WebDriver.h"
+#include "bridge/testing/SyntheticStudy.h"
+#include "bridge/testing/WebDriver.h"
 
 namespace demo {
 

@@ -5,7 +5,7 @@
 
 #include "bridge/dicom/Study.h"
 #include "demo/Road.h"
-#include "tests/bridge/orthanc/Orthanc.h"
+#include "bridge/testing/Orthanc.h"
 
 namespace demo {
 

@@ -6,7 +6,7 @@
 
 #include "link/bus/BusLink.h"
 #include "tests/fuzz/FuzzTargets.h"
-#include "tests/link-weather/RawBus.h"
+#include "tests/robustness/link/RawBus.h"
 
 using link_testing::RawBus;
 using link_testing::RawMessage;

@@ -7,7 +7,7 @@
 #include "testing/LogRecorder.h"
 #include "tests/model/Desktop.h"
 #include "tests/model/TracedDocument.h"
-#include "tests/velmora/support/OwnHome.h"
+#include "tests/unit/velmora/support/OwnHome.h"
 #include "velmora/app/VelmoraAppController.h"
 
 namespace model {

@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+//
+// DIMSE with a real archive.
+#include <gtest/gtest.h>
+
+#include "bridge/pacs/DicomFileParts.h"
+#include "bridge/pacs/DimsePacs.h"
+#include "tests/unit/bridge/pacs/LoopbackPeer.h"
+#include "bridge/testing/Orthanc.h"
+#include "bridge/testing/SyntheticStudy.h"
+
+using namespace bridge_testing;
+using bridge::DimsePacs;
+using bridge::PacsResult;
+using bridge::PacsSettings;
+using bridge::Study;
+using bridge::StudyQuery;
+using Outcome = bridge::PacsResult::Outcome;
+
+namespace bridge {
+/// How GoogleTest shows a study.
+void PrintTo(const Study& study, std::ostream* stream) {
+  *stream << qPrintable(QStringList({study.studyInstanceUID, study.patientID, study.issuerOfPatientID,
+                                     study.patientName, study.birthDate.toString(Qt::ISODate), study.sex,
+                                     study.studyDate.toString(Qt::ISODate), study.studyTime, study.studyID,
+                                     study.accessionNumber, study.referringPhysician, study.description})
+                            .join(QStringLiteral(" | ")));
+}
+}  // namespace bridge
+
+namespace {
+
+QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+
+}  // namespace
+
+/// One archive for all of these; it is emptied before each.
+class DimseWithOrthanc : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    OrthancOptions options;
+    options.checkCalledTitle = true;
+    orthanc_ = new Orthanc(options);
+  }
+  static void TearDownTestSuite() {
+    delete orthanc_;
+    orthanc_ = nullptr;
+  }
+  void SetUp() override { orthanc_->clear(); }
+
+  /// What the archive answers to a query; an error fails the test.
+  static QList<Study> found(const StudyQuery& query) {
+    DimsePacs pacs(orthanc_->dimse());
+    QList<Study> studies;
+    const PacsResult result = pacs.findStudies(query, studies);
+    EXPECT_TRUE(result.done()) << qPrintable(result.reason);
+    return studies;
+  }
+  static PacsResult store(const PacsSettings& settings, const Study& study, int number = 1, int pixels = 8) {
+    DimsePacs pacs(settings);
+    return pacs.store(syntheticStudy(study, number, pixels), SecondaryCaptureClass,
+                      syntheticUID(study, number));
+  }
+
+  static inline Orthanc* orthanc_ = nullptr;
+};
+
+TEST_F(DimseWithOrthanc, FindsAStudyByEachKeyWithAllThatIsKnownOfIt) {
+  const Study study = inventedStudy(1);
+  Study other = inventedStudy(2);
+  other.studyDate = QDate(2024, 3, 2);
+  orthanc_->put(syntheticStudy(study));
+  orthanc_->put(syntheticStudy(other));
+  StudyQuery byUid, byAccession, byPatient, byPatientAndDay;
+  byUid.studyInstanceUID = study.studyInstanceUID;
+  byAccession.accessionNumber = study.accessionNumber;
+  byPatient.patientID = study.patientID;
+  byPatientAndDay.patientID = study.patientID;
+  byPatientAndDay.studyDate = study.studyDate;
+  for (const StudyQuery& query : {byUid, byAccession, byPatient, byPatientAndDay}) {
+    EXPECT_EQ(found(query), QList<Study>{study});
+  }
+  byPatientAndDay.studyDate = other.studyDate;
+  EXPECT_TRUE(found(byPatientAndDay).isEmpty());
+  StudyQuery byDay;
+  byDay.studyDate = other.studyDate;
+  EXPECT_EQ(found(byDay), QList<Study>{other});
+}
+
+TEST_F(DimseWithOrthanc, FindsAllStudiesOfAPatient) {
+  Study first = inventedStudy(1);
+  Study second = inventedStudy(2);
+  second.patientID = first.patientID;
+  orthanc_->put(syntheticStudy(first));
+  orthanc_->put(syntheticStudy(second));
+  StudyQuery query;
+  query.patientID = first.patientID;
+  EXPECT_EQ(found(query).size(), 2);
+}
+
+TEST_F(DimseWithOrthanc, AsksAndIsAnsweredInOtherScriptsThanLatin) {
+  Study study = inventedStudy();
+  study.patientID = text("ÅÄÖ-7");
+  study.patientName = text("Yamada^Tarou=山田^太郎=やまだ^たろう");
+  orthanc_->put(syntheticStudy(study));
+  StudyQuery query;
+  query.patientID = study.patientID;
+  EXPECT_EQ(found(query), QList<Study>{study});
+}
+
+TEST_F(DimseWithOrthanc, TakesAWildcardInAnIdentifierForACharacter) {
+  Study plain = inventedStudy(1);
+  plain.patientID = text("A7B");
+  Study starred = inventedStudy(2);
+  starred.patientID = text("A*B");
+  orthanc_->put(syntheticStudy(plain));
+  orthanc_->put(syntheticStudy(starred));
+  StudyQuery query;
+  query.patientID = text("A*B");
+  EXPECT_EQ(found(query), QList<Study>{starred});
+  query.patientID = text("A?B");
+  EXPECT_TRUE(found(query).isEmpty());
+  query.patientID = text("A7B\\A*B");
+  EXPECT_TRUE(found(query).isEmpty());
+}
+
+TEST_F(DimseWithOrthanc, TellsUpperFromLowerCaseInAnIdentifier) {
+  Study study = inventedStudy();
+  study.patientID = text("abc");
+  orthanc_->put(syntheticStudy(study));
+  StudyQuery query;
+  query.patientID = text("ABC");
+  EXPECT_TRUE(found(query).isEmpty());
+}
+
+TEST_F(DimseWithOrthanc, FindsNothingWithoutAQuestion) {
+  DimsePacs pacs(orthanc_->dimse());
+  QList<Study> studies;
+  EXPECT_EQ(pacs.findStudies(StudyQuery(), studies).outcome, Outcome::Never);
+}
+
+TEST_F(DimseWithOrthanc, StoresAnObjectByteForByte) {
+  const Study study = inventedStudy();
+  const PacsResult result = store(orthanc_->dimse(), study, 1, 700);  // several fragments
+  EXPECT_TRUE(result.done()) << qPrintable(result.reason);
+  const auto sent = bridge::partsOf(syntheticStudy(study, 1, 700));
+  const auto kept = bridge::partsOf(orthanc_->fileOf(syntheticUID(study)));
+  ASSERT_TRUE(sent && kept);
+  EXPECT_EQ(kept->transferSyntaxUID, sent->transferSyntaxUID);
+  EXPECT_TRUE(kept->dataset == sent->dataset);
+}
+
+TEST_F(DimseWithOrthanc, StoringTwiceIsNoErrorAndLeavesOneObject) {
+  const Study study = inventedStudy();
+  EXPECT_TRUE(store(orthanc_->dimse(), study).done());
+  const PacsResult again = store(orthanc_->dimse(), study);
+  EXPECT_TRUE(again.done()) << qPrintable(again.reason);
+  EXPECT_EQ(orthanc_->instances(), QStringList{syntheticUID(study)});
+}
+
+TEST_F(DimseWithOrthanc, RefusesToStoreAnObjectUnderAnothersName) {
+  const Study study = inventedStudy();
+  DimsePacs pacs(orthanc_->dimse());
+  EXPECT_EQ(pacs.store(syntheticStudy(study, 1), SecondaryCaptureClass, syntheticUID(study, 2)).outcome,
+            Outcome::Never);
+  EXPECT_EQ(pacs.store("no DICOM", SecondaryCaptureClass, syntheticUID(study, 1)).outcome, Outcome::Never);
+  EXPECT_TRUE(orthanc_->instances().isEmpty());
+}
+
+TEST_F(DimseWithOrthanc, ChecksThatAllIsWell) {
+  DimsePacs pacs(orthanc_->dimse());
+  const PacsResult result = pacs.check();
+  EXPECT_TRUE(result.done()) << qPrintable(result.reason);
+}
+
+TEST_F(DimseWithOrthanc, SaysThatTheCalledTitleIsWrong) {
+  PacsSettings settings = orthanc_->dimse();
+  settings.calledAETitle = text("SOMEBODY");
+  DimsePacs pacs(settings);
+  const PacsResult result = pacs.check();
+  EXPECT_EQ(result.outcome, Outcome::TryAgain);
+  EXPECT_TRUE(result.reason.contains(text("does not go by the AE title \"SOMEBODY\"")))
+      << qPrintable(result.reason);
+}
+
+TEST_F(DimseWithOrthanc, SaysThatAStrangerMayNotFind) {
+  PacsSettings settings = orthanc_->dimse();
+  settings.callingAETitle = text("STRANGER");
+  DimsePacs pacs(settings);
+  const PacsResult check = pacs.check();
+  EXPECT_EQ(check.outcome, Outcome::TryAgain);
+  EXPECT_TRUE(check.reason.contains(text("C-FIND")) && check.reason.contains(text("AE title \"STRANGER\"")))
+      << qPrintable(check.reason);
+  QList<Study> studies;
+  StudyQuery query;
+  query.patientID = text("P-1");
+  const PacsResult result = pacs.findStudies(query, studies);
+  EXPECT_EQ(result.outcome, Outcome::TryAgain);
+  EXPECT_FALSE(result.reason.isEmpty());
+}
+
+TEST_F(DimseWithOrthanc, AStoreThatIsCutAnywhereIsTriedAgainAndThenStands) {
+  const Study study = inventedStudy();
+  const QByteArray file = syntheticStudy(study, 1, 200);
+  for (const int bytes : {0, 100, 400, 20000}) {
+    CuttingProxy proxy(orthanc_->dicomPort(), bytes);
+    PacsSettings settings = orthanc_->dimse();
+    settings.port = proxy.port();
+    DimsePacs pacs(settings);
+    const PacsResult result = pacs.store(file, SecondaryCaptureClass, syntheticUID(study));
+    EXPECT_EQ(result.outcome, Outcome::TryAgain) << "cut after " << bytes;
+    EXPECT_FALSE(result.reason.isEmpty());
+    EXPECT_TRUE(orthanc_->instances().isEmpty()) << "cut after " << bytes;
+  }
+  EXPECT_TRUE(store(orthanc_->dimse(), study, 1, 200).done());
+  EXPECT_EQ(orthanc_->instances(), QStringList{syntheticUID(study)});
+}
+
+TEST(DimseWithoutOrthanc, TriesAgainWhileTheArchiveIsDown) {
+  PacsSettings settings;
+  settings.host = text("127.0.0.1");
+  settings.port = freePort();
+  DimsePacs pacs(settings);
+  const PacsResult result = pacs.check();
+  EXPECT_EQ(result.outcome, Outcome::TryAgain);
+  EXPECT_TRUE(result.reason.contains(text("cannot be reached"))) << qPrintable(result.reason);
+}
+
+TEST(DimseWithoutOrthanc, GivesUpWaitingForAnArchiveThatNeverAnswers) {
+  SilentPeer peer;
+  PacsSettings settings;
+  settings.host = text("127.0.0.1");
+  settings.port = peer.port();
+  settings.timeout = std::chrono::seconds(1);
+  DimsePacs pacs(settings);
+  const PacsResult result = pacs.check();
+  EXPECT_EQ(result.outcome, Outcome::TryAgain);
+  EXPECT_TRUE(result.reason.contains(text("does not answer within 1 s"))) << qPrintable(result.reason);
+}
+
+TEST(DimseWithoutOrthanc, SaysThatThereIsNoSuchComputer) {
+  PacsSettings settings;
+  settings.host = text("no-such-host.invalid");
+  DimsePacs pacs(settings);
+  const PacsResult result = pacs.check();
+  EXPECT_EQ(result.outcome, Outcome::TryAgain);
+  EXPECT_TRUE(result.reason.contains(text("no-such-host.invalid"))) << qPrintable(result.reason);
+}

@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "tests/robustness/faults/GrowthDesk.h"
+
+#include <unistd.h>
+
+#include <QDirIterator>
+#include <QLineEdit>
+#include <QRegularExpression>
+#include <stdexcept>
+
+#include "platform/controls/Alert.h"
+#include "velmora/resources/SettingsKeys.h"
+
+namespace faults {
+
+namespace {
+
+const QString BundleIdentifier = QStringLiteral("org.velmora.growth");
+constexpr uid_t Nobody = 65534;
+
+QVariantMap information() {
+  return {{QStringLiteral("CFBundleIdentifier"), BundleIdentifier},
+          {QStringLiteral("CFBundleName"), QStringLiteral("Growth")},
+          {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("0.1")},
+          {QStringLiteral("CFBundleVersion"), QStringLiteral("1")},
+          {QStringLiteral("NSHumanReadableCopyright"), QStringLiteral("Copyright 2026")}};
+}
+
+platform::Services with(const platform::Services& services, platform::Alerts& alerts) {
+  return {services.defaults,
+          services.notificationCenter,
+          services.distributedCenter,
+          alerts,
+          services.panels,
+          services.workspace,
+          services.fileManager,
+          services.runLoop,
+          services.mainBundle,
+          services.printer,
+          services.sharedPrintInfo,
+          services.effects,
+          services.graphics,
+          services.interfaceFiles,
+          services.application,
+          services.scripts,
+          services.web,
+          nullptr};
+}
+
+}  // namespace
+
+int AnsweringAlerts::runModal(const platform::Alert& alert) {
+  const platform::RunLoop::ModalSession session(runLoop_);
+  shown.append(alert);
+  if (answer) return answer(alert);
+  return alert.defaultButton == QStringLiteral("Save Elsewhere...") ? platform::AlertAlternateReturn
+                                                                    : platform::AlertDefaultReturn;
+}
+
+void AnsweringAlerts::beginSheetModalForWindow(const platform::Alert& alert, QWidget*, const QObject*,
+                                               DidEnd didEnd) {
+  didEnd(runModal(alert));
+}
+
+GrowthDesk::GrowthDesk()
+    : desktop(information()),
+      alerts(desktop.runLoop),
+      services(with(desktop.services, alerts)),
+      references(QStringLiteral(GROWTH_REFERENCE_FOLDER)),
+      controller(services) {
+  QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
+  home.makeFolder(QStringLiteral("Records"));
+  home.makeFolder(QStringLiteral("Charts"));
+  services.interfaceFiles.addSearchPath(QStringLiteral(":/growth"));
+  desktop.defaults.registerDefaults({{velmora::settings::DataFileExtension, QStringLiteral("growth")}});
+  desktop.defaults.setObject(saveFolder(), velmora::settings::SaveDirectory);
+  desktop.defaults.setObject(exportFolder(), velmora::settings::ExportDirectory);
+  desktop.defaults.setObject(true, velmora::settings::AutoSave);
+  desktop.defaults.setInteger(31, velmora::settings::VersionCheckInterval);
+  controller.setDocumentFactory(
+      [this] { return std::make_unique<GrowthDocument>(services, controller, references); });
+  controller.awakeFromNib();
+}
+
+GrowthDesk::~GrowthDesk() { QLocale::setDefault(localeBefore_); }
+
+QString GrowthDesk::rescueFolder() const {
+  return home.path(QStringLiteral(".local/share/%1/Rescued").arg(BundleIdentifier));
+}
+
+QString GrowthDesk::earlierVersionsFolder() const {
+  return home.path(QStringLiteral(".local/share/%1/Earlier Versions").arg(BundleIdentifier));
+}
+
+QStringList GrowthDesk::rescued() const {
+  return desktop.fileManager.contentsOfDirectoryAtPath(rescueFolder());
+}
+
+QLineEdit& GrowthDesk::field(GrowthDocument& document, const char* name) const {
+  auto* found = document.window()->findChild<QLineEdit*>(QString::fromLatin1(name));
+  if (!found) throw std::runtime_error(std::string("the window has no ") + name);
+  return *found;
+}
+
+GrowthDocument& GrowthDesk::newRecord(const QString& identifier) {
+  auto* document = dynamic_cast<GrowthDocument*>(controller.openUntitledDocument(false));
+  if (!document) throw std::runtime_error("no new document");
+  document->window();
+  field(*document, "birthDateField").setText(QStringLiteral("01/01/2022"));
+  field(*document, "examDateField").setText(QStringLiteral("01/01/2024"));
+  document->setIdentifier(identifier);
+  enterWeight(*document, QStringLiteral("10"));
+  return *document;
+}
+
+GrowthDocument& GrowthDesk::savedRecord(const QString& identifier) {
+  newRecord(identifier).saveDocument();
+  desktop.runLoop.settle();
+  return opened(pathOf(identifier));
+}
+
+GrowthDocument& GrowthDesk::opened(const QString& path) {
+  QString error;
+  auto* document = dynamic_cast<GrowthDocument*>(
+      controller.openDocumentWithContentsOfURL(QUrl::fromLocalFile(path), false, &error));
+  if (!document) throw std::runtime_error("does not open: " + error.toStdString());
+  document->window();
+  return *document;
+}
+
+QString GrowthDesk::whyNotOpened(const QString& path) {
+  const auto before = controller.documents().size();
+  QString error;
+  platform::Document* document =
+      controller.openDocumentWithContentsOfURL(QUrl::fromLocalFile(path), false, &error);
+  if (document) {
+    document->close();
+    desktop.runLoop.settle();
+    return {};
+  }
+  if (controller.documents().size() != before) throw std::runtime_error("something was opened all the same");
+  if (error.isEmpty()) throw std::runtime_error("nothing was opened, and nobody was told why");
+  return error;
+}
+
+void GrowthDesk::enterWeight(GrowthDocument& document, const QString& weight) {
+  field(document, "weightField").setText(weight);
+  document.directUpdateDisplayAndSetDirty(nullptr);
+}
+
+void GrowthDesk::closeAll() {
+  for (platform::Document* document : controller.documents()) document->close();
+  desktop.runLoop.settle();
+}
+
+void GrowthDesk::start() {
+  controller.applicationDidFinishLaunching();
+  desktop.runLoop.advance(2);
+}
+
+void GrowthDesk::letWritesGrowOld() const {
+  constexpr qint64 Seconds = 2LL * 60 * platform::FileManager::AbandonedAfterMinutes;
+  for (const QString& name : files()) {
+    QFile file(home.path(name));
+    if (!name.endsWith(QStringLiteral(".unfinished")) || !file.open(QIODevice::ReadWrite)) continue;
+    file.setFileTime(QDateTime::currentDateTime().addSecs(-Seconds), QFileDevice::FileModificationTime);
+  }
+}
+
+QStringList GrowthDesk::files() const {
+  QStringList found;
+  QDirIterator entries(home.path(), QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories);
+  while (entries.hasNext()) {
+    const QString path = entries.next();
+    if (!entries.fileInfo().isDir()) found.append(path.mid(home.path().size() + 1));
+  }
+  found.sort();
+  return found;
+}
+
+QStringList GrowthDesk::strayFiles() const {
+  static const QRegularExpression expected(
+      QStringLiteral("\\A(Records/[^/]+\\.growth|\\.local/share/[^/]+/Earlier "
+                     "Versions/[^/]+/[0-9]{8}-[0-9]{6}-[0-9]{3}( another)?\\.growth|"
+                     "\\.local/share/[^/]+/Rescued/[^/]+ [0-9]{8}-[0-9]{6}-[0-9]{3}\\.growth|"
+                     "\\.local/share/[^/]+/Written Folders\\.json)\\z"));
+  static const QRegularExpression unfinished(QStringLiteral("unfinished|\\.growth\\.[A-Za-z]{6}\\z"));
+  QStringList strays = files();
+  strays.removeIf([](const QString& file) {
+    return expected.match(file).hasMatch() && !unfinished.match(file).hasMatch();
+  });
+  return strays;
+}
+
+growth::GrowthRecord recordIn(GrowthDesk& desk, const QString& path) {
+  GrowthDocument reader(desk.services, desk.controller, desk.references);
+  const platform::FileResult read = reader.readFromURL(QUrl::fromLocalFile(path));
+  if (!read.ok()) throw std::runtime_error(path.toStdString() + ": " + read.error.toStdString());
+  return reader.record();
+}
+
+QString firstWeight(const growth::GrowthRecord& record) {
+  return growth::textOf(record.examinations.first().of(growth::Measure::Weight));
+}
+
+bool tortures() { return qEnvironmentVariableIntValue("VELMORA_TORTURE") > 0; }
+
+OrdinaryUser::OrdinaryUser(const QString& folder) : wasSuperuser_(::geteuid() == 0) {
+  if (!wasSuperuser_) return;
+  const auto give = [](const QString& path) {
+    if (::lchown(QFile::encodeName(path).constData(), Nobody, Nobody) != 0)
+      throw std::runtime_error("lchown");
+  };
+  give(folder);
+  QDirIterator entries(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories);
+  while (entries.hasNext()) give(entries.next());
+  if (::setresuid(Nobody, Nobody, 0) != 0) throw std::runtime_error("setresuid");
+}
+
+OrdinaryUser::~OrdinaryUser() {
+  if (wasSuperuser_ && ::setresuid(0, 0, 0) != 0) std::abort();
+}
+
+}  // namespace faults

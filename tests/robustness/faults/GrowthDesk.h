@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QLocale>
+#include <functional>
+#include <ostream>
+
+#include "apps/growth/document/GrowthDocument.h"
+#include "apps/growth/reference/GrowthReferences.h"
+#include "testing/LogRecorder.h"
+#include "testing/TestServices.h"
+#include "tests/unit/velmora/support/OwnHome.h"
+#include "velmora/app/VelmoraAppController.h"
+
+/// How a text looks in the message of a failed test.
+inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+
+namespace faults {
+
+/// Somebody who reads every alert and answers it at once.
+class AnsweringAlerts : public platform::Alerts {
+ public:
+  explicit AnsweringAlerts(platform::RunLoop& runLoop) : runLoop_(runLoop) {}
+
+  /// How alerts are answered; at first with the default button, but "Don't Save" to "Save Elsewhere...".
+  std::function<int(const platform::Alert&)> answer;
+  /// Every alert that came, in order.
+  QList<platform::Alert> shown;
+
+  int runModal(const platform::Alert& alert) override;
+  void beginSheetModalForWindow(const platform::Alert& alert, QWidget*, const QObject*,
+                                DidEnd didEnd) override;
+
+ private:
+  platform::RunLoop& runLoop_;
+};
+
+/// The growth application with its real documents and real files, a home folder of its own, and somebody who
+/// answers its alerts. Records are saved automatically in ~/Records, charts go to ~/Charts.
+class GrowthDesk {
+ public:
+  GrowthDesk();
+  ~GrowthDesk();
+
+  testing_support::OwnHome home;
+  platform::testing::TestServices desktop;
+  AnsweringAlerts alerts;
+  platform::Services services;
+  growth::GrowthReferences references;
+  VelmoraAppController controller;
+
+  QString saveFolder() const { return home.path(QStringLiteral("Records")); }
+  QString exportFolder() const { return home.path(QStringLiteral("Charts")); }
+  QString pathOf(const QString& name) const { return saveFolder() + QStringLiteral("/%1.growth").arg(name); }
+  QString rescueFolder() const;
+  QString earlierVersionsFolder() const;
+  /// The names in the rescue folder.
+  QStringList rescued() const;
+
+  /// A new window in which an identifier and a first examination have been entered.
+  GrowthDocument& newRecord(const QString& identifier);
+  /// newRecord(), saved and open from its file.
+  GrowthDocument& savedRecord(const QString& identifier);
+  /// The open document of a file; throws, with the reason, when it does not open.
+  GrowthDocument& opened(const QString& path);
+  /// Why a file does not open, or an empty text.
+  QString whyNotOpened(const QString& path);
+  /// Enters a weight into the examination shown.
+  void enterWeight(GrowthDocument& document, const QString& weight);
+  QLineEdit& field(GrowthDocument& document, const char* name) const;
+  /// Closes every document without a question.
+  void closeAll();
+  /// What the application does when it is started again.
+  void start();
+  /// Makes the temporary files of writes that were cut off look as old as they are by the next working day.
+  void letWritesGrowOld() const;
+
+  /// Everything below the home folder, as paths relative to it, without folders.
+  QStringList files() const;
+  /// Those of them that are neither records nor kept copies of records.
+  QStringList strayFiles() const;
+
+ private:
+  QLocale localeBefore_;
+};
+
+/// The record in a file, read by the document that the application uses; throws when it cannot be read.
+growth::GrowthRecord recordIn(GrowthDesk& desk, const QString& path);
+/// The weight of a record's first examination, as it is shown.
+QString firstWeight(const growth::GrowthRecord& record);
+
+/// Whether the long forms of the tests were asked for.
+bool tortures();
+
+/// While one lives this process is an ordinary user, whom permissions stop. `folder` and what is in it are
+/// his.
+class OrdinaryUser {
+ public:
+  explicit OrdinaryUser(const QString& folder);
+  ~OrdinaryUser();
+  OrdinaryUser(const OrdinaryUser&) = delete;
+  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+ private:
+  bool wasSuperuser_;
+};
+
+}  // namespace faults

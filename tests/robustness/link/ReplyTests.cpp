@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+//
+// Replies on their way through the queue and a real bus.
+#include <gtest/gtest.h>
+
+#include "desktop/notifications/QtDistributedNotificationCenter.h"
+#include "testing/TestServices.h"
+#include "tests/integration/link/LinkTesting.h"
+#include "link/protocol/LinkPayload.h"
+#include "link/protocol/LinkProtocol.h"
+#include "velmora/osirix/OsirixExportQueue.h"
+
+using namespace link_testing;
+
+/// The export queue in virtual time, with a real bus behind it and a viewer that listens.
+class Replies : public ::testing::Test {
+ protected:
+  Replies() {
+    viewer_.addObserver(&observer_, GrowthLink, Reply, mailbox_.handler());
+    EXPECT_TRUE(viewer_.flush());
+  }
+
+  void exportChart(const QString& identifier, qsizetype size) {
+    queue_.batchExportToOsirix(
+        {velmora::link::BatchExportNotification,
+         QVariantMap{{velmora::link::Identifier, identifier}, {velmora::link::JPEG, QByteArray(size, 'x')}},
+         {}});
+  }
+  QString nextIdentifier() { return mailbox_.takeDetails().value(velmora::link::Identifier).toString(); }
+
+  testing_support::PrivateBus bus_;
+  platform::testing::TestServices desktop_{{{QStringLiteral("CFBundleIdentifier"), Growth}}};
+  LogCapture log_;
+  QObject observer_;
+  Mailbox mailbox_;
+  platform::QtDistributedNotificationCenter viewer_{bus_.address()};
+  platform::QtDistributedNotificationCenter centre_{bus_.address()};
+  platform::Services services_{desktop_.defaults,
+                               desktop_.notificationCenter,
+                               centre_,
+                               desktop_.alerts,
+                               desktop_.panels,
+                               desktop_.workspace,
+                               desktop_.fileManager,
+                               desktop_.runLoop,
+                               desktop_.mainBundle,
+                               desktop_.printer,
+                               desktop_.sharedPrintInfo,
+                               desktop_.effects,
+                               desktop_.graphics,
+                               desktop_.interfaceFiles,
+                               desktop_.application,
+                               desktop_.scripts,
+                               desktop_.web,
+                               nullptr};
+  velmora::OsirixExportQueue queue_{services_};
+};
+
+TEST_F(Replies, AboveTheLimitAreRefusedWithOneLineAndTheQueueGoesOn) {
+  exportChart(QStringLiteral("1"), 1000);
+  exportChart(QStringLiteral("2"), 33 * 1024 * 1024);
+  exportChart(QStringLiteral("3"), 31 * 1024 * 1024);
+  desktop_.runLoop.advance(13);
+  EXPECT_EQ(nextIdentifier(), QStringLiteral("1"));
+  EXPECT_EQ(nextIdentifier(), QStringLiteral("3"));
+  EXPECT_TRUE(mailbox_.empty());
+  EXPECT_TRUE(queue_.exportToOsirixArray().isEmpty());
+  EXPECT_EQ(log_.lines().filter(QStringLiteral("is not sent: larger than 32 MiB")).size(), 1);
+}
+
+TEST_F(Replies, PostedWithoutABusAreLostAndTheQueueGoesOn) {
+  bus_.stop();
+  EXPECT_FALSE(centre_.flush());
+  for (int i = 0; i < 3; ++i) exportChart(QString::number(i), 1000);
+  desktop_.runLoop.advance(30);
+  EXPECT_TRUE(queue_.exportToOsirixArray().isEmpty());
+  EXPECT_EQ(log_.lines().filter(QStringLiteral("Zero items in array, exiting")).size(), 1);
+  EXPECT_TRUE(mailbox_.empty());
+}

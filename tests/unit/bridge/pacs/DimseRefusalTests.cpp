@@ -1,0 +1,303 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+//
+// DIMSE with archives that refuse, and with such that do not keep to the rules.
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QtEndian>
+#include <chrono>
+#include <string>
+
+#include "bridge/pacs/DicomFileParts.h"
+#include "bridge/pacs/DimsePacs.h"
+#include "bridge/pacs/DimseStatus.h"
+#include "tests/unit/bridge/pacs/LoopbackPeer.h"
+#include "tests/unit/bridge/pacs/DimseScriptedArchive.h"
+#include "bridge/testing/SyntheticStudy.h"
+
+using namespace bridge_testing;
+using bridge::DimsePacs;
+using bridge::PacsResult;
+using bridge::Study;
+using bridge::StudyQuery;
+using Outcome = bridge::PacsResult::Outcome;
+
+namespace {
+
+QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+
+PacsResult check(const Script& script) {
+  const ScriptedArchive archive(script);
+  return DimsePacs(archive.settings()).check();
+}
+
+PacsResult store(const Script& script) {
+  const ScriptedArchive archive(script);
+  const Study study = inventedStudy();
+  return DimsePacs(archive.settings())
+      .store(syntheticStudy(study), SecondaryCaptureClass, syntheticUID(study));
+}
+
+PacsResult find(const Script& script, QList<Study>& studies) {
+  const ScriptedArchive archive(script);
+  StudyQuery query;
+  query.patientID = text("P-1");
+  return DimsePacs(archive.settings()).findStudies(query, studies);
+}
+
+PacsResult askFor(const char* patient, int port, std::chrono::seconds timeout) {
+  bridge::PacsSettings settings;
+  settings.host = text("127.0.0.1");
+  settings.port = port;
+  settings.timeout = timeout;
+  StudyQuery query;
+  query.patientID = text(patient);
+  QList<Study> studies;
+  return DimsePacs(settings).findStudies(query, studies);
+}
+
+/// What an archive says that accepts the first context of an association, in this transfer syntax (PS3.8
+/// table 9-17).
+std::string acceptance(const char* transferSyntax = UID_LittleEndianImplicitTransferSyntax) {
+  const auto item = [](char type, const std::string& value) {
+    return std::string{type, '\0', '\0', static_cast<char>(value.size())} + value;
+  };
+  const std::string variable = item(0x10, "1.2.840.10008.3.1.1.1") +
+                               item(0x21, std::string("\x01\0\0\0", 4) + item(0x40, transferSyntax)) +
+                               item(0x50, item(0x51, std::string("\0\0\x40\0", 4)) + item(0x52, "2.25.1"));
+  const std::string fixed = std::string("\0\x01\0\0", 4) + std::string(64, ' ');
+  const std::string all = fixed + variable;
+  return std::string("\x02\0\0\0\0", 5) + static_cast<char>(all.size()) + all;
+}
+
+/// A part of a command set, after which there is more (PS3.8 9.3.5 and annex E).
+std::string commandFragment(const std::string& bytes) {
+  const auto length = [](std::size_t size) {
+    std::string big(4, '\0');
+    qToBigEndian(static_cast<quint32>(size), big.data());
+    return big;
+  };
+  return std::string("\x04\0", 2) + length(bytes.size() + 6) + length(bytes.size() + 2) + "\x01\x01" + bytes;
+}
+
+/// An archive that says so to a store.
+Script storing(quint16 status) {
+  Script script;
+  script.storeStatus = status;
+  return script;
+}
+
+}  // namespace
+
+TEST(DimseStatus, IsDoneTriedAgainOrGivenUpByWhatItMeans) {
+  struct Row {
+    quint16 status;
+    Outcome store;
+    Outcome find;
+  };
+  for (const Row& row : {Row{0x0000, Outcome::Done, Outcome::Done},
+                         {0x0111, Outcome::Done, Outcome::TryAgain},
+                         {0xb000, Outcome::Done, Outcome::TryAgain},
+                         {0xb006, Outcome::Done, Outcome::TryAgain},
+                         {0xb007, Outcome::Done, Outcome::TryAgain},
+                         {0xa700, Outcome::TryAgain, Outcome::TryAgain},
+                         {0xa702, Outcome::TryAgain, Outcome::TryAgain},
+                         {0xa900, Outcome::Never, Outcome::Never},
+                         {0xa9ff, Outcome::Never, Outcome::Never},
+                         {0xc000, Outcome::Never, Outcome::TryAgain},
+                         {0xcfff, Outcome::Never, Outcome::TryAgain},
+                         {0x0110, Outcome::TryAgain, Outcome::TryAgain},
+                         {0x0117, Outcome::Never, Outcome::TryAgain},
+                         {0x0122, Outcome::Never, Outcome::Never},
+                         {0x0124, Outcome::TryAgain, Outcome::TryAgain},
+                         {0xfe00, Outcome::TryAgain, Outcome::TryAgain},
+                         {0x1234, Outcome::TryAgain, Outcome::TryAgain}}) {
+    EXPECT_EQ(bridge::storeOutcome(row.status).outcome, row.store) << std::hex << row.status;
+    EXPECT_EQ(bridge::findOutcome(row.status).outcome, row.find) << std::hex << row.status;
+    EXPECT_EQ(bridge::storeOutcome(row.status).reason.isEmpty(), row.store == Outcome::Done);
+  }
+}
+
+TEST(DimseRefusal, TellsTheReasonsOfARefusedAssociationApart) {
+  struct Row {
+    T_ASC_RejectParametersReason reason;
+    const char* words;
+  };
+  for (const Row& row :
+       {Row{ASC_REASON_SU_CALLEDAETITLENOTRECOGNIZED, "does not go by the AE title \"ANY-SCP\""},
+        {ASC_REASON_SU_CALLINGAETITLENOTRECOGNIZED, "does not know our AE title \"VELMORALINK\""},
+        {ASC_REASON_SP_PRES_TEMPORARYCONGESTION, "too busy"},
+        {ASC_REASON_SP_PRES_LOCALLIMITEXCEEDED, "too busy"},
+        {ASC_REASON_SU_NOREASON, "without saying why"}}) {
+    Script script;
+    script.rejection = row.reason;
+    const PacsResult result = check(script);
+    EXPECT_EQ(result.outcome, Outcome::TryAgain);
+    EXPECT_TRUE(result.reason.contains(text(row.words))) << qPrintable(result.reason);
+  }
+}
+
+TEST(DimseRefusal, GivesUpWhenTheArchiveDoesNotTakeTheObjectAtAll) {
+  Script script;
+  script.transferSyntaxes = {UID_LittleEndianImplicitTransferSyntax};
+  PacsResult result = store(script);
+  EXPECT_EQ(result.outcome, Outcome::Never);
+  EXPECT_TRUE(result.reason.contains(text("does not take"))) << qPrintable(result.reason);
+  script = Script();
+  script.classes.removeLast();
+  result = store(script);
+  EXPECT_EQ(result.outcome, Outcome::Never);
+  EXPECT_TRUE(result.reason.contains(text("does not support"))) << qPrintable(result.reason);
+}
+
+TEST(DimseRefusal, ChecksThatChartsAndQuestionsWouldBeTaken) {
+  EXPECT_TRUE(check(Script()).done());
+  Script script;
+  script.transferSyntaxes.removeLast();
+  EXPECT_FALSE(check(script).done());
+  script = Script();
+  script.classes.removeAt(1);
+  EXPECT_FALSE(check(script).done());
+  script = Script();
+  script.findStatus = 0x0124;
+  EXPECT_TRUE(check(script).reason.contains(text("not authorised")));
+}
+
+TEST(DimseRefusal, GoesByTheStatusOfAStore) {
+  EXPECT_TRUE(store(storing(0x0000)).done());
+  EXPECT_TRUE(store(storing(0xb000)).done());
+  EXPECT_EQ(store(storing(0xa700)).outcome, Outcome::TryAgain);
+  EXPECT_EQ(store(storing(0xc000)).outcome, Outcome::Never);
+}
+
+TEST(DimseRefusal, BelievesNoArchiveThatNamesAnotherObject) {
+  Script script;
+  script.storedUid = "2.25.1";
+  EXPECT_EQ(store(script).outcome, Outcome::TryAgain);
+}
+
+TEST(DimseRefusal, BelievesAnArchiveThatConfirmsWithoutNamingTheObject) {
+  Script script;
+  script.storedUid = "";
+  const PacsResult result = store(script);
+  EXPECT_TRUE(result.done()) << qPrintable(result.reason);
+  script.storeStatus = 0xa700;
+  EXPECT_EQ(store(script).outcome, Outcome::TryAgain);
+}
+
+TEST(DimseRefusal, SaysThatTheArchiveBrokeOff) {
+  Script script;
+  script.aborts = true;
+  const PacsResult result = check(script);
+  EXPECT_EQ(result.outcome, Outcome::TryAgain);
+  EXPECT_TRUE(result.reason.contains(text("broke off"))) << qPrintable(result.reason);
+}
+
+TEST(DimseRefusal, WaitsNoLongerForAnAnswerThanItIsToldTo) {
+  Script script;
+  script.isMute = true;
+  const ScriptedArchive archive(script);
+  bridge::PacsSettings settings = archive.settings();
+  settings.timeout = std::chrono::seconds(1);
+  const PacsResult result = DimsePacs(settings).check();
+  EXPECT_EQ(result.outcome, Outcome::TryAgain);
+  EXPECT_TRUE(result.reason.contains(text("does not answer within 1 s"))) << qPrintable(result.reason);
+}
+
+TEST(DimseRefusal, WaitsNoLongerForAnArchiveThatDripsItsAnswer) {
+  const std::string terms("\x02\0\0\0\x02\0", 6);   // of an association, 512 bytes
+  const std::string answer("\x04\0\0\0\x02\0", 6);  // data, 512 bytes
+  for (const std::string& beginning : {terms, acceptance() + answer}) {
+    const PouringPeer archive(beginning, std::string(1, '\0'), std::chrono::milliseconds(100));
+    QElapsedTimer clock;
+    clock.start();
+    const PacsResult result = askFor("P-1", archive.port(), std::chrono::seconds(1));
+    EXPECT_EQ(result.outcome, Outcome::TryAgain);
+    EXPECT_TRUE(result.reason.contains(text("does not answer within 1 s"))) << qPrintable(result.reason);
+    EXPECT_LT(clock.elapsed(), 20000);  // the 512 bytes would take 51 seconds
+  }
+}
+
+TEST(DimseRefusal, SendsNothingInAnEncodingThatWasNotOffered) {
+  const PouringPeer archive(acceptance(UID_BigEndianExplicitTransferSyntax), std::string(1, '\0'),
+                            std::chrono::milliseconds(100));
+  const PacsResult result = askFor("P-1", archive.port(), std::chrono::seconds(1));
+  EXPECT_EQ(result.outcome, Outcome::Never);
+  EXPECT_TRUE(result.reason.contains(text("was not offered"))) << qPrintable(result.reason);
+}
+
+TEST(DimseRefusal, ReadsNoAnswerWithoutEnd) {
+  // A command set whose error comment has two gigabytes.
+  const PouringPeer archive(acceptance() + commandFragment(std::string("\0\0\x02\x09\0\xff\xff\x7f", 8)),
+                            commandFragment(std::string(30000, ' ')), std::chrono::milliseconds(0));
+  const PacsResult result = askFor("P-1", archive.port(), std::chrono::seconds(600));
+  EXPECT_EQ(result.outcome, Outcome::TryAgain);
+  EXPECT_TRUE(result.reason.contains(text("broke off"))) << qPrintable(result.reason);
+  EXPECT_LT(archive.poured(), 200U << 20);
+}
+
+TEST(DimseRefusal, CountsNoStudiesWhenOneOfThemCannotBeRead) {
+  Script script;
+  script.answers = 2;
+  script.lastIsNameless = true;
+  QList<Study> studies;
+  EXPECT_EQ(find(script, studies).outcome, Outcome::TryAgain);
+  EXPECT_TRUE(studies.isEmpty());
+}
+
+TEST(DimseRefusal, LooksAtSoManyStudiesAndNoMore) {
+  Script script;
+  script.answers = bridge::Pacs::MostStudies;
+  QList<Study> studies;
+  EXPECT_TRUE(find(script, studies).done());
+  EXPECT_EQ(studies.size(), bridge::Pacs::MostStudies);
+  script.answers += 1;
+  const PacsResult result = find(script, studies);
+  EXPECT_EQ(result.outcome, Outcome::Never);
+  EXPECT_TRUE(studies.isEmpty());
+}
+
+TEST(DimseRefusal, ReadsNoAnswerThatIsTooLarge) {
+  Script script;
+  script.answers = 1;
+  script.answerSize = 60 * 1024;
+  QList<Study> studies;
+  EXPECT_TRUE(find(script, studies).done());
+  EXPECT_EQ(studies.size(), 1);
+  script.answers = 2;
+  script.answerSize = 70 * 1000;  // with an Explicit VR that cannot be so long, the toolkit writes UN
+  EXPECT_EQ(find(script, studies).outcome, Outcome::TryAgain);
+  EXPECT_TRUE(studies.isEmpty());
+}
+
+TEST(DimseQuestion, SaysInWhichCharactersItIsWritten) {
+  for (const auto& [patient, question] : {std::pair{"ÅÄÖ-7", "ISO_IR 192 ÅÄÖ-7"}, std::pair{"P-7", " P-7"}}) {
+    ScriptedArchive archive{Script()};
+    StudyQuery query;
+    query.patientID = text(patient);
+    QList<Study> studies;
+    EXPECT_TRUE(DimsePacs(archive.settings()).findStudies(query, studies).done());
+    EXPECT_EQ(archive.question(), QByteArray(question));
+  }
+}
+
+TEST(DicomFileParts, TakesAFileApartAndPutsOneTogether) {
+  const QByteArray file = syntheticStudy(inventedStudy());
+  const auto parts = bridge::partsOf(file);
+  ASSERT_TRUE(parts);
+  EXPECT_TRUE(file.endsWith(parts->dataset));
+  EXPECT_EQ(parts->sopInstanceUID, syntheticUID(inventedStudy()).toLatin1());
+  const auto again = bridge::partsOf(bridge::fileOf(parts->dataset, parts->transferSyntaxUID));
+  ASSERT_TRUE(again);
+  EXPECT_EQ(again->transferSyntaxUID, parts->transferSyntaxUID);
+  EXPECT_TRUE(again->dataset == parts->dataset);
+}
+
+TEST(DicomFileParts, KnowsWhatIsNoFileWhereverItEnds) {
+  const QByteArray file = syntheticStudy(inventedStudy());
+  const qsizetype header = file.size() - bridge::partsOf(file)->dataset.size();
+  for (qsizetype size = 0; size <= header; ++size) {
+    const auto parts = bridge::partsOf(file.left(size));
+    EXPECT_FALSE(parts) << size;
+  }
+}

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "desktop/alerts/QtEffects.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <QWidget>
+#include <QTest>
+
+#include "tests/unit/platform/Shown.h"
+
+namespace {
+
+QWidget* poof() {
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (widget->objectName() == "Poof") return widget;
+  }
+  return nullptr;
+}
+
+TEST(Poof, ShowsAtItsPointTakesNoInputAndGoesByItself) {
+  platform::qt::QtEffects effects;
+  effects.showPoof(QPoint(200, 150));
+  const QPointer<QWidget> cloud = poof();
+  ASSERT_FALSE(cloud.isNull());
+  EXPECT_TRUE(cloud->isVisible());
+  EXPECT_EQ(cloud->geometry().center(), QPoint(199, 149))
+      << "an even width has its centre between two pixels";
+  EXPECT_TRUE(cloud->windowFlags() & Qt::WindowTransparentForInput);
+  EXPECT_FALSE(cloud->isActiveWindow());
+  EXPECT_TRUE(QTest::qWaitFor([&cloud] { return cloud.isNull(); }));
+}
+
+TEST(Beep, IsHarmless) { platform::qt::QtEffects().beep(); }
+
+}  // namespace

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "tests/unit/growth/document/GrowthApplication.h"
+
+#include <gtest/gtest.h>
+
+#include <QTest>
+#include <stdexcept>
+
+#include "platform/text/DateFormatter.h"
+#include "link/protocol/LinkProtocol.h"
+#include "velmora/resources/SettingsKeys.h"
+
+namespace testing_support {
+
+namespace {
+const QVariantMap information{{QStringLiteral("CFBundleIdentifier"), QStringLiteral("org.velmora.growth")},
+                              {QStringLiteral("CFBundleName"), QStringLiteral("Growth")},
+                              {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("0.1")}};
+}
+
+GrowthApplication::GrowthApplication(const QString& referenceFolder)
+    : desktop(information), references(referenceFolder), controller(desktop.services) {
+  QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
+  home.makeFolder(QStringLiteral("Records"));
+  home.makeFolder(QStringLiteral("Charts"));
+  desktop.defaults.registerDefaults({{velmora::settings::DataFileExtension, QStringLiteral("growth")},
+                                     {velmora::settings::SaveDirectory, QStringLiteral("~/Records")},
+                                     {velmora::settings::ExportDirectory, QStringLiteral("~/Charts")},
+                                     {velmora::settings::AutoSave, true}});
+  desktop.interfaceFiles.addSearchPath(QStringLiteral(":/growth"));
+  controller.setDocumentFactory(
+      [this] { return std::make_unique<GrowthDocument>(desktop.services, controller, references); });
+  controller.awakeFromNib();
+}
+
+GrowthApplication::~GrowthApplication() { QLocale::setDefault(localeBefore_); }
+
+GrowthDocument& GrowthApplication::newRecord() {
+  controller.newDocument();
+  auto& document = dynamic_cast<GrowthDocument&>(*controller.orderedDocuments().last());
+  user::bringToFront(document);
+  return document;
+}
+
+GrowthDocument& GrowthApplication::front() const {
+  auto* document = dynamic_cast<GrowthDocument*>(controller.currentDocument());
+  if (!document) throw std::runtime_error("no record is open");
+  return *document;
+}
+
+GrowthDocument& GrowthApplication::saveAndReopen() {
+  front().saveDocument();
+  desktop.runLoop.settle();
+  const QUrl file = front().fileURL();
+  front().close();
+  desktop.runLoop.settle();
+  if (!controller.openDocumentWithContentsOfURL(file, true))
+    throw std::runtime_error("the record does not open");
+  user::bringToFront(front());
+  return front();
+}
+
+QString GrowthApplication::whyNotOpened(const QByteArray& file) {
+  const QString path = pathOfRecord(QStringLiteral("given"));
+  writeFile(path, file);
+  QString reason;
+  if (platform::Document* opened =
+          controller.openDocumentWithContentsOfURL(QUrl::fromLocalFile(path), true, &reason)) {
+    opened->close();
+    desktop.runLoop.settle();
+    return {};
+  }
+  return reason;
+}
+
+void GrowthApplication::chooseStudy(const QString& identifier, const QDate& birth, const QDate& study) {
+  namespace keys = velmora::link;
+  desktop.distributedCenter.deliver(keys::notificationName(QStringLiteral("org.velmora.growth")),
+                                    keys::RequestObject,
+                                    {{keys::Identifier, identifier},
+                                     {keys::Name, QStringLiteral("Doe^Jack")},
+                                     {keys::DateOfBirth, platform::noonOf(birth)},
+                                     {keys::DateOfStudy, platform::noonOf(study)},
+                                     {keys::OsiriXStudyID, QStringLiteral("1.2.840.99")}});
+  desktop.runLoop.advance(1);
+}
+
+GrowthDocument& GrowthApplication::typeBoy(const QString& examDate, const QString& weight) {
+  GrowthDocument& document = newRecord();
+  user::enter(user::field(document, "referenceIDField"), QStringLiteral("boy1"));
+  user::enter(user::field(document, "birthDateField"), QStringLiteral("1/1/2022"));
+  chooseSex(document, SexItem::Male);
+  user::enter(user::field(document, "examDateField"), examDate);
+  user::enter(user::field(document, "weightField"), weight);
+  return document;
+}
+
+void GrowthApplication::chooseSex(GrowthDocument& document, SexItem sex) {
+  QWidget* popUp = user::widget(document, "sexPopUp");
+  popUp->setFocus(Qt::TabFocusReason);
+  QTest::keyClick(popUp, Qt::Key_Home);
+  for (int item = 0; item < static_cast<int>(sex); ++item) QTest::keyClick(popUp, Qt::Key_Down);
+}
+
+int orangePixels(const QImage& picture) {
+  int count = 0;
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      const QColor colour = picture.pixelColor(x, y);
+      if (colour.red() > 200 && colour.blue() < 80 && colour.green() < 160) ++count;
+    }
+  }
+  return count;
+}
+
+}  // namespace testing_support

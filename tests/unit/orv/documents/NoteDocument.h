@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <memory>
+
+#include "orv/documents/OrvAutoNameDocument.h"
+#include "platform/controls/Alert.h"
+#include "testing/LogRecorder.h"
+#include "testing/TestServices.h"
+#include "tests/unit/platform/Shown.h"
+
+namespace testing_support {
+
+/// A record of one number and one note.
+class NoteDocument : public OrvAutoNameDocument {
+ public:
+  using OrvAutoNameDocument::OrvAutoNameDocument;
+
+  QString note;
+  double number = 0;
+  int newestVersion = 1;
+  int versionRead = 0;
+  QString name;
+  QWidget* view = nullptr;
+
+  QString preferredFileName(bool forExport) const override {
+    return name.isEmpty() ? OrvAutoNameDocument::preferredFileName(forExport) : name;
+  }
+  QWidget* printableView() const override { return view ? view : OrvAutoNameDocument::printableView(); }
+  QString windowNibName() const override { return "NoteDocument"; }
+  void edit(const QString& newNote) {
+    note = newNote;
+    updateChangeCount(platform::ChangeType::Done);
+  }
+  void touch() { docIsBlank_ = false; }
+  using OrvAutoNameDocument::keepRescueCopy;
+
+ protected:
+  int contentVersion() const override { return newestVersion; }
+  QJsonObject contentToJson() const override { return {{"note", note}, {"number", number}}; }
+  platform::FileResult contentFromJson(const QJsonObject& content, int version) override {
+    if (!content.value("note").isString()) return platform::FileResult::failure("It has no note.");
+    note = content.value("note").toString();
+    number = content.value("number").toDouble();
+    versionRead = version;
+    return platform::FileResult::success();
+  }
+};
+
+/// Stand-ins for the desktop, and folders of the test's own for records and for what is kept of them.
+class NoteDocuments : public testing::Test {
+ protected:
+  NoteDocuments() : dataBefore_(qgetenv("XDG_DATA_HOME")) {
+    qputenv("XDG_DATA_HOME", QFile::encodeName(userData.path()));
+  }
+  ~NoteDocuments() override { qputenv("XDG_DATA_HOME", dataBefore_); }
+
+  QString path(const QString& name) const { return folder.path() + '/' + name; }
+  QUrl url(const QString& name) const { return QUrl::fromLocalFile(path(name)); }
+  static QByteArray contentsOf(const QString& file) {
+    QFile opened(file);
+    return opened.open(QIODevice::ReadOnly) ? opened.readAll() : QByteArray("(no file)");
+  }
+  static void write(const QString& file, const QByteArray& contents) {
+    QFile opened(file);
+    ASSERT_TRUE(opened.open(QIODevice::WriteOnly));
+    ASSERT_EQ(opened.write(contents), contents.size());
+  }
+  /// The names in a folder, in their own order.
+  static QStringList names(const QString& inFolder) {
+    return QDir(inFolder).entryList(QDir::Files, QDir::Name);
+  }
+  static unsigned rights(const QString& file) {
+    struct stat status {};
+    return ::stat(QFile::encodeName(file).constData(), &status) == 0 ? status.st_mode & 0777 : 0;
+  }
+  /// The folder of the application's kept copies.
+  QString kept() const { return userData.path() + "/org.velmora.tests"; }
+
+  QTemporaryDir folder;
+  QTemporaryDir userData;
+  platform::testing::TestServices desktop{{{"CFBundleIdentifier", "org.velmora.tests"},
+                                           {"CFBundleName", "Notes"},
+                                           {"CFBundleShortVersionString", "2.1"}}};
+
+ private:
+  QByteArray dataBefore_;
+};
+
+}  // namespace testing_support

@@ -1,0 +1,401 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "orv/documents/OrvDocument.h"
+
+#include <functional>
+#include <utility>
+
+#include "tests/unit/orv/documents/NoteDocument.h"
+
+using platform::SaveOperation;
+using testing_support::NoteDocument;
+
+namespace {
+
+class SavingRecords : public testing_support::NoteDocuments {
+ protected:
+  /// Saves, and gives what the delegate was told by the time the operation returned.
+  QList<bool> save(const QString& name = "record.note", SaveOperation operation = SaveOperation::SaveAs) {
+    QList<bool> answers;
+    document.saveToURL(url(name), "note", operation,
+                       [&answers](platform::Document*, bool didSave) { answers.append(didSave); });
+    desktop.runLoop.advance(1);  // copies are named by the time
+    return answers;
+  }
+  QString earlierVersions(const QString& name = "record.note") {
+    return OrvKeptCopies(desktop.fileManager, desktop.runLoop, "org.velmora.tests")
+        .earlierVersionsFolder(path(name));
+  }
+  /// The note in a record's bytes.
+  QString noteIn(const QByteArray& data) {
+    NoteDocument read(desktop.services);
+    const auto result = read.readFromData(data, "note");
+    return result.ok() ? read.note : result.error;
+  }
+  QString rescued() const { return kept() + "/Rescued"; }
+  /// The note in every earlier version, the oldest first.
+  QStringList notesKept() {
+    QStringList notes;
+    for (const QString& version : names(earlierVersions()))
+      notes.append(noteIn(contentsOf(earlierVersions() + '/' + version)));
+    return notes;
+  }
+  /// Somebody else saves the record, from another desk.
+  void writeFromAnotherDesk(const QString& note) {
+    NoteDocument another(desktop.services);
+    another.note = note;
+    QByteArray data;
+    ASSERT_TRUE(another.dataOfType("note", data).ok());
+    write(path("record.note"), data);
+  }
+  void expectToHearOfAnother() {
+    OrvKeptCopies copies(desktop.fileManager, desktop.runLoop, "org.velmora.tests");
+    const QString copy = copies.earlierVersionsFolder(path("record.note")) + '/' +
+                         desktop.runLoop.now().toUTC().toString("yyyyMMdd-HHmmss-zzz") + " another.note";
+    desktop.alerts.expect(
+        {"Another version of the record 'record.note' was in its place.", "OK", "", "",
+         "Yours has been saved. The other one, which somebody else may have written, was kept "
+         "as '" +
+             copy + "'."},
+        platform::AlertDefaultReturn);
+  }
+
+  NoteDocument document{desktop.services};
+};
+
+TEST_F(SavingRecords, TellsTheDelegateBeforeItReturns) {
+  document.edit("first");
+  EXPECT_EQ(save(), QList<bool>{true});
+  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "first");
+  EXPECT_FALSE(document.isDocumentEdited());
+}
+
+TEST_F(SavingRecords, KeepsNothingOfAFirstSave) {
+  save();
+  EXPECT_EQ(names(kept()), QStringList{"Written Folders.json"});
+  EXPECT_EQ(QDir(kept()).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList());
+}
+
+TEST_F(SavingRecords, KeepsWhatItReplacesOutsideTheSaveFolder) {
+  for (const char* note : {"first", "second", "third"}) {
+    document.edit(note);
+    save("record.note", SaveOperation::Save);
+  }
+  const QStringList versions = names(earlierVersions());
+  ASSERT_EQ(versions.size(), 2);
+  EXPECT_EQ(noteIn(contentsOf(earlierVersions() + '/' + versions.at(0))), "first");
+  EXPECT_EQ(noteIn(contentsOf(earlierVersions() + '/' + versions.at(1))), "second");
+  EXPECT_TRUE(versions.at(0).endsWith(".note")) << "an earlier version opens like any record";
+  EXPECT_EQ(names(folder.path()), QStringList{"record.note"});
+}
+
+TEST_F(SavingRecords, LeavesAnEarlierVersionThatOpens) {
+  document.edit("first");
+  save();
+  document.edit("second");
+  save();
+  NoteDocument earlier(desktop.services);
+  const QString version = earlierVersions() + '/' + names(earlierVersions()).value(0);
+  EXPECT_TRUE(earlier.readFromURL(QUrl::fromLocalFile(version)).ok());
+  EXPECT_EQ(earlier.note, "first");
+}
+
+TEST_F(SavingRecords, TellsTheUserThatItFailedAndWhereTheCopyIs) {
+  document.edit("precious");
+  QDir().mkpath(path("taken.note"));
+  const QString reason = desktop.fileManager.writeDurably(path("taken.note"), "x").error;
+  const QString copy =
+      rescued() + "/taken " + desktop.runLoop.now().toUTC().toString("yyyyMMdd-HHmmss-zzz") + ".note";
+  desktop.alerts.expect({"The record 'taken.note' could not be saved.", "OK", "", "",
+                         reason + "\n\nA copy was kept as '" + copy + "'."},
+                        platform::AlertDefaultReturn, [&] { EXPECT_TRUE(QFile::exists(copy)); });
+  const platform::testing::LogRecorder log;  // a folder has no earlier version to keep
+  EXPECT_EQ(save("taken.note"), QList<bool>{false});
+  EXPECT_TRUE(desktop.alerts.allCame());
+  EXPECT_EQ(noteIn(contentsOf(copy)), "precious");
+  EXPECT_TRUE(document.isDocumentEdited());
+  EXPECT_TRUE(document.fileURL().isEmpty());
+  EXPECT_EQ(rights(copy), 0600u);
+}
+
+TEST_F(SavingRecords, TellsTheUserWhenNotEvenACopyCouldBeKept) {
+  document.edit("precious");
+  write(kept(), "a file where the folder of copies would be");
+  const QString reason = desktop.fileManager.writeDurably(path("no/record.note"), "x").error;
+  desktop.alerts.expect({"The record 'record.note' could not be saved.", "Save Elsewhere...", "Don't Save",
+                         "Cancel", reason + "\n\nNo copy could be kept either."},
+                        platform::AlertDefaultReturn);
+  desktop.panels.expectSave(url("elsewhere.note"));
+  const platform::testing::LogRecorder log;
+  EXPECT_EQ(save("no/record.note"), QList<bool>{false});
+  EXPECT_TRUE(desktop.alerts.allCame());
+  EXPECT_TRUE(document.isDocumentEdited());
+  EXPECT_EQ(noteIn(contentsOf(path("elsewhere.note"))), "precious");
+}
+
+TEST_F(SavingRecords, LeavesTheOldFileWhenItFails) {
+  /// Cannot write where records are kept, and can write elsewhere.
+  class NoRoomForRecords : public platform::FileManager {
+   public:
+    QString folder;
+    platform::FileResult writeDurably(const QString& file, const QByteArray& contents,
+                                      const LastLook& lastLook) override {
+      if (file.startsWith(folder)) return platform::FileResult::failure("No space left on device");
+      return FileManager::writeDurably(file, contents, lastLook);
+    }
+  };
+  document.edit("old");
+  save();
+  NoRoomForRecords files;
+  files.folder = folder.path();
+  platform::Services full{desktop.defaults,
+                          desktop.notificationCenter,
+                          desktop.distributedCenter,
+                          desktop.alerts,
+                          desktop.panels,
+                          desktop.workspace,
+                          files,
+                          desktop.runLoop,
+                          desktop.mainBundle,
+                          desktop.printer,
+                          desktop.sharedPrintInfo,
+                          desktop.effects,
+                          desktop.graphics,
+                          desktop.interfaceFiles,
+                          desktop.application,
+                          desktop.scripts,
+                          desktop.web,
+                          nullptr};
+  NoteDocument onFullDisk(full);
+  ASSERT_TRUE(onFullDisk.readFromURL(url("record.note")).ok());
+  onFullDisk.edit("new");
+  const QString copy =
+      rescued() + "/record " + desktop.runLoop.now().toUTC().toString("yyyyMMdd-HHmmss-zzz") + ".note";
+  desktop.alerts.expect({"The record 'record.note' could not be saved.", "OK", "", "",
+                         "No space left on device\n\nA copy was kept as '" + copy + "'."},
+                        platform::AlertDefaultReturn);
+  onFullDisk.saveDocument();
+  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "old");
+  EXPECT_EQ(noteIn(contentsOf(copy)), "new");
+  EXPECT_TRUE(onFullDisk.isDocumentEdited());
+}
+
+TEST_F(SavingRecords, DoesNotNameTheRecordInTheLogWhenItsEarlierVersionIsNotKept) {
+  document.edit("old");
+  save("12-345.note");
+  platform::FileManager().removeItem(kept());
+  QDir().mkpath(kept());
+  write(kept() + "/Earlier Versions", "a file where the folder would be");
+  document.edit("new");
+  const platform::testing::LogRecorder log;
+  EXPECT_EQ(save("12-345.note"), QList<bool>{true});
+  EXPECT_EQ(log.lines(), (QStringList{"No folder for copies could be made in " + kept(),
+                                      "No earlier version was kept of a record in " + folder.path()}));
+}
+
+TEST_F(SavingRecords, TakesAnAlertThatEndsWithTheProgramForNeitherSavedNorGivenUp) {
+  document.edit("precious");
+  write(kept(), "a file where the folder of copies would be");
+  const platform::testing::LogRecorder log;
+  desktop.alerts.expect({"Unsaved changes to 'record' are about to be dropped.", "Save Elsewhere...",
+                         "Don't Save", "Cancel", "No copy of them could be kept."},
+                        platform::AlertStopped);
+  document.name = "record";
+  EXPECT_EQ(document.keepRescueCopy().content, platform::Whereabouts::OnlyHere);
+  EXPECT_TRUE(document.isDocumentEdited());
+}
+
+TEST_F(SavingRecords, KeepsACopyOfWhatIsAboutToBeDropped) {
+  document.name = "12/345";
+  document.edit("precious");
+  const platform::testing::LogRecorder log;
+  const QString copy = document.keepRescueCopy().copy;
+  EXPECT_TRUE(copy.startsWith(rescued() + "/12-345 ")) << qPrintable(copy);
+  EXPECT_EQ(noteIn(contentsOf(copy)), "precious");
+  EXPECT_EQ(log.lines(), QStringList{"Unsaved changes were kept in " + rescued()});
+  EXPECT_TRUE(document.isDocumentEdited()) << "a copy is no save";
+}
+
+TEST_F(SavingRecords, OverAndOverWithoutAChangePushesNoEarlierVersionOut) {
+  for (const char* note : {"first", "second"}) {
+    document.edit(note);
+    save();
+  }
+  for (int i = 0; i < 2 * OrvKeptCopies::MostVersions; ++i) save();
+  EXPECT_EQ(notesKept(), (QStringList{"first", "second"}));
+}
+
+TEST_F(SavingRecords, OftenPushesNobodyElsesVersionOut) {
+  document.edit("mine");
+  save();
+  writeFromAnotherDesk("theirs");
+  expectToHearOfAnother();
+  document.edit("mine 0");
+  save();
+  for (int i = 1; i < 3 * OrvKeptCopies::MostVersions; ++i) {
+    document.edit("mine " + QString::number(i));
+    save();
+  }
+  EXPECT_EQ(notesKept().size(), OrvKeptCopies::MostVersions + 1);
+  EXPECT_EQ(notesKept().first(), "theirs");
+  EXPECT_EQ(notesKept().last(), "mine 58");
+}
+
+/// Somebody else saves while this process is between its last steps.
+class MeetingAnother : public platform::FileManager {
+ public:
+  std::function<void()> beforeTheLastLook;
+  std::function<void()> afterTheLastLook;
+  platform::FileResult writeDurably(const QString& file, const QByteArray& contents,
+                                    const LastLook& lastLook) override {
+    if (!lastLook) return FileManager::writeDurably(file, contents, lastLook);
+    return FileManager::writeDurably(file, contents, [&] {
+      if (const auto act = std::exchange(beforeTheLastLook, nullptr)) act();
+      const platform::FileResult looked = lastLook();
+      if (const auto act = std::exchange(afterTheLastLook, nullptr)) act();
+      return looked;
+    });
+  }
+};
+
+class SavingAtTheSameTime : public SavingRecords {
+ protected:
+  MeetingAnother files;
+  platform::Services services{desktop.defaults,
+                              desktop.notificationCenter,
+                              desktop.distributedCenter,
+                              desktop.alerts,
+                              desktop.panels,
+                              desktop.workspace,
+                              files,
+                              desktop.runLoop,
+                              desktop.mainBundle,
+                              desktop.printer,
+                              desktop.sharedPrintInfo,
+                              desktop.effects,
+                              desktop.graphics,
+                              desktop.interfaceFiles,
+                              desktop.application,
+                              desktop.scripts,
+                              desktop.web,
+                              nullptr};
+  NoteDocument mine{services};
+  bool saveMine() {
+    bool saved = false;
+    mine.saveToURL(url("record.note"), "note", SaveOperation::SaveAs,
+                   [&saved](platform::Document*, bool didSave) { saved = didSave; });
+    return saved;
+  }
+};
+
+TEST_F(SavingAtTheSameTime, KeepsWhatSomebodyElseSavedInTheMeantimeAndTells) {
+  mine.edit("old");
+  ASSERT_TRUE(saveMine());
+  desktop.runLoop.advance(1);
+  mine.edit("mine");
+  files.beforeTheLastLook = [this] {
+    writeFromAnotherDesk("theirs");
+    desktop.runLoop.advance(1);
+    expectToHearOfAnother();
+  };
+  EXPECT_TRUE(saveMine());
+  EXPECT_TRUE(desktop.alerts.allCame());
+  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "mine");
+  EXPECT_EQ(notesKept(), (QStringList{"old", "theirs"}));
+}
+
+TEST_F(SavingAtTheSameTime, KeepsWhatAppearsWhereNothingStoodAndTells) {
+  mine.edit("mine");
+  files.afterTheLastLook = [this] {
+    writeFromAnotherDesk("theirs");
+    expectToHearOfAnother();
+  };
+  EXPECT_TRUE(saveMine());
+  EXPECT_TRUE(desktop.alerts.allCame());
+  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "mine");
+  EXPECT_EQ(notesKept(), QStringList{"theirs"});
+}
+
+TEST_F(SavingAtTheSameTime, IsGivenUpWhenWhatSomebodyElseSavedCannotBeKept) {
+  mine.edit("mine");
+  const platform::testing::LogRecorder log;
+  files.afterTheLastLook = [this] {
+    writeFromAnotherDesk("theirs");
+    write(kept() + "/Earlier Versions", "a file where the folder would be");
+    desktop.alerts.expect({"The record 'record.note' could not be saved.", "OK", "", "",
+                           "Another record stands there under this name, and no copy of it could be "
+                           "kept.\n\nA copy was kept as '" +
+                               rescued() + "/record " +
+                               desktop.runLoop.now().toUTC().toString("yyyyMMdd-HHmmss-zzz") + ".note'."},
+                          platform::AlertDefaultReturn);
+  };
+  EXPECT_FALSE(saveMine());
+  EXPECT_TRUE(desktop.alerts.allCame());
+  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "theirs");
+  EXPECT_EQ(names(folder.path()), QStringList{"record.note"});
+  EXPECT_TRUE(mine.isDocumentEdited());
+}
+
+TEST_F(SavingAtTheSameTime, OfTheSameContentIsNobodysLoss) {
+  mine.edit("mine");
+  files.afterTheLastLook = [this] { writeFromAnotherDesk("mine"); };
+  EXPECT_TRUE(saveMine());
+  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "mine");
+}
+
+// A kept copy that is opened.
+
+class OpeningACopy : public SavingRecords {
+ protected:
+  QString copyOf(const QString& note) {
+    document.edit(note);
+    const platform::testing::LogRecorder log;
+    return OrvKeptCopies(desktop.fileManager, desktop.runLoop, "org.velmora.tests")
+        .keepRescueCopy("record.note", dataOf(document));
+  }
+  static QByteArray dataOf(NoteDocument& of) {
+    QByteArray data;
+    EXPECT_TRUE(of.dataOfType("note", data).ok());
+    return data;
+  }
+};
+
+TEST_F(OpeningACopy, GivesADocumentWithoutAFileAndWithChanges) {
+  const QString copy = copyOf("precious");
+  NoteDocument opened(desktop.services);
+  opened.name = "record";
+  ASSERT_TRUE(opened.readFromURL(QUrl::fromLocalFile(copy)).ok());
+  EXPECT_EQ(opened.note, "precious");
+  EXPECT_TRUE(opened.fileURL().isEmpty());
+  EXPECT_TRUE(opened.isDocumentEdited());
+  EXPECT_EQ(opened.displayName(), "record");
+}
+
+TEST_F(OpeningACopy, LeavesTheCopyAloneWhenItIsSaved) {
+  const QString copy = copyOf("precious");
+  NoteDocument opened(desktop.services);
+  ASSERT_TRUE(opened.readFromURL(QUrl::fromLocalFile(copy)).ok());
+  opened.edit("more");
+  desktop.panels.expectSave(url("record.note"));
+  opened.saveDocument();
+  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "more");
+  EXPECT_EQ(noteIn(contentsOf(copy)), "precious");
+}
+
+TEST_F(OpeningACopy, IsTheSameThroughALink) {
+  const QString copy = copyOf("precious");
+  ASSERT_TRUE(QFile::link(kept(), path("copies")));
+  NoteDocument opened(desktop.services);
+  ASSERT_TRUE(opened.readFromURL(url("copies/Rescued/" + QFileInfo(copy).fileName())).ok());
+  EXPECT_TRUE(opened.fileURL().isEmpty());
+}
+
+TEST_F(OpeningACopy, IsNotWhatOpeningARecordIs) {
+  document.edit("note");
+  save();
+  NoteDocument opened(desktop.services);
+  ASSERT_TRUE(opened.readFromURL(url("record.note")).ok());
+  EXPECT_EQ(opened.fileURL(), url("record.note"));
+  EXPECT_FALSE(opened.isDocumentEdited());
+}
+
+}  // namespace

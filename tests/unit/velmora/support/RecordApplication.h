@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QLocale>
+#include <optional>
+
+#include "testing/TestServices.h"
+#include "tests/unit/velmora/support/OwnHome.h"
+#include "tests/unit/velmora/support/RecordingDocument.h"
+#include "tests/unit/velmora/support/UserActions.h"
+#include "velmora/app/VelmoraAppController.h"
+#include "velmora/document/VelmoraApplicationDelegate.h"
+
+namespace testing_support {
+
+/// The delegate between a document and its controller, which keeps what the document says.
+class RecordingDelegate : public VelmoraApplicationDelegate {
+ public:
+  VelmoraAppController* controller = nullptr;
+  QStringList asked;
+  QStringList added;
+  /// Called when a save is reported.
+  std::function<void()> whenAdded;
+
+  bool fileIsInCachedDatabaseFiles(const QString& name) const override;
+  void addToCachedDatabaseFiles(const QString& fileName) override;
+};
+
+/// An application of the family, "Recorder", on a desktop of stand-ins and with a home folder of its own. Its
+/// documents are RecordingDocuments, its data files end in ".rec", and dates look like 31/12/2024. The
+/// controller has been woken (awakeFromNib), not launched.
+class RecordApplication {
+ public:
+  static QVariantMap informationOf(const QString& bundleIdentifier);
+
+  RecordApplication();
+  ~RecordApplication();
+
+  OwnHome home;
+  platform::testing::TestServices desktop;
+  RecordingDelegate delegate;
+  VelmoraAppController controller;
+
+  // The settings that most tests begin with.
+
+  /// The folder of data files; made, and stored in the settings in tilde form.
+  QString saveFolder() const { return home.path(QStringLiteral("Records")); }
+  /// The folder of chart files; made, and stored in the settings.
+  QString exportFolder() const { return home.path(QStringLiteral("Charts")); }
+  void turnOn(const QString& setting) { desktop.defaults.setObject(true, setting); }
+
+  // Records.
+
+  QString pathOfRecord(const QString& name) const {
+    return saveFolder() + QStringLiteral("/%1.rec").arg(name);
+  }
+  /// Puts a record with that identifier and those examinations into the save folder.
+  void writeRecord(const QString& name, const QStringList& exams = {QStringLiteral("01/02/2023")},
+                   const QString& birthDate = QStringLiteral("03/04/2020"));
+  /// writeRecord(), and the cache knows it.
+  void keepRecord(const QString& name, const QStringList& exams = {QStringLiteral("01/02/2023")});
+  /// A new, untitled document whose window is in front.
+  RecordingDocument& newRecord();
+  /// The open document of a record in the save folder, brought to the front.
+  RecordingDocument& openRecord(const QString& name);
+  /// The front document, or none.
+  RecordingDocument* front() const;
+  /// The files that were kept as rescue copies.
+  QStringList rescueCopies() const;
+
+  // The viewer.
+
+  /// A request as the viewer's end sends it, and everything that it sets going at once.
+  void chooseStudy(const QVariantMap& request);
+  const QList<platform::testing::RecordingDistributedCenter::Posted>& replies() const {
+    return desktop.distributedCenter.posted();
+  }
+  /// Lets time pass.
+  void pass(double seconds) { desktop.runLoop.advance(seconds); }
+  void settle() { desktop.runLoop.settle(); }
+
+ private:
+  QLocale localeBefore_;
+};
+
+/// The identifier, name and dates of a study that a request tells of.
+QVariantMap study(const QString& identifier);
+
+/// The notice that a record was closed with unsaved changes, for a copy that is made now.
+platform::Alert closedWithChanges(RecordApplication& application, const QString& name);
+
+}  // namespace testing_support
