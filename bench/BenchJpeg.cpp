@@ -11,6 +11,8 @@
 #include "bench/Measure.h"
 #include "orv/chart/JpegEncoder.h"
 
+using namespace velmora;
+
 namespace {
 
 /// Thin coloured curves on white: what a chart is made of, and what halved colour resolution harms most.

@@ -12,6 +12,8 @@
 #include "bench/Measure.h"
 #include "base/files/FileManager.h"
 
+using namespace velmora;
+
 namespace {
 
 bool floorWrite(const QByteArray& folder, const QByteArray& contents) {
@@ -34,7 +36,7 @@ bool floorWrite(const QByteArray& folder, const QByteArray& contents) {
 int main() {
   // Not in /tmp, which is often memory: beside the program, where disks are.
   const QTemporaryDir folder(QDir::currentPath() + QStringLiteral("/bench-save-XXXXXX"));
-  platform::FileManager files;
+  base::FileManager files;
   constexpr int Rounds = 51;
   bool good = folder.isValid();
   for (const qsizetype size : {1000, 100000}) {

@@ -45,8 +45,11 @@ function(velmora_precompiled_headers target)
   target_precompile_headers(${target} REUSE_FROM velmora_headers)
 endfunction()
 
+set(VELMORA_STOREYS base link platform desktop orv velmora testing apps bridge)
+
 # velmora_folder(FOLDER [MOC] [SOURCES ...] [KNOWS ...])
-# The target of one folder, for its storey to be made of. FOLDER is the path under which its headers are included.
+# The target of one folder, for its storey to be made of. FOLDER is the path under which its headers are included;
+# SOURCES are named from there.
 # KNOWS lists everything else that the folder may include: folders of its own storey by their path, storeys below by
 # their name or a folder of theirs by its path, other libraries by their target. cmake/check-layers.sh holds the
 # includes to this list and finds circles in it.
@@ -57,7 +60,7 @@ function(velmora_folder folder)
   set(known)
   foreach(other IN LISTS ARG_KNOWS)
     string(REGEX MATCH "^[^/]*" other_storey ${other})
-    if(other MATCHES "::" OR TARGET ${other})
+    if(NOT other_storey IN_LIST VELMORA_STOREYS)
       list(APPEND known ${other})
     elseif(other_storey STREQUAL storey)
       string(REPLACE "/" "_" other ${other})
@@ -73,6 +76,11 @@ function(velmora_folder folder)
     target_link_libraries(${name}_objects INTERFACE velmora_options ${known})
     return()
   endif()
+  set(place ${VELMORA_ROOT}/${folder})
+  if(NOT IS_DIRECTORY ${place})
+    set(place ${VELMORA_ROOT}/framework/${folder})
+  endif()
+  list(TRANSFORM ARG_SOURCES PREPEND ${place}/)
   add_library(${name}_objects OBJECT ${ARG_SOURCES})
   target_link_libraries(${name}_objects PUBLIC velmora_options ${known})
   set_target_properties(${name}_objects PROPERTIES POSITION_INDEPENDENT_CODE ON AUTORCC ON AUTOMOC ${ARG_MOC})

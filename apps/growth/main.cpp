@@ -13,10 +13,12 @@
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 int main(int argc, char** argv) {
-  platform::qt::prepareSessionBus();
+  desktop::prepareSessionBus();
   QApplication application(argc, argv);
-  platform::qt::Desktop desktop(QStringLiteral("growth"));
+  desktop::Desktop desktop(QStringLiteral("growth"));
   platform::Services& services = desktop.services();
 
   services.defaults.registerDefaults(

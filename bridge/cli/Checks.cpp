@@ -15,6 +15,8 @@
 #include "bridge/pacs/MakePacs.h"
 #include "link/bus/BusLink.h"
 
+using namespace velmora;
+
 namespace bridge {
 namespace {
 
@@ -74,8 +76,8 @@ CheckAnswer checkSpoolFolder(const QString& folder) {
 CheckAnswer checkSessionBus() {
   std::mutex mutex;
   QStringList complaints;
-  platform::wire::BusLink bus(
-      QString(), [](const platform::wire::Message&) {},
+  link::BusLink bus(
+      QString(), [](const link::Message&) {},
       [&](const QString& line) {
         const std::lock_guard lock(mutex);
         complaints.append(line);

@@ -9,14 +9,16 @@
 
 #include "link/bus/BusGreeting.h"
 
+using namespace velmora;
+
 namespace bridge {
 
 bool showOnDesktop(const QString& title, const QString& text) {
   constexpr int Limit = 5000;  // milliseconds
   constexpr qsizetype LongestText = 1000;
   // The bus library waits half a minute for a bus that hangs.
-  platform::wire::BusGreeting greeting;
-  const QString address = platform::wire::sessionBusAddress();
+  link::BusGreeting greeting;
+  const QString address = link::sessionBusAddress();
   if (address.isEmpty() || !greeting.ask(address, std::chrono::milliseconds(Limit)).isNull()) return false;
   const QString name = QStringLiteral("velmora-link-notice");
   bool shown = false;

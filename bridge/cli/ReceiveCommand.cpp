@@ -9,6 +9,8 @@
 #include "link/bus/BusLink.h"
 #include "link/protocol/LinkProtocol.h"
 
+using namespace velmora;
+
 namespace bridge {
 namespace {
 
@@ -125,8 +127,8 @@ int runReceive(const QStringList& arguments) {
 
   Receiver receiver(folder, *limits);
   const QString name = protocol::notificationName(*application);
-  platform::wire::BusLink bus(
-      QString(), [&](const platform::wire::Message& message) { receiver.hear(message.userInfo); },
+  link::BusLink bus(
+      QString(), [&](const link::Message& message) { receiver.hear(message.userInfo); },
       [](const QString& line) { printError(line); });
   bus.subscribe(name, protocol::ReplyObject);
   if (!bus.flush(std::chrono::seconds(20))) {

@@ -8,6 +8,8 @@
 #include "link/wire/WireForm.h"
 #include "link/protocol/LinkProtocol.h"
 
+using namespace velmora;
+
 namespace bridge {
 namespace {
 
@@ -42,11 +44,11 @@ RequestResult studyFrom(const QCommandLineParser& parser) {
     if (!file.open(QIODevice::ReadOnly)) {
       return {{}, QStringLiteral("cannot read %1: %2").arg(path, file.errorString())};
     }
-    const QByteArray contents = file.read(platform::wire::MaximumSize + 1);
+    const QByteArray contents = file.read(link::MaximumSize + 1);
     if (file.error() != QFile::NoError) {
       return {{}, QStringLiteral("cannot read %1: %2").arg(path, file.errorString())};
     }
-    if (contents.size() > platform::wire::MaximumSize) return {{}, path + QStringLiteral(" is too large")};
+    if (contents.size() > link::MaximumSize) return {{}, path + QStringLiteral(" is too large")};
     study = studyFromJson(contents);
     if (!study.ok()) return {{}, QStringLiteral("%1 is %2").arg(path, study.error)};
   }

@@ -10,20 +10,21 @@
 #include "link/bus/BusLink.h"
 #include "link/protocol/LinkProtocol.h"
 
+using namespace velmora;
+
 namespace bridge {
 
 namespace protocol = velmora::link;
 
 QString sendRequest(const QString& application, const QVariantMap& details) {
-  const platform::wire::Message message{protocol::notificationName(application), protocol::RequestObject,
-                                        details};
-  const platform::wire::Outgoing check = platform::wire::toBus(message);
+  const link::Message message{protocol::notificationName(application), protocol::RequestObject, details};
+  const link::Outgoing check = link::toBus(message);
   if (!check.refusal.isNull() || !check.dropped.isEmpty()) {
     return QStringLiteral("cannot be sent: ") +
            (check.refusal.isNull() ? check.dropped.join(QStringLiteral(", ")) : check.refusal);
   }
-  platform::wire::BusLink bus(
-      QString(), [](const platform::wire::Message&) {}, [](const QString& line) { printError(line); });
+  link::BusLink bus(
+      QString(), [](const link::Message&) {}, [](const QString& line) { printError(line); });
   bus.post(message);
   if (!bus.flush(std::chrono::seconds(20))) return QStringLiteral("not sent");
   printLine(QStringLiteral("sent ") + details.value(protocol::Identifier).toString() +
@@ -34,8 +35,8 @@ QString sendRequest(const QString& application, const QVariantMap& details) {
 bool mayBeRunning(const QString& application) {
   constexpr int Limit = 5000;  // milliseconds
   // The bus library waits half a minute for a bus that hangs.
-  platform::wire::BusGreeting greeting;
-  const QString address = platform::wire::sessionBusAddress();
+  link::BusGreeting greeting;
+  const QString address = link::sessionBusAddress();
   if (address.isEmpty() || !greeting.ask(address, std::chrono::milliseconds(Limit)).isNull()) return true;
   const QString name = QStringLiteral("velmora-link-question");
   bool running = true;

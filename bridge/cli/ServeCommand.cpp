@@ -15,6 +15,8 @@
 #include "link/bus/BusLink.h"
 #include "link/protocol/LinkProtocol.h"
 
+using namespace velmora;
+
 namespace bridge {
 namespace {
 
@@ -67,7 +69,7 @@ class Listening {
   Listening(Service& service, const Config& config)
       : config_(config),
         bus_(
-            QString(), [&service](const platform::wire::Message& message) { service.hear(message); },
+            QString(), [&service](const link::Message& message) { service.hear(message); },
             [](const QString& line) { failed(line); }) {
     for (const QString& application : config.applications) {
       const QString name = protocol::notificationName(application);
@@ -89,7 +91,7 @@ class Listening {
   }
 
   const Config& config_;
-  platform::wire::BusLink bus_;
+  link::BusLink bus_;
   QTimer looks_;
 };
 

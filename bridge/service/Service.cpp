@@ -6,6 +6,8 @@
 
 #include "link/protocol/LinkProtocol.h"
 
+using namespace velmora;
+
 namespace protocol = velmora::link;
 
 namespace bridge {
@@ -14,7 +16,7 @@ namespace {
 constexpr std::chrono::seconds DiskRetry{5};
 
 /// About how much memory a message takes.
-qint64 sizeOf(const platform::wire::Message& message) {
+qint64 sizeOf(const link::Message& message) {
   qint64 size = 1024;
   for (const QVariant& value : message.userInfo) {
     switch (value.typeId()) {
@@ -62,7 +64,7 @@ Service::~Service() {
   worker_.join();
 }
 
-void Service::hear(const platform::wire::Message& message) {
+void Service::hear(const link::Message& message) {
   const QDateTime arrival = QDateTime::currentDateTime();
   const qint64 size = sizeOf(message);
   if (underway_ + size > Inbox::MostKept) {
@@ -83,7 +85,7 @@ void Service::hear(const platform::wire::Message& message) {
       Qt::QueuedConnection);
 }
 
-void Service::take(const platform::wire::Message& message, const QDateTime& arrival) {
+void Service::take(const link::Message& message, const QDateTime& arrival) {
   const auto application = applications_.constFind(message.name);
   if (application == applications_.constEnd()) return;
   if (message.object == protocol::RequestObject) inbox_.request(message.userInfo, *application, arrival);

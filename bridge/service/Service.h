@@ -32,7 +32,7 @@ class Service : public QObject {
   Service& operator=(const Service&) = delete;
 
   /// Takes what came over the bus. Any thread; quick.
-  void hear(const platform::wire::Message& message);
+  void hear(const velmora::link::Message& message);
 
   /// Before the end: writes down what has been heard, and says what cannot be.
   void settle();
@@ -40,7 +40,7 @@ class Service : public QObject {
   bool end(std::chrono::milliseconds limit);
 
  private:
-  void take(const platform::wire::Message& message, const QDateTime& arrival);
+  void take(const velmora::link::Message& message, const QDateTime& arrival);
   void work();
   void wake();
 

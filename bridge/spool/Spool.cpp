@@ -13,13 +13,15 @@
 #include "bridge/spool/DurableFile.h"
 #include "link/wire/WireForm.h"
 
+using namespace velmora;
+
 namespace bridge {
 namespace {
 
 const char* const ReplyEnding = ".reply";
 const char* const StateEnding = ".state";
 /// The largest reply file: what the bus lets through, and its head.
-constexpr qint64 LargestReply = platform::wire::MaximumSize + HeadSize;
+constexpr qint64 LargestReply = link::MaximumSize + HeadSize;
 
 QString within(const QString& folder, const char* part) {
   return folder + QLatin1Char('/') + QLatin1String(part);

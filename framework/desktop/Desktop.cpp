@@ -40,36 +40,36 @@
 #include "desktop/settings/Translations.h"
 #include "desktop/alerts/UnattendedAlerts.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
 /// Quitting ends the main loop; help is a page that the application carries.
-class RunningApplication : public Application {
+class RunningApplication : public platform::Application {
  public:
-  RunningApplication(const Bundle& bundle, Workspace& workspace, Alerts& alerts)
+  RunningApplication(const platform::Bundle& bundle, platform::Workspace& workspace, platform::Alerts& alerts)
       : bundle_(bundle), workspace_(workspace), alerts_(alerts) {}
 
   // Not quit(): that asks every window whether it wants to close, after all questions have been asked.
   void stop() override { QCoreApplication::exit(0); }
   void showHelp() override {
-    qt::showHelp(bundle_.resourcePath() + QStringLiteral("/help"), workspace_, alerts_);
+    desktop::showHelp(bundle_.resourcePath() + QStringLiteral("/help"), workspace_, alerts_);
   }
 
  private:
-  const Bundle& bundle_;
-  Workspace& workspace_;
-  Alerts& alerts_;
+  const platform::Bundle& bundle_;
+  platform::Workspace& workspace_;
+  platform::Alerts& alerts_;
 };
 
 /// QGuiApplication quits by itself when the last window closes; here the document controller decides. And a
 /// session that ends (log-out) must not end the application before its records were asked about.
-void letControllerDecideWhenToQuit(DocumentController& controller) {
+void letControllerDecideWhenToQuit(platform::DocumentController& controller) {
   QGuiApplication::setQuitOnLastWindowClosed(false);
   QObject::connect(
       qApp, &QGuiApplication::commitDataRequest, qApp,
       [&controller](QSessionManager& session) {
-        guarded("end of session", [&] {
+        base::guarded("end of session", [&] {
           if (!controller.sessionMayEnd(session.allowsInteraction())) session.cancel();
         });
       },
@@ -138,7 +138,7 @@ CommandLine readCommandLine() {
 
 struct Desktop::Parts {
   explicit Parts(const QString& name)
-      : mainBundle(bundleWithPath(
+      : mainBundle(platform::bundleWithPath(
             QFileInfo(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/") + name)
                 .absoluteFilePath())),
         translations(translationFolders(mainBundle.resourcePath())),
@@ -150,43 +150,43 @@ struct Desktop::Parts {
         application(mainBundle, workspace, alerts),
         activation(runLoop) {}
 
-  Bundle mainBundle;
+  platform::Bundle mainBundle;
   Translations translations;
   QtRunLoop runLoop;
   QtUserDefaults defaults;
-  NotificationCenter notificationCenter;
+  platform::NotificationCenter notificationCenter;
   QtDistributedNotificationCenter distributedCenter;
   QtAlerts windowAlerts;
   UnattendedAlerts alerts;
   QtPanels panels;
   QtWorkspace workspace;
-  FileManager fileManager;
-  GraphicsContext graphics;
+  base::FileManager fileManager;
+  platform::GraphicsContext graphics;
   QtPrinter printer;
-  PrintInfo sharedPrintInfo;
+  platform::PrintInfo sharedPrintInfo;
   QtEffects effects;
-  InterfaceFiles interfaceFiles;
+  platform::InterfaceFiles interfaceFiles;
   RunningApplication application;
   QtScripts scripts{runLoop};
   QtWeb web{runLoop};
-  Services services{defaults,
-                    notificationCenter,
-                    distributedCenter,
-                    alerts,
-                    panels,
-                    workspace,
-                    fileManager,
-                    runLoop,
-                    mainBundle,
-                    printer,
-                    sharedPrintInfo,
-                    effects,
-                    graphics,
-                    interfaceFiles,
-                    application,
-                    scripts,
-                    web,
-                    nullptr};
+  platform::Services services{defaults,
+                              notificationCenter,
+                              distributedCenter,
+                              alerts,
+                              panels,
+                              workspace,
+                              fileManager,
+                              runLoop,
+                              mainBundle,
+                              printer,
+                              sharedPrintInfo,
+                              effects,
+                              graphics,
+                              interfaceFiles,
+                              application,
+                              scripts,
+                              web,
+                              nullptr};
   DesktopActivation activation;
 };
 
@@ -202,9 +202,9 @@ Desktop::Desktop(const QString& name) : parts_(std::make_unique<Parts>(name)) {
 
 Desktop::~Desktop() = default;
 
-Services& Desktop::services() { return parts_->services; }
+platform::Services& Desktop::services() { return parts_->services; }
 
-int Desktop::run(DocumentController& controller) {
+int Desktop::run(platform::DocumentController& controller) {
   CommandLine line = readCommandLine();
   const QString identifier = parts_->mainBundle.bundleIdentifier();
   DesktopActivation& activation = parts_->activation;
@@ -221,10 +221,10 @@ int Desktop::run(DocumentController& controller) {
 
   letControllerDecideWhenToQuit(controller);
   bool ended = false;
-  const EndSignals endSignals([&] {
+  const base::EndSignals endSignals([&] {
     ended = true;
     controller.sessionMayEnd(false);
-    guarded("end", [&] { controller.applicationWillTerminate(); });
+    base::guarded("end", [&] { controller.applicationWillTerminate(); });
     parts_->application.stop();
   });
   DesktopRequests requests(parts_->services, controller);
@@ -249,4 +249,4 @@ int Desktop::run(DocumentController& controller) {
   return status == 0 ? printStatus : status;
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -6,14 +6,14 @@
 
 #include "platform/Services.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// The real desktop: makes every service once, and runs the application on it.
 ///
 ///     int main(int argc, char** argv) {
-///       platform::qt::prepareSessionBus();
+///       desktop::prepareSessionBus();
 ///       QApplication application(argc, argv);
-///       platform::qt::Desktop desktop("growth");
+///       desktop::Desktop desktop("growth");
 ///       ...  // a document controller made with desktop.services()
 ///       return desktop.run(controller);
 ///     }
@@ -25,15 +25,15 @@ class Desktop {
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;
 
-  Services& services();
+  platform::Services& services();
 
   /// Starts the application: interface loaded, the files named on the command line (or an untitled document)
   /// opened, launch finished; then the main loop. Returns the exit status.
-  int run(DocumentController& controller);
+  int run(platform::DocumentController& controller);
 
  private:
   struct Parts;
   std::unique_ptr<Parts> parts_;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-namespace platform {
+namespace velmora::base {
+class FileManager;
+}  // namespace velmora::base
+
+namespace velmora::platform {
 
 class UserDefaults;
 class NotificationCenter;
@@ -9,7 +13,6 @@ class DistributedNotificationCenter;
 class Alerts;
 class Panels;
 class Workspace;
-class FileManager;
 class RunLoop;
 class Bundle;
 class Printer;
@@ -31,7 +34,7 @@ struct Services {
   Alerts& alerts;
   Panels& panels;
   Workspace& workspace;
-  FileManager& fileManager;
+  base::FileManager& fileManager;
   RunLoop& runLoop;
   const Bundle& mainBundle;
   Printer& printer;
@@ -46,4 +49,4 @@ struct Services {
   DocumentController* documentController = nullptr;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

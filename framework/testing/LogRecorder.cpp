@@ -4,7 +4,7 @@
 #include <cstring>
 #include <mutex>
 
-namespace platform::testing {
+namespace velmora::testkit {
 
 namespace {
 
@@ -40,4 +40,4 @@ void LogRecorder::clear() {
   recordedLines.clear();
 }
 
-}  // namespace platform::testing
+}  // namespace velmora::testkit

@@ -3,7 +3,7 @@
 
 #include <QStringList>
 
-namespace platform::testing {
+namespace velmora::testkit {
 
 /// While one lives it keeps the log lines of the process, from any thread, in order, instead of letting them
 /// out.
@@ -18,4 +18,4 @@ class LogRecorder {
   void clear();
 };
 
-}  // namespace platform::testing
+}  // namespace velmora::testkit

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace platform::testing {
+namespace velmora::testkit {
 
 namespace {
 
@@ -14,7 +14,7 @@ FailureHandler& failureHandler() {
   return handler;
 }
 
-QString described(const Alert& alert) {
+QString described(const platform::Alert& alert) {
   return QStringLiteral("'%1' [%2|%3|%4] '%5'")
       .arg(alert.messageText, alert.defaultButton, alert.alternateButton, alert.otherButton,
            alert.informativeText);
@@ -37,15 +37,15 @@ ScriptedAlerts::~ScriptedAlerts() {
   if (sheetDidEnd_ && sheetOwner_) reportFailure(QStringLiteral("A sheet was left unanswered"));
 }
 
-void ScriptedAlerts::expect(const Alert& alert, int answer, std::function<void()> whileOpen) {
+void ScriptedAlerts::expect(const platform::Alert& alert, int answer, std::function<void()> whileOpen) {
   expected_.push_back({alert, answer, std::move(whileOpen)});
 }
 
-ScriptedAlerts::Expected ScriptedAlerts::take(const Alert& alert) {
+ScriptedAlerts::Expected ScriptedAlerts::take(const platform::Alert& alert) {
   shown_.append(alert);
   if (expected_.empty()) {
     reportFailure(QStringLiteral("Unexpected alert: ") + described(alert));
-    return {alert, AlertAlternateReturn, {}};
+    return {alert, platform::AlertAlternateReturn, {}};
   }
   Expected next = std::move(expected_.front());
   expected_.pop_front();
@@ -56,15 +56,15 @@ ScriptedAlerts::Expected ScriptedAlerts::take(const Alert& alert) {
   return next;
 }
 
-int ScriptedAlerts::runModal(const Alert& alert) {
-  const RunLoop::ModalSession session(runLoop_);
+int ScriptedAlerts::runModal(const platform::Alert& alert) {
+  const platform::RunLoop::ModalSession session(runLoop_);
   const Expected next = take(alert);
   if (next.whileOpen) next.whileOpen();
   return next.answer;
 }
 
-void ScriptedAlerts::beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner,
-                                              DidEnd didEnd) {
+void ScriptedAlerts::beginSheetModalForWindow(const platform::Alert& alert, QWidget* window,
+                                              const QObject* owner, DidEnd didEnd) {
   take(alert);
   sheetDidEnd_ = std::move(didEnd);
   sheetOwner_ = owner;
@@ -83,27 +83,27 @@ ScriptedPanels::~ScriptedPanels() {
   if (!expectedSave_.empty()) reportFailure(QStringLiteral("Expected save panel never came"));
 }
 
-int ScriptedPanels::runModal(OpenPanel& panel) {
+int ScriptedPanels::runModal(platform::OpenPanel& panel) {
   openPanels_.append(panel);
   if (expectedOpen_.empty()) {
     reportFailure(QStringLiteral("Unexpected open panel"));
-    return PanelCancelButton;
+    return platform::PanelCancelButton;
   }
   panel.urls = expectedOpen_.front().answer;
   if (!expectedOpen_.front().directoryURL.isEmpty()) panel.directoryURL = expectedOpen_.front().directoryURL;
   expectedOpen_.pop_front();
-  return panel.urls.isEmpty() ? PanelCancelButton : PanelOKButton;
+  return panel.urls.isEmpty() ? platform::PanelCancelButton : platform::PanelOKButton;
 }
 
-int ScriptedPanels::runModal(SavePanel& panel) {
+int ScriptedPanels::runModal(platform::SavePanel& panel) {
   savePanels_.append(panel);
   if (expectedSave_.empty()) {
     reportFailure(QStringLiteral("Unexpected save panel"));
-    return PanelCancelButton;
+    return platform::PanelCancelButton;
   }
   panel.url = expectedSave_.front();
   expectedSave_.pop_front();
-  return panel.url.isEmpty() ? PanelCancelButton : PanelOKButton;
+  return panel.url.isEmpty() ? platform::PanelCancelButton : platform::PanelOKButton;
 }
 
 void RecordingDistributedCenter::deliver(const QString& name, const QString& object,
@@ -132,18 +132,18 @@ void RecordingDistributedCenter::postNotificationName(const QString& name, const
   deliver(name, object, userInfo);
 }
 
-bool RecordingPrinter::printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings,
+bool RecordingPrinter::printView(QWidget* view, const platform::PrintInfo& info, const QVariantMap& settings,
                                  bool showPrintPanel, QString*) {
   jobs.append({view->window()->windowTitle().remove(QStringLiteral("[*]")), info, settings, showPrintPanel});
   if (whilePrinting) whilePrinting(view);
   return true;
 }
 
-bool RecordingPrinter::runPageSetup(PrintInfo& info, QWidget*) {
+bool RecordingPrinter::runPageSetup(platform::PrintInfo& info, QWidget*) {
   ++pageSetups;
   if (!chooseInPageSetup) return false;
   chooseInPageSetup(info);
   return true;
 }
 
-}  // namespace platform::testing
+}  // namespace velmora::testkit

@@ -18,7 +18,7 @@
 
 /// Stand-ins for the parts of the desktop that a person or another program would answer. What a test expects
 /// of them it says beforehand; what was not expected, and what was expected and never came, fails the test.
-namespace platform::testing {
+namespace velmora::testkit {
 
 /// Told of every broken expectation. A test program sets this to its framework's failure function; without it
 /// the failure ends the process.
@@ -27,47 +27,47 @@ void setFailureHandler(FailureHandler handler);
 void reportFailure(const QString& what);
 
 /// Answers alerts from a list. Each entry says which alert must come, word for word.
-class ScriptedAlerts : public Alerts {
+class ScriptedAlerts : public platform::Alerts {
  public:
-  explicit ScriptedAlerts(RunLoop& runLoop) : runLoop_(runLoop) {}
+  explicit ScriptedAlerts(platform::RunLoop& runLoop) : runLoop_(runLoop) {}
   /// Fails the test if an expected alert never came or a sheet was left unanswered.
   ~ScriptedAlerts() override;
 
   /// The next alert must be exactly this one; it is answered with `answer`. `whileOpen` runs while it is
   /// open.
-  void expect(const Alert& alert, int answer, std::function<void()> whileOpen = {});
+  void expect(const platform::Alert& alert, int answer, std::function<void()> whileOpen = {});
   /// Whether every expected alert has come.
   bool allCame() const { return expected_.empty(); }
   /// Every alert that came, in order.
-  const QList<Alert>& shown() const { return shown_; }
+  const QList<platform::Alert>& shown() const { return shown_; }
   /// Answers the open sheet; `window` must be the one it is on, when given.
   void answerSheet(int returnCode, const QWidget* window = nullptr);
   bool sheetOpen() const { return static_cast<bool>(sheetDidEnd_); }
 
-  int runModal(const Alert& alert) override;
+  int runModal(const platform::Alert& alert) override;
   /// Sheets stay open until answerSheet(); they must be expected all the same (their scripted answer is not
   /// used).
-  void beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner,
+  void beginSheetModalForWindow(const platform::Alert& alert, QWidget* window, const QObject* owner,
                                 DidEnd didEnd) override;
 
  private:
   struct Expected {
-    Alert alert;
+    platform::Alert alert;
     int answer;
     std::function<void()> whileOpen;
   };
-  Expected take(const Alert& alert);
+  Expected take(const platform::Alert& alert);
 
-  RunLoop& runLoop_;
+  platform::RunLoop& runLoop_;
   std::deque<Expected> expected_;
-  QList<Alert> shown_;
+  QList<platform::Alert> shown_;
   DidEnd sheetDidEnd_;
   QPointer<const QObject> sheetOwner_;
   QWidget* sheetWindow_ = nullptr;
 };
 
 /// Answers panels from a list: a chosen location, or an empty one for Cancel.
-class ScriptedPanels : public Panels {
+class ScriptedPanels : public platform::Panels {
  public:
   ~ScriptedPanels() override;
   /// `directoryURL` is where the panel is when it closes; none leaves it where it started.
@@ -75,11 +75,11 @@ class ScriptedPanels : public Panels {
     expectedOpen_.push_back({answer, directoryURL});
   }
   void expectSave(const QUrl& answer) { expectedSave_.push_back(answer); }
-  const QList<OpenPanel>& openPanels() const { return openPanels_; }
-  const QList<SavePanel>& savePanels() const { return savePanels_; }
+  const QList<platform::OpenPanel>& openPanels() const { return openPanels_; }
+  const QList<platform::SavePanel>& savePanels() const { return savePanels_; }
 
-  int runModal(OpenPanel& panel) override;
-  int runModal(SavePanel& panel) override;
+  int runModal(platform::OpenPanel& panel) override;
+  int runModal(platform::SavePanel& panel) override;
 
  private:
   struct ExpectedOpen {
@@ -88,12 +88,12 @@ class ScriptedPanels : public Panels {
   };
   std::deque<ExpectedOpen> expectedOpen_;
   std::deque<QUrl> expectedSave_;
-  QList<OpenPanel> openPanels_;
-  QList<SavePanel> savePanels_;
+  QList<platform::OpenPanel> openPanels_;
+  QList<platform::SavePanel> savePanels_;
 };
 
 /// Settings that live in memory.
-class MemoryUserDefaults : public UserDefaults {
+class MemoryUserDefaults : public platform::UserDefaults {
  public:
   /// What has been stored, registered defaults not included.
   const QVariantMap& stored() const { return values_; }
@@ -107,7 +107,7 @@ class MemoryUserDefaults : public UserDefaults {
 };
 
 /// A distributed centre without other processes: keeps what is posted, delivers what the test says.
-class RecordingDistributedCenter : public DistributedNotificationCenter {
+class RecordingDistributedCenter : public platform::DistributedNotificationCenter {
  public:
   struct Posted {
     double time;
@@ -115,7 +115,7 @@ class RecordingDistributedCenter : public DistributedNotificationCenter {
     QString object;
     QVariantMap userInfo;
   };
-  explicit RecordingDistributedCenter(const RunLoop& runLoop) : runLoop_(runLoop) {}
+  explicit RecordingDistributedCenter(const platform::RunLoop& runLoop) : runLoop_(runLoop) {}
 
   /// As if another process had posted this.
   void deliver(const QString& name, const QString& object, const QVariantMap& userInfo);
@@ -135,12 +135,12 @@ class RecordingDistributedCenter : public DistributedNotificationCenter {
     QString object;
     Handler handler;
   };
-  const RunLoop& runLoop_;
+  const platform::RunLoop& runLoop_;
   QList<Observer> observers_;
   QList<Posted> posted_;
 };
 
-class RecordingWorkspace : public Workspace {
+class RecordingWorkspace : public platform::Workspace {
  public:
   QList<QUrl> opened;
   QStringList revealed;
@@ -160,11 +160,11 @@ class RecordingWorkspace : public Workspace {
   }
 };
 
-class RecordingPrinter : public Printer {
+class RecordingPrinter : public platform::Printer {
  public:
   struct Job {
     QString title;
-    PrintInfo info;
+    platform::PrintInfo info;
     QVariantMap settings;
     bool showPrintPanel;
   };
@@ -173,17 +173,17 @@ class RecordingPrinter : public Printer {
   bool available = true;
   /// How often the page set-up was shown, and what the user then chooses in it; without that it is cancelled.
   int pageSetups = 0;
-  std::function<void(PrintInfo&)> chooseInPageSetup;
+  std::function<void(platform::PrintInfo&)> chooseInPageSetup;
   /// Called with the view while it is "printed".
   std::function<void(QWidget*)> whilePrinting;
 
-  bool printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings, bool showPrintPanel,
-                 QString* error) override;
-  bool runPageSetup(PrintInfo& info, QWidget* window) override;
+  bool printView(QWidget* view, const platform::PrintInfo& info, const QVariantMap& settings,
+                 bool showPrintPanel, QString* error) override;
+  bool runPageSetup(platform::PrintInfo& info, QWidget* window) override;
   bool hasPrinter() const override { return available; }
 };
 
-class RecordingEffects : public Effects {
+class RecordingEffects : public platform::Effects {
  public:
   int beeps = 0;
   QList<QPoint> poofs;
@@ -191,7 +191,7 @@ class RecordingEffects : public Effects {
   void showPoof(const QPoint& screenPoint) override { poofs.append(screenPoint); }
 };
 
-class RecordingApplication : public Application {
+class RecordingApplication : public platform::Application {
  public:
   int stops = 0;
   int helps = 0;
@@ -199,4 +199,4 @@ class RecordingApplication : public Application {
   void showHelp() override { ++helps; }
 };
 
-}  // namespace platform::testing
+}  // namespace velmora::testkit

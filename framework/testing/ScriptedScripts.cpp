@@ -1,31 +1,31 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "testing/ScriptedScripts.h"
 
-namespace platform::testing {
+namespace velmora::testkit {
 
 namespace {
 
-class ScriptedScript : public Script {
+class ScriptedScript : public platform::Script {
  public:
   ScriptedScript(ScriptedScripts& scripts, QString source)
       : scripts_(scripts), source_(std::move(source)), behaviour_(scripts.behaviours.value(source_)) {}
 
-  bool compileAndReturnError(std::optional<ScriptError>& error) override {
+  bool compileAndReturnError(std::optional<platform::ScriptError>& error) override {
     scripts_.compiled.append(source_);
     error = behaviour_.compileError;
     compiled_ = !error;
     return compiled_;
   }
 
-  std::optional<ScriptText> richTextSource() const override {
+  std::optional<platform::ScriptText> richTextSource() const override {
     return compiled_ ? behaviour_.formatted : std::nullopt;
   }
 
-  bool executeAndReturnError(std::optional<ScriptError>& error) override {
+  bool executeAndReturnError(std::optional<platform::ScriptError>& error) override {
     error = behaviour_.compileError;
     if (error) return false;
     // The test may end this script while it runs.
-    const std::optional<ScriptError> runError = behaviour_.runError;
+    const std::optional<platform::ScriptError> runError = behaviour_.runError;
     scripts_.executed.append(source_);
     if (scripts_.whileRunning) scripts_.whileRunning(source_);
     error = runError;
@@ -41,9 +41,9 @@ class ScriptedScript : public Script {
 
 }  // namespace
 
-std::unique_ptr<Script> ScriptedScripts::initWithSource(const QString& source) {
+std::unique_ptr<platform::Script> ScriptedScripts::initWithSource(const QString& source) {
   if (behaviours.value(source).refused) return nullptr;
   return std::make_unique<ScriptedScript>(*this, source);
 }
 
-}  // namespace platform::testing
+}  // namespace velmora::testkit

@@ -7,17 +7,17 @@
 
 #include "platform/scripts/Script.h"
 
-namespace platform::testing {
+namespace velmora::testkit {
 
 /// A script runner whose scripts do what the test says. A source that the test says nothing about compiles,
 /// has no better form, and ends well.
-class ScriptedScripts : public Scripts {
+class ScriptedScripts : public platform::Scripts {
  public:
   struct Behaviour {
-    bool refused = false;                     ///< no script is made from it
-    std::optional<ScriptError> compileError;  ///< found by compiling, and before anything runs
-    std::optional<ScriptError> runError;      ///< found only when it runs
-    std::optional<ScriptText> formatted;      ///< what it is once it has been compiled
+    bool refused = false;                               ///< no script is made from it
+    std::optional<platform::ScriptError> compileError;  ///< found by compiling, and before anything runs
+    std::optional<platform::ScriptError> runError;      ///< found only when it runs
+    std::optional<platform::ScriptText> formatted;      ///< what it is once it has been compiled
   };
 
   QMap<QString, Behaviour> behaviours;  ///< by source
@@ -26,7 +26,7 @@ class ScriptedScripts : public Scripts {
   /// Called while a script "runs".
   std::function<void(const QString& source)> whileRunning;
 
-  std::unique_ptr<Script> initWithSource(const QString& source) override;
+  std::unique_ptr<platform::Script> initWithSource(const QString& source) override;
 };
 
-}  // namespace platform::testing
+}  // namespace velmora::testkit

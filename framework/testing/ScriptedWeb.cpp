@@ -3,14 +3,14 @@
 
 #include "testing/Scripted.h"
 
-namespace platform::testing {
+namespace velmora::testkit {
 
 void ScriptedWeb::load(const QUrl& url, double timeout, qint64 limit, const QObject* owner, DidLoad didLoad) {
   requests_.append({url, timeout, limit});
   waiting_.push_back({owner, std::move(didLoad)});
 }
 
-void ScriptedWeb::answer(const WebAnswer& answer) {
+void ScriptedWeb::answer(const platform::WebAnswer& answer) {
   if (waiting_.empty()) {
     reportFailure(QStringLiteral("An answer from the web that nobody waits for"));
     return;
@@ -20,4 +20,4 @@ void ScriptedWeb::answer(const WebAnswer& answer) {
   if (first.owner) runLoop_.performOnMainThread(first.owner, [first, answer] { first.didLoad(answer); });
 }
 
-}  // namespace platform::testing
+}  // namespace velmora::testkit

@@ -8,22 +8,22 @@
 #include "platform/runloop/RunLoop.h"
 #include "platform/workspace/Web.h"
 
-namespace platform::testing {
+namespace velmora::testkit {
 
 /// A web whose pages the test writes. A page that was asked for answers when the test says so.
-class ScriptedWeb : public Web {
+class ScriptedWeb : public platform::Web {
  public:
   struct Request {
     QUrl url;
     double timeout;
     qint64 limit;
   };
-  explicit ScriptedWeb(RunLoop& runLoop) : runLoop_(runLoop) {}
+  explicit ScriptedWeb(platform::RunLoop& runLoop) : runLoop_(runLoop) {}
 
   /// Every page that was asked for, in order.
   const QList<Request>& requests() const { return requests_; }
   /// Answers the oldest request that waits; fails the test when none does.
-  void answer(const WebAnswer& answer);
+  void answer(const platform::WebAnswer& answer);
 
   void load(const QUrl& url, double timeout, qint64 limit, const QObject* owner, DidLoad didLoad) override;
 
@@ -32,9 +32,9 @@ class ScriptedWeb : public Web {
     QPointer<const QObject> owner;
     DidLoad didLoad;
   };
-  RunLoop& runLoop_;
+  platform::RunLoop& runLoop_;
   QList<Request> requests_;
   std::deque<Waiting> waiting_;
 };
 
-}  // namespace platform::testing
+}  // namespace velmora::testkit

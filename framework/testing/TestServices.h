@@ -15,7 +15,7 @@
 #include "testing/ScriptedWeb.h"
 #include "testing/VirtualRunLoop.h"
 
-namespace platform::testing {
+namespace velmora::testkit {
 
 /// A whole desktop of stand-ins, with the real file manager: what a test of documents is built on.
 /// Files go wherever the settings and HOME of the test process point, so a test sets these to a folder of its
@@ -26,39 +26,39 @@ struct TestServices {
 
   VirtualRunLoop runLoop;
   MemoryUserDefaults defaults;
-  NotificationCenter notificationCenter;
+  platform::NotificationCenter notificationCenter;
   RecordingDistributedCenter distributedCenter{runLoop};
   ScriptedAlerts alerts{runLoop};
   ScriptedPanels panels;
   RecordingWorkspace workspace;
-  FileManager fileManager;
-  Bundle mainBundle;
+  base::FileManager fileManager;
+  platform::Bundle mainBundle;
   RecordingPrinter printer;
-  PrintInfo sharedPrintInfo;
+  platform::PrintInfo sharedPrintInfo;
   RecordingEffects effects;
-  GraphicsContext graphics;
-  InterfaceFiles interfaceFiles;
+  platform::GraphicsContext graphics;
+  platform::InterfaceFiles interfaceFiles;
   RecordingApplication application;
   ScriptedScripts scripts;
   ScriptedWeb web{runLoop};
-  Services services{defaults,
-                    notificationCenter,
-                    distributedCenter,
-                    alerts,
-                    panels,
-                    workspace,
-                    fileManager,
-                    runLoop,
-                    mainBundle,
-                    printer,
-                    sharedPrintInfo,
-                    effects,
-                    graphics,
-                    interfaceFiles,
-                    application,
-                    scripts,
-                    web,
-                    nullptr};
+  platform::Services services{defaults,
+                              notificationCenter,
+                              distributedCenter,
+                              alerts,
+                              panels,
+                              workspace,
+                              fileManager,
+                              runLoop,
+                              mainBundle,
+                              printer,
+                              sharedPrintInfo,
+                              effects,
+                              graphics,
+                              interfaceFiles,
+                              application,
+                              scripts,
+                              web,
+                              nullptr};
 };
 
-}  // namespace platform::testing
+}  // namespace velmora::testkit

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-namespace platform::testing {
+namespace velmora::testkit {
 
 namespace {
 /// Delays are decimal fractions; adding them up must not make a call that is due miss its moment.
@@ -29,4 +29,4 @@ void VirtualRunLoop::advance(double seconds) {
   uptime_ = std::max(uptime_, end);
 }
 
-}  // namespace platform::testing
+}  // namespace velmora::testkit

@@ -3,10 +3,10 @@
 
 #include "platform/runloop/RunLoop.h"
 
-namespace platform::testing {
+namespace velmora::testkit {
 
 /// A run loop whose time passes only when a test says so.
-class VirtualRunLoop : public RunLoop {
+class VirtualRunLoop : public platform::RunLoop {
  public:
   /// Starts at 2024-05-02 10:00, local time.
   VirtualRunLoop();
@@ -35,4 +35,4 @@ class VirtualRunLoop : public RunLoop {
   double uptime_ = 1000;
 };
 
-}  // namespace platform::testing
+}  // namespace velmora::testkit

@@ -8,10 +8,12 @@
 #include "tests/fuzz/FuzzTargets.h"
 #include "tests/robustness/link/RawBus.h"
 
+using namespace velmora;
+
 using link_testing::RawBus;
 using link_testing::RawMessage;
 using link_testing::RawValues;
-using platform::wire::Message;
+using velmora::link::Message;
 
 namespace {
 
@@ -201,7 +203,7 @@ class Receiver {
       passed_.notify_all();
       return;
     }
-    const platform::wire::Outgoing outgoing = platform::wire::toBus(message);
+    const link::Outgoing outgoing = link::toBus(message);
     fuzz::require(outgoing.refusal.isNull() && outgoing.dropped.isEmpty(),
                   "what arrived can be sent on as it is");
   }
@@ -210,7 +212,7 @@ class Receiver {
   std::condition_variable passed_;
   quint64 fences_ = 0;
   RawBus bus_;
-  platform::wire::BusLink link_;
+  link::BusLink link_;
 };
 
 }  // namespace

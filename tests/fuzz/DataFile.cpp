@@ -8,6 +8,8 @@
 #include "tests/fuzz/FuzzTargets.h"
 #include "velmora/document/VelmoraApplicationDelegate.h"
 
+using namespace velmora;
+
 namespace {
 
 class NoCache : public VelmoraApplicationDelegate {
@@ -17,10 +19,9 @@ class NoCache : public VelmoraApplicationDelegate {
 };
 
 struct World {
-  platform::testing::TestServices desktop{
-      {{QStringLiteral("CFBundleIdentifier"), QStringLiteral("org.velmora.growth")},
-       {QStringLiteral("CFBundleName"), QStringLiteral("Growth")},
-       {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("0.1")}}};
+  testkit::TestServices desktop{{{QStringLiteral("CFBundleIdentifier"), QStringLiteral("org.velmora.growth")},
+                                 {QStringLiteral("CFBundleName"), QStringLiteral("Growth")},
+                                 {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("0.1")}}};
   NoCache cache;
   growth::GrowthReferences references{QStringLiteral(GROWTH_REFERENCE_FOLDER)};
 

@@ -2,6 +2,8 @@
 #include "platform/bundles/PropertyList.h"
 #include "tests/fuzz/FuzzTargets.h"
 
+using namespace velmora;
+
 void fuzz::informationDictionary(const QByteArray& input) {
   const QVariant value = platform::propertyListFromData(input);
   if (value.typeId() != QMetaType::QVariantMap) return;

@@ -10,6 +10,8 @@
 #include "tests/model/Player.h"
 #include "link/protocol/LinkProtocol.h"
 
+using namespace velmora;
+
 namespace model {
 
 namespace {

@@ -3,6 +3,8 @@
 
 #include <utility>
 
+using namespace velmora;
+
 namespace model {
 
 namespace {
@@ -120,11 +122,11 @@ int Answering::runModal(platform::SavePanel& panel) {
   return answer(question);
 }
 
-platform::FileResult FillableFileManager::writeDurably(const QString& path, const QByteArray& contents,
-                                                       const LastLook& lastLook) {
+base::FileResult FillableFileManager::writeDurably(const QString& path, const QByteArray& contents,
+                                                   const LastLook& lastLook) {
   for (const QString& folder : std::as_const(fullFolders)) {
     if (path.startsWith(folder + QLatin1Char('/')))
-      return platform::FileResult::failure(QStringLiteral("No space left on device"));
+      return base::FileResult::failure(QStringLiteral("No space left on device"));
   }
   if (!lastLook || !meanwhile) return FileManager::writeDurably(path, contents, lastLook);
   const auto act = std::exchange(meanwhile, nullptr);
@@ -133,7 +135,7 @@ platform::FileResult FillableFileManager::writeDurably(const QString& path, cons
     const bool actsNow = !std::exchange(acted, true);
     const bool stands = fileExistsAtPath(path);
     if (actsNow && stands) act(path);
-    const platform::FileResult looked = lastLook();
+    const base::FileResult looked = lastLook();
     if (actsNow && !stands) act(path);
     return looked;
   });

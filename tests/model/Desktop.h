@@ -17,7 +17,7 @@
 namespace model {
 
 /// A run loop in virtual time that lets window events through after every turn, as a real one does.
-class PacedRunLoop : public platform::RunLoop {
+class PacedRunLoop : public velmora::platform::RunLoop {
  public:
   QDateTime now() const override;
   double uptime() const override { return time_; }
@@ -35,7 +35,7 @@ class PacedRunLoop : public platform::RunLoop {
 };
 
 /// Answers every question as the model foresaw, and complains of those that it did not foresee.
-class Answering : public platform::Alerts, public platform::Panels {
+class Answering : public velmora::platform::Alerts, public velmora::platform::Panels {
  public:
   explicit Answering(PacedRunLoop& runLoop) : runLoop_(runLoop) {}
 
@@ -51,11 +51,11 @@ class Answering : public platform::Alerts, public platform::Panels {
   }
   void answerSheet(const QWidget* window, int returnCode);
 
-  int runModal(const platform::Alert& alert) override;
-  void beginSheetModalForWindow(const platform::Alert& alert, QWidget* window, const QObject* owner,
+  int runModal(const velmora::platform::Alert& alert) override;
+  void beginSheetModalForWindow(const velmora::platform::Alert& alert, QWidget* window, const QObject* owner,
                                 DidEnd didEnd) override;
-  int runModal(platform::OpenPanel& panel) override;
-  int runModal(platform::SavePanel& panel) override;
+  int runModal(velmora::platform::OpenPanel& panel) override;
+  int runModal(velmora::platform::SavePanel& panel) override;
 
  private:
   struct Sheet {
@@ -74,55 +74,56 @@ class Answering : public platform::Alerts, public platform::Panels {
 };
 
 /// Files as they are, but for folders whose disks can be full.
-class FillableFileManager : public platform::FileManager {
+class FillableFileManager : public velmora::base::FileManager {
  public:
   QSet<QString> fullFolders;
   /// What somebody else does to the file that is written next, where there is a last look at what it
   /// replaces: right before that look or, where nothing stands, right after it.
   std::function<void(const QString&)> meanwhile;
-  platform::FileResult writeDurably(const QString& path, const QByteArray& contents,
-                                    const LastLook& lastLook = {}) override;
+  velmora::base::FileResult writeDurably(const QString& path, const QByteArray& contents,
+                                         const LastLook& lastLook = {}) override;
 };
 
 /// The stand-ins that a program runs on here.
 struct Desktop {
   PacedRunLoop runLoop;
-  platform::testing::MemoryUserDefaults defaults;
-  platform::NotificationCenter notificationCenter;
-  platform::testing::RecordingDistributedCenter distributedCenter{runLoop};
+  velmora::testkit::MemoryUserDefaults defaults;
+  velmora::platform::NotificationCenter notificationCenter;
+  velmora::testkit::RecordingDistributedCenter distributedCenter{runLoop};
   Answering answering{runLoop};
-  platform::testing::RecordingWorkspace workspace;
+  velmora::testkit::RecordingWorkspace workspace;
   FillableFileManager fileManager;
-  platform::Bundle mainBundle{{{QStringLiteral("CFBundleIdentifier"), BundleIdentifier},
-                               {QStringLiteral("CFBundleName"), QStringLiteral("Traced")},
-                               {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("1.0")}},
-                              {}};
-  platform::testing::RecordingPrinter printer;
-  platform::PrintInfo sharedPrintInfo;
-  platform::testing::RecordingEffects effects;
-  platform::GraphicsContext graphics;
-  platform::InterfaceFiles interfaceFiles;
-  platform::testing::RecordingApplication application;
-  platform::testing::ScriptedScripts scripts;
-  platform::testing::ScriptedWeb web{runLoop};
-  platform::Services services{defaults,
-                              notificationCenter,
-                              distributedCenter,
-                              answering,
-                              answering,
-                              workspace,
-                              fileManager,
-                              runLoop,
-                              mainBundle,
-                              printer,
-                              sharedPrintInfo,
-                              effects,
-                              graphics,
-                              interfaceFiles,
-                              application,
-                              scripts,
-                              web,
-                              nullptr};
+  velmora::platform::Bundle mainBundle{
+      {{QStringLiteral("CFBundleIdentifier"), BundleIdentifier},
+       {QStringLiteral("CFBundleName"), QStringLiteral("Traced")},
+       {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("1.0")}},
+      {}};
+  velmora::testkit::RecordingPrinter printer;
+  velmora::platform::PrintInfo sharedPrintInfo;
+  velmora::testkit::RecordingEffects effects;
+  velmora::platform::GraphicsContext graphics;
+  velmora::platform::InterfaceFiles interfaceFiles;
+  velmora::testkit::RecordingApplication application;
+  velmora::testkit::ScriptedScripts scripts;
+  velmora::testkit::ScriptedWeb web{runLoop};
+  velmora::platform::Services services{defaults,
+                                       notificationCenter,
+                                       distributedCenter,
+                                       answering,
+                                       answering,
+                                       workspace,
+                                       fileManager,
+                                       runLoop,
+                                       mainBundle,
+                                       printer,
+                                       sharedPrintInfo,
+                                       effects,
+                                       graphics,
+                                       interfaceFiles,
+                                       application,
+                                       scripts,
+                                       web,
+                                       nullptr};
 };
 
 }  // namespace model

@@ -61,7 +61,7 @@ using DocPtr = std::shared_ptr<Doc>;
 struct Question {
   enum class Form { Alert, Sheet, OpenPanel, SavePanel };
   Form form = Form::Alert;
-  platform::Alert alert;
+  velmora::platform::Alert alert;
   bool informationKnown = true;
   QString proposedName;  ///< of a save panel; null where it does not matter
   int result = 0;

@@ -16,6 +16,8 @@
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace model {
 
 namespace settings = velmora::settings;

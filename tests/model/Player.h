@@ -60,7 +60,7 @@ class Player {
   Quiet quiet_;
   testing_support::OwnHome home_;
   QLocale localeBefore_;
-  platform::testing::LogRecorder log_;
+  velmora::testkit::LogRecorder log_;
   Desktop desktop_;
   std::unique_ptr<VelmoraAppController> controller_;
   int lastToken_ = 100;

@@ -9,6 +9,8 @@
 
 #include "orv/updates/OrvChecksum.h"
 
+using namespace velmora;
+
 namespace model {
 
 QJsonObject contentOf(const Record& record) {

@@ -6,6 +6,8 @@
 #include "platform/documents/WindowController.h"
 #include "velmora/document/VelmoraGraphView.h"
 
+using namespace velmora;
+
 namespace model {
 
 namespace {
@@ -84,9 +86,9 @@ void TracedDocument::showChart() {
   view->setDataPoints(points);
 }
 
-platform::FileResult TracedDocument::contentFromJson(const QJsonObject& content, int) {
+base::FileResult TracedDocument::contentFromJson(const QJsonObject& content, int) {
   record_ = recordOf(content);
-  return platform::FileResult::success();
+  return base::FileResult::success();
 }
 
 }  // namespace model

@@ -16,7 +16,7 @@ namespace model {
 class TracedDocument : public VelmoraDocument {
  public:
   /// `nextToken` gives the token of a new examination.
-  TracedDocument(platform::Services& services, VelmoraApplicationDelegate& delegate,
+  TracedDocument(velmora::platform::Services& services, VelmoraApplicationDelegate& delegate,
                  std::function<int()> nextToken)
       : VelmoraDocument(services, delegate), nextToken_(std::move(nextToken)) {}
 
@@ -29,7 +29,7 @@ class TracedDocument : public VelmoraDocument {
   QLineEdit* measureField() const { return measureField_; }
   VelmoraGraphView* chart() const;
 
-  void windowControllerDidLoadNib(platform::WindowController& windowController) override;
+  void windowControllerDidLoadNib(velmora::platform::WindowController& windowController) override;
   quint64 lastExam() const override { return static_cast<quint64>(record_.exams.size() - 1); }
   void synchronizeFromData() override;
   void synchronizeToData() override;
@@ -40,7 +40,7 @@ class TracedDocument : public VelmoraDocument {
 
  protected:
   QJsonObject contentToJson() const override { return contentOf(record_); }
-  platform::FileResult contentFromJson(const QJsonObject& content, int version) override;
+  velmora::base::FileResult contentFromJson(const QJsonObject& content, int version) override;
 
  private:
   void showChart();

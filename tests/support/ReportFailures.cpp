@@ -5,10 +5,12 @@
 
 #include "testing/Scripted.h"
 
+using namespace velmora;
+
 namespace {
 
 const bool failuresReported = [] {
-  platform::testing::setFailureHandler([](const QString& what) { ADD_FAILURE() << qPrintable(what); });
+  testkit::setFailureHandler([](const QString& what) { ADD_FAILURE() << qPrintable(what); });
   return true;
 }();
 

@@ -12,8 +12,8 @@ inline QByteArray sealed(QByteArray json) {
   const qsizetype start = json.indexOf('{');
   if (start < 0) return json;
   const bool empty = json.mid(start + 1).trimmed().startsWith('}');
-  json.insert(start + 1, "\"checksum\": \"" + orv::emptyChecksum() + (empty ? "\"" : "\", "));
-  return orv::withChecksum(json);
+  json.insert(start + 1, "\"checksum\": \"" + velmora::orv::emptyChecksum() + (empty ? "\"" : "\", "));
+  return velmora::orv::withChecksum(json);
 }
 
 }  // namespace testing_support

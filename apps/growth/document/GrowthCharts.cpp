@@ -9,7 +9,7 @@
 #include "orv/chart/OrvGraphView.h"
 #include "platform/text/Localization.h"
 
-using platform::localizedString;
+using velmora::platform::localizedString;
 
 namespace growth {
 

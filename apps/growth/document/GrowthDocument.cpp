@@ -13,6 +13,8 @@
 #include "platform/documents/WindowController.h"
 #include "velmora/document/VelmoraGraphView.h"
 
+using namespace velmora;
+
 using growth::Measure;
 
 namespace {
@@ -64,13 +66,12 @@ void GrowthDocument::connectOwnOutlets(QWidget* window) {
     QObject::connect(referenceIDField_, &QLineEdit::textEdited, this, [this] { setLookUpRequired(true); });
   }
   if (sexPopUp_) {
-    QObject::connect(sexPopUp_, &QComboBox::activated, this, [this] {
-      platform::guarded("sex", [this] { directUpdateDisplayAndSetDirty(sexPopUp_); });
-    });
+    QObject::connect(sexPopUp_, &QComboBox::activated, this,
+                     [this] { base::guarded("sex", [this] { directUpdateDisplayAndSetDirty(sexPopUp_); }); });
   }
   if (tabView_) {
     QObject::connect(tabView_, &QTabWidget::currentChanged, this,
-                     [this] { platform::guarded("tab", [this] { noteSelectedChart(); }); });
+                     [this] { base::guarded("tab", [this] { noteSelectedChart(); }); });
   }
 }
 
@@ -211,6 +212,6 @@ void GrowthDocument::noteSelectedChart() {
   setCurrentDataPointsVisible(points.pointOf(static_cast<qsizetype>(currentExam())).has_value());
 }
 
-platform::FileResult GrowthDocument::contentFromJson(const QJsonObject& content, int) {
+base::FileResult GrowthDocument::contentFromJson(const QJsonObject& content, int) {
   return growth::GrowthRecord::fromJson(content, record_);
 }

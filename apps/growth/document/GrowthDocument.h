@@ -13,10 +13,10 @@ class VelmoraGraphView;
 /// fields, and the hooks of the subclass contract; everything else is the framework's.
 class GrowthDocument : public VelmoraDocument {
  public:
-  GrowthDocument(platform::Services& services, VelmoraApplicationDelegate& delegate,
+  GrowthDocument(velmora::platform::Services& services, VelmoraApplicationDelegate& delegate,
                  const growth::GrowthReferences& references);
 
-  void windowControllerDidLoadNib(platform::WindowController& windowController) override;
+  void windowControllerDidLoadNib(velmora::platform::WindowController& windowController) override;
 
   quint64 lastExam() const override { return static_cast<quint64>(record_.examinations.size() - 1); }
   void synchronizeFromData() override;
@@ -32,7 +32,7 @@ class GrowthDocument : public VelmoraDocument {
 
  protected:
   QJsonObject contentToJson() const override { return record_.toJson(); }
-  platform::FileResult contentFromJson(const QJsonObject& content, int version) override;
+  velmora::base::FileResult contentFromJson(const QJsonObject& content, int version) override;
 
  private:
   void connectOwnOutlets(QWidget* window);

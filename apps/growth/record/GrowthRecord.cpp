@@ -11,9 +11,11 @@
 #include "apps/growth/record/Age.h"
 #include "platform/text/Localization.h"
 
+using namespace velmora;
+
 namespace growth {
 
-using platform::FileResult;
+using velmora::base::FileResult;
 
 namespace {
 

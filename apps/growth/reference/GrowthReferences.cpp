@@ -4,6 +4,8 @@
 #include "base/files/FileManager.h"
 #include "base/log/Log.h"
 
+using namespace velmora;
+
 namespace growth {
 
 QString wordFor(Measure measure) {
@@ -22,11 +24,11 @@ GrowthReferences::GrowthReferences(const QString& folder) {
   for (const Measure measure : measures) {
     const QString path = folder + QLatin1Char('/') + wordFor(measure) + QStringLiteral(".reference");
     QByteArray bytes;
-    const platform::FileResult read = platform::FileManager().readFile(path, bytes, 16 * 1024 * 1024);
+    const base::FileResult read = base::FileManager().readFile(path, bytes, 16 * 1024 * 1024);
     QString error = read.error;
     auto& reference = references_[static_cast<std::size_t>(measure)];
     if (read.ok()) reference = GrowthReference::fromBytes(bytes, &error);
-    if (!reference) platform::logLine(QStringLiteral("Reference %1: %2").arg(path, error));
+    if (!reference) base::logLine(QStringLiteral("Reference %1: %2").arg(path, error));
   }
 }
 

@@ -15,7 +15,7 @@
 
 #include "base/files/FileManager.h"
 
-namespace platform {
+namespace velmora::base {
 
 namespace {
 
@@ -147,4 +147,4 @@ FileResult FileManager::copyItem(const QString& source, const QString& destinati
   return result;
 }
 
-}  // namespace platform
+}  // namespace velmora::base

@@ -13,7 +13,7 @@
 #include <cstdio>
 #include <cstring>
 
-namespace platform {
+namespace velmora::base {
 
 namespace {
 
@@ -83,4 +83,4 @@ FileResult FileManager::readFile(const QString& path, QByteArray& contents, qint
   return FileResult::success();
 }
 
-}  // namespace platform
+}  // namespace velmora::base

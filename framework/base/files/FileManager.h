@@ -7,7 +7,7 @@
 #include <QStringList>
 #include <functional>
 
-namespace platform {
+namespace velmora::base {
 
 /// Success, or the reason for a failure in words that can be shown.
 struct FileResult {
@@ -84,4 +84,4 @@ QString deletingPathExtension(const QString& path);
 /// The path, a dot and the extension; the path alone when there is no extension.
 QString appendingPathExtension(const QString& path, const QString& extension);
 
-}  // namespace platform
+}  // namespace velmora::base

@@ -3,7 +3,7 @@
 
 #include "base/files/FileManager.h"
 
-namespace platform {
+namespace velmora::base {
 
 QString expandingTildeInPath(const QString& path) {
   QString expanded = path;
@@ -46,4 +46,4 @@ QString appendingPathExtension(const QString& path, const QString& extension) {
   return extension.isEmpty() ? path : path + QLatin1Char('.') + extension;
 }
 
-}  // namespace platform
+}  // namespace velmora::base

@@ -16,7 +16,7 @@
 #include "base/files/FileManager.h"
 #include "base/files/UnfinishedFile.h"
 
-namespace platform {
+namespace velmora::base {
 
 namespace {
 
@@ -145,4 +145,4 @@ void FileManager::removeAbandonedFiles(const QString& folder, const QStringList&
   }
 }
 
-}  // namespace platform
+}  // namespace velmora::base

@@ -17,7 +17,7 @@
 
 #include "base/files/FileManager.h"
 
-namespace platform {
+namespace velmora::base {
 
 namespace {
 
@@ -153,4 +153,4 @@ UnfinishedFile::Placing UnfinishedFile::placeWhereNothingStands() {
   return rename();
 }
 
-}  // namespace platform
+}  // namespace velmora::base

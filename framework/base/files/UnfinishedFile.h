@@ -6,7 +6,7 @@
 #include <QByteArray>
 #include <QString>
 
-namespace platform {
+namespace velmora::base {
 
 /// A file under a temporary name in the folder of its final one: readable by the user alone until it is put
 /// in place, and removed again unless it is.
@@ -49,4 +49,4 @@ class UnfinishedFile {
   bool inPlace_ = false;
 };
 
-}  // namespace platform
+}  // namespace velmora::base

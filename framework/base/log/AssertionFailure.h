@@ -4,7 +4,7 @@
 #include <QString>
 #include <stdexcept>
 
-namespace platform {
+namespace velmora::base {
 
 /// Thrown where a value that must exist does not. The message says what was found ("Value==nil"), the source
 /// file names the class that insisted, by its base name ("VelmoraDocument").
@@ -28,4 +28,4 @@ inline void requireValue(bool exists, const char* sourceFile) {
   if (!exists) throw AssertionFailure(QStringLiteral("Value==nil"), QString::fromLatin1(sourceFile));
 }
 
-}  // namespace platform
+}  // namespace velmora::base

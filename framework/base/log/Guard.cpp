@@ -5,7 +5,7 @@
 
 #include "base/log/Log.h"
 
-namespace platform {
+namespace velmora::base {
 
 bool guarded(const char* where, const std::function<void()>& call) {
   try {
@@ -19,4 +19,4 @@ bool guarded(const char* where, const std::function<void()>& call) {
   return false;
 }
 
-}  // namespace platform
+}  // namespace velmora::base

@@ -3,7 +3,7 @@
 
 #include <functional>
 
-namespace platform {
+namespace velmora::base {
 
 /// Runs `call` and lets no exception out: an exception that crosses Qt's event loop ends the process, and
 /// with it every open record. Whatever is caught is written to the log in one line that begins with `where`.
@@ -11,4 +11,4 @@ namespace platform {
 /// text field events, bus signals. Returns false when something was caught.
 bool guarded(const char* where, const std::function<void()>& call);
 
-}  // namespace platform
+}  // namespace velmora::base

@@ -3,7 +3,7 @@
 
 #include <QLoggingCategory>
 
-namespace platform {
+namespace velmora::base {
 
 namespace {
 Q_LOGGING_CATEGORY(velmoraLog, "velmora", QtInfoMsg)
@@ -29,4 +29,4 @@ void logLine(const QString& text) {
   qCInfo(velmoraLog).noquote() << line;
 }
 
-}  // namespace platform
+}  // namespace velmora::base

@@ -11,7 +11,7 @@
 #include "base/log/Guard.h"
 #include "base/log/Log.h"
 
-namespace platform::qt {
+namespace velmora::base {
 
 namespace {
 
@@ -74,4 +74,4 @@ void EndSignals::arrived() {
   end_();
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::base

@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-namespace platform::qt {
+namespace velmora::base {
 
 /// Ends the application in good order when the system asks for it by a signal: SIGTERM (an end of the
 /// session, a shutdown, kill) or SIGHUP (the terminal is closed).
@@ -28,4 +28,4 @@ class EndSignals {
   std::unique_ptr<QSocketNotifier> notifier_;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::base

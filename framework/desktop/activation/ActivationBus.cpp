@@ -11,7 +11,7 @@
 #include "link/bus/BusLink.h"
 #include "link/bus/BusReceiver.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
@@ -62,7 +62,7 @@ bool ActivationObject::handleMessage(const QDBusMessage& message, const QDBusCon
   // A call without an interface means whichever has the operation; this object has only one interface of its
   // own.
   if (message.interface() != desktopmessages::Interface && !message.interface().isEmpty()) return false;
-  guarded("desktop activation", [&] { answer(message, connection); });
+  base::guarded("desktop activation", [&] { answer(message, connection); });
   return true;
 }
 
@@ -72,12 +72,12 @@ void ActivationObject::answer(const QDBusMessage& call, const QDBusConnection& c
   };
   const desktopmessages::Incoming incoming = desktopmessages::fromBus(call);
   if (!incoming.refusal.isNull()) {
-    logLine(QStringLiteral("The desktop's request from %1: %2").arg(call.service(), incoming.refusal));
+    base::logLine(QStringLiteral("The desktop's request from %1: %2").arg(call.service(), incoming.refusal));
   }
   if (!incoming.request) return reply(call.createErrorReply(QDBusError::InvalidArgs, incoming.refusal));
   if (incoming.deadline && desktopmessages::deadlineNow() > *incoming.deadline) {
     // Whoever asked has gone on without us.
-    logLine(QStringLiteral("The desktop's request from %1 comes too late").arg(call.service()));
+    base::logLine(QStringLiteral("The desktop's request from %1 comes too late").arg(call.service()));
     return reply(call.createErrorReply(QDBusError::TimedOut, QStringLiteral("too late")));
   }
   switch (accept_(*incoming.request)) {
@@ -126,14 +126,14 @@ Outcome ActivationBus::begin(const QString& identifier, const DesktopRequest& re
       return outcome;
     }
   }
-  logLine(QStringLiteral("%1 runs already but does not answer; this is another one").arg(identifier));
+  base::logLine(QStringLiteral("%1 runs already but does not answer; this is another one").arg(identifier));
   disconnectFromBus();
   return Outcome::Alone;
 }
 
 /// Null when connected, else why not.
 QString ActivationBus::connectToBus() {
-  const QString address = wire::lastingAddress(wire::sessionBusAddress());
+  const QString address = link::lastingAddress(link::sessionBusAddress());
   const QString refusal = greeting_.ask(address, patience_);
   if (!refusal.isNull()) return refusal;
   connectionName_ = nextConnectionName();
@@ -144,7 +144,7 @@ QString ActivationBus::connectToBus() {
   }
   bus_ = std::make_unique<QDBusConnection>(bus);
   receiver_ =
-      std::make_unique<wire::BusReceiver>([](const QDBusMessage&) {},
+      std::make_unique<link::BusReceiver>([](const QDBusMessage&) {},
                                           // Being told is a delivery, within which the receiver must not go.
                                           [this] {
                                             QMetaObject::invokeMethod(
@@ -178,13 +178,13 @@ void ActivationBus::connectionEnded() {
 
 void ActivationBus::lookAgain() {
   if (greeting_.gaveUp() || desktopmessages::objectPath(identifier_).isNull()) return;
-  delay_ = wire::BusLink::retryAfter(delay_);
+  delay_ = link::BusLink::retryAfter(delay_);
   QTimer::singleShot(delay_, this, [this] {
-    guarded("desktop activation", [this] {
+    base::guarded("desktop activation", [this] {
       if (bus_ || greeting_.gaveUp()) return;
       if (!connectToBus().isNull()) return lookAgain();
       if (takeName() == Name::Ours) return;
-      logLine(QStringLiteral("Another %1 has the name on the session bus now").arg(identifier_));
+      base::logLine(QStringLiteral("Another %1 has the name on the session bus now").arg(identifier_));
       disconnectFromBus();
     });
   });
@@ -237,7 +237,7 @@ Outcome ActivationBus::handOverPart(const DesktopRequest& request, bool& again) 
   if (error == FullError || error == QDBusError::errorString(QDBusError::InvalidArgs)) {
     refusal_ = QStringLiteral("%1 runs already and refuses: %2").arg(identifier_, answer.errorMessage());
     if (!rest_.files.isEmpty()) refusal_ += QStringLiteral(" (files not taken: %1)").arg(rest_.files.size());
-    logLine(refusal_);
+    base::logLine(refusal_);
     return Outcome::Refused;
   }
   // It is just going, or has gone in the middle of the answer. What it has not taken up it will not do.
@@ -253,4 +253,4 @@ void ActivationBus::end() {
   disconnectFromBus();
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -13,11 +13,11 @@
 #include "desktop/activation/DesktopRequest.h"
 #include "link/bus/BusGreeting.h"
 
-namespace platform::wire {
+namespace velmora::link {
 class BusReceiver;
 }
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// The application's object on the session bus. Hands on what is a proper request and answers it at once; the
 /// rest is refused with a log line.
@@ -75,13 +75,13 @@ class ActivationBus : public QObject {
   QString identifier_;
   DesktopRequest rest_;
   QString refusal_;
-  wire::BusGreeting greeting_;
+  link::BusGreeting greeting_;
   QString connectionName_;
   std::chrono::milliseconds delay_{0};
   // Made and destroyed on the thread; none without a bus.
   std::unique_ptr<QDBusConnection> bus_;
-  std::unique_ptr<wire::BusReceiver> receiver_;
+  std::unique_ptr<link::BusReceiver> receiver_;
   std::unique_ptr<ActivationObject> object_;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -9,7 +9,7 @@
 #include "desktop/activation/ActivationBus.h"
 #include "desktop/activation/DesktopRequests.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 /// The most requests that wait. Nobody asks for so much while an alert is open.
@@ -18,7 +18,7 @@ constexpr std::size_t MostWaiting = 100;
 constexpr double RetryDelay = 0.2;
 }  // namespace
 
-DesktopActivation::DesktopActivation(RunLoop& runLoop, std::chrono::milliseconds patience)
+DesktopActivation::DesktopActivation(platform::RunLoop& runLoop, std::chrono::milliseconds patience)
     : runLoop_(runLoop), patience_(patience) {
   thread_.setObjectName(QStringLiteral("velmora-desktop"));
 }
@@ -54,7 +54,7 @@ DesktopActivation::Acceptance DesktopActivation::accept(const DesktopRequest& re
   if (handler_) scheduleNext();
   // The questions of the start come before there is a handler.
   QMetaObject::invokeMethod(
-      qApp, [] { guarded("desktop activation", raiseWhatIsAsked); }, Qt::QueuedConnection);
+      qApp, [] { base::guarded("desktop activation", raiseWhatIsAsked); }, Qt::QueuedConnection);
   return Acceptance::Taken;
 }
 
@@ -119,4 +119,4 @@ QList<DesktopRequest> DesktopActivation::end() {
   return left;
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -14,11 +14,11 @@
 
 #include "desktop/activation/DesktopRequest.h"
 
-namespace platform {
+namespace velmora::platform {
 class RunLoop;
 }
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 class ActivationBus;
 
@@ -42,7 +42,8 @@ class DesktopActivation {
   };
 
   /// Patience: for the bus, and again for the application that runs.
-  explicit DesktopActivation(RunLoop& runLoop, std::chrono::milliseconds patience = std::chrono::seconds(5));
+  explicit DesktopActivation(platform::RunLoop& runLoop,
+                             std::chrono::milliseconds patience = std::chrono::seconds(5));
   /// Ends, as end() does.
   ~DesktopActivation();
   DesktopActivation(const DesktopActivation&) = delete;
@@ -85,7 +86,7 @@ class DesktopActivation {
   void scheduleNext();
   void carryOutNext();
 
-  RunLoop& runLoop_;
+  platform::RunLoop& runLoop_;
   const std::chrono::milliseconds patience_;
   DesktopRequest rest_;
   QString refusal_;
@@ -102,4 +103,4 @@ class DesktopActivation {
   std::unique_ptr<ActivationBus> bus_;  // lives on that thread
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

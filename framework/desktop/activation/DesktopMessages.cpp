@@ -9,7 +9,7 @@
 #include <QVariantMap>
 #include <ctime>
 
-namespace platform::qt::desktopmessages {
+namespace velmora::desktop::desktopmessages {
 
 namespace {
 
@@ -174,4 +174,4 @@ qint64 deadlineNow() {
   return static_cast<qint64>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
 }
 
-}  // namespace platform::qt::desktopmessages
+}  // namespace velmora::desktop::desktopmessages

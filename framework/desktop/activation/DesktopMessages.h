@@ -7,7 +7,7 @@
 
 #include "desktop/activation/DesktopRequest.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// How requests travel on the session bus: the interface org.freedesktop.Application (freedesktop.org,
 /// Desktop Entry 1.5, section 8) of the object whose path is the application's identifier with
@@ -42,4 +42,4 @@ QDBusMessage toBus(const QString& identifier, const DesktopRequest& request, qin
 qint64 deadlineNow();
 
 }  // namespace desktopmessages
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// What somebody outside asks of the application: a person on the command line, or the desktop over the bus.
 struct DesktopRequest {
@@ -40,4 +40,4 @@ inline QString summaryForLog(const DesktopRequest& request) {
   return QStringLiteral("come to the front");
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

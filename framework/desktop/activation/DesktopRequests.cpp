@@ -15,7 +15,7 @@
 #include "platform/Services.h"
 #include "desktop/alerts/UnattendedAlerts.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
@@ -33,11 +33,12 @@ constexpr const char* TokenVariable = "XDG_ACTIVATION_TOKEN";
 
 void DesktopRequests::start(const DesktopRequest& first) {
   // Each step by itself: a file that cannot be opened must not take the rest of the start with it.
-  guarded("start", [this] { controller_.awakeFromNib(); });
+  base::guarded("start", [this] { controller_.awakeFromNib(); });
   if (first.kind == DesktopRequest::Kind::Open)
-    guarded("open", [&] { controller_.openDocuments(locationsOf(first.files)); });
-  if (controller_.documents().isEmpty()) guarded("open", [this] { controller_.openUntitledDocument(true); });
-  guarded("start", [this] { controller_.applicationDidFinishLaunching(); });
+    base::guarded("open", [&] { controller_.openDocuments(locationsOf(first.files)); });
+  if (controller_.documents().isEmpty())
+    base::guarded("open", [this] { controller_.openUntitledDocument(true); });
+  base::guarded("start", [this] { controller_.applicationDidFinishLaunching(); });
   if (first.kind == DesktopRequest::Kind::Action) carryOut(first);
 }
 
@@ -45,7 +46,7 @@ bool DesktopRequests::carryOut(const DesktopRequest& request) {
   if (controller_.isTerminating()) return false;
   if (!request.activationToken.isEmpty()) qputenv(TokenVariable, request.activationToken.toLatin1());
   const auto used = qScopeGuard([] { qunsetenv(TokenVariable); });
-  guarded("desktop request", [&] {
+  base::guarded("desktop request", [&] {
     switch (request.kind) {
       case DesktopRequest::Kind::Activate:
         bringToFront();
@@ -55,12 +56,12 @@ bool DesktopRequests::carryOut(const DesktopRequest& request) {
         break;
       case DesktopRequest::Kind::Print:
         for (const QString& file : request.files)
-          guarded("print", [&] { controller_.applicationPrintFile(file); });
+          base::guarded("print", [&] { controller_.applicationPrintFile(file); });
         break;
       case DesktopRequest::Kind::Action:
         if (!controller_.applicationPerformAction(request.action))
-          logLine(QStringLiteral("The desktop asks for '%1', which is no action of this application")
-                      .arg(request.action));
+          base::logLine(QStringLiteral("The desktop asks for '%1', which is no action of this application")
+                            .arg(request.action));
         break;
     }
   });
@@ -68,7 +69,7 @@ bool DesktopRequests::carryOut(const DesktopRequest& request) {
 }
 
 void DesktopRequests::bringToFront() {
-  if (Document* front = controller_.currentDocument()) {
+  if (platform::Document* front = controller_.currentDocument()) {
     front->showWindows();
   } else {
     controller_.openUntitledDocument(true);
@@ -77,26 +78,27 @@ void DesktopRequests::bringToFront() {
 
 int DesktopRequests::printAlone(const QStringList& files, const std::function<int()>& printedViews) {
   if (!services_.printer.hasPrinter()) {
-    tellOnStandardError(localizedString("Document", "There is no printer."));
+    tellOnStandardError(platform::localizedString("Document", "There is no printer."));
     return 1;
   }
   int status = 0;
   for (const QString& file : files) {
     QString error;
     const int before = printedViews();
-    guarded("print", [&] { controller_.applicationPrintFile(file); });
+    base::guarded("print", [&] { controller_.applicationPrintFile(file); });
     if (printedViews() > before) continue;
     status = 1;
     // Whoever prints says nothing of a file that does not open: asked here again for the reason.
-    guarded("print", [&] {
-      if (Document* opened =
+    base::guarded("print", [&] {
+      if (platform::Document* opened =
               controller_.openDocumentWithContentsOfURL(QUrl::fromLocalFile(file), false, &error)) {
         opened->close();
       }
     });
-    tellOnStandardError(formatted(localizedString("Document", "The file '%@' was not printed."),
-                                  {QFileInfo(file).fileName()}) +
-                        QLatin1Char(' ') + error);
+    tellOnStandardError(
+        platform::formatted(platform::localizedString("Document", "The file '%@' was not printed."),
+                            {QFileInfo(file).fileName()}) +
+        QLatin1Char(' ') + error);
   }
   return status;
 }
@@ -109,4 +111,4 @@ void raiseWhatIsAsked() {
   QApplication::alert(dialog);
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

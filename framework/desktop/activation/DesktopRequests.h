@@ -5,17 +5,17 @@
 
 #include "desktop/activation/DesktopRequest.h"
 
-namespace platform {
+namespace velmora::platform {
 class DocumentController;
 struct Services;
-}  // namespace platform
+}  // namespace velmora::platform
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// Carries out on the application what is asked of it, at its start and while it runs.
 class DesktopRequests {
  public:
-  DesktopRequests(Services& services, DocumentController& controller)
+  DesktopRequests(platform::Services& services, platform::DocumentController& controller)
       : services_(services), controller_(controller) {}
 
   /// Starts the application with the request that it was started for: interface loaded, the files named (or
@@ -33,11 +33,11 @@ class DesktopRequests {
  private:
   void bringToFront();
 
-  Services& services_;
-  DocumentController& controller_;
+  platform::Services& services_;
+  platform::DocumentController& controller_;
 };
 
 /// While an alert is open a request waits; this shows the user what it waits for. Main thread.
 void raiseWhatIsAsked();
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

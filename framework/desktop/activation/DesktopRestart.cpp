@@ -7,7 +7,7 @@
 
 #include "base/log/Log.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 using Kind = DesktopRequest::Kind;
 
@@ -42,8 +42,9 @@ QList<DesktopRequest> startsFor(const QList<DesktopRequest>& left) {
 void leaveToAnother(const QList<DesktopRequest>& left) {
   for (const DesktopRequest& request : startsFor(left)) {
     if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), argumentsFor(request)))
-      logLine(QStringLiteral("What the desktop asked for last could not be done: ") + summaryForLog(request));
+      base::logLine(QStringLiteral("What the desktop asked for last could not be done: ") +
+                    summaryForLog(request));
   }
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -6,7 +6,7 @@
 
 #include "desktop/activation/DesktopRequest.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// The command line, without the program's name, that asks for `request`.
 QStringList argumentsFor(const DesktopRequest& request);
@@ -18,4 +18,4 @@ QList<DesktopRequest> startsFor(const QList<DesktopRequest>& left);
 /// Starts the program once more for what was accepted here too late to be done.
 void leaveToAnother(const QList<DesktopRequest>& left);
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -8,7 +8,7 @@
 
 #include "link/bus/BusGreeting.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
@@ -38,11 +38,11 @@ void lookForNobody() {
 }  // namespace
 
 void prepareSessionBus() {
-  const QString address = wire::sessionBusAddress();
-  if (address.isEmpty() || wire::BusGreeting().ask(address, Patience).isNull()) return;
+  const QString address = link::sessionBusAddress();
+  if (address.isEmpty() || link::BusGreeting().ask(address, Patience).isNull()) return;
   statedAddress() = qEnvironmentVariableIsSet(Variable) ? qgetenv(Variable) : QByteArray();
   qputenv(Variable, NobodysAddress);
   qAddPreRoutine(lookForNobody);
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

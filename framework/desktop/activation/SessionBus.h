@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// Keeps a session bus that accepts and does not answer from holding up the program. Called once, first thing
 /// in `main`, before the QApplication is made:
 ///
 ///     int main(int argc, char** argv) {
-///       platform::qt::prepareSessionBus();
+///       desktop::prepareSessionBus();
 ///       QApplication application(argc, argv);
 ///
 /// Qt itself goes to the session bus when an application starts (for assistive technology, among others), on
@@ -16,4 +16,4 @@ namespace platform::qt {
 /// viewer, which waits for nobody, goes on looking for the bus and finds it when it wakes.
 void prepareSessionBus();
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

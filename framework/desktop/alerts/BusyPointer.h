@@ -4,7 +4,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// While one lives the pointer shows that the application is busy.
 class BusyPointer {
@@ -15,4 +15,4 @@ class BusyPointer {
   BusyPointer& operator=(const BusyPointer&) = delete;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -15,14 +15,14 @@
 #include "platform/text/Localization.h"
 #include "platform/runloop/RunLoop.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
 /// Which answer a button stands for is kept in it as a property.
 constexpr const char* AnswerProperty = "velmoraAnswer";
 
-void fill(QMessageBox& box, const Alert& alert) {
+void fill(QMessageBox& box, const platform::Alert& alert) {
   box.setIcon(QMessageBox::Question);
   // The texts may hold an identifier or a file name from outside: never read as markup.
   box.setTextFormat(Qt::PlainText);
@@ -41,10 +41,11 @@ void fill(QMessageBox& box, const Alert& alert) {
   // back.
   const QMessageBox::ButtonRole alternateRole =
       alert.otherButton.isEmpty() ? QMessageBox::RejectRole : QMessageBox::DestructiveRole;
-  const std::array<Choice, 3> choices{{{alert.defaultButton, AlertDefaultReturn, QMessageBox::AcceptRole},
-                                       {alert.alternateButton, AlertAlternateReturn, alternateRole},
-                                       {alert.otherButton, AlertOtherReturn, QMessageBox::RejectRole}}};
-  const QString cancel = localizedString("OrvVersion", "Cancel");
+  const std::array<Choice, 3> choices{
+      {{alert.defaultButton, platform::AlertDefaultReturn, QMessageBox::AcceptRole},
+       {alert.alternateButton, platform::AlertAlternateReturn, alternateRole},
+       {alert.otherButton, platform::AlertOtherReturn, QMessageBox::RejectRole}}};
+  const QString cancel = platform::localizedString("OrvVersion", "Cancel");
   QPushButton* last = nullptr;
   QPushButton* cancelButton = nullptr;
   int shown = 0;
@@ -52,7 +53,7 @@ void fill(QMessageBox& box, const Alert& alert) {
     if (choice.title.isEmpty()) continue;
     last = box.addButton(choice.title, choice.role);
     last->setProperty(AnswerProperty, choice.answer);
-    if (choice.answer == AlertDefaultReturn) box.setDefaultButton(last);
+    if (choice.answer == platform::AlertDefaultReturn) box.setDefaultButton(last);
     if (choice.title == cancel) cancelButton = last;
     ++shown;
   }
@@ -96,8 +97,8 @@ QWidget* windowForAlert() {
 
 }  // namespace
 
-int QtAlerts::runModal(const Alert& alert) {
-  const RunLoop::ModalSession session(runLoop_);
+int QtAlerts::runModal(const platform::Alert& alert) {
+  const platform::RunLoop::ModalSession session(runLoop_);
   QMessageBox box(windowForAlert());
   fill(box, alert);
   box.setWindowModality(Qt::ApplicationModal);
@@ -105,10 +106,10 @@ int QtAlerts::runModal(const Alert& alert) {
   box.exec();
   // When the loops of the program are left, the box ends without any button.
   const QAbstractButton* answered = box.clickedButton();
-  return answered && !end->closedIt() ? answerOf(*answered) : AlertStopped;
+  return answered && !end->closedIt() ? answerOf(*answered) : platform::AlertStopped;
 }
 
-void QtAlerts::beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner,
+void QtAlerts::beginSheetModalForWindow(const platform::Alert& alert, QWidget* window, const QObject* owner,
                                         DidEnd didEnd) {
   auto* box = new QMessageBox(window);
   fill(*box, alert);
@@ -120,10 +121,10 @@ void QtAlerts::beginSheetModalForWindow(const Alert& alert, QWidget* window, con
     if (!living) return;
     // The close button of the window has finished it before it counts as Escape.
     const QAbstractButton* answered = box->clickedButton() ? box->clickedButton() : box->escapeButton();
-    const int answer = answered && !end->closedIt() ? answerOf(*answered) : AlertStopped;
-    guarded("sheet", [&] { didEnd(answer); });
+    const int answer = answered && !end->closedIt() ? answerOf(*answered) : platform::AlertStopped;
+    base::guarded("sheet", [&] { didEnd(answer); });
   });
   box->open();
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

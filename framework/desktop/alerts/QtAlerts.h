@@ -5,23 +5,23 @@
 
 class QMessageBox;
 
-namespace platform {
+namespace velmora::platform {
 class RunLoop;
 }
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// Alerts as message boxes.
-class QtAlerts : public Alerts {
+class QtAlerts : public platform::Alerts {
  public:
-  explicit QtAlerts(RunLoop& runLoop) : runLoop_(runLoop) {}
+  explicit QtAlerts(platform::RunLoop& runLoop) : runLoop_(runLoop) {}
 
-  int runModal(const Alert& alert) override;
-  void beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner,
+  int runModal(const platform::Alert& alert) override;
+  void beginSheetModalForWindow(const platform::Alert& alert, QWidget* window, const QObject* owner,
                                 DidEnd didEnd) override;
 
  private:
-  RunLoop& runLoop_;
+  platform::RunLoop& runLoop_;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -7,7 +7,7 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
@@ -65,4 +65,4 @@ void QtEffects::showPoof(const QPoint& screenPoint) {
   poof->start();
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

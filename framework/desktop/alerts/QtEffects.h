@@ -3,13 +3,13 @@
 
 #include "platform/controls/Effects.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
-class QtEffects : public Effects {
+class QtEffects : public platform::Effects {
  public:
   void beep() override;
   /// A short-lived cloud of a few grey puffs that takes no input and goes by itself.
   void showPoof(const QPoint& screenPoint) override;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -11,10 +11,10 @@
 #include "platform/text/Localization.h"
 #include "platform/runloop/RunLoop.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
-int QtPanels::runModal(OpenPanel& panel) {
-  const RunLoop::ModalSession session(runLoop_);
+int QtPanels::runModal(platform::OpenPanel& panel) {
+  const platform::RunLoop::ModalSession session(runLoop_);
   QFileDialog dialog(QApplication::activeWindow(), panel.title);
   dialog.setAcceptMode(QFileDialog::AcceptOpen);
   if (panel.canChooseDirectories && !panel.canChooseFiles) {
@@ -29,24 +29,24 @@ int QtPanels::runModal(OpenPanel& panel) {
     QStringList patterns;
     for (const QString& type : panel.allowedFileTypes) patterns += QStringLiteral("*.") + type;
     dialog.setNameFilters(
-        {localizedString("Document", "Records") + QStringLiteral(" (%1)").arg(patterns.join(u' ')),
-         localizedString("Document", "All files") + QStringLiteral(" (*)")});
+        {platform::localizedString("Document", "Records") + QStringLiteral(" (%1)").arg(patterns.join(u' ')),
+         platform::localizedString("Document", "All files") + QStringLiteral(" (*)")});
   }
   if (!panel.directoryURL.isEmpty()) dialog.setDirectoryUrl(panel.directoryURL);
   const int accepted = dialog.exec();
   panel.directoryURL = dialog.directoryUrl();
-  if (accepted != QDialog::Accepted) return PanelCancelButton;
+  if (accepted != QDialog::Accepted) return platform::PanelCancelButton;
   panel.urls = dialog.selectedUrls();
   // A panel for folders closes on the folder that was chosen: one whose name was typed, or that was marked in
   // the list, counts as gone into. Whoever goes by where the panel was would otherwise get the folder above.
   if (panel.canChooseDirectories && !panel.canChooseFiles) {
     panel.directoryURL = panel.urls.value(0, panel.directoryURL);
   }
-  return PanelOKButton;
+  return platform::PanelOKButton;
 }
 
-int QtPanels::runModal(SavePanel& panel) {
-  const RunLoop::ModalSession session(runLoop_);
+int QtPanels::runModal(platform::SavePanel& panel) {
+  const platform::RunLoop::ModalSession session(runLoop_);
   QFileDialog dialog(QApplication::activeWindow(), panel.title);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
@@ -59,17 +59,19 @@ int QtPanels::runModal(SavePanel& panel) {
   while (dialog.exec() == QDialog::Accepted) {
     QString path = dialog.selectedUrls().value(0).toLocalFile();
     if (path.isEmpty()) continue;
-    if (!panel.requiredFileType.isEmpty() && pathExtension(path) != panel.requiredFileType) {
-      path = appendingPathExtension(path, panel.requiredFileType);
+    if (!panel.requiredFileType.isEmpty() && base::pathExtension(path) != panel.requiredFileType) {
+      path = base::appendingPathExtension(path, panel.requiredFileType);
     }
     if (QFileInfo::exists(path)) {
       QMessageBox box(QMessageBox::Warning, panel.title, QString(), QMessageBox::NoButton, &dialog);
       box.setTextFormat(Qt::PlainText);
-      box.setText(formatted(localizedString("Document", "'%@' already exists. Do you want to replace it?"),
-                            {QFileInfo(path).fileName()}));
+      box.setText(platform::formatted(
+          platform::localizedString("Document", "'%@' already exists. Do you want to replace it?"),
+          {QFileInfo(path).fileName()}));
       QPushButton* replace =
-          box.addButton(localizedString("Document", "Replace"), QMessageBox::DestructiveRole);
-      QPushButton* cancel = box.addButton(localizedString("OrvVersion", "Cancel"), QMessageBox::RejectRole);
+          box.addButton(platform::localizedString("Document", "Replace"), QMessageBox::DestructiveRole);
+      QPushButton* cancel =
+          box.addButton(platform::localizedString("OrvVersion", "Cancel"), QMessageBox::RejectRole);
       box.setDefaultButton(cancel);
       box.setEscapeButton(cancel);
       box.exec();
@@ -77,9 +79,9 @@ int QtPanels::runModal(SavePanel& panel) {
     }
     panel.url = QUrl::fromLocalFile(path);
     panel.directoryURL = dialog.directoryUrl();
-    return PanelOKButton;
+    return platform::PanelOKButton;
   }
-  return PanelCancelButton;
+  return platform::PanelCancelButton;
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -3,22 +3,22 @@
 
 #include "platform/controls/Panels.h"
 
-namespace platform {
+namespace velmora::platform {
 class RunLoop;
 }
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// Open and save panels as Qt's file dialogs.
-class QtPanels : public Panels {
+class QtPanels : public platform::Panels {
  public:
-  explicit QtPanels(RunLoop& runLoop) : runLoop_(runLoop) {}
+  explicit QtPanels(platform::RunLoop& runLoop) : runLoop_(runLoop) {}
 
-  int runModal(OpenPanel& panel) override;
-  int runModal(SavePanel& panel) override;
+  int runModal(platform::OpenPanel& panel) override;
+  int runModal(platform::SavePanel& panel) override;
 
  private:
-  RunLoop& runLoop_;
+  platform::RunLoop& runLoop_;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -6,7 +6,7 @@
 
 #include "base/log/Guard.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 void tellOnStandardError(const QString& line) {
   QString flat = line;
@@ -17,18 +17,18 @@ void tellOnStandardError(const QString& line) {
   std::fputs(text.toLocal8Bit().constData(), stderr);
 }
 
-int UnattendedAlerts::runModal(const Alert& alert) {
+int UnattendedAlerts::runModal(const platform::Alert& alert) {
   if (!unattended_) return alerts_.runModal(alert);
   tellOnStandardError((alert.messageText + QLatin1Char(' ') + alert.informativeText).trimmed());
-  if (!alert.otherButton.isEmpty()) return AlertOtherReturn;
-  return alert.alternateButton.isEmpty() ? AlertDefaultReturn : AlertAlternateReturn;
+  if (!alert.otherButton.isEmpty()) return platform::AlertOtherReturn;
+  return alert.alternateButton.isEmpty() ? platform::AlertDefaultReturn : platform::AlertAlternateReturn;
 }
 
-void UnattendedAlerts::beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner,
-                                                DidEnd didEnd) {
+void UnattendedAlerts::beginSheetModalForWindow(const platform::Alert& alert, QWidget* window,
+                                                const QObject* owner, DidEnd didEnd) {
   if (!unattended_) return alerts_.beginSheetModalForWindow(alert, window, owner, std::move(didEnd));
   const int answer = runModal(alert);
-  guarded("sheet", [&] { didEnd(answer); });
+  base::guarded("sheet", [&] { didEnd(answer); });
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

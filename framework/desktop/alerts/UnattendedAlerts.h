@@ -3,27 +3,27 @@
 
 #include "platform/controls/Alert.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// Alerts of a program that may have nobody before it. Shows them as `alerts` does; once unattended, it
 /// writes them to standard error instead and answers with what changes least: the other button, else the
 /// alternate one, else the only one.
-class UnattendedAlerts : public Alerts {
+class UnattendedAlerts : public platform::Alerts {
  public:
-  explicit UnattendedAlerts(Alerts& alerts) : alerts_(alerts) {}
+  explicit UnattendedAlerts(platform::Alerts& alerts) : alerts_(alerts) {}
 
   void setUnattended(bool unattended) { unattended_ = unattended; }
 
-  int runModal(const Alert& alert) override;
-  void beginSheetModalForWindow(const Alert& alert, QWidget* window, const QObject* owner,
+  int runModal(const platform::Alert& alert) override;
+  void beginSheetModalForWindow(const platform::Alert& alert, QWidget* window, const QObject* owner,
                                 DidEnd didEnd) override;
 
  private:
-  Alerts& alerts_;
+  platform::Alerts& alerts_;
   bool unattended_ = false;
 };
 
 /// Writes one line to standard error, beginning with the program's name.
 void tellOnStandardError(const QString& line);
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -7,12 +7,12 @@
 #include "base/log/Log.h"
 #include "link/bus/BusLink.h"
 
-namespace platform {
+namespace velmora::desktop {
 
 QtDistributedNotificationCenter::QtDistributedNotificationCenter(const QString& busAddress)
-    : link_(std::make_unique<wire::BusLink>(
-          busAddress, [this](const wire::Message& message) { deliver(message); },
-          [](const QString& line) { logLine(line); })) {}
+    : link_(std::make_unique<link::BusLink>(
+          busAddress, [this](const link::Message& message) { deliver(message); },
+          [](const QString& line) { base::logLine(line); })) {}
 
 QtDistributedNotificationCenter::~QtDistributedNotificationCenter() {
   const std::lock_guard lock(mutex_);
@@ -71,17 +71,17 @@ bool QtDistributedNotificationCenter::anyFor(const QString& name, const QString&
   });
 }
 
-void QtDistributedNotificationCenter::deliver(const wire::Message& message) {
+void QtDistributedNotificationCenter::deliver(const link::Message& message) {
   const std::lock_guard lock(mutex_);
-  const Notification notification{message.name, message.object, message.userInfo};
+  const platform::Notification notification{message.name, message.object, message.userInfo};
   const auto registrations = registrations_;
   for (const auto& registration : registrations) {
     if (registration->removed || registration->name != message.name ||
         registration->object != message.object) {
       continue;
     }
-    guarded("distributed notification", [&] { registration->handler(notification); });
+    base::guarded("distributed notification", [&] { registration->handler(notification); });
   }
 }
 
-}  // namespace platform
+}  // namespace velmora::desktop

@@ -9,12 +9,12 @@
 
 #include "platform/notifications/NotificationCenter.h"
 
-namespace platform {
-
-namespace wire {
+namespace velmora::link {
 class BusLink;
 struct Message;
-}  // namespace wire
+}  // namespace velmora::link
+
+namespace velmora::desktop {
 
 /// Notifications between processes, as signals on the session bus.
 ///
@@ -22,7 +22,7 @@ struct Message;
 /// and return. The bus itself selects by name and object, so a process is not even woken by what it has not
 /// asked for. Adding, removing and posting never wait for the bus. Without a session bus there is one log
 /// line and nothing is heard or sent.
-class QtDistributedNotificationCenter final : public DistributedNotificationCenter {
+class QtDistributedNotificationCenter final : public platform::DistributedNotificationCenter {
  public:
   /// Begins to connect, to the session bus or to the bus at `busAddress` where one is given.
   explicit QtDistributedNotificationCenter(const QString& busAddress = QString());
@@ -52,13 +52,13 @@ class QtDistributedNotificationCenter final : public DistributedNotificationCent
     bool removed = false;
   };
   bool anyFor(const QString& name, const QString& object) const;
-  void deliver(const wire::Message& message);
+  void deliver(const link::Message& message);
 
   // Held while a handler runs. Recursive, because a handler may add and remove observers.
   std::recursive_mutex mutex_;
   std::vector<std::shared_ptr<Registration>> registrations_;
   QObject context_;
-  std::unique_ptr<wire::BusLink> link_;  // destroyed first: its thread uses all of the above
+  std::unique_ptr<link::BusLink> link_;  // destroyed first: its thread uses all of the above
 };
 
-}  // namespace platform
+}  // namespace velmora::desktop

@@ -13,12 +13,12 @@
 #include "platform/text/Localization.h"
 #include "platform/runloop/RunLoop.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
 /// Draws title and view on the page of `printer`.
-void drawPage(QPainter& painter, const QPrinter& printer, QWidget* view, const PrintInfo& info) {
+void drawPage(QPainter& painter, const QPrinter& printer, QWidget* view, const platform::PrintInfo& info) {
   const QRectF page = printer.pageLayout().paintRectPixels(printer.resolution());
   QRectF area(QPointF(0, 0), page.size());
   const QString title = view->window()->windowTitle().remove(QStringLiteral("[*]"));
@@ -33,22 +33,22 @@ void drawPage(QPainter& painter, const QPrinter& printer, QWidget* view, const P
   }
   // Fit shrinks and never enlarges beyond the page; what does not fit is otherwise cut off by it.
   double scale = 1.0 * printer.resolution() / view->logicalDpiX();
-  if (info.horizontalPagination == PrintInfo::Pagination::Fit)
+  if (info.horizontalPagination == platform::PrintInfo::Pagination::Fit)
     scale = std::min(scale, area.width() / view->width());
-  if (info.verticalPagination == PrintInfo::Pagination::Fit)
+  if (info.verticalPagination == platform::PrintInfo::Pagination::Fit)
     scale = std::min(scale, area.height() / view->height());
   painter.translate(area.topLeft());
   painter.scale(scale, scale);
   view->render(&painter, QPoint(), QRegion(), QWidget::DrawChildren);
 }
 
-QPageLayout::Orientation orientationOf(const PrintInfo& info) {
-  return info.orientation == PrintInfo::Orientation::Landscape ? QPageLayout::Landscape
-                                                               : QPageLayout::Portrait;
+QPageLayout::Orientation orientationOf(const platform::PrintInfo& info) {
+  return info.orientation == platform::PrintInfo::Orientation::Landscape ? QPageLayout::Landscape
+                                                                         : QPageLayout::Portrait;
 }
 
 /// Gives the printer the pages that `info` asks for.
-void layOut(QPrinter& printer, const PrintInfo& info) {
+void layOut(QPrinter& printer, const platform::PrintInfo& info) {
   if (info.pageLayout.isValid()) printer.setPageLayout(info.pageLayout);
   printer.setPageOrientation(orientationOf(info));
 }
@@ -57,27 +57,27 @@ void layOut(QPrinter& printer, const PrintInfo& info) {
 
 bool QtPrinter::hasPrinter() const { return !QPrinterInfo::availablePrinters().isEmpty(); }
 
-bool QtPrinter::runPageSetup(PrintInfo& info, QWidget* window) {
-  const RunLoop::ModalSession session(runLoop_);
+bool QtPrinter::runPageSetup(platform::PrintInfo& info, QWidget* window) {
+  const platform::RunLoop::ModalSession session(runLoop_);
   QPrinter printer(QPrinter::HighResolution);
   layOut(printer, info);
   QPageSetupDialog dialog(&printer, window);
   if (dialog.exec() != QDialog::Accepted) return false;
   info.pageLayout = printer.pageLayout();
   info.orientation = info.pageLayout.orientation() == QPageLayout::Landscape
-                         ? PrintInfo::Orientation::Landscape
-                         : PrintInfo::Orientation::Portrait;
+                         ? platform::PrintInfo::Orientation::Landscape
+                         : platform::PrintInfo::Orientation::Portrait;
   return true;
 }
 
-bool QtPrinter::printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings,
+bool QtPrinter::printView(QWidget* view, const platform::PrintInfo& info, const QVariantMap& settings,
                           bool showPrintPanel, QString* error) {
   const auto fail = [error](const QString& reason) {
     if (error) *error = reason;
     return false;
   };
   if (!view || view->width() <= 0 || view->height() <= 0) {
-    return fail(localizedString("Document", "There is nothing to print."));
+    return fail(platform::localizedString("Document", "There is nothing to print."));
   }
   const QString outputFile = settings.value(QStringLiteral("OutputFile")).toString();
   QPrinter printer(QPrinter::HighResolution);
@@ -91,22 +91,23 @@ bool QtPrinter::printView(QWidget* view, const PrintInfo& info, const QVariantMa
   }
   layOut(printer, info);  // after the printer is known: another one may bring papers of its own
   if (showPrintPanel) {
-    const RunLoop::ModalSession session(runLoop_);
+    const platform::RunLoop::ModalSession session(runLoop_);
     QPrintDialog dialog(&printer, view->window());
     if (dialog.exec() != QDialog::Accepted) return fail(QString());
   } else if (outputFile.isEmpty() && !hasPrinter()) {
-    return fail(localizedString("Document", "There is no printer."));
+    return fail(platform::localizedString("Document", "There is no printer."));
   }
 
-  const GraphicsContext::OffScreen offScreen(graphics_);
+  const platform::GraphicsContext::OffScreen offScreen(graphics_);
   QPainter painter;
-  if (!painter.begin(&printer)) return fail(localizedString("Document", "The printer could not be started."));
+  if (!painter.begin(&printer))
+    return fail(platform::localizedString("Document", "The printer could not be started."));
   drawPage(painter, printer, view, info);
   if (!painter.end() || printer.printerState() == QPrinter::Error) {
-    return fail(localizedString("Document", "The printer reported an error."));
+    return fail(platform::localizedString("Document", "The printer reported an error."));
   }
   ++printedViews_;
   return true;
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -3,29 +3,30 @@
 
 #include "platform/printing/Printing.h"
 
-namespace platform {
+namespace velmora::platform {
 class GraphicsContext;
 class RunLoop;
-}  // namespace platform
+}  // namespace velmora::platform
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// Prints a view on one page, scaled to fit it.
-class QtPrinter : public Printer {
+class QtPrinter : public platform::Printer {
  public:
-  QtPrinter(RunLoop& runLoop, GraphicsContext& graphics) : runLoop_(runLoop), graphics_(graphics) {}
+  QtPrinter(platform::RunLoop& runLoop, platform::GraphicsContext& graphics)
+      : runLoop_(runLoop), graphics_(graphics) {}
 
-  bool printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings, bool showPrintPanel,
-                 QString* error) override;
-  bool runPageSetup(PrintInfo& info, QWidget* window) override;
+  bool printView(QWidget* view, const platform::PrintInfo& info, const QVariantMap& settings,
+                 bool showPrintPanel, QString* error) override;
+  bool runPageSetup(platform::PrintInfo& info, QWidget* window) override;
   bool hasPrinter() const override;
   /// How many views have been printed so far.
   int printedViews() const { return printedViews_; }
 
  private:
-  RunLoop& runLoop_;
-  GraphicsContext& graphics_;
+  platform::RunLoop& runLoop_;
+  platform::GraphicsContext& graphics_;
   int printedViews_ = 0;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

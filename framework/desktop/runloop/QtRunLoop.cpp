@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 QtRunLoop::QtRunLoop() {
   clock_.start();
@@ -35,4 +35,4 @@ void QtRunLoop::rearm() {
   timer_.start(static_cast<int>(std::min(milliseconds, 1e9)));
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -6,10 +6,10 @@
 
 #include "platform/runloop/RunLoop.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// The run loop on Qt's event loop. Made on the main thread, after the application object.
-class QtRunLoop : public RunLoop {
+class QtRunLoop : public platform::RunLoop {
  public:
   QtRunLoop();
 
@@ -27,4 +27,4 @@ class QtRunLoop : public RunLoop {
   QTimer timer_;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

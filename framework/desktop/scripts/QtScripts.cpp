@@ -10,22 +10,23 @@
 #include "desktop/scripts/ShellStyles.h"
 #include "desktop/scripts/ShellTools.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
 constexpr qsizetype LongestSource = 4 * 1024 * 1024;
 
-ScriptError errorWithoutPlace(const QString& source, const QString& message) {
+platform::ScriptError errorWithoutPlace(const QString& source, const QString& message) {
   return {message, message, {source.size(), 0}};
 }
 
 QString cannotBeStarted(const QString& reason) {
-  return formatted(localizedString("Script", "The script cannot be started: %@"), {reason});
+  return platform::formatted(platform::localizedString("Script", "The script cannot be started: %@"),
+                             {reason});
 }
 
 /// What there is to say of a run; nothing when it ended well.
-std::optional<ScriptError> errorOf(const ShellRun& run, const QString& source) {
+std::optional<platform::ScriptError> errorOf(const ShellRun& run, const QString& source) {
   const QString number = QString::number(run.number());
   QString ending;
   switch (run.end()) {
@@ -34,12 +35,14 @@ std::optional<ScriptError> errorOf(const ShellRun& run, const QString& source) {
     case ShellRun::End::NotStarted:
       return errorWithoutPlace(source, cannotBeStarted(run.startError()));
     case ShellRun::End::Stopped:
-      return errorWithoutPlace(source, localizedString("Script", "The script was stopped."));
+      return errorWithoutPlace(source, platform::localizedString("Script", "The script was stopped."));
     case ShellRun::End::Status:
-      ending = formatted(localizedString("Script", "The script ended with status %@."), {number});
+      ending = platform::formatted(platform::localizedString("Script", "The script ended with status %@."),
+                                   {number});
       break;
     case ShellRun::End::Signal:
-      ending = formatted(localizedString("Script", "The script was ended by signal %@."), {number});
+      ending = platform::formatted(platform::localizedString("Script", "The script was ended by signal %@."),
+                                   {number});
       break;
   }
   return errorOfRun(source, run.standardError(), run.scriptName(), ending);
@@ -47,9 +50,9 @@ std::optional<ScriptError> errorOf(const ShellRun& run, const QString& source) {
 
 using Runs = QList<QPointer<ShellRun>>;
 
-class QtScript : public Script {
+class QtScript : public platform::Script {
  public:
-  QtScript(RunLoop& runLoop, const ScriptTimes& times, std::shared_ptr<Runs> runs, QString source)
+  QtScript(platform::RunLoop& runLoop, const ScriptTimes& times, std::shared_ptr<Runs> runs, QString source)
       : runLoop_(runLoop), times_(times), runs_(std::move(runs)), source_(std::move(source)) {}
   /// A script that is given up while it runs ends.
   ~QtScript() override {
@@ -58,18 +61,18 @@ class QtScript : public Script {
     running_->stop();
   }
 
-  bool compileAndReturnError(std::optional<ScriptError>& error) override {
+  bool compileAndReturnError(std::optional<platform::ScriptError>& error) override {
     if (!check_) check_ = checkShellSource(source_, times_.forTools);
     error = check_->error;
     return !error;
   }
 
-  std::optional<ScriptText> richTextSource() const override {
+  std::optional<platform::ScriptText> richTextSource() const override {
     if (!check_ || !check_->formatted) return std::nullopt;
-    return ScriptText{*check_->formatted, styledRuns(*check_->formatted)};
+    return platform::ScriptText{*check_->formatted, styledRuns(*check_->formatted)};
   }
 
-  bool executeAndReturnError(std::optional<ScriptError>& error) override {
+  bool executeAndReturnError(std::optional<platform::ScriptError>& error) override {
     if (!compileAndReturnError(error) && check_->shellRefuses) return false;
     // This object may be gone when the run is over.
     const QString source = source_;
@@ -87,7 +90,7 @@ class QtScript : public Script {
   }
 
  private:
-  RunLoop& runLoop_;
+  platform::RunLoop& runLoop_;
   ScriptTimes times_;
   std::shared_ptr<Runs> runs_;
   QString source_;
@@ -97,7 +100,7 @@ class QtScript : public Script {
 
 }  // namespace
 
-std::unique_ptr<Script> QtScripts::initWithSource(const QString& source) {
+std::unique_ptr<platform::Script> QtScripts::initWithSource(const QString& source) {
   if (source.size() > LongestSource || source.contains(QChar::Null) || !source.isValidUtf16()) return nullptr;
   return std::make_unique<QtScript>(runLoop_, times_, runs_, source);
 }
@@ -108,4 +111,4 @@ void QtScripts::stopRunning() {
   }
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

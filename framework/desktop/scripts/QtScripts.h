@@ -8,11 +8,11 @@
 
 #include "platform/scripts/Script.h"
 
-namespace platform {
+namespace velmora::platform {
 class RunLoop;
 }
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 class ShellRun;
 
@@ -29,19 +29,19 @@ struct ScriptTimes {
 ///
 /// While a script runs, windows are painted, deferred calls wait, and the user can do nothing but stop it
 /// with Escape, or quit, which stops it, too.
-class QtScripts : public Scripts {
+class QtScripts : public platform::Scripts {
  public:
-  explicit QtScripts(RunLoop& runLoop, ScriptTimes times = {}) : runLoop_(runLoop), times_(times) {}
+  explicit QtScripts(platform::RunLoop& runLoop, ScriptTimes times = {}) : runLoop_(runLoop), times_(times) {}
   /// Refuses a text that holds NUL characters, or halves of characters, or more than 4 Mi characters.
-  std::unique_ptr<Script> initWithSource(const QString& source) override;
+  std::unique_ptr<platform::Script> initWithSource(const QString& source) override;
   /// Asked again, kills it.
   void stopRunning() override;
 
  private:
-  RunLoop& runLoop_;
+  platform::RunLoop& runLoop_;
   ScriptTimes times_;
   /// The runs that are on, and some that are over: shared with the scripts, which may outlive this object.
   std::shared_ptr<QList<QPointer<ShellRun>>> runs_ = std::make_shared<QList<QPointer<ShellRun>>>();
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -3,7 +3,7 @@
 
 #include <QRegularExpression>
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
@@ -13,15 +13,15 @@ bool isParenthesis(QChar c) { return c == QLatin1Char('(') || c == QLatin1Char('
 bool isQuote(QChar c) { return QStringView(u"'\"`").contains(c); }
 
 /// A stretch of the source from `begin` up to `end`, without the blanks at both ends.
-TextRange trimmed(const QString& source, qsizetype begin, qsizetype end) {
+platform::TextRange trimmed(const QString& source, qsizetype begin, qsizetype end) {
   while (end > begin && isBlank(source[end - 1])) --end;
   while (begin < end && isBlank(source[begin])) ++begin;
   return {begin, end - begin};
 }
 
 /// The line with that number, without its end; the last one with text when that one has none.
-TextRange lineOf(const QString& source, qsizetype number) {
-  TextRange found{source.size(), 0};
+platform::TextRange lineOf(const QString& source, qsizetype number) {
+  platform::TextRange found{source.size(), 0};
   qsizetype begin = 0;
   for (qsizetype line = 1; line <= number && begin <= source.size(); ++line) {
     qsizetype end = source.indexOf(QLatin1Char('\n'), begin);
@@ -41,7 +41,7 @@ qsizetype bytesOf(QChar c) {
 }
 
 /// Where in the source the byte with that number, from 1, of a line stands.
-qsizetype positionOfByte(const QString& source, TextRange line, qsizetype number) {
+qsizetype positionOfByte(const QString& source, platform::TextRange line, qsizetype number) {
   const qsizetype end = line.location + line.length;
   qsizetype position = line.location;
   for (qsizetype before = 0; position < end; ++position) {
@@ -57,7 +57,7 @@ qsizetype endOfToken(const QString& source, qsizetype begin, qsizetype lineEnd) 
   if (isQuote(first)) {
     const qsizetype closing = source.indexOf(first, begin + 1);
     if (closing >= 0 && closing < lineEnd) return closing + 1;
-    const TextRange rest = trimmed(source, begin, lineEnd);
+    const platform::TextRange rest = trimmed(source, begin, lineEnd);
     return rest.location + rest.length;
   }
   qsizetype end = begin + 1;
@@ -83,33 +83,33 @@ qsizetype numberOf(const QString& digits) { return digits.toLongLong(); }
 
 }  // namespace
 
-TextRange rangeOfPlace(const QString& source, qsizetype line, qsizetype column) {
-  const TextRange whole = lineOf(source, line);
+platform::TextRange rangeOfPlace(const QString& source, qsizetype line, qsizetype column) {
+  const platform::TextRange whole = lineOf(source, line);
   const qsizetype end = whole.location + whole.length;
   if (column > 0) {
     const qsizetype begin = positionOfByte(source, whole, column);
     if (begin < end && !isBlank(source[begin])) return {begin, endOfToken(source, begin, end) - begin};
-    const TextRange rest = trimmed(source, begin, end);
+    const platform::TextRange rest = trimmed(source, begin, end);
     if (rest.length > 0) return rest;
   }
   return trimmed(source, whole.location, end);
 }
 
-std::optional<ScriptError> errorOfFormatter(const QString& source, const QString& report) {
+std::optional<platform::ScriptError> errorOfFormatter(const QString& source, const QString& report) {
   static const QRegularExpression form(QStringLiteral("^<standard input>:(\\d+|\\?):(\\d+|\\?): ([^\\n]*)"));
   const QRegularExpressionMatch match = form.match(report);
   if (!match.hasMatch()) return std::nullopt;
   const qsizetype line = numberOf(match.captured(1));
-  ScriptError error{report.trimmed(), match.captured(3).trimmed(), {source.size(), 0}};
+  platform::ScriptError error{report.trimmed(), match.captured(3).trimmed(), {source.size(), 0}};
   error.message.remove(QStringLiteral("<standard input>:"));
   if (line > 0) error.range = rangeOfPlace(source, line, numberOf(match.captured(2)));
   return error;
 }
 
-ScriptError errorOfSyntaxCheck(const QString& source, const QString& report) {
+platform::ScriptError errorOfSyntaxCheck(const QString& source, const QString& report) {
   static const QRegularExpression form(QStringLiteral("^[^\\n]*?: (?:line )?(\\d+): ([^\\n]*)"));
   static const QRegularExpression token(QStringLiteral("\"([^\\n]+)\" unexpected"));
-  ScriptError error{report.trimmed(), firstLineOf(report), {source.size(), 0}};
+  platform::ScriptError error{report.trimmed(), firstLineOf(report), {source.size(), 0}};
   const QRegularExpressionMatch match = form.match(report);
   if (!match.hasMatch()) return error;
   error.briefMessage = match.captured(2).trimmed();
@@ -123,12 +123,12 @@ ScriptError errorOfSyntaxCheck(const QString& source, const QString& report) {
   return error;
 }
 
-ScriptError errorOfRun(const QString& source, const QString& standardError, const QString& name,
-                       const QString& ending) {
+platform::ScriptError errorOfRun(const QString& source, const QString& standardError, const QString& name,
+                                 const QString& ending) {
   const QRegularExpression prefix(
       QStringLiteral("^%1: (?=(?:line )?(\\d+): )").arg(QRegularExpression::escape(name)),
       QRegularExpression::MultilineOption);
-  ScriptError error{standardError.trimmed(), {}, {source.size(), 0}};
+  platform::ScriptError error{standardError.trimmed(), {}, {source.size(), 0}};
   const QRegularExpressionMatch match = prefix.match(error.message);
   if (match.hasMatch()) error.range = rangeOfPlace(source, numberOf(match.captured(1)), 0);
   error.message.replace(prefix, QStringLiteral("sh: "));
@@ -137,4 +137,4 @@ ScriptError errorOfRun(const QString& source, const QString& standardError, cons
   return error;
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -20,7 +20,7 @@
 #include "desktop/alerts/BusyPointer.h"
 #include "desktop/scripts/ShellStandardError.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
@@ -94,23 +94,25 @@ bool dialogIsOpen() {
 
 }  // namespace
 
-ShellRun::ShellRun(RunLoop& runLoop, std::chrono::milliseconds untilLogged,
+ShellRun::ShellRun(platform::RunLoop& runLoop, std::chrono::milliseconds untilLogged,
                    std::chrono::milliseconds untilKilled)
     : runLoop_(runLoop) {
   untilLogged_.setSingleShot(true);
   untilLogged_.setInterval(untilLogged);
   connect(&untilLogged_, &QTimer::timeout, this, [this] {
-    guarded("script", [this] {
+    base::guarded("script", [this] {
       const double seconds = static_cast<double>(untilLogged_.interval()) / 1000;
-      logLine(QStringLiteral("A script has been running for %1 s; Escape stops it.").arg(seconds));
+      base::logLine(QStringLiteral("A script has been running for %1 s; Escape stops it.").arg(seconds));
     });
   });
   untilKilled_.setSingleShot(true);
   untilKilled_.setInterval(untilKilled);
-  connect(&untilKilled_, &QTimer::timeout, this, [this] { guarded("script", [this] { stop(); }); });
+  connect(&untilKilled_, &QTimer::timeout, this, [this] { base::guarded("script", [this] { stop(); }); });
   untilGone_.setInterval(GonePeriod);
-  connect(&untilGone_, &QTimer::timeout, this, [this] { guarded("script", [this] { leaveIfOver(); }); });
-  connect(&process_, &QProcess::finished, this, [this] { guarded("script", [this] { leaveIfOver(); }); });
+  connect(&untilGone_, &QTimer::timeout, this,
+          [this] { base::guarded("script", [this] { leaveIfOver(); }); });
+  connect(&process_, &QProcess::finished, this,
+          [this] { base::guarded("script", [this] { leaveIfOver(); }); });
 }
 
 ShellRun::~ShellRun() {
@@ -125,7 +127,7 @@ void ShellRun::run(const QByteArray& source) {
   if (!start(script.descriptor(), standardError->scriptsEnd())) return;
   standardError->closeScriptsEnd();
   {
-    const RunLoop::ModalSession session(runLoop_);
+    const platform::RunLoop::ModalSession session(runLoop_);
     const BusyPointer busy;
     wait();
   }
@@ -202,7 +204,7 @@ void ShellRun::leaveIfOver() {
 
 bool ShellRun::eventFilter(QObject*, QEvent* event) {
   bool heldBack = false;
-  guarded("script", [&] { heldBack = holdsBack(*event); });
+  base::guarded("script", [&] { heldBack = holdsBack(*event); });
   return heldBack;
 }
 
@@ -218,4 +220,4 @@ bool ShellRun::holdsBack(QEvent& event) {
   return true;
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -9,11 +9,11 @@
 #include <chrono>
 #include <memory>
 
-namespace platform {
+namespace velmora::platform {
 class RunLoop;
 }
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 class ShellStandardError;
 
@@ -30,7 +30,8 @@ class ShellRun : public QObject {
 
   /// A script that runs for longer than `untilLogged` is noted in the log; one that is stopped, and does not
   /// end within `untilKilled`, is killed.
-  ShellRun(RunLoop& runLoop, std::chrono::milliseconds untilLogged, std::chrono::milliseconds untilKilled);
+  ShellRun(platform::RunLoop& runLoop, std::chrono::milliseconds untilLogged,
+           std::chrono::milliseconds untilKilled);
   /// Kills what still runs.
   ~ShellRun() override;
 
@@ -60,7 +61,7 @@ class ShellRun : public QObject {
   void leaveIfOver();
   bool holdsBack(QEvent& event);
 
-  RunLoop& runLoop_;
+  platform::RunLoop& runLoop_;
   QProcess process_;
   QEventLoop loop_;
   QTimer untilLogged_;
@@ -74,4 +75,4 @@ class ShellRun : public QObject {
   QString scriptName_;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

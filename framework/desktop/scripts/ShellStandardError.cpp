@@ -13,7 +13,7 @@
 
 #include "base/log/Guard.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 constexpr qsizetype KeptAtEachEnd = 32 * 1024;
@@ -28,7 +28,7 @@ ShellStandardError::ShellStandardError() {
   fcntl(ownEnd_, F_SETFL, O_NONBLOCK);
   notifier_ = std::make_unique<QSocketNotifier>(ownEnd_, QSocketNotifier::Read);
   connect(notifier_.get(), &QSocketNotifier::activated, this,
-          [this] { guarded("script", [this] { readWhatIsThere(); }); });
+          [this] { base::guarded("script", [this] { readWhatIsThere(); }); });
 }
 
 ShellStandardError::~ShellStandardError() {
@@ -75,4 +75,4 @@ void ShellStandardError::keep(const QByteArray& written) {
   cut_ = true;
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -7,7 +7,7 @@
 #include <QString>
 #include <memory>
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// The pipe that a script's standard error goes into. Of a long text its first and last 32 KiB are kept.
 ///
@@ -43,4 +43,4 @@ class ShellStandardError : public QObject {
   bool leftOpen_ = false;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

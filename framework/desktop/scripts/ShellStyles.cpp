@@ -4,11 +4,11 @@
 #include <QStringList>
 #include <utility>
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
-using Style = ScriptText::Style;
+using Style = platform::ScriptText::Style;
 
 /// Reads a source once, from its beginning to its end. What is begun inside something else (commands inside a
 /// string, a string inside an expansion) is a level of its own.
@@ -16,7 +16,7 @@ class Scanner {
  public:
   explicit Scanner(const QString& source) : text_(source) { levels_.append(Level{}); }
 
-  QList<ScriptText::Run> scan() {
+  QList<platform::ScriptText::Run> scan() {
     while (at_ < text_.size()) {
       switch (top().kind) {
         case Kind::Commands:
@@ -364,11 +364,11 @@ class Scanner {
   int backquotes_ = 0;                 // how many of the levels are commands in back quotes
   QList<HereDocument> hereDocuments_;  // whose text begins with the next line
   bool withoutTabs_ = false;
-  QList<ScriptText::Run> runs_;
+  QList<platform::ScriptText::Run> runs_;
 };
 
 }  // namespace
 
-QList<ScriptText::Run> styledRuns(const QString& source) { return Scanner(source).scan(); }
+QList<platform::ScriptText::Run> styledRuns(const QString& source) { return Scanner(source).scan(); }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

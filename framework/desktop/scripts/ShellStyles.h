@@ -6,11 +6,11 @@
 
 #include "platform/scripts/Script.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// What is to be told apart in a script of the POSIX shell, as its grammar has it: reserved words where they
 /// are reserved, strings with their quotes, comments. What a string holds of commands and expansions is not
 /// part of it, and neither is a here-document. An unfinished string reaches to the end.
-QList<ScriptText::Run> styledRuns(const QString& source);
+QList<platform::ScriptText::Run> styledRuns(const QString& source);
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -9,7 +9,7 @@
 #include "desktop/alerts/BusyPointer.h"
 #include "desktop/scripts/ShellErrors.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
@@ -64,8 +64,8 @@ ShellCheck checkShellSource(const QString& source, std::chrono::milliseconds pat
   // A source that is nested so deeply that the shell runs out of stack would take shfmt a gigabyte
   // (measured, 3.6.0).
   if (answer->crashed) {
-    const QString message = localizedString("Script", "The shell cannot read this script.");
-    return {ScriptError{message, message, {source.size(), 0}}, true, std::nullopt};
+    const QString message = platform::localizedString("Script", "The shell cannot read this script.");
+    return {platform::ScriptError{message, message, {source.size(), 0}}, true, std::nullopt};
   }
   ShellCheck check = checkWithFormatter(source, patience);
   if (answer->status != 0) {
@@ -76,4 +76,4 @@ ShellCheck checkShellSource(const QString& source, std::chrono::milliseconds pat
   return check;
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -7,12 +7,12 @@
 
 #include "platform/scripts/Script.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// What looking at a source, without running it, came to.
 struct ShellCheck {
-  std::optional<ScriptError> error;  ///< found by either
-  bool shellRefuses = false;         ///< whether the shell would run nothing of it
+  std::optional<platform::ScriptError> error;  ///< found by either
+  bool shellRefuses = false;                   ///< whether the shell would run nothing of it
   std::optional<QString> formatted;  ///< by shfmt; nothing where it is not installed, or does not answer
 };
 
@@ -22,4 +22,4 @@ struct ShellCheck {
 /// as not installed; where the shell does not, nothing is known of the source. Meanwhile the pointer is busy.
 ShellCheck checkShellSource(const QString& source, std::chrono::milliseconds patience);
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -12,7 +12,7 @@
 
 #include "base/log/Log.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
@@ -40,9 +40,9 @@ void QtUserDefaults::synchronize() const {
   const QString copy = file + QStringLiteral(".damaged-") +
                        QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss"));
   const bool kept = QFile::copy(file, copy) || QFile::exists(copy);
-  logLine(QStringLiteral("The settings file is damaged; ") +
-          (kept ? QStringLiteral("what cannot be read was kept in ") + copy
-                : QStringLiteral("what cannot be read could not be kept")));
+  base::logLine(QStringLiteral("The settings file is damaged; ") +
+                (kept ? QStringLiteral("what cannot be read was kept in ") + copy
+                      : QStringLiteral("what cannot be read could not be kept")));
 }
 
 void QtUserDefaults::forgetErrors() const {
@@ -68,7 +68,8 @@ void QtUserDefaults::storeValue(const QString& key, const QVariant& value) {
   closeToOthers();
   settings_->sync();
   if (settings_->status() == QSettings::AccessError) {
-    logLine(QStringLiteral("The setting '%1' could not be stored in %2").arg(key, settings_->fileName()));
+    base::logLine(
+        QStringLiteral("The setting '%1' could not be stored in %2").arg(key, settings_->fileName()));
     return;
   }
 }
@@ -85,4 +86,4 @@ void QtUserDefaults::closeToOthers() const {
   ::close(file);
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -6,11 +6,11 @@
 
 #include "platform/settings/UserDefaults.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// The user's settings in an INI file named by the bundle identifier, in the user's configuration folder.
 /// Before anything is written over a damaged file, it is kept beside under a name of its own.
-class QtUserDefaults : public UserDefaults {
+class QtUserDefaults : public platform::UserDefaults {
  public:
   explicit QtUserDefaults(const QString& bundleIdentifier);
 
@@ -26,4 +26,4 @@ class QtUserDefaults : public UserDefaults {
   mutable std::unique_ptr<QSettings> settings_;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

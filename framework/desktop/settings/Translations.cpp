@@ -9,7 +9,7 @@
 
 #include "base/log/Log.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
@@ -44,7 +44,7 @@ Translations::~Translations() = default;
 void Translations::load(const QString& path) {
   auto translator = std::make_unique<QTranslator>();
   // Where a desktop has Qt without its translations, a few buttons speak English; that is no reason to stop.
-  if (!translator->load(path)) return logLine(QStringLiteral("No translation in %1").arg(path));
+  if (!translator->load(path)) return base::logLine(QStringLiteral("No translation in %1").arg(path));
   QCoreApplication::installTranslator(translator.get());
   translators_.push_back(std::move(translator));
 }
@@ -64,4 +64,4 @@ QStringList translationFolders(const QString& bundleResourcePath) {
           bundleResourcePath + QStringLiteral("/translations")};
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

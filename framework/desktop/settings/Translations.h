@@ -9,7 +9,7 @@
 
 class QTranslator;
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// The texts of the program in the user's language, for as long as it lives. Made before any window, for what
 /// has been looked up stays as it is.
@@ -42,4 +42,4 @@ QString languageFor(const QStringList& preferred, const QString& folder);
 /// The folders in which the application of that bundle keeps translations: the framework's, then its own.
 QStringList translationFolders(const QString& bundleResourcePath);
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

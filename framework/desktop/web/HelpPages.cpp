@@ -9,12 +9,12 @@
 #include "platform/text/Localization.h"
 #include "platform/workspace/Workspace.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
-void tell(Alerts& alerts, const QString& message, const QString& details) {
-  alerts.runModal({message, localizedString("OrvVersion", "OK"), QString(), QString(), details});
+void tell(platform::Alerts& alerts, const QString& message, const QString& details) {
+  alerts.runModal({message, platform::localizedString("OrvVersion", "OK"), QString(), QString(), details});
 }
 
 }  // namespace
@@ -37,15 +37,16 @@ QString helpPage(const QString& folder, const QStringList& languages) {
   return {};
 }
 
-void showHelp(const QString& folder, Workspace& workspace, Alerts& alerts) {
+void showHelp(const QString& folder, platform::Workspace& workspace, platform::Alerts& alerts) {
   const QString page = helpPage(folder, QLocale().uiLanguages());
   if (page.isNull()) {
-    tell(alerts, localizedString("Document", "The help is not installed."),
-         formatted(localizedString("Document", "It was looked for in the folder %@."), {folder}));
+    tell(alerts, platform::localizedString("Document", "The help is not installed."),
+         platform::formatted(platform::localizedString("Document", "It was looked for in the folder %@."),
+                             {folder}));
   } else if (!workspace.openURL(QUrl::fromLocalFile(page))) {
-    tell(alerts, localizedString("Document", "The help could not be shown."),
-         formatted(localizedString("Document", "No program opens the page %@."), {page}));
+    tell(alerts, platform::localizedString("Document", "The help could not be shown."),
+         platform::formatted(platform::localizedString("Document", "No program opens the page %@."), {page}));
   }
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -4,12 +4,12 @@
 #include <QString>
 #include <QStringList>
 
-namespace platform {
+namespace velmora::platform {
 class Alerts;
 class Workspace;
-}  // namespace platform
+}  // namespace velmora::platform
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// The first page of the help in `folder`, which has a folder "<language>/index.html" for each language, in
 /// the first of `languages` ("de-AT", "de", ...) that it has; English where it has none of them. A null
@@ -18,6 +18,6 @@ QString helpPage(const QString& folder, const QStringList& languages);
 
 /// Opens the help in `folder` in the user's language with the user's program for it, or says that there is
 /// none.
-void showHelp(const QString& folder, Workspace& workspace, Alerts& alerts);
+void showHelp(const QString& folder, platform::Workspace& workspace, platform::Alerts& alerts);
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

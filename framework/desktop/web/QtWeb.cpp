@@ -10,14 +10,14 @@
 #include "platform/runloop/RunLoop.h"
 #include "desktop/web/QtWebTransfers.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 constexpr double LongestTimeout = 24 * 60 * 60;  // seconds; a timer counts in an int of milliseconds
 constexpr unsigned long LongestFarewell = 2000;  // milliseconds
 }  // namespace
 
-QtWeb::QtWeb(RunLoop& runLoop) : runLoop_(runLoop) {}
+QtWeb::QtWeb(platform::RunLoop& runLoop) : runLoop_(runLoop) {}
 
 QtWeb::~QtWeb() {
   *open_ = false;
@@ -30,7 +30,7 @@ QtWeb::~QtWeb() {
   if (thread_->wait(LongestFarewell)) return;
   // It still waits for the desktop to name a proxy and cannot be called back from there. When that returns it
   // ends by itself, and takes along what it works with.
-  logLine(QStringLiteral("The web was still busy at the end"));
+  base::logLine(QStringLiteral("The web was still busy at the end"));
   QThread* thread = thread_.release();
   QObject* leftBehind[] = {transfers_.release(), mainThread_.release(), thread};
   for (QObject* object : leftBehind)
@@ -38,9 +38,9 @@ QtWeb::~QtWeb() {
 }
 
 void QtWeb::load(const QUrl& url, double timeout, qint64 limit, const QObject* owner, DidLoad didLoad) {
-  if (!isWebAddress(url)) {
+  if (!platform::isWebAddress(url)) {
     runLoop_.performOnMainThread(owner, [didLoad = std::move(didLoad)] {
-      didLoad({{}, localizedString("OrvVersion", "That is not the address of a web page.")});
+      didLoad({{}, platform::localizedString("OrvVersion", "That is not the address of a web page.")});
     });
     return;
   }
@@ -50,27 +50,27 @@ void QtWeb::load(const QUrl& url, double timeout, qint64 limit, const QObject* o
   waiting.owner = owner;
   waiting.didLoad = std::move(didLoad);
   waiting.ownerGone = QObject::connect(owner, &QObject::destroyed, mainThread_.get(),
-                                       [this, id] { guarded("web", [&] { giveUp(id); }); });
+                                       [this, id] { base::guarded("web", [&] { giveUp(id); }); });
   waiting.deadline = std::make_unique<QTimer>();
   waiting.deadline->setSingleShot(true);
   QObject::connect(waiting.deadline.get(), &QTimer::timeout, mainThread_.get(), [this, id] {
-    guarded("web", [&] {
-      finish(id, {{}, localizedString("OrvVersion", "The server took too long to answer.")});
+    base::guarded("web", [&] {
+      finish(id, {{}, platform::localizedString("OrvVersion", "The server took too long to answer.")});
     });
   });
   waiting.deadline->start(static_cast<int>(std::clamp(timeout, 0.0, LongestTimeout) * 1000));
   waiting_.emplace(id, std::move(waiting));
   QMetaObject::invokeMethod(transfers_.get(), [transfers = transfers_.get(), id, url, limit] {
-    guarded("web", [&] { transfers->start(id, url, limit); });
+    base::guarded("web", [&] { transfers->start(id, url, limit); });
   });
 }
 
 void QtWeb::start() {
   if (thread_) return;
   transfers_ = std::make_unique<QtWebTransfers>(
-      [this, open = open_, receiver = mainThread_.get()](quint64 id, const WebAnswer& answer) {
+      [this, open = open_, receiver = mainThread_.get()](quint64 id, const platform::WebAnswer& answer) {
         QMetaObject::invokeMethod(receiver, [this, open, id, answer] {
-          if (*open) guarded("web", [&] { finish(id, answer); });
+          if (*open) base::guarded("web", [&] { finish(id, answer); });
         });
       });
   thread_ = std::make_unique<QThread>();
@@ -79,7 +79,7 @@ void QtWeb::start() {
   thread_->start();
 }
 
-void QtWeb::finish(quint64 id, const WebAnswer& answer) {
+void QtWeb::finish(quint64 id, const platform::WebAnswer& answer) {
   const auto found = waiting_.find(id);
   if (found == waiting_.end()) return;
   const QPointer<const QObject> owner = found->second.owner;
@@ -99,4 +99,4 @@ void QtWeb::giveUp(quint64 id) {
   QMetaObject::invokeMethod(transfers_.get(), [transfers = transfers_.get(), id] { transfers->stop(id); });
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

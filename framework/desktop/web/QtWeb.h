@@ -10,11 +10,11 @@
 
 #include "platform/workspace/Web.h"
 
-namespace platform {
+namespace velmora::platform {
 class RunLoop;
 }
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 class QtWebTransfers;
 
@@ -24,9 +24,9 @@ class QtWebTransfers;
 /// desktop which proxy to use, and that question alone can take as long as the network likes. A deadline runs
 /// on the main thread, so it holds whatever the other thread is waiting for. Neither a page's owner that goes
 /// nor the end of this object waits for an answer.
-class QtWeb : public Web {
+class QtWeb : public platform::Web {
  public:
-  explicit QtWeb(RunLoop& runLoop);
+  explicit QtWeb(platform::RunLoop& runLoop);
   ~QtWeb() override;
   QtWeb(const QtWeb&) = delete;
   QtWeb& operator=(const QtWeb&) = delete;
@@ -41,10 +41,10 @@ class QtWeb : public Web {
     QMetaObject::Connection ownerGone;
   };
   void start();
-  void finish(quint64 id, const WebAnswer& answer);
+  void finish(quint64 id, const platform::WebAnswer& answer);
   void giveUp(quint64 id);
 
-  RunLoop& runLoop_;
+  platform::RunLoop& runLoop_;
   std::map<quint64, Waiting> waiting_;
   quint64 lastId_ = 0;
   /// Null until the first page is asked for.
@@ -56,4 +56,4 @@ class QtWeb : public Web {
   std::unique_ptr<QObject> mainThread_ = std::make_unique<QObject>();
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

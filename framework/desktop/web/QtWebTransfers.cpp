@@ -7,7 +7,7 @@
 #include "base/log/Guard.h"
 #include "platform/text/Localization.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 namespace {
 
@@ -16,7 +16,7 @@ constexpr int MostRedirects = 5;
 constexpr qint64 ReadAhead = 64 * 1024;
 constexpr int StatusOk = 200;
 
-QString tooLarge() { return localizedString("OrvVersion", "The server's answer is too large."); }
+QString tooLarge() { return platform::localizedString("OrvVersion", "The server's answer is too large."); }
 
 /// A request that says nothing of who asks. Qt would otherwise add a list of the user's languages and a name
 /// of its own, keep the connection for later, and unpack whatever size a packed answer has.
@@ -39,23 +39,24 @@ QNetworkRequest plainRequest(const QUrl& url) {
 QString sentenceFor(QNetworkReply::NetworkError error) {
   switch (error) {
     case QNetworkReply::TooManyRedirectsError:
-      return localizedString("OrvVersion", "The server leads from one address to the next without end.");
+      return platform::localizedString("OrvVersion",
+                                       "The server leads from one address to the next without end.");
     case QNetworkReply::InsecureRedirectError:
     case QNetworkReply::ProtocolUnknownError:
-      return localizedString("OrvVersion", "The server leads to an address that is not safe.");
+      return platform::localizedString("OrvVersion", "The server leads to an address that is not safe.");
     case QNetworkReply::SslHandshakeFailedError:
-      return localizedString("OrvVersion", "A secure connection to the server could not be made.");
+      return platform::localizedString("OrvVersion", "A secure connection to the server could not be made.");
     case QNetworkReply::RemoteHostClosedError:
-      return localizedString("OrvVersion", "The server broke the connection off.");
+      return platform::localizedString("OrvVersion", "The server broke the connection off.");
     case QNetworkReply::ProtocolFailure:
     case QNetworkReply::ProtocolInvalidOperationError:
     case QNetworkReply::UnknownContentError:
-      return localizedString("OrvVersion", "The server's answer could not be understood.");
+      return platform::localizedString("OrvVersion", "The server's answer could not be understood.");
     case QNetworkReply::TimeoutError:
     case QNetworkReply::ProxyTimeoutError:
-      return localizedString("OrvVersion", "The server took too long to answer.");
+      return platform::localizedString("OrvVersion", "The server took too long to answer.");
     default:
-      return localizedString("OrvVersion", "The server could not be reached.");
+      return platform::localizedString("OrvVersion", "The server could not be reached.");
   }
 }
 
@@ -64,8 +65,8 @@ QString failureOf(const QNetworkReply& reply) {
   const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
   const bool moved = status / 100 == 3 && reply.hasRawHeader("Location");
   if (status != 0 && status != StatusOk && !moved)
-    return formatted(localizedString("OrvVersion", "The server answered with status %@."),
-                     {QString::number(status)});
+    return platform::formatted(platform::localizedString("OrvVersion", "The server answered with status %@."),
+                               {QString::number(status)});
   return reply.error() == QNetworkReply::NoError ? QString() : sentenceFor(reply.error());
 }
 
@@ -76,14 +77,16 @@ void QtWebTransfers::start(quint64 id, const QUrl& url, qint64 limit) {
   QNetworkReply* reply = network->get(plainRequest(url));
   reply->setReadBufferSize(std::min(limit, ReadAhead) + 1);
   transfers_.emplace(id, Transfer{network, reply, limit, {}});
-  connect(reply, &QNetworkReply::readyRead, this, [this, id] { guarded("web", [&] { takeWhatCame(id); }); });
+  connect(reply, &QNetworkReply::readyRead, this,
+          [this, id] { base::guarded("web", [&] { takeWhatCame(id); }); });
   connect(reply, &QNetworkReply::finished, this, [this, id, reply] {
-    guarded("web", [&] {
+    base::guarded("web", [&] {
       takeWhatCame(id);
       const auto transfer = transfers_.find(id);
       if (transfer == transfers_.end()) return;
       const QString failure = failureOf(*reply);
-      end(id, failure.isNull() ? WebAnswer{transfer->second.body, {}} : WebAnswer{{}, failure});
+      end(id, failure.isNull() ? platform::WebAnswer{transfer->second.body, {}}
+                               : platform::WebAnswer{{}, failure});
     });
   });
 }
@@ -112,10 +115,10 @@ void QtWebTransfers::stopAll() {
   while (!transfers_.empty()) stop(transfers_.begin()->first);
 }
 
-void QtWebTransfers::end(quint64 id, const WebAnswer& answer) {
-  const WebAnswer last = answer;
+void QtWebTransfers::end(quint64 id, const platform::WebAnswer& answer) {
+  const platform::WebAnswer last = answer;
   stop(id);
   ended_(id, last);
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -9,7 +9,7 @@
 
 #include "platform/workspace/Web.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// Pages on their way. Lives on the thread of the transfers: each operation is called there, and so is
 /// `ended`.
@@ -19,7 +19,7 @@ namespace platform::qt {
 /// that.
 class QtWebTransfers : public QObject {
  public:
-  using Ended = std::function<void(quint64 id, const WebAnswer&)>;
+  using Ended = std::function<void(quint64 id, const platform::WebAnswer&)>;
 
   /// `ended` is called once for each page that was not stopped.
   explicit QtWebTransfers(Ended ended) : ended_(std::move(ended)) {}
@@ -39,10 +39,10 @@ class QtWebTransfers : public QObject {
     QByteArray body;
   };
   void takeWhatCame(quint64 id);
-  void end(quint64 id, const WebAnswer& answer);
+  void end(quint64 id, const platform::WebAnswer& answer);
 
   Ended ended_;
   std::map<quint64, Transfer> transfers_;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -8,7 +8,7 @@
 #include <QSettings>
 #include <QStandardPaths>
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 bool QtWorkspace::openURL(const QUrl& url) { return QDesktopServices::openUrl(url); }
 
@@ -38,4 +38,4 @@ QString QtWorkspace::absolutePathForAppBundleWithIdentifier(const QString& ident
   return found.isEmpty() ? entry : found;
 }
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -3,10 +3,10 @@
 
 #include "platform/workspace/Workspace.h"
 
-namespace platform::qt {
+namespace velmora::desktop {
 
 /// The desktop by its freedesktop conventions.
-class QtWorkspace : public Workspace {
+class QtWorkspace : public platform::Workspace {
  public:
   bool openURL(const QUrl& url) override;
   /// Asks the file viewer (org.freedesktop.FileManager1) to show the item; failing that, opens its folder.
@@ -16,4 +16,4 @@ class QtWorkspace : public Workspace {
   QString absolutePathForAppBundleWithIdentifier(const QString& identifier) const override;
 };
 
-}  // namespace platform::qt
+}  // namespace velmora::desktop

@@ -16,7 +16,7 @@
 #include <cstring>
 #include <optional>
 
-namespace platform::wire {
+namespace velmora::link {
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -164,4 +164,4 @@ QString BusGreeting::askSocket(const QByteArray& path, bool abstract, Clock::tim
   return hear() ? QString() : silent;
 }
 
-}  // namespace platform::wire
+}  // namespace velmora::link

@@ -4,7 +4,7 @@
 #include <QString>
 #include <chrono>
 
-namespace platform::wire {
+namespace velmora::link {
 
 /// Where the session bus of this user is: DBUS_SESSION_BUS_ADDRESS or, without it, the socket "bus" in the
 /// user's runtime folder. Empty when neither is there.
@@ -38,4 +38,4 @@ class BusGreeting {
   int given_ = -1;  // readable once given up
 };
 
-}  // namespace platform::wire
+}  // namespace velmora::link

@@ -13,7 +13,7 @@
 
 #include "link/bus/BusReceiver.h"
 
-namespace platform::wire {
+namespace velmora::link {
 namespace {
 
 // A bus that has not taken the last messages by then has stopped; an application must still be able to end.
@@ -233,4 +233,4 @@ void BusLink::arrived(const QDBusMessage& signal) {
   received_(message);
 }
 
-}  // namespace platform::wire
+}  // namespace velmora::link

@@ -16,7 +16,7 @@
 
 class QDBusConnection;
 
-namespace platform::wire {
+namespace velmora::link {
 
 class BusReceiver;
 
@@ -98,4 +98,4 @@ class BusLink {
   QThread thread_;
 };
 
-}  // namespace platform::wire
+}  // namespace velmora::link

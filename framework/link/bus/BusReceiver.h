@@ -5,7 +5,7 @@
 #include <QObject>
 #include <functional>
 
-namespace platform::wire {
+namespace velmora::link {
 
 /// The object that QtDBus hands arriving signals to, and tells of the end of the connection, on the thread
 /// that the object lives on.
@@ -28,4 +28,4 @@ class BusReceiver : public QObject {
   Ended ended_;
 };
 
-}  // namespace platform::wire
+}  // namespace velmora::link

@@ -33,7 +33,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, WireDate& date) {
 
 Q_DECLARE_METATYPE(WireDate)
 
-namespace platform::wire {
+namespace velmora::link {
 namespace {
 
 // 0001-01-01T00:00:00.000Z and 9999-12-31T23:59:59.999Z: beyond them no calendar day can be shown.
@@ -313,4 +313,4 @@ bool canBeMatched(const QString& text) {
   return !text.contains(QLatin1Char('\'')) && !text.contains(QChar(u'\0'));
 }
 
-}  // namespace platform::wire
+}  // namespace velmora::link

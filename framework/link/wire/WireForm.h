@@ -15,7 +15,7 @@
 /// A date is a structure of one number, the milliseconds since 1970-01-01T00:00:00Z, in the years 1 to 9999.
 /// Other senders may write the narrower and unsigned whole numbers, arrays of one type and variants within
 /// variants as well; they are read as the types above. What fits none of them is left out, alone, and named.
-namespace platform::wire {
+namespace velmora::link {
 
 inline const QString Path = QStringLiteral("/org/velmora/DistributedNotificationCenter");
 inline const QString Interface = QStringLiteral("org.velmora.DistributedNotificationCenter");
@@ -61,4 +61,4 @@ Incoming fromBus(const QDBusMessage& signal);
 /// string on the bus holds a NUL.
 bool canBeMatched(const QString& text);
 
-}  // namespace platform::wire
+}  // namespace velmora::link

@@ -8,6 +8,8 @@
 #include "orv/chart/graphPlot.h"
 #include "base/log/Guard.h"
 
+using namespace velmora;
+
 OrvGraphView::OrvGraphView(QWidget* parent) : QWidget(parent), plot_(std::make_unique<GraphPlot>()) {
   // Clicking the chart ends the edit of a field, so that what was typed belongs to the examination it was
   // typed for.
@@ -116,7 +118,7 @@ void OrvGraphView::mousePressEvent(QMouseEvent* event) {
 // painting.
 void OrvGraphView::paintEvent(QPaintEvent*) {
   QCPPainter painter(this);
-  platform::guarded("chart", [&] {
+  base::guarded("chart", [&] {
     plot_->layOut(size());
     plot_->paint(painter);
     const bool mayShow = !shouldShowHighlight_ || shouldShowHighlight_();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "orv/documents/OrvAutoNameDocument.h"
 
+using namespace velmora;
+
 QString OrvAutoNameDocument::preferredFileName(bool) const { return QStringLiteral(""); }
 
 QString OrvAutoNameDocument::displayName() const {
@@ -8,8 +10,8 @@ QString OrvAutoNameDocument::displayName() const {
   return name.isEmpty() ? OrvDocument::displayName() : name;
 }
 
-platform::FileResult OrvAutoNameDocument::readFromData(const QByteArray& data, const QString& typeName) {
-  const platform::FileResult read = OrvDocument::readFromData(data, typeName);
+base::FileResult OrvAutoNameDocument::readFromData(const QByteArray& data, const QString& typeName) {
+  const base::FileResult read = OrvDocument::readFromData(data, typeName);
   if (read.ok()) docIsBlank_ = false;
   return read;
 }

@@ -14,9 +14,11 @@
 #include "platform/Services.h"
 #include "platform/documents/WindowController.h"
 
-using platform::FileResult;
-using platform::formatted;
-using platform::localizedString;
+using namespace velmora;
+
+using velmora::base::FileResult;
+using velmora::platform::formatted;
+using velmora::platform::localizedString;
 
 namespace {
 

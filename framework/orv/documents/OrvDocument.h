@@ -15,13 +15,13 @@
 /// subclass reads and writes. A file that is damaged, of another application or of a newer version is refused
 /// with the reason. What a save replaces is kept as an earlier version; a save that fails tells the user and
 /// leaves a rescue copy. A kept copy that is opened is a new document with that content.
-class OrvDocument : public platform::Document {
+class OrvDocument : public velmora::platform::Document {
  public:
-  explicit OrvDocument(platform::Services& services);
+  explicit OrvDocument(velmora::platform::Services& services);
 
-  platform::FileResult readFromURL(const QUrl& url) override;
-  platform::FileResult readFromData(const QByteArray& data, const QString& typeName) override;
-  platform::FileResult dataOfType(const QString& typeName, QByteArray& data) override;
+  velmora::base::FileResult readFromURL(const QUrl& url) override;
+  velmora::base::FileResult readFromData(const QByteArray& data, const QString& typeName) override;
+  velmora::base::FileResult dataOfType(const QString& typeName, QByteArray& data) override;
 
   void keepUnsavedChanges() override;
   /// Closes, because another window has saved this record's file. Unsaved changes leave a rescue copy, of
@@ -39,14 +39,14 @@ class OrvDocument : public platform::Document {
   virtual QJsonObject contentToJson() const = 0;
   /// Takes the content from JSON written in form `version`. A failure says why, in words for the user, and
   /// the document is not used.
-  virtual platform::FileResult contentFromJson(const QJsonObject& content, int version) = 0;
+  virtual velmora::base::FileResult contentFromJson(const QJsonObject& content, int version) = 0;
 
   qint64 largestFile() const override { return 64LL * 1024 * 1024; }
   void didReadFile(const QByteArray& data) override;
 
   /// What became of content that is about to be dropped.
   struct Rescue {
-    platform::Whereabouts content;
+    velmora::platform::Whereabouts content;
     QString copy;  ///< the path of the rescue copy; null when there is none
   };
   /// Keeps the content as it is now outside the save folder, because it is about to be dropped. When no copy
@@ -58,12 +58,12 @@ class OrvDocument : public platform::Document {
 
   /// Writes a file for the user, durably, and remembers its folder: what a write that is cut off leaves there
   /// is removed at the next start.
-  platform::FileResult writeFile(const QString& path, const QByteArray& contents,
-                                 const platform::FileManager::LastLook& lastLook = {});
-  platform::FileResult writeToURL(const QUrl& url, const QByteArray& data,
-                                  platform::SaveOperation operation) override;
-  platform::Whereabouts presentSaveError(const QUrl& url, const QByteArray& data,
-                                         const QString& reason) override;
+  velmora::base::FileResult writeFile(const QString& path, const QByteArray& contents,
+                                      const velmora::base::FileManager::LastLook& lastLook = {});
+  velmora::base::FileResult writeToURL(const QUrl& url, const QByteArray& data,
+                                       velmora::platform::SaveOperation operation) override;
+  velmora::platform::Whereabouts presentSaveError(const QUrl& url, const QByteArray& data,
+                                                  const QString& reason) override;
 
  private:
   /// What a save finds in the place of its file.
@@ -73,12 +73,12 @@ class OrvDocument : public platform::Document {
     QStringList copiesOfAnother;  ///< of what the user has neither seen nor agreed to replace
   };
   /// Keeps what stands there, unless it is what has been seen before. A failure: it may not be replaced.
-  platform::FileResult keepWhatStandsAt(const QString& path, Replaced& replaced);
+  velmora::base::FileResult keepWhatStandsAt(const QString& path, Replaced& replaced);
   bool isOwnFile(const QString& path) const;
   void tellAboutRemovalByAnother(const QString& path);
   void tellAboutAnother(const QString& path, const QString& copy);
-  platform::Whereabouts askWhereToSave(const QByteArray& data, const QString& message,
-                                       const QString& information);
+  velmora::platform::Whereabouts askWhereToSave(const QByteArray& data, const QString& message,
+                                                const QString& information);
   bool saveElsewhere(const QByteArray& data);
   QString fileNameForCopies() const;
 

@@ -12,10 +12,12 @@
 #include "platform/controls/Panels.h"
 #include "platform/Services.h"
 
-using platform::FileResult;
-using platform::formatted;
-using platform::localizedString;
-using platform::Whereabouts;
+using namespace velmora;
+
+using velmora::base::FileResult;
+using velmora::platform::formatted;
+using velmora::platform::localizedString;
+using velmora::platform::Whereabouts;
 
 namespace {
 
@@ -62,7 +64,7 @@ FileResult OrvDocument::writeToURL(const QUrl& url, const QByteArray& data,
 }
 
 FileResult OrvDocument::writeFile(const QString& path, const QByteArray& contents,
-                                  const platform::FileManager::LastLook& lastLook) {
+                                  const base::FileManager::LastLook& lastLook) {
   writtenFolders_.add(path);
   return services().fileManager.writeDurably(path, contents, lastLook);
 }
@@ -91,7 +93,7 @@ FileResult OrvDocument::keepWhatStandsAt(const QString& path, Replaced& replaced
     // failed save.
     if (copy.isEmpty()) {
       // Never the name: that is the patient's identifier, and logs are read by others.
-      platform::logLine(
+      base::logLine(
           QStringLiteral("No earlier version was kept of a record in %1").arg(QFileInfo(path).path()));
     }
     return FileResult::success();
@@ -125,7 +127,7 @@ void OrvDocument::tellAboutAnother(const QString& path, const QString& copy) {
 }
 
 QString OrvDocument::fileNameForCopies() const {
-  return platform::appendingPathExtension(displayName(), fileTypeFromLastRunSavePanel());
+  return base::appendingPathExtension(displayName(), fileTypeFromLastRunSavePanel());
 }
 
 OrvDocument::Rescue OrvDocument::keepRescueCopy() {
@@ -140,7 +142,7 @@ OrvDocument::Rescue OrvDocument::keepRescueCopy() {
   }
   const QString copy = keptCopies_.keepRescueCopy(fileNameForCopies(), data);
   if (!copy.isEmpty()) {
-    platform::logLine(QStringLiteral("Unsaved changes were kept in %1").arg(QFileInfo(copy).path()));
+    base::logLine(QStringLiteral("Unsaved changes were kept in %1").arg(QFileInfo(copy).path()));
     return {Whereabouts::Kept, copy};
   }
   const QString message = formatted(
@@ -154,7 +156,7 @@ void OrvDocument::keepUnsavedChanges() {
   if (!isDocumentEdited()) return;
   const FileResult content = contentToKeep(fileTypeFromLastRunSavePanel(), data);
   if (!content.ok()) {
-    platform::logLine(QStringLiteral("Unsaved changes were not kept: ") + content.error);
+    base::logLine(QStringLiteral("Unsaved changes were not kept: ") + content.error);
     return;
   }
   keptCopies_.keepRescueCopy(fileNameForCopies(), data);

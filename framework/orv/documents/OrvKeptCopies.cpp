@@ -11,6 +11,8 @@
 #include "base/log/Log.h"
 #include "platform/runloop/RunLoop.h"
 
+using namespace velmora;
+
 namespace {
 
 /// File names are limited to 255 bytes; this leaves room for stamps and hashes in any script.
@@ -45,7 +47,7 @@ QString readableBeginning(const QString& name) {
 
 }  // namespace
 
-OrvKeptCopies::OrvKeptCopies(platform::FileManager& files, const platform::RunLoop& clock,
+OrvKeptCopies::OrvKeptCopies(base::FileManager& files, const platform::RunLoop& clock,
                              const QString& bundleIdentifier)
     : files_(files), clock_(clock), folder_(files, bundleIdentifier) {}
 
@@ -74,7 +76,7 @@ bool OrvKeptCopies::holds(const QString& copy, const QByteArray& contents) const
 QString OrvKeptCopies::keepEarlierVersion(const QString& path, const QByteArray& contents, Origin origin) {
   const QString folder = earlierVersionsFolder(path);
   if (!folder_.make(folder)) return {};
-  files_.removeAbandonedFiles(folder, {platform::pathExtension(path)});
+  files_.removeAbandonedFiles(folder, {base::pathExtension(path)});
   QDateTime time = clock_.now();
   const QStringList copies = copiesIn(folder);
   if (!copies.isEmpty()) {
@@ -88,8 +90,8 @@ QString OrvKeptCopies::keepEarlierVersion(const QString& path, const QByteArray&
     if (earlier >= time) time = earlier.addMSecs(1);
   }
   const QString mark = origin == Origin::Another ? MarkOfAnother : QString();
-  const QString copy = platform::appendingPathExtension(folder + QLatin1Char('/') + stampOf(time) + mark,
-                                                        platform::pathExtension(path));
+  const QString copy = base::appendingPathExtension(folder + QLatin1Char('/') + stampOf(time) + mark,
+                                                    base::pathExtension(path));
   if (!folder_.write(copy, contents)) return {};
   prune(folder);
   return copy;
@@ -109,15 +111,15 @@ void OrvKeptCopies::prune(const QString& folder) {
 
 QString OrvKeptCopies::keepRescueCopy(const QString& name, const QByteArray& contents) {
   if (contents.isEmpty() || !folder_.make(rescueFolder())) return {};
-  files_.removeAbandonedFiles(rescueFolder(), {platform::pathExtension(name)});
+  files_.removeAbandonedFiles(rescueFolder(), {base::pathExtension(name)});
   // The copy must succeed where the save failed on the very name of the record.
   const QString beginning = rescueFolder() + QLatin1Char('/') +
-                            readableBeginning(platform::deletingPathExtension(name)) + QLatin1Char(' ');
+                            readableBeginning(base::deletingPathExtension(name)) + QLatin1Char(' ');
   QDateTime time = clock_.now();
   QString path;
   do {
-    path = platform::appendingPathExtension(beginning + stampOf(time),
-                                            readableBeginning(platform::pathExtension(name)));
+    path =
+        base::appendingPathExtension(beginning + stampOf(time), readableBeginning(base::pathExtension(name)));
     time = time.addMSecs(1);
   } while (files_.fileExistsAtPath(path));
   if (!folder_.write(path, contents)) return {};
@@ -136,7 +138,7 @@ void OrvKeptCopies::pruneRescueCopies() {
 
 void OrvKeptCopies::removeAbandonedCopies(const QStringList& extensions) {
   files_.removeAbandonedFiles(folder_.path(), extensions + QStringList{QStringLiteral("json")},
-                              platform::FileManager::Depth::Everything);
+                              base::FileManager::Depth::Everything);
   pruneRescueCopies();
   for (const QString& record : files_.contentsOfDirectoryAtPath(versionsRoot())) {
     prune(versionsRoot() + QLatin1Char('/') + record);

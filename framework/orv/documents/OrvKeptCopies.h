@@ -7,7 +7,7 @@
 
 #include "orv/documents/OrvPrivateFolder.h"
 
-namespace platform {
+namespace velmora::platform {
 class RunLoop;
 }
 
@@ -17,7 +17,7 @@ class RunLoop;
 class OrvKeptCopies {
  public:
   /// Copies go below the user's data folder, in a folder named by the application's bundle identifier.
-  OrvKeptCopies(platform::FileManager& files, const platform::RunLoop& clock,
+  OrvKeptCopies(velmora::base::FileManager& files, const velmora::platform::RunLoop& clock,
                 const QString& bundleIdentifier);
 
   /// Whose an earlier version is: one that the program itself wrote or read there, or one that somebody else
@@ -50,7 +50,7 @@ class OrvKeptCopies {
   void prune(const QString& folder);
   void pruneRescueCopies();
 
-  platform::FileManager& files_;
-  const platform::RunLoop& clock_;
+  velmora::base::FileManager& files_;
+  const velmora::platform::RunLoop& clock_;
   OrvPrivateFolder folder_;
 };

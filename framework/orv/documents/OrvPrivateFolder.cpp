@@ -8,14 +8,16 @@
 #include "base/files/FileManager.h"
 #include "base/log/Log.h"
 
-using platform::FileResult;
+using namespace velmora;
+
+using velmora::base::FileResult;
 
 namespace {
 constexpr QFile::Permissions UserOnlyFile = QFile::ReadOwner | QFile::WriteOwner;
 constexpr QFile::Permissions UserOnlyFolder = UserOnlyFile | QFile::ExeOwner;
 }  // namespace
 
-OrvPrivateFolder::OrvPrivateFolder(platform::FileManager& files, const QString& bundleIdentifier)
+OrvPrivateFolder::OrvPrivateFolder(base::FileManager& files, const QString& bundleIdentifier)
     : files_(files),
       path_(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1Char('/') +
             bundleIdentifier) {}
@@ -33,14 +35,14 @@ bool OrvPrivateFolder::make(const QString& folder) {
     if (folder != path_) made = files_.createDirectory(folder);
   }
   // Named after records, what stands below is not told to a log.
-  if (!made.ok()) platform::logLine(QStringLiteral("No folder for copies could be made in %1").arg(path_));
+  if (!made.ok()) base::logLine(QStringLiteral("No folder for copies could be made in %1").arg(path_));
   return made.ok();
 }
 
 bool OrvPrivateFolder::write(const QString& file, const QByteArray& contents) {
   const FileResult written = files_.writeDurably(file, contents);
   if (!written.ok()) {
-    platform::logLine(QStringLiteral("A file could not be kept in %1: %2").arg(path_, written.error));
+    base::logLine(QStringLiteral("A file could not be kept in %1: %2").arg(path_, written.error));
     return false;
   }
   return QFile::setPermissions(file, UserOnlyFile);

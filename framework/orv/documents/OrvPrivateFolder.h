@@ -4,16 +4,16 @@
 #include <QByteArray>
 #include <QString>
 
-namespace platform {
+namespace velmora::base {
 class FileManager;
-}
+}  // namespace velmora::base
 
 /// The application's own folder among the user's data, for the user alone. Its files hold patients' records,
 /// or tell of them.
 class OrvPrivateFolder {
  public:
   /// The folder is named by the application's bundle identifier.
-  OrvPrivateFolder(platform::FileManager& files, const QString& bundleIdentifier);
+  OrvPrivateFolder(velmora::base::FileManager& files, const QString& bundleIdentifier);
 
   const QString& path() const { return path_; }
   /// Whether that file, whatever path leads to it, stands below the folder.
@@ -25,6 +25,6 @@ class OrvPrivateFolder {
   bool write(const QString& file, const QByteArray& contents);
 
  private:
-  platform::FileManager& files_;
+  velmora::base::FileManager& files_;
   QString path_;
 };

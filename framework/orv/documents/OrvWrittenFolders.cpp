@@ -7,7 +7,9 @@
 
 #include "base/files/FileManager.h"
 
-OrvWrittenFolders::OrvWrittenFolders(platform::FileManager& files, const QString& bundleIdentifier)
+using namespace velmora;
+
+OrvWrittenFolders::OrvWrittenFolders(base::FileManager& files, const QString& bundleIdentifier)
     : files_(files), folder_(files, bundleIdentifier) {}
 
 QString OrvWrittenFolders::listPath() const {

@@ -10,7 +10,7 @@
 class OrvWrittenFolders {
  public:
   /// The list stands in the application's private folder.
-  OrvWrittenFolders(platform::FileManager& files, const QString& bundleIdentifier);
+  OrvWrittenFolders(velmora::base::FileManager& files, const QString& bundleIdentifier);
 
   /// Remembers the folder of a file that is about to be written. At most MostFolders are remembered; those
   /// that were added first go first. A folder that cannot be remembered stops nothing.
@@ -23,6 +23,6 @@ class OrvWrittenFolders {
  private:
   QString listPath() const;
 
-  platform::FileManager& files_;
+  velmora::base::FileManager& files_;
   OrvPrivateFolder folder_;
 };

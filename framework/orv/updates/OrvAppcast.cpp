@@ -9,7 +9,7 @@
 #include "platform/text/Localization.h"
 #include "platform/workspace/Web.h"
 
-namespace orv {
+namespace velmora::orv {
 
 namespace {
 
@@ -213,4 +213,4 @@ Appcast readAppcast(const QByteArray& feed) {
   return {};
 }
 
-}  // namespace orv
+}  // namespace velmora::orv

@@ -6,7 +6,7 @@
 #include <QUrl>
 #include <optional>
 
-namespace orv {
+namespace velmora::orv {
 
 /// A version that a feed offers. At least one of the two version texts is there.
 struct AppcastItem {
@@ -38,4 +38,4 @@ struct Appcast {
 /// more than 4096 characters.
 Appcast readAppcast(const QByteArray& feed);
 
-}  // namespace orv
+}  // namespace velmora::orv

@@ -5,7 +5,7 @@
 #include <QStringDecoder>
 #include <QTextDocumentFragment>
 
-namespace orv {
+namespace velmora::orv {
 
 namespace {
 
@@ -119,4 +119,4 @@ QString plainText(const QString& html) {
   return cut.size() < text.size() ? cut + QStringLiteral(" …") : cut;
 }
 
-}  // namespace orv
+}  // namespace velmora::orv

@@ -6,7 +6,7 @@
 #include <optional>
 
 /// Text from a feed, which anybody may have written, made fit for the XML reader and for people.
-namespace orv {
+namespace velmora::orv {
 
 /// The feed as text; nothing when it is none in the encoding that it names (UTF-8 where it names none), has a
 /// document type declaration, or a tag of more than 4096 characters. Qt's reader compares every attribute of
@@ -19,4 +19,4 @@ QString oneLine(const QString& text, qsizetype longest);
 /// HTML as plain text, a screenful at most: 20 lines, 1200 characters.
 QString plainText(const QString& html);
 
-}  // namespace orv
+}  // namespace velmora::orv

@@ -3,7 +3,7 @@
 
 #include <QCryptographicHash>
 
-namespace orv {
+namespace velmora::orv {
 
 namespace {
 
@@ -41,4 +41,4 @@ bool checksumHolds(QByteArray file) {
   return stated == checksumOf(file);
 }
 
-}  // namespace orv
+}  // namespace velmora::orv

@@ -6,7 +6,7 @@
 /// The checksum of a data file: the member "checksum" of its outermost object holds the SHA-256 of the whole
 /// file, in 64 hexadecimal digits, counted as if these digits were zeros. So one flipped bit anywhere is
 /// noticed, and the file stays text that a person can read.
-namespace orv {
+namespace velmora::orv {
 
 /// What a file carries in place of the checksum while the checksum is computed: 64 zeros.
 QByteArray emptyChecksum();
@@ -15,4 +15,4 @@ QByteArray withChecksum(QByteArray file);
 /// Whether the file carries the checksum of itself.
 bool checksumHolds(QByteArray file);
 
-}  // namespace orv
+}  // namespace velmora::orv

@@ -16,8 +16,10 @@
 #include "platform/workspace/Web.h"
 #include "platform/workspace/Workspace.h"
 
-using platform::formatted;
-using platform::localizedString;
+using namespace velmora;
+
+using velmora::platform::formatted;
+using velmora::platform::localizedString;
 
 namespace {
 constexpr double Timeout = 30.0;             // seconds

@@ -4,12 +4,12 @@
 #include <QObject>
 #include <QString>
 
-namespace platform {
+namespace velmora::platform {
 struct Services;
 struct WebAnswer;
-}  // namespace platform
+}  // namespace velmora::platform
 
-namespace orv {
+namespace velmora::orv {
 struct AppcastItem;
 }
 
@@ -17,7 +17,7 @@ struct AppcastItem;
 /// application; its owner hands it out.
 class OrvVersion : public QObject {
  public:
-  explicit OrvVersion(platform::Services& services) : services_(services) {}
+  explicit OrvVersion(velmora::platform::Services& services) : services_(services) {}
 
   /// The application's name as people know it.
   QString applicationName() const;
@@ -34,17 +34,17 @@ class OrvVersion : public QObject {
   void checkVersion(bool userAsked);
 
  private:
-  void didLoad(const platform::WebAnswer& answer);
-  void succeed(const orv::AppcastItem* newer);
+  void didLoad(const velmora::platform::WebAnswer& answer);
+  void succeed(const velmora::orv::AppcastItem* newer);
   void fail(const QString& reason);
-  bool isNewer(const orv::AppcastItem& item) const;
-  void offer(const orv::AppcastItem& item);
+  bool isNewer(const velmora::orv::AppcastItem& item) const;
+  void offer(const velmora::orv::AppcastItem& item);
   void tell(const QString& message, const QString& details);
   /// The check is over; whether the user waits for its result.
   bool end(const char* notification);
   QString info(const char* key) const;
 
-  platform::Services& services_;
+  velmora::platform::Services& services_;
   bool checking_ = false;
   bool userAsked_ = false;
 };

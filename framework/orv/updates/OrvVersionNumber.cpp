@@ -5,7 +5,7 @@
 #include <QString>
 #include <algorithm>
 
-namespace orv {
+namespace velmora::orv {
 
 namespace {
 
@@ -69,4 +69,4 @@ std::strong_ordering compareVersions(QStringView left, QStringView right) {
   return std::strong_ordering::equal;
 }
 
-}  // namespace orv
+}  // namespace velmora::orv

@@ -4,7 +4,7 @@
 #include <QStringView>
 #include <compare>
 
-namespace orv {
+namespace velmora::orv {
 
 /// Which of two version numbers comes first: "1.9" before "1.10", "1.0b2" before "1.0", "1.0" level with
 /// "1.0.0".
@@ -15,4 +15,4 @@ namespace orv {
 /// Zeros before a word or the end count for nothing, and neither does a "v" before the first number.
 std::strong_ordering compareVersions(QStringView left, QStringView right);
 
-}  // namespace orv
+}  // namespace velmora::orv

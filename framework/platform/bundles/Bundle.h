@@ -4,7 +4,7 @@
 #include <QString>
 #include <QVariantMap>
 
-namespace platform {
+namespace velmora::platform {
 
 /// An application or plugin on the disk: its information dictionary and its resources.
 class Bundle {
@@ -27,4 +27,4 @@ class Bundle {
   QString resourcePath_;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

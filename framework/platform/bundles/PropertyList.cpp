@@ -12,7 +12,7 @@
 #include "base/log/Log.h"
 #include "platform/bundles/PropertyListBinary.h"
 
-namespace platform {
+namespace velmora::platform {
 
 namespace {
 
@@ -115,13 +115,13 @@ Bundle bundleWithPath(const QString& folder) {
   const bool deep = !QFileInfo::exists(folder + list) && QFileInfo::exists(contents + list);
   const QString path = (deep ? contents : folder) + list;
   QByteArray data;
-  const FileResult read = FileManager().readFile(path, data, LargestPropertyList);
+  const base::FileResult read = base::FileManager().readFile(path, data, LargestPropertyList);
   QVariant info;
   if (read.ok()) info = propertyListFromData(data);
   if (info.typeId() != QMetaType::QVariantMap) {
-    logLine(QStringLiteral("No information dictionary at %1: %2").arg(path, read.error));
+    base::logLine(QStringLiteral("No information dictionary at %1: %2").arg(path, read.error));
   }
   return Bundle(info.toMap(), deep ? contents + QStringLiteral("/Resources") : folder);
 }
 
-}  // namespace platform
+}  // namespace velmora::platform

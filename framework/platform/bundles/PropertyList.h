@@ -7,7 +7,7 @@
 
 #include "platform/bundles/Bundle.h"
 
-namespace platform {
+namespace velmora::platform {
 
 /// The value that a property list, XML or binary, holds; invalid when it is none, or damaged anywhere.
 /// Dictionaries are QVariantMap, arrays QVariantList, strings QString, integers qint64, dates QDateTime, data
@@ -19,4 +19,4 @@ QVariant propertyListFromData(const QByteArray& data);
 /// with a log line, when there is none that can be read.
 Bundle bundleWithPath(const QString& folder);
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -10,7 +10,7 @@
 #include <limits>
 #include <optional>
 
-namespace platform {
+namespace velmora::platform {
 
 namespace {
 
@@ -188,4 +188,4 @@ class Reader {
 
 QVariant valueOfBinaryPropertyList(const QByteArray& data) { return Reader(data).read(); }
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -4,7 +4,7 @@
 #include <QByteArray>
 #include <QVariant>
 
-namespace platform {
+namespace velmora::platform {
 
 /// What nests deeper, or holds more values, is no property list that anybody wrote.
 inline constexpr int DeepestPropertyList = 64;
@@ -17,4 +17,4 @@ inline constexpr int MostPropertyListValues = 100000;
 /// (Core Foundation) describes it, whose type names stand beside the codes.
 QVariant valueOfBinaryPropertyList(const QByteArray& data);
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -7,7 +7,7 @@
 
 class QWidget;
 
-namespace platform {
+namespace velmora::platform {
 
 /// A question or a notice. A button with an empty title is not shown. Escape presses the button titled as the
 /// platform's "Cancel" where there is one.
@@ -45,4 +45,4 @@ class Alerts {
                                         DidEnd didEnd) = 0;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -3,7 +3,7 @@
 
 #include <QPoint>
 
-namespace platform {
+namespace velmora::platform {
 
 /// The small signs that the desktop gives.
 class Effects {
@@ -15,4 +15,4 @@ class Effects {
   virtual void showPoof(const QPoint& screenPoint) = 0;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

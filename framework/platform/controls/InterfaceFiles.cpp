@@ -7,7 +7,7 @@
 
 #include "base/log/Log.h"
 
-namespace platform {
+namespace velmora::platform {
 
 namespace {
 
@@ -43,10 +43,10 @@ std::unique_ptr<QWidget> InterfaceFiles::load(const QString& name) const {
     Loader loader(factories_);
     std::unique_ptr<QWidget> window(loader.load(&file));
     if (window) return window;
-    logLine(QStringLiteral("Interface file %1: %2").arg(file.fileName(), loader.errorString()));
+    base::logLine(QStringLiteral("Interface file %1: %2").arg(file.fileName(), loader.errorString()));
   }
-  logLine(QStringLiteral("Interface file %1 not found").arg(name));
+  base::logLine(QStringLiteral("Interface file %1 not found").arg(name));
   return nullptr;
 }
 
-}  // namespace platform
+}  // namespace velmora::platform

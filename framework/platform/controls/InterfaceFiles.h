@@ -9,7 +9,7 @@
 
 class QWidget;
 
-namespace platform {
+namespace velmora::platform {
 
 /// Finds and loads the interface files (Qt Designer's .ui) by name: the application's own first, then the
 /// framework's.
@@ -30,4 +30,4 @@ class InterfaceFiles {
   QMap<QString, WidgetFactory> factories_;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <QUrl>
 
-namespace platform {
+namespace velmora::platform {
 
 /// The panel in which the user chooses files or folders to open.
 struct OpenPanel {
@@ -41,4 +41,4 @@ class Panels {
   virtual int runModal(SavePanel& panel) = 0;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -9,7 +9,7 @@
 
 #include "base/log/Guard.h"
 
-namespace platform {
+namespace velmora::platform {
 
 namespace {
 
@@ -117,7 +117,7 @@ bool TextFieldEditing::begin() {
   const QPointer<TextFieldEditing> self(this);
   asking_ = true;
   bool allowed = false;
-  guarded("text field", [&] { allowed = delegate_->controlTextShouldBeginEditing(field_); });
+  base::guarded("text field", [&] { allowed = delegate_->controlTextShouldBeginEditing(field_); });
   if (!self) return false;
   asking_ = false;
   if (!allowed) {
@@ -126,7 +126,7 @@ bool TextFieldEditing::begin() {
     return false;
   }
   editing_ = true;
-  if (delegate_) guarded("text field", [&] { delegate_->controlTextDidBeginEditing(field_); });
+  if (delegate_) base::guarded("text field", [&] { delegate_->controlTextDidBeginEditing(field_); });
   return self != nullptr;
 }
 
@@ -139,7 +139,7 @@ void TextFieldEditing::end() {
     if (!proper.isNull() && proper != text) field_->setText(proper);
     markIfImproper();
   }
-  if (delegate_) guarded("text field", [&] { delegate_->controlTextDidEndEditing(field_); });
+  if (delegate_) base::guarded("text field", [&] { delegate_->controlTextDidEndEditing(field_); });
 }
 
 void TextFieldEditing::abandon() {
@@ -220,4 +220,4 @@ bool TextFieldEditing::eventFilter(QObject* watched, QEvent* event) {
   }
 }
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -5,7 +5,7 @@
 #include <QObject>
 #include <functional>
 
-namespace platform {
+namespace velmora::platform {
 
 /// Is told when the user begins and ends editing a text field.
 class TextFieldDelegate {
@@ -68,4 +68,4 @@ class TextFieldEditing : public QObject {
   bool asking_ = false;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -4,7 +4,7 @@
 #include <QKeyEvent>
 #include <QWidget>
 
-namespace platform {
+namespace velmora::platform {
 
 namespace {
 
@@ -45,4 +45,4 @@ void ignoreWheelWithoutFocus(QWidget* widget) {
   if (widget) widget->installEventFilter(new WheelGuard(widget));
 }
 
-}  // namespace platform
+}  // namespace velmora::platform

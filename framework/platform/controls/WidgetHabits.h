@@ -3,7 +3,7 @@
 
 class QWidget;
 
-namespace platform {
+namespace velmora::platform {
 
 /// The arrow keys belong to the widget while it has the keyboard, whatever button has them as its key.
 void keepArrowKeys(QWidget* widget);
@@ -12,4 +12,4 @@ void keepArrowKeys(QWidget* widget);
 /// nothing: a patient's data is changed on purpose or not at all.
 void ignoreWheelWithoutFocus(QWidget* widget);
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-namespace platform {
+namespace velmora::platform {
 
 /// The running program.
 class Application {
@@ -13,4 +13,4 @@ class Application {
   virtual void showHelp() = 0;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -13,7 +13,7 @@
 #include "platform/controls/TextFieldEditing.h"
 #include "platform/documents/WindowController.h"
 
-namespace platform {
+namespace velmora::platform {
 
 Document::Document(Services& services) : services_(services) {}
 Document::~Document() = default;
@@ -24,23 +24,23 @@ void Document::setFileURL(const QUrl& url) {
 }
 
 QString Document::displayName() const {
-  if (!fileURL_.isEmpty()) return deletingPathExtension(QFileInfo(fileURL_.toLocalFile()).fileName());
+  if (!fileURL_.isEmpty()) return base::deletingPathExtension(QFileInfo(fileURL_.toLocalFile()).fileName());
   const QString untitled = localizedString("Document", "Untitled");
   return untitledNumber_ > 1 ? QStringLiteral("%1 %2").arg(untitled).arg(untitledNumber_) : untitled;
 }
 
-FileResult Document::readFromURL(const QUrl& url) {
+base::FileResult Document::readFromURL(const QUrl& url) {
   QByteArray data;
   const QString path = url.toLocalFile();
-  FileResult result = services_.fileManager.readFile(path, data, largestFile());
+  base::FileResult result = services_.fileManager.readFile(path, data, largestFile());
   if (!result.ok()) return result;
   try {
-    result = readFromData(data, pathExtension(path));
+    result = readFromData(data, base::pathExtension(path));
   } catch (const std::exception& failure) {
-    result = FileResult::failure(QString::fromUtf8(failure.what()));
+    result = base::FileResult::failure(QString::fromUtf8(failure.what()));
   }
   if (!result.ok()) return result;
-  fileType_ = pathExtension(path);
+  fileType_ = base::pathExtension(path);
   setFileURL(url);
   didReadFile(data);
   updateChangeCount(ChangeType::Cleared);
@@ -158,4 +158,4 @@ void Document::printDocument(const QVariantMap&, bool, DidPrint didPrint) {
   if (didPrint) didPrint(this, false);
 }
 
-}  // namespace platform
+}  // namespace velmora::platform

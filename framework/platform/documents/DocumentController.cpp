@@ -20,7 +20,7 @@
 #include "platform/Services.h"
 #include "platform/controls/TextFieldEditing.h"
 
-namespace platform {
+namespace velmora::platform {
 
 namespace {
 
@@ -96,7 +96,7 @@ Document* DocumentController::adopt(std::unique_ptr<Document> document, bool dis
 void DocumentController::newDocument() { openUntitledDocument(true); }
 
 Document* DocumentController::openUntitledDocument(bool display) {
-  requireValue(static_cast<bool>(factory_), "DocumentController");
+  base::requireValue(static_cast<bool>(factory_), "DocumentController");
   auto document = factory_();
   document->setUntitledNumber(firstFreeUntitledNumber());
   return adopt(std::move(document), display);
@@ -114,7 +114,7 @@ bool DocumentController::openDocuments(const QList<QUrl>& urls) {
   for (Document* document : documents()) before.append(document);
   bool openedOne = false;
   for (const QUrl& url : urls) {
-    guarded("open", [&] {
+    base::guarded("open", [&] {
       QString error;
       if (openDocumentWithContentsOfURL(url, true, &error)) {
         openedOne = true;
@@ -151,9 +151,9 @@ Document* DocumentController::openDocumentWithContentsOfURL(const QUrl& url, boo
     if (display) open->showWindows();
     return open;
   }
-  requireValue(static_cast<bool>(factory_), "DocumentController");
+  base::requireValue(static_cast<bool>(factory_), "DocumentController");
   auto document = factory_();
-  const FileResult read = document->readFromURL(url);
+  const base::FileResult read = document->readFromURL(url);
   if (!read.ok()) {
     if (error) *error = read.error;
     return nullptr;
@@ -242,7 +242,7 @@ void DocumentController::terminate() {
           terminating_ = false;
           return;
         }
-        guarded("end", [this] { applicationWillTerminate(); });
+        base::guarded("end", [this] { applicationWillTerminate(); });
         services_.application.stop();
       });
     } catch (...) {
@@ -258,7 +258,7 @@ bool DocumentController::sessionMayEnd(bool userCanBeAsked) {
     // What stands in the fields is kept without that. And one document that fails must not take the others
     // with it.
     for (Document* document : documents()) {
-      guarded("session end", [document] { document->keepUnsavedChanges(); });
+      base::guarded("session end", [document] { document->keepUnsavedChanges(); });
     }
     return true;
   }
@@ -302,4 +302,4 @@ void DocumentController::lastDocumentClosed(bool userLeaves) {
   }
 }
 
-}  // namespace platform
+}  // namespace velmora::platform

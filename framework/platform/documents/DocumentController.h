@@ -11,7 +11,7 @@
 
 #include "platform/documents/Document.h"
 
-namespace platform {
+namespace velmora::platform {
 
 struct OpenPanel;
 
@@ -120,4 +120,4 @@ class DocumentController : public QObject {
   bool keepsBlankDocument_ = false;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -11,18 +11,18 @@
 #include "platform/controls/Panels.h"
 #include "platform/Services.h"
 
-namespace platform {
+namespace velmora::platform {
 
 namespace {
 
 /// What the call answers; what it throws is a failure too.
-FileResult attempted(const std::function<FileResult()>& call) {
+base::FileResult attempted(const std::function<base::FileResult()>& call) {
   try {
     return call();
   } catch (const std::exception& failure) {
-    return FileResult::failure(QString::fromUtf8(failure.what()));
+    return base::FileResult::failure(QString::fromUtf8(failure.what()));
   } catch (...) {
-    return FileResult::failure(QString());
+    return base::FileResult::failure(QString());
   }
 }
 
@@ -49,7 +49,7 @@ void Document::runModalSavePanelForSaveOperation(SaveOperation operation, DidSav
   const QUrl fileBefore = fileURL_;
   bool chosen = false;
   // A panel that could not be set up, for want of a folder that can be named, still lets the record be saved.
-  if (!guarded("save panel", [&] { chosen = prepareSavePanel(panel); })) chosen = true;
+  if (!base::guarded("save panel", [&] { chosen = prepareSavePanel(panel); })) chosen = true;
   if (chosen) {
     panel.requiredFileType = fileTypeFromLastRunSavePanel();
     panel.nameFieldStringValue = QFileInfo(fileURL_.toLocalFile()).fileName();
@@ -66,8 +66,8 @@ void Document::runModalSavePanelForSaveOperation(SaveOperation operation, DidSav
   saveToURL(panel.url, fileTypeFromLastRunSavePanel(), operation, std::move(didSave));
 }
 
-FileResult Document::contentToKeep(const QString& typeName, QByteArray& data) {
-  const FileResult result = attempted([&] {
+base::FileResult Document::contentToKeep(const QString& typeName, QByteArray& data) {
+  const base::FileResult result = attempted([&] {
     takeFromWindows();
     return dataOfType(typeName, data);
   });
@@ -77,7 +77,7 @@ FileResult Document::contentToKeep(const QString& typeName, QByteArray& data) {
 
 void Document::saveToURL(const QUrl& url, const QString& typeName, SaveOperation operation, DidSave didSave) {
   QByteArray data;
-  FileResult result = contentToKeep(typeName, data);
+  base::FileResult result = contentToKeep(typeName, data);
   if (result.ok()) result = attempted([&] { return writeToURL(url, data, operation); });
   sinceLastSave_ = Whereabouts::OnlyHere;
   sinceLastSave_ = result.ok() ? Whereabouts::Kept : presentSaveError(url, data, result.error);
@@ -101,7 +101,7 @@ void Document::replaceOtherDocumentsOf(const QUrl& url) {
 
 void Document::documentDidSave(Document*, bool) {}
 
-FileResult Document::writeToURL(const QUrl& url, const QByteArray& data, SaveOperation) {
+base::FileResult Document::writeToURL(const QUrl& url, const QByteArray& data, SaveOperation) {
   return services_.fileManager.writeDurably(url.toLocalFile(), data);
 }
 
@@ -113,4 +113,4 @@ Whereabouts Document::presentSaveError(const QUrl& url, const QByteArray&, const
   return Whereabouts::OnlyHere;
 }
 
-}  // namespace platform
+}  // namespace velmora::platform

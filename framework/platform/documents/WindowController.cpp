@@ -13,7 +13,7 @@
 #include "platform/Services.h"
 #include "platform/controls/TextFieldEditing.h"
 
-namespace platform {
+namespace velmora::platform {
 
 WindowController::WindowController(Services& services, QString windowNibName)
     : services_(services), windowNibName_(std::move(windowNibName)) {}
@@ -66,22 +66,22 @@ bool WindowController::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Close:
       if (!document_) return false;
       event->ignore();
-      guarded("window close", [this] { document_->performClose(); });
+      base::guarded("window close", [this] { document_->performClose(); });
       return true;
     case QEvent::WindowActivate:
       if (document_ && services_.documentController) {
         services_.documentController->noteDocumentIsFront(document_);
       }
-      guarded("window activation", [this] { windowDidBecomeKey(); });
+      base::guarded("window activation", [this] { windowDidBecomeKey(); });
       return false;
     case QEvent::MouseButtonPress:
-      guarded("mouse", [&] { mouseDown(mouse()); });
+      base::guarded("mouse", [&] { mouseDown(mouse()); });
       return false;
     case QEvent::MouseMove:
-      guarded("mouse", [&] { mouseDragged(mouse()); });
+      base::guarded("mouse", [&] { mouseDragged(mouse()); });
       return false;
     case QEvent::MouseButtonRelease:
-      guarded("mouse", [&] {
+      base::guarded("mouse", [&] {
         const MouseEvent up = mouse();
         mouseUp(&up);
       });
@@ -91,4 +91,4 @@ bool WindowController::eventFilter(QObject* watched, QEvent* event) {
   }
 }
 
-}  // namespace platform
+}  // namespace velmora::platform

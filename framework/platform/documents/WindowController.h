@@ -8,7 +8,7 @@
 
 class QWidget;
 
-namespace platform {
+namespace velmora::platform {
 
 class Document;
 struct Services;
@@ -64,11 +64,11 @@ class WindowController : public QObject {
   Document* document_ = nullptr;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform
 
 #include <QWidget>
 
 template <typename Widget>
-Widget* platform::WindowController::outlet(const QString& objectName) {
+Widget* velmora::platform::WindowController::outlet(const QString& objectName) {
   return window()->findChild<Widget*>(objectName);
 }

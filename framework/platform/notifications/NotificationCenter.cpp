@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace velmora::platform {
 
 void NotificationCenter::addObserver(const QObject* observer, const QString& name, Handler handler) {
   registrations_.push_back(std::make_shared<Registration>(
@@ -29,4 +29,4 @@ void NotificationCenter::postNotificationName(const QString& name, const QVarian
   }
 }
 
-}  // namespace platform
+}  // namespace velmora::platform

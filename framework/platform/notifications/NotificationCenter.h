@@ -11,7 +11,7 @@
 #include <optional>
 #include <vector>
 
-namespace platform {
+namespace velmora::platform {
 
 /// What an observer is told: the name, the object it is about, and a dictionary of details.
 struct Notification {
@@ -66,4 +66,4 @@ class DistributedNotificationCenter {
                                     const QVariantMap& userInfo) = 0;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

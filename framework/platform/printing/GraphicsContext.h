@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-namespace platform {
+namespace velmora::platform {
 
 /// Tells drawing code what it draws for. A window is drawn for the screen, except while it is grabbed for an
 /// image or printed; marks that belong to the screen alone (the highlight of the current examination) ask
@@ -26,4 +26,4 @@ class GraphicsContext {
   int offScreen_ = 0;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -7,7 +7,7 @@
 
 class QWidget;
 
-namespace platform {
+namespace velmora::platform {
 
 /// How pages are laid out. One object serves the whole application.
 struct PrintInfo {
@@ -40,4 +40,4 @@ class Printer {
   virtual bool hasPrinter() const { return true; }
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -5,7 +5,7 @@
 
 #include "base/log/Guard.h"
 
-namespace platform {
+namespace velmora::platform {
 
 void RunLoop::performAfterDelay(const QObject* owner, double seconds, Call call) {
   insert(owner, uptime() + std::max(0.0, seconds), std::move(call));
@@ -47,7 +47,7 @@ void RunLoop::runDueCalls() {
     }
     const std::optional<Pending> next = takeDue(time);
     if (!next) break;
-    if (next->owner) guarded("timed call", next->call);
+    if (next->owner) base::guarded("timed call", next->call);
   }
   running_ = false;
   scheduleChanged();
@@ -67,4 +67,4 @@ RunLoop::ModalSession::~ModalSession() {
   if (runLoop_.modalSessions_ == 0) runLoop_.scheduleChanged();
 }
 
-}  // namespace platform
+}  // namespace velmora::platform

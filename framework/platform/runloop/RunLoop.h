@@ -11,7 +11,7 @@
 #include <mutex>
 #include <optional>
 
-namespace platform {
+namespace velmora::platform {
 
 /// The main thread's timed calls and hand-offs, and the clock that goes with them.
 ///
@@ -86,4 +86,4 @@ class RunLoop {
   bool running_ = false;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-namespace platform {
+namespace velmora::platform {
 
 /// A stretch of a text, in UTF-16 code units as QString counts them.
 struct TextRange {
@@ -61,4 +61,4 @@ class Scripts {
   virtual void stopRunning() {}
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -3,7 +3,7 @@
 
 #include <QTimeZone>
 
-namespace platform {
+namespace velmora::platform {
 
 void UserDefaults::registerDefaults(const QVariantMap& defaults) { registered_.insert(defaults); }
 
@@ -84,4 +84,4 @@ void UserDefaults::setInteger(qint64 value, const QString& key) { storeValue(key
 
 QDateTime distantPast() { return QDateTime(QDate(1, 1, 1), QTime(0, 0), QTimeZone::utc()); }
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QVariantMap>
 
-namespace platform {
+namespace velmora::platform {
 
 /// The user's settings: string keys, typed values. Beneath the stored values lies a registration domain of
 /// defaults that lives in memory only; a stored value overrides it. Nothing is cached: every read asks the
@@ -44,4 +44,4 @@ class UserDefaults {
 /// The platform's "never": 0001-01-01T00:00:00Z.
 QDateTime distantPast();
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -3,7 +3,7 @@
 
 #include <QRegularExpression>
 
-namespace platform {
+namespace velmora::platform {
 
 namespace {
 
@@ -131,4 +131,4 @@ QDateTime noonOf(const QDate& day) {
   return later.isValid() ? later : noon;
 }
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -6,7 +6,7 @@
 #include <QLocale>
 #include <QString>
 
-namespace platform {
+namespace velmora::platform {
 
 /// Dates and times as the user reads and types them, in the locale's own style.
 ///
@@ -46,4 +46,4 @@ class DateFormatter {
 /// clocks jumped over noon; invalid for a day that the local time zone left out.
 QDateTime noonOf(const QDate& day);
 
-}  // namespace platform
+}  // namespace velmora::platform

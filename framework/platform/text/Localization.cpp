@@ -3,7 +3,7 @@
 
 #include <QCoreApplication>
 
-namespace platform {
+namespace velmora::platform {
 
 QString localizedString(const char* table, const char* english) {
   return QCoreApplication::translate(table, english);
@@ -26,4 +26,4 @@ QString formatted(const QString& format, const QStringList& arguments) {
   return result;
 }
 
-}  // namespace platform
+}  // namespace velmora::platform

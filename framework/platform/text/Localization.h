@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace platform {
+namespace velmora::platform {
 
 /// The user's wording of an English text. A string table is a translation context of the same name; the
 /// English text is the key, and is itself the answer where there is no translation.
@@ -14,4 +14,4 @@ QString localizedString(const char* table, const char* english);
 /// placeholders, so an identifier that contains "%@" stays what it is.
 QString formatted(const QString& format, const QStringList& arguments);
 
-}  // namespace platform
+}  // namespace velmora::platform

@@ -7,7 +7,7 @@
 #include <QUrl>
 #include <functional>
 
-namespace platform {
+namespace velmora::platform {
 
 /// What came of asking for a web page.
 struct WebAnswer {
@@ -36,4 +36,4 @@ inline bool isWebAddress(const QUrl& url) {
          (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https"));
 }
 
-}  // namespace platform
+}  // namespace velmora::platform

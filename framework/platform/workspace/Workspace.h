@@ -4,7 +4,7 @@
 #include <QString>
 #include <QUrl>
 
-namespace platform {
+namespace velmora::platform {
 
 /// The desktop around the application.
 class Workspace {
@@ -19,4 +19,4 @@ class Workspace {
   virtual QString absolutePathForAppBundleWithIdentifier(const QString& identifier) const = 0;
 };
 
-}  // namespace platform
+}  // namespace velmora::platform

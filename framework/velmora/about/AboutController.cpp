@@ -17,6 +17,8 @@
 #include "platform/runloop/RunLoop.h"
 #include "platform/Services.h"
 
+using namespace velmora;
+
 namespace {
 
 /// How long the splash stays, in seconds.
@@ -39,7 +41,7 @@ void AboutController::windowDidLoad() {
   statusField_ = outlet<QLabel>(QStringLiteral("statusField"));
   if (auto* help = outlet<QPushButton>(QStringLiteral("helpButton"))) {
     QObject::connect(help, &QPushButton::clicked, this,
-                     [this, help] { platform::guarded("button", [&] { doHelp(help); }); });
+                     [this, help] { base::guarded("button", [&] { doHelp(help); }); });
   }
 
   auto* escape = new QShortcut(Qt::Key_Escape, window());
@@ -72,7 +74,7 @@ void AboutController::setBackgroundGradient() {
   gradient.setColorAt(1.0, QColor::fromRgbF(0.5f, 0.5f, 0.5f));
 
   QImage image(window()->frameSize(), QImage::Format_RGB32);
-  platform::requireValue(!image.isNull(), "AboutController");
+  base::requireValue(!image.isNull(), "AboutController");
   {
     QPainter painter(&image);
     painter.fillRect(image.rect(), gradient);

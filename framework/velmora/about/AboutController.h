@@ -8,9 +8,9 @@
 
 /// The about window. At the start it is the splash, which closes itself after three seconds; later showings
 /// stay until a click. Its status line tells how the start-up goes on.
-class AboutController : public platform::WindowController {
+class AboutController : public velmora::platform::WindowController {
  public:
-  explicit AboutController(platform::Services& services);
+  explicit AboutController(velmora::platform::Services& services);
 
   /// Puts a text into the status line, whether or not the window is on the screen, once it has been loaded.
   void showStatusString(const QString& status);
@@ -20,10 +20,10 @@ class AboutController : public platform::WindowController {
   // A click, unless it is the button's, closes the window; a drag that lasted longer than a tenth of a second
   // does not.
 
-  void mouseDown(const platform::MouseEvent& event) override;
-  void mouseDragged(const platform::MouseEvent& event) override;
+  void mouseDown(const velmora::platform::MouseEvent& event) override;
+  void mouseDragged(const velmora::platform::MouseEvent& event) override;
   /// No event stands for the moment at which the splash closes itself.
-  void mouseUp(const platform::MouseEvent* event) override;
+  void mouseUp(const velmora::platform::MouseEvent* event) override;
   /// Empties the status line.
   void windowDidBecomeKey() override;
 

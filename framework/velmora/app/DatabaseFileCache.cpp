@@ -22,11 +22,11 @@ void DatabaseFileCache::cacheDatabaseFiles() {
   const platform::UserDefaults& defaults = services_.defaults;
   if (!defaults.boolForKey(settings::AutoSave)) return;
   showStatus_(platform::localizedString("VelmoraAppController", "Caching database..."));
-  const QString folder = platform::expandingTildeInPath(defaults.stringForKey(settings::SaveDirectory));
+  const QString folder = base::expandingTildeInPath(defaults.stringForKey(settings::SaveDirectory));
   services_.fileManager.enumeratorAtPath(folder, [&](const QString& relativePath) {
     const QString dataFileExtension = defaults.stringForKey(settings::DataFileExtension);
-    if (!dataFileExtension.isEmpty() && platform::pathExtension(relativePath) == dataFileExtension) {
-      names_.append(platform::deletingPathExtension(relativePath));
+    if (!dataFileExtension.isEmpty() && base::pathExtension(relativePath) == dataFileExtension) {
+      names_.append(base::deletingPathExtension(relativePath));
     }
     return true;
   });
@@ -37,7 +37,7 @@ void DatabaseFileCache::cacheDatabaseFiles() {
 }
 
 void DatabaseFileCache::add(const QString& fileName) {
-  const QString name = platform::deletingPathExtension(fileName.section(QLatin1Char('/'), -1));
+  const QString name = base::deletingPathExtension(fileName.section(QLatin1Char('/'), -1));
   if (!names_.contains(name)) names_.append(name);
 }
 

@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <functional>
 
-namespace platform {
+namespace velmora::platform {
 struct Services;
 }
 

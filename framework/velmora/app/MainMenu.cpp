@@ -21,7 +21,7 @@
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/document/VelmoraDocument.h"
 
-using platform::localizedString;
+using velmora::platform::localizedString;
 
 namespace velmora {
 
@@ -56,7 +56,7 @@ class MenuMaker {
     menu->setObjectName(QString::fromLatin1(name));
     const VelmoraAppController& controller = controller_;
     QObject::connect(menu, &QMenu::aboutToShow, &window_, [&controller, menu] {
-      platform::guarded("menu", [&] {
+      base::guarded("menu", [&] {
         for (QAction* action : menu->actions()) {
           if (!action->isSeparator())
             action->setEnabled(controller.validateMenuItem(titleWithoutMnemonic(action->text())));
@@ -76,7 +76,7 @@ class MenuMaker {
     action->setObjectName(QString::fromLatin1(name));
     action->setShortcut(keys);
     QObject::connect(action, &QAction::triggered, &window_,
-                     [command = std::move(command)] { platform::guarded("menu", command); });
+                     [command = std::move(command)] { base::guarded("menu", command); });
     return action;
   }
 
@@ -140,7 +140,7 @@ class MenuMaker {
   void makeEditMenu(QMenu* menu) {
     auto* items = new TextEditItems(menu, &window_);
     QObject::connect(menu, &QMenu::aboutToShow, items,
-                     [items] { platform::guarded("menu", [&] { items->validate(); }); });
+                     [items] { base::guarded("menu", [&] { items->validate(); }); });
     menu->addSeparator();
     add(menu, localizedString("VelmoraAppController", "Prefere&nces..."), "doPreferences",
         QKeySequence(Qt::CTRL | Qt::Key_Comma), onApplication(&VelmoraAppController::doPreferences));
@@ -205,7 +205,7 @@ void installWindowShortcuts(platform::Services& services, VelmoraAppController& 
     }
     auto* shortcut = new QShortcut(keys, window);
     QObject::connect(shortcut, &QShortcut::activated, window,
-                     [command = std::move(command)] { platform::guarded("shortcut", command); });
+                     [command = std::move(command)] { base::guarded("shortcut", command); });
   };
   // As the window's close button does, with whatever the window makes of that.
   add(CloseKeys, [window] { window->close(); });

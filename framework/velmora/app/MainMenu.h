@@ -5,10 +5,10 @@
 
 class VelmoraAppController;
 
-namespace platform {
+namespace velmora::platform {
 struct Services;
 class WindowController;
-}  // namespace platform
+}  // namespace velmora::platform
 
 namespace velmora {
 

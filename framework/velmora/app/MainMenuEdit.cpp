@@ -17,7 +17,7 @@
 #include "base/log/Guard.h"
 #include "platform/text/Localization.h"
 
-using platform::localizedString;
+using velmora::platform::localizedString;
 
 namespace velmora {
 
@@ -119,7 +119,7 @@ TextEditItems::TextEditItems(QMenu* menu, QWidget* window) : QObject(window), wi
   add(menu, localizedString("VelmoraAppController", "Select &All"), "doSelectAll", QKeySequence::SelectAll,
       canSelect, call([](auto& field) { field.selectAll(); }));
   connect(qApp, &QApplication::focusChanged, this,
-          [this](QWidget*, QWidget* now) { platform::guarded("focus", [&] { focusMoved(now); }); });
+          [this](QWidget*, QWidget* now) { base::guarded("focus", [&] { focusMoved(now); }); });
   focusMoved(QApplication::focusWidget());
 }
 
@@ -135,7 +135,7 @@ void TextEditItems::add(QMenu* menu, const QString& title, const char* name, con
   action->setObjectName(QString::fromLatin1(name));
   action->setShortcut(keys);
   connect(action, &QAction::triggered, this, [this, possible, command = std::move(command)] {
-    platform::guarded("menu", [&] {
+    base::guarded("menu", [&] {
       // By its keys an item is chosen without the menu having been opened, and so looked at, before.
       if (field_ && possible(field_)) command(field_);
     });

@@ -11,7 +11,7 @@
 #include "platform/controls/TextFieldEditing.h"
 #include "velmora/app/VelmoraAppController.h"
 
-using platform::localizedString;
+using velmora::platform::localizedString;
 
 namespace velmora {
 
@@ -26,7 +26,7 @@ void fill(platform::Services& services, VelmoraAppController& controller, QMenu*
         menu->addAction(RecentDocuments::titleOf(path, paths).replace(QLatin1Char('&'), QLatin1String("&&")));
     recent->setData(path);
     QObject::connect(recent, &QAction::triggered, window, [&services, &controller, path, window] {
-      platform::guarded("menu", [&] {
+      base::guarded("menu", [&] {
         platform::TextFieldEditing::endEditing(window);
         services.runLoop.performAfterDelay(&controller, 0,
                                            [&controller, path] { controller.openRecentDocument(path); });
@@ -36,15 +36,14 @@ void fill(platform::Services& services, VelmoraAppController& controller, QMenu*
   if (!paths.isEmpty()) menu->addSeparator();
   QAction* clear = menu->addAction(localizedString("VelmoraAppController", "&Clear Menu"));
   clear->setObjectName(QStringLiteral("doClearRecentDocuments"));
-  QObject::connect(clear, &QAction::triggered, window, [&controller] {
-    platform::guarded("menu", [&] { controller.recentDocuments().clear(); });
-  });
+  QObject::connect(clear, &QAction::triggered, window,
+                   [&controller] { base::guarded("menu", [&] { controller.recentDocuments().clear(); }); });
   QAction* remember = menu->addAction(localizedString("VelmoraAppController", "&Remember Recent Documents"));
   remember->setObjectName(QStringLiteral("doRememberRecentDocuments"));
   remember->setCheckable(true);
   remember->setChecked(controller.recentDocuments().remembers());
   QObject::connect(remember, &QAction::triggered, window, [&controller](bool remembers) {
-    platform::guarded("menu", [&] { controller.recentDocuments().setRemembers(remembers); });
+    base::guarded("menu", [&] { controller.recentDocuments().setRemembers(remembers); });
   });
 }
 
@@ -53,7 +52,7 @@ void fill(platform::Services& services, VelmoraAppController& controller, QMenu*
 void makeRecentsMenu(platform::Services& services, VelmoraAppController& controller, QMenu* menu,
                      QWidget* window) {
   QObject::connect(menu, &QMenu::aboutToShow, window, [&services, &controller, menu, window] {
-    platform::guarded("menu", [&] { fill(services, controller, menu, window); });
+    base::guarded("menu", [&] { fill(services, controller, menu, window); });
   });
   // An empty menu does not open, and so would never be filled.
   fill(services, controller, menu, window);

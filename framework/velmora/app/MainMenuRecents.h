@@ -5,7 +5,7 @@ class QMenu;
 class QWidget;
 class VelmoraAppController;
 
-namespace platform {
+namespace velmora::platform {
 struct Services;
 }
 

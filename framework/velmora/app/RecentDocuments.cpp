@@ -15,7 +15,7 @@ namespace velmora {
 
 namespace {
 
-QString nameOf(const QString& path) { return platform::deletingPathExtension(QFileInfo(path).fileName()); }
+QString nameOf(const QString& path) { return base::deletingPathExtension(QFileInfo(path).fileName()); }
 
 }  // namespace
 
@@ -64,7 +64,7 @@ QString RecentDocuments::titleOf(const QString& path, const QStringList& among) 
   const auto namesakes = std::count_if(among.begin(), among.end(),
                                        [&name](const QString& other) { return nameOf(other) == name; });
   if (namesakes < 2) return name;
-  return QStringLiteral("%1 (%2)").arg(name, platform::abbreviatingWithTildeInPath(QFileInfo(path).path()));
+  return QStringLiteral("%1 (%2)").arg(name, base::abbreviatingWithTildeInPath(QFileInfo(path).path()));
 }
 
 }  // namespace velmora

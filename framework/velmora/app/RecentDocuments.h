@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QUrl>
 
-namespace platform {
+namespace velmora::platform {
 class UserDefaults;
 }
 

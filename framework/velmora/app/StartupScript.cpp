@@ -31,7 +31,7 @@ void StartupScript::doLaunchScript() {
   script->executeAndReturnError(error);
   if (!error) return;
   if (living) showStatus_(platform::localizedString("VelmoraAppController", "Startup script error"));
-  platform::logLine(platform::formatted(QStringLiteral("Startup script error: %@"), {error->message}));
+  base::logLine(platform::formatted(QStringLiteral("Startup script error: %@"), {error->message}));
 }
 
 }  // namespace velmora

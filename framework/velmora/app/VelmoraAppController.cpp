@@ -21,6 +21,8 @@
 #include "velmora/resources/FrameworkResources.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 VelmoraAppController::VelmoraAppController(platform::Services& services)
     : DocumentController(services),
       orvVersion_(services),
@@ -53,8 +55,8 @@ void VelmoraAppController::showStatusString(const QString& status) {
 
 int VelmoraAppController::runModalOpenPanel(platform::OpenPanel& panel, const QStringList& fileTypes) {
   panel.directoryURL = QUrl::fromLocalFile(
-      platform::expandingTildeInPath(services().defaults.stringForKey(velmora::settings::SaveDirectory)));
-  platform::requireValue(panel.directoryURL.isValid(), "VelmoraAppController");
+      base::expandingTildeInPath(services().defaults.stringForKey(velmora::settings::SaveDirectory)));
+  base::requireValue(panel.directoryURL.isValid(), "VelmoraAppController");
   return DocumentController::runModalOpenPanel(panel, fileTypes);
 }
 

@@ -20,7 +20,7 @@ class AboutController;
 class BatchExportController;
 class PreferencesController;
 
-namespace platform {
+namespace velmora::platform {
 class UserDefaults;
 }
 
@@ -29,13 +29,13 @@ class UserDefaults;
 /// It registers the settings, asks the first-run questions, shows the splash, runs the steps of the start-up,
 /// hears link requests, paces link replies, and answers the menus. An application makes one, tells it how its
 /// documents are made (setDocumentFactory) and runs it on a desktop.
-class VelmoraAppController : public platform::DocumentController, public VelmoraApplicationDelegate {
+class VelmoraAppController : public velmora::platform::DocumentController, public VelmoraApplicationDelegate {
  public:
   /// Registers the defaults of the framework's settings. Done by the constructor, before anything reads a
   /// setting.
-  static void initialize(platform::UserDefaults& defaults);
+  static void initialize(velmora::platform::UserDefaults& defaults);
 
-  explicit VelmoraAppController(platform::Services& services);
+  explicit VelmoraAppController(velmora::platform::Services& services);
   ~VelmoraAppController() override;
 
   // Start and end.
@@ -55,14 +55,14 @@ class VelmoraAppController : public platform::DocumentController, public Velmora
 
   // The link with OsiriX.
 
-  void notifiedOfLinkFromOsirix(const platform::Notification& request) {
+  void notifiedOfLinkFromOsirix(const velmora::platform::Notification& request) {
     link_.notifiedOfLinkFromOsirix(request);
   }
-  void doLinkFromOsirix(const platform::Notification& request) { link_.doLinkFromOsirix(request); }
-  void deferredNewRecord(const platform::Notification& request) { link_.deferredNewRecord(request); }
-  void batchOpen(const platform::Notification& path) { batchOpenQueue_.batchOpen(path); }
+  void doLinkFromOsirix(const velmora::platform::Notification& request) { link_.doLinkFromOsirix(request); }
+  void deferredNewRecord(const velmora::platform::Notification& request) { link_.deferredNewRecord(request); }
+  void batchOpen(const velmora::platform::Notification& path) { batchOpenQueue_.batchOpen(path); }
   void delayBatchOpen() { batchOpenQueue_.delayBatchOpen(); }
-  void batchExportToOsirix(const platform::Notification& payload) {
+  void batchExportToOsirix(const velmora::platform::Notification& payload) {
     exportQueue_.batchExportToOsirix(payload);
   }
   void delayBatchExportToOsirix() { exportQueue_.delayBatchExportToOsirix(); }
@@ -118,10 +118,10 @@ class VelmoraAppController : public platform::DocumentController, public Velmora
   /// is told.
   void openRecentDocument(const QString& path);
 
-  int runModalOpenPanel(platform::OpenPanel& panel, const QStringList& fileTypes) override;
+  int runModalOpenPanel(velmora::platform::OpenPanel& panel, const QStringList& fileTypes) override;
   QStringList openableFileTypes() const override;
-  void documentWindowDidLoad(platform::WindowController& windowController) override;
-  bool isUntouched(const platform::Document& document) const override;
+  void documentWindowDidLoad(velmora::platform::WindowController& windowController) override;
+  bool isUntouched(const velmora::platform::Document& document) const override;
 
   /// What is known of the application's version.
   OrvVersion& orvVersion() { return orvVersion_; }

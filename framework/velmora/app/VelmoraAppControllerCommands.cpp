@@ -18,6 +18,8 @@
 #include "velmora/document/VelmoraDocument.h"
 #include "velmora/preferences/PreferencesController.h"
 
+using namespace velmora;
+
 namespace {
 
 const QString WebSite = QStringLiteral("https://velmora.org");

@@ -16,8 +16,10 @@
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
-using platform::localizedString;
+using velmora::platform::localizedString;
 
 namespace {
 
@@ -113,14 +115,14 @@ bool VelmoraAppController::offerPluginUpdate() {
 
 void VelmoraAppController::removeAbandonedFiles() {
   const platform::UserDefaults& defaults = services().defaults;
-  platform::FileManager& files = services().fileManager;
+  base::FileManager& files = services().fileManager;
   const QString bundleIdentifier = services().mainBundle.bundleIdentifier();
   const QStringList extensions{defaults.stringForKey(settings::DataFileExtension), QStringLiteral("jpg")};
   const auto folder = [&defaults](const QString& key) {
-    return platform::expandingTildeInPath(defaults.stringForKey(key));
+    return base::expandingTildeInPath(defaults.stringForKey(key));
   };
   // The save folder as deep as it is searched for data files, which is while they are saved automatically.
-  using Depth = platform::FileManager::Depth;
+  using Depth = base::FileManager::Depth;
   const Depth depth = defaults.boolForKey(settings::AutoSave) ? Depth::Everything : Depth::Folder;
   files.removeAbandonedFiles(folder(settings::SaveDirectory), extensions, depth);
   files.removeAbandonedFiles(folder(settings::ExportDirectory), extensions);
@@ -135,7 +137,7 @@ void VelmoraAppController::setUpDatabase() {
       platform::formatted(localizedString("VelmoraAppController", "~/Documents/%@ Data"),
                           {services().mainBundle.stringForInfoDictionaryKey(QStringLiteral("CFBundleName"))});
   // A failure shows itself when the first record is saved: the save panel then comes up.
-  services().fileManager.createDirectory(platform::expandingTildeInPath(path));
+  services().fileManager.createDirectory(base::expandingTildeInPath(path));
   services().defaults.setObject(path, settings::SaveDirectory);
   services().defaults.setObject(true, settings::AutoSave);
 }

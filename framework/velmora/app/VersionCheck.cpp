@@ -12,7 +12,7 @@
 #include "platform/settings/UserDefaults.h"
 #include "velmora/resources/SettingsKeys.h"
 
-using platform::localizedString;
+using velmora::platform::localizedString;
 
 namespace velmora {
 

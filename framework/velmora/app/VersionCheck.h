@@ -8,7 +8,7 @@
 
 class OrvVersion;
 
-namespace platform {
+namespace velmora::platform {
 struct Services;
 }
 

@@ -20,8 +20,10 @@
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
-using platform::localizedString;
+using velmora::platform::localizedString;
 
 namespace {
 /// A text, so that the default differs in kind from what is stored: both are read as an integer.
@@ -68,13 +70,13 @@ void BatchExportController::windowDidLoad() {
 }
 
 void BatchExportController::connectButtonBox() {
-  const auto cancel = [this] { platform::guarded("button", [this] { doCancel(this); }); };
+  const auto cancel = [this] { base::guarded("button", [this] { doCancel(this); }); };
   // Escape and the close box.
   if (auto* dialog = dynamic_cast<QDialog*>(window())) connect(dialog, &QDialog::rejected, this, cancel);
   auto* box = outlet<QDialogButtonBox>(QStringLiteral("buttonBox"));
   if (!box) return;
   connect(box, &QDialogButtonBox::accepted, this,
-          [this, box] { platform::guarded("button", [&] { doOK(box); }); });
+          [this, box] { base::guarded("button", [&] { doOK(box); }); });
   connect(box, &QDialogButtonBox::rejected, this, cancel);
   if (QPushButton* button = box->button(QDialogButtonBox::Cancel))
     button->setText(localizedString("OrvVersion", "Cancel"));
@@ -111,7 +113,7 @@ QString BatchExportController::destination() const {
   if (services().defaults.boolForKey(settings::ExportToOsiriX))
     return localizedString("BatchExportController", "The charts are sent to OsiriX.");
   // A long path may be broken after each of its folders.
-  QString folder = platform::abbreviatingWithTildeInPath(exportFolder());
+  QString folder = base::abbreviatingWithTildeInPath(exportFolder());
   folder.replace(QLatin1Char('/'), QStringLiteral("/\u200b"));
   return platform::formatted(
       localizedString(
@@ -144,7 +146,7 @@ void BatchExportController::doBatchExport() {
     }
     if (eraseOldFilesCheckBox_->isChecked()) doErasePreviouslyExportedFiles();
   }
-  const QString saveFolder = platform::expandingTildeInPath(defaults.stringForKey(settings::SaveDirectory));
+  const QString saveFolder = base::expandingTildeInPath(defaults.stringForKey(settings::SaveDirectory));
   exportFiles(velmora::recentFiles(services().fileManager, saveFolder,
                                    defaults.stringForKey(settings::DataFileExtension),
                                    services().runLoop.now(), howManyDays()));
@@ -161,7 +163,7 @@ void BatchExportController::exportFiles(const QStringList& paths) {
     session.processEvents();
     if (progress_.isStopped() || applicationIsEnding()) return;
     // What goes wrong with one record must not keep the others from being exported.
-    platform::guarded("batch export", [&] {
+    base::guarded("batch export", [&] {
       services().notificationCenter.postNotificationName(velmora::link::BatchOpenNotification, paths.at(i));
     });
   }
@@ -172,18 +174,18 @@ bool BatchExportController::applicationIsEnding() const {
 }
 
 void BatchExportController::doErasePreviouslyExportedFiles() {
-  platform::FileManager& files = services().fileManager;
+  base::FileManager& files = services().fileManager;
   const QString folder = exportFolder();
   if (!files.fileExistsAtPath(folder) || !files.isDirectory(folder)) return;
   for (const QString& name : files.contentsOfDirectoryAtPath(folder)) {
     const QString path = folder + QLatin1Char('/') + name;
     if (!files.fileExistsAtPath(path) || files.isDirectory(path)) continue;
-    if (platform::pathExtension(name).toUpper() == ChartExtension) files.removeItem(path);
+    if (base::pathExtension(name).toUpper() == ChartExtension) files.removeItem(path);
   }
 }
 
 QString BatchExportController::exportFolder() const {
-  return platform::expandingTildeInPath(services().defaults.stringForKey(settings::ExportDirectory));
+  return base::expandingTildeInPath(services().defaults.stringForKey(settings::ExportDirectory));
 }
 
 qint64 BatchExportController::howManyDays() const {

@@ -17,10 +17,10 @@
 /// "BatchOpen", within which the file is opened and exported. The window is loaded from the interface file
 /// "BatchExport"; its outlets are howManyDaysField, eraseOldFilesCheckBox, destinationField and the
 /// buttonBox with OK and Cancel.
-class BatchExportController : public platform::WindowController {
+class BatchExportController : public velmora::platform::WindowController {
  public:
   /// Registers the defaults of its two settings.
-  explicit BatchExportController(platform::Services& services);
+  explicit BatchExportController(velmora::platform::Services& services);
   ~BatchExportController() override;
 
   /// Shows the window; while an application-modal alert or panel is open, as soon as that has closed.

@@ -8,7 +8,9 @@
 #include "platform/text/Localization.h"
 #include "platform/Services.h"
 
-using platform::localizedString;
+using namespace velmora;
+
+using velmora::platform::localizedString;
 
 BatchProgress::BatchProgress(platform::Services& services)
     : WindowController(services, QStringLiteral("BatchProgress")) {}
@@ -18,7 +20,7 @@ void BatchProgress::windowDidLoad() {
   fileField_ = outlet<QLabel>(QStringLiteral("fileField"));
   progressBar_ = outlet<QProgressBar>(QStringLiteral("progressBar"));
   stopButton_ = outlet<QPushButton>(QStringLiteral("stopButton"));
-  const auto stopIt = [this] { platform::guarded("button", [this] { stop(); }); };
+  const auto stopIt = [this] { base::guarded("button", [this] { stop(); }); };
   if (stopButton_) QObject::connect(stopButton_, &QPushButton::clicked, this, stopIt);
   // Escape and the close box.
   if (auto* dialog = dynamic_cast<QDialog*>(window()))

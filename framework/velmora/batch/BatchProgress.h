@@ -14,9 +14,9 @@
 /// When charts then still wait to be sent to OsiriX it stays, out of the way of work, counts them down, and
 /// goes with the last one; if the user closes it, it stays away until the next batch export. Its outlets are
 /// statusField, fileField, progressBar and stopButton.
-class BatchProgress : public platform::WindowController {
+class BatchProgress : public velmora::platform::WindowController {
  public:
-  explicit BatchProgress(platform::Services& services);
+  explicit BatchProgress(velmora::platform::Services& services);
 
   /// Shows the window for the export of `count` files.
   void begin(qsizetype count);

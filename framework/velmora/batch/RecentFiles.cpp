@@ -40,12 +40,12 @@ bool isRecentEnough(const QDateTime& modified, const QDateTime& now, qint64 days
   return interval > ageLimit(days);
 }
 
-QStringList recentFiles(const platform::FileManager& fileManager, const QString& folder,
-                        const QString& extension, const QDateTime& now, qint64 days) {
+QStringList recentFiles(const base::FileManager& fileManager, const QString& folder, const QString& extension,
+                        const QDateTime& now, qint64 days) {
   QStringList paths;
   if (folder.isEmpty() || extension.isEmpty()) return paths;
   fileManager.enumeratorAtPath(folder, [&](const QString& relativePath) {
-    if (platform::pathExtension(relativePath) != extension) return true;
+    if (base::pathExtension(relativePath) != extension) return true;
     const QString path = folder + QLatin1Char('/') + relativePath;
     if (isRecentEnough(fileManager.modificationDate(path), now, days)) paths.append(path);
     return true;

@@ -5,9 +5,9 @@
 #include <QString>
 #include <QStringList>
 
-namespace platform {
+namespace velmora::base {
 class FileManager;
-}
+}  // namespace velmora::base
 
 /// Which data files a batch export takes: those modified less than a number of days ago.
 namespace velmora {
@@ -28,7 +28,7 @@ bool isRecentEnough(const QDateTime& modified, const QDateTime& now, qint64 days
 /// The entries with exactly that extension, at any depth below `folder`, that are recent enough, as paths
 /// that begin with `folder` and in the order in which the folder gives them. None without a folder or an
 /// extension.
-QStringList recentFiles(const platform::FileManager& fileManager, const QString& folder,
-                        const QString& extension, const QDateTime& now, qint64 days);
+QStringList recentFiles(const base::FileManager& fileManager, const QString& folder, const QString& extension,
+                        const QDateTime& now, qint64 days);
 
 }  // namespace velmora

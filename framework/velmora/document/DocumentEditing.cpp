@@ -8,7 +8,9 @@
 #include "platform/Services.h"
 #include "velmora/document/VelmoraDocument.h"
 
-using platform::localizedString;
+using namespace velmora;
+
+using velmora::platform::localizedString;
 
 bool VelmoraDocument::controlTextShouldBeginEditing(QLineEdit* control) {
   const bool guardedField = control && (control == referenceIDField_ || control == birthDateField_);

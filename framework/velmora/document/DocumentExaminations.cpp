@@ -11,7 +11,9 @@
 #include "platform/Services.h"
 #include "velmora/document/VelmoraDocument.h"
 
-using platform::localizedString;
+using namespace velmora;
+
+using velmora::platform::localizedString;
 
 void VelmoraDocument::doNewRecord(const QObject*) {
   holdsMoreThanIdentifier_ = true;

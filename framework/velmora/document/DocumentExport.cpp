@@ -24,7 +24,9 @@
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
-using platform::localizedString;
+using namespace velmora;
+
+using velmora::platform::localizedString;
 
 namespace {
 
@@ -88,9 +90,9 @@ void VelmoraDocument::doExport(bool interactive) {
   const QStringList tabs = velmora::tabLabels(tabView_);
   const QString fileName =
       velmora::chartFileName(preferredFileName(true), tabs, tabView_ ? tabView_->currentIndex() : -1);
-  QString folder = platform::expandingTildeInPath(defaults.stringForKey(velmora::settings::ExportDirectory));
+  QString folder = base::expandingTildeInPath(defaults.stringForKey(velmora::settings::ExportDirectory));
   if (!services().fileManager.fileExistsAtPath(folder)) {
-    folder = platform::expandingTildeInPath(QStringLiteral("~/Desktop/"));
+    folder = base::expandingTildeInPath(QStringLiteral("~/Desktop/"));
   }
   const QString path = folder + QLatin1Char('/') + fileName;
   if (services().fileManager.fileExistsAtPath(path)) {

@@ -14,11 +14,13 @@
 #include "velmora/document/VelmoraDocument.h"
 #include "velmora/resources/SettingsKeys.h"
 
-using platform::localizedString;
+using namespace velmora;
+
+using velmora::platform::localizedString;
 
 QString VelmoraDocument::dataFilePath(const QString& identifier) const {
-  return platform::expandingTildeInPath(services().defaults.stringForKey(velmora::settings::SaveDirectory)) +
-         QLatin1Char('/') + platform::appendingPathExtension(identifier, dataFileExtension_);
+  return base::expandingTildeInPath(services().defaults.stringForKey(velmora::settings::SaveDirectory)) +
+         QLatin1Char('/') + base::appendingPathExtension(identifier, dataFileExtension_);
 }
 
 bool VelmoraDocument::lookUp(const QString& identifier, bool askForConfirmation) {
@@ -90,7 +92,7 @@ void VelmoraDocument::closeInFavourOf(const QUrl& file) {
   // The document in which an identifier was entered is dropped for the file of that identifier: that is the
   // purpose. Where another record was in front when the viewer asked, its user should know what became of the
   // changes.
-  const QString name = platform::deletingPathExtension(file.fileName());
+  const QString name = base::deletingPathExtension(file.fileName());
   const bool another =
       !preferredFileName(false).isEmpty() && preferredFileName(false).compare(name, Qt::CaseInsensitive) != 0;
   const QString shownName = displayName();

@@ -10,7 +10,9 @@
 #include "platform/Services.h"
 #include "velmora/document/VelmoraDocument.h"
 
-using platform::localizedString;
+using namespace velmora;
+
+using velmora::platform::localizedString;
 
 namespace {
 constexpr qint64 RecentMilliseconds = 30000;
@@ -30,7 +32,7 @@ void VelmoraDocument::printDocument(const QVariantMap& settings, bool showPrintP
   if (QWidget* view = printableView())
     view->window()->setWindowTitle(preferredFileName(false) + QStringLiteral("[*]"));
   lastPrintedDate_ = services().runLoop.now();
-  platform::requireValue(lastPrintedDate_.isValid(), "VelmoraDocument");
+  base::requireValue(lastPrintedDate_.isValid(), "VelmoraDocument");
   OrvAutoNameDocument::printDocument(settings, showPrintPanel, std::move(didPrint));
   synchronizeWindowTitle();
 }

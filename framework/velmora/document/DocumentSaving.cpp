@@ -17,12 +17,14 @@
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
-using platform::localizedString;
+using namespace velmora;
+
+using velmora::platform::localizedString;
 
 namespace {
 
 QString saveFolder(const platform::Services& services) {
-  return platform::expandingTildeInPath(services.defaults.stringForKey(velmora::settings::SaveDirectory));
+  return base::expandingTildeInPath(services.defaults.stringForKey(velmora::settings::SaveDirectory));
 }
 
 }  // namespace
@@ -61,7 +63,7 @@ void VelmoraDocument::saveDocument(DidSave didSave) {
 bool VelmoraDocument::prepareSavePanel(platform::SavePanel& panel) {
   const QString folder = saveFolder(services());
   panel.directoryURL = QUrl::fromLocalFile(folder);
-  platform::requireValue(panel.directoryURL.isValid(), "VelmoraDocument");
+  base::requireValue(panel.directoryURL.isValid(), "VelmoraDocument");
   const QString name = preferredFileName(false);
   if (fileURL().isEmpty() && !name.isEmpty())
     setFileURL(QUrl::fromLocalFile(folder + QLatin1Char('/') + name));
@@ -80,7 +82,7 @@ void VelmoraDocument::runModalSavePanelForSaveOperation(platform::SaveOperation 
       folder + QLatin1Char('/') + preferredFileName(false) + QLatin1Char('.') + dataFileExtension_;
   const QUrl url = QUrl::fromLocalFile(path);
   bool saved = false;
-  saveToURL(url, platform::pathExtension(path), operation,
+  saveToURL(url, base::pathExtension(path), operation,
             [&saved, &didSave](platform::Document* document, bool did) {
               saved = did;
               if (didSave) didSave(document, did);

@@ -25,7 +25,9 @@
 #include "velmora/document/VelmoraGraphView.h"
 #include "velmora/resources/SettingsKeys.h"
 
-using platform::localizedString;
+using namespace velmora;
+
+using velmora::platform::localizedString;
 
 namespace {
 
@@ -59,7 +61,7 @@ void VelmoraDocument::windowControllerDidLoadNib(platform::WindowController& win
   printInfo.verticalPagination = platform::PrintInfo::Pagination::Fit;
 
   lastPrintedDate_ = platform::distantPast();
-  platform::requireValue(lastPrintedDate_.isValid(), "VelmoraDocument");
+  base::requireValue(lastPrintedDate_.isValid(), "VelmoraDocument");
   setDataFileExtension(services().defaults.stringForKey(velmora::settings::DataFileExtension));
   // Empty, not absent: both always travel with an exported chart.
   setName(QStringLiteral(""));
@@ -103,9 +105,8 @@ void VelmoraDocument::connectOutlets(QWidget* window) {
 void VelmoraDocument::connectButton(QAbstractButton* button,
                                     void (VelmoraDocument::*command)(const QObject*)) {
   if (!button) return;
-  QObject::connect(button, &QAbstractButton::clicked, this, [this, button, command] {
-    platform::guarded("button", [&] { (this->*command)(button); });
-  });
+  QObject::connect(button, &QAbstractButton::clicked, this,
+                   [this, button, command] { base::guarded("button", [&] { (this->*command)(button); }); });
 }
 
 void VelmoraDocument::becomeDelegateOfTextFields(QWidget* window) {

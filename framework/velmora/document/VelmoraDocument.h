@@ -27,14 +27,14 @@ class VelmoraApplicationDelegate;
 /// nextStudyButton, newStudyButton, deleteStudyButton). A missing one is tolerated everywhere. The document
 /// is the delegate of every text field of the window that the user can edit, except those with the property
 /// "ownDelegate".
-class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDelegate {
+class VelmoraDocument : public OrvAutoNameDocument, public velmora::platform::TextFieldDelegate {
  public:
-  VelmoraDocument(platform::Services& services, VelmoraApplicationDelegate& delegate);
+  VelmoraDocument(velmora::platform::Services& services, VelmoraApplicationDelegate& delegate);
   ~VelmoraDocument() override;
 
   QString windowNibName() const override { return QStringLiteral("VelmoraDocument"); }
   /// Sets the window up. An override calls this first and then fills the window from its data.
-  void windowControllerDidLoadNib(platform::WindowController& windowController) override;
+  void windowControllerDidLoadNib(velmora::platform::WindowController& windowController) override;
   void windowIsSetUp() override;
   void setDataFileExtension(const QString& extension) { dataFileExtension_ = extension; }
   const QString& dataFileExtension() const { return dataFileExtension_; }
@@ -131,18 +131,19 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
   QString preferredFileName(bool forExport) const override;
   /// Ends the edits in progress in the window, unheard, before the viewer fills its fields: what the user
   /// types on was meant for what stood there before.
-  void abandonEditing() { platform::TextFieldEditing::abandonEditing(windowForSheet()); }
+  void abandonEditing() { velmora::platform::TextFieldEditing::abandonEditing(windowForSheet()); }
   /// Saves to the document's file; but when the identifier has changed since that was read or written, asks
   /// whether the record shall have a new file, so that no patient's file turns into another's unseen.
   void saveDocument(DidSave didSave = {}) override;
-  bool prepareSavePanel(platform::SavePanel& panel) override;
+  bool prepareSavePanel(velmora::platform::SavePanel& panel) override;
   QString fileTypeFromLastRunSavePanel() const override { return dataFileExtension_; }
   /// With "Auto Save" on, an identifier and the save folder present, saves there without a panel, closes and
   /// opens the file again. A record that could not be saved and is safe nowhere else stays open.
-  void runModalSavePanelForSaveOperation(platform::SaveOperation operation, DidSave didSave) override;
-  void saveToURL(const QUrl& url, const QString& typeName, platform::SaveOperation operation,
+  void runModalSavePanelForSaveOperation(velmora::platform::SaveOperation operation,
+                                         DidSave didSave) override;
+  void saveToURL(const QUrl& url, const QString& typeName, velmora::platform::SaveOperation operation,
                  DidSave didSave) override;
-  void documentDidSave(platform::Document* document, bool didSave) override;
+  void documentDidSave(velmora::platform::Document* document, bool didSave) override;
   void canCloseDocument(ShouldClose shouldClose) override;
   /// Closes without a question; what would be lost by that, beyond a typed identifier, leaves a rescue copy,
   /// whose path is given. Where no copy can be had and the user does not give the changes up, the document
@@ -165,8 +166,8 @@ class VelmoraDocument : public OrvAutoNameDocument, public platform::TextFieldDe
   void takeFromWindows() override { synchronizeToData(); }
   // The base document without data of its own has nothing to write; a subclass overrides both.
   QJsonObject contentToJson() const override { return {}; }
-  platform::FileResult contentFromJson(const QJsonObject&, int) override {
-    return platform::FileResult::success();
+  velmora::base::FileResult contentFromJson(const QJsonObject&, int) override {
+    return velmora::base::FileResult::success();
   }
 
   QPointer<QLineEdit> referenceIDField_;

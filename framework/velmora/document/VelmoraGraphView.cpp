@@ -6,6 +6,8 @@
 #include "base/log/Guard.h"
 #include "velmora/document/VelmoraDocument.h"
 
+using namespace velmora;
+
 VelmoraGraphView::VelmoraGraphView(QWidget* parent) : OrvGraphView(parent) {}
 
 void VelmoraGraphView::setOwningDocument(VelmoraDocument* document) {
@@ -21,5 +23,5 @@ void VelmoraGraphView::mouseDown(QMouseEvent* event) {
   VelmoraDocument* document = owningDocument();
   if (!document) return;
   const QPointF point = coordinateForPoint(event->position());
-  platform::guarded("chart click", [&] { document->setCurrentRecordFromClick(point); });
+  base::guarded("chart click", [&] { document->setCurrentRecordFromClick(point); });
 }

@@ -49,7 +49,7 @@ void BatchOpenQueue::close(const QPointer<platform::Document>& document) {
   // One notice is enough, when all of them are closed: until then it would only be in the way.
   const auto tell = qScopeGuard([this] {
     if (--closing_ > 0 || keptCopies_.isEmpty()) return;
-    platform::guarded("batch export", [this] { tellAboutKeptCopies(); });
+    base::guarded("batch export", [this] { tellAboutKeptCopies(); });
   });
   // The user may have closed it meanwhile.
   auto* record = dynamic_cast<VelmoraDocument*>(document.data());

@@ -7,11 +7,11 @@
 
 #include "platform/notifications/NotificationCenter.h"
 
-namespace platform {
+namespace velmora::platform {
 class Document;
 class DocumentController;
 struct Services;
-}  // namespace platform
+}  // namespace velmora::platform
 
 namespace velmora {
 

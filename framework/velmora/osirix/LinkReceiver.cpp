@@ -69,8 +69,8 @@ QString whyUnreasonable(const platform::Notification& request) {
 QString identifierOf(const platform::Notification& notification) {
   const QVariant value = notification.userInfo.value(link::Identifier);
   // A dictionary or a list is no identifier, whatever text it might be turned into.
-  platform::requireValue(value.typeId() == QMetaType::QString && !value.toString().isNull(),
-                         "VelmoraAppController");
+  base::requireValue(value.typeId() == QMetaType::QString && !value.toString().isNull(),
+                     "VelmoraAppController");
   return link::fileNameIdentifier(value.toString());
 }
 
@@ -96,7 +96,7 @@ void LinkReceiver::notifiedOfLinkFromOsirix(const platform::Notification& notifi
   if (why.isNull() && bytes > LongestRequest) {
     why = QStringLiteral("VelmoraAppController: a study was chosen whose details are far too long");
   }
-  if (!why.isNull()) return platform::logLine(why);
+  if (!why.isNull()) return base::logLine(why);
   if (!mayWait(bytes)) return;
   services_.runLoop.performOnMainThread(this, [this, request, bytes] {
     hasWaited(bytes);
@@ -108,8 +108,8 @@ bool LinkReceiver::mayWait(qsizetype bytes) {
   const std::lock_guard lock(mutex_);
   if (waiting_ >= MostWaiting || bytesWaiting_ + bytes > MostBytesWaiting) {
     if (!std::exchange(refusing_, true)) {
-      platform::logLine(QStringLiteral("%1 chosen studies wait: more are not taken until they are dealt with")
-                            .arg(waiting_));
+      base::logLine(QStringLiteral("%1 chosen studies wait: more are not taken until they are dealt with")
+                        .arg(waiting_));
     }
     return false;
   }
@@ -160,7 +160,7 @@ void LinkReceiver::deferredNewRecord(const platform::Notification& notification)
   VelmoraDocument* target = recordOf(identifier);
   // Its file did not open, of which the user has been told, or the user has closed it meanwhile.
   if (!target)
-    return platform::logLine(QStringLiteral("The record of a chosen study is not open: nothing was added"));
+    return base::logLine(QStringLiteral("The record of a chosen study is not open: nothing was added"));
   const QString why = target->whyNotTheRecordOf(identifier);
   if (!why.isNull()) {
     services_.alerts.runModal(

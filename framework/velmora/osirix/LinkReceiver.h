@@ -8,10 +8,10 @@
 
 class VelmoraDocument;
 
-namespace platform {
+namespace velmora::platform {
 class DocumentController;
 struct Services;
-}  // namespace platform
+}  // namespace velmora::platform
 
 namespace velmora {
 

@@ -15,9 +15,9 @@ constexpr double NextDelay = 4.0;
 }  // namespace
 
 void OsirixExportQueue::batchExportToOsirix(const platform::Notification& notification) {
-  platform::logLine(QStringLiteral("Batch export to osirix"));
+  base::logLine(QStringLiteral("Batch export to osirix"));
   if (exportToOsirixArray_.isEmpty()) {
-    platform::logLine(QStringLiteral("Initialise delayed batch export"));
+    base::logLine(QStringLiteral("Initialise delayed batch export"));
     services_.runLoop.performAfterDelay(this, FirstDelay, [this] { delayBatchExportToOsirix(); });
   }
   exportToOsirixArray_.append(notification.object.toMap());
@@ -25,25 +25,25 @@ void OsirixExportQueue::batchExportToOsirix(const platform::Notification& notifi
 }
 
 void OsirixExportQueue::delayBatchExportToOsirix() {
-  platform::logLine(QStringLiteral("Delayed batch export"));
+  base::logLine(QStringLiteral("Delayed batch export"));
   if (exportToOsirixArray_.isEmpty()) {
-    platform::logLine(QStringLiteral("Zero items in array, exiting"));
+    base::logLine(QStringLiteral("Zero items in array, exiting"));
     return;
   }
-  platform::logLine(QStringLiteral("Sending notification to OsiriX plugin"));
+  base::logLine(QStringLiteral("Sending notification to OsiriX plugin"));
   services_.distributedCenter.postNotificationName(
       link::notificationName(services_.mainBundle.bundleIdentifier()), link::ReplyObject,
       exportToOsirixArray_.first());
   exportToOsirixArray_.removeFirst();
   services_.runLoop.performAfterDelay(this, NextDelay, [this] { delayBatchExportToOsirix(); });
-  platform::logLine(QStringLiteral("Queue next delayed batch export"));
+  base::logLine(QStringLiteral("Queue next delayed batch export"));
   if (lengthDidChange_) lengthDidChange_();
 }
 
 void OsirixExportQueue::clear() {
   if (!exportToOsirixArray_.isEmpty()) {
-    platform::logLine(QStringLiteral("Charts that waited for OsiriX and are not sent: %1")
-                          .arg(exportToOsirixArray_.size()));
+    base::logLine(QStringLiteral("Charts that waited for OsiriX and are not sent: %1")
+                      .arg(exportToOsirixArray_.size()));
   }
   exportToOsirixArray_.clear();
   if (lengthDidChange_) lengthDidChange_();

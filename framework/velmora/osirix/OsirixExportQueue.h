@@ -8,7 +8,7 @@
 
 #include "platform/notifications/NotificationCenter.h"
 
-namespace platform {
+namespace velmora::platform {
 struct Services;
 }
 

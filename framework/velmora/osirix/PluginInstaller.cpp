@@ -25,8 +25,8 @@ QString versionOfPlugin(const QString& path) {
   return version.typeId() == QMetaType::QString ? version.toString() : QString();
 }
 
-void logFailure(const char* format, const platform::FileResult& result) {
-  if (!result.ok()) platform::logLine(platform::formatted(QString::fromLatin1(format), {result.error}));
+void logFailure(const char* format, const base::FileResult& result) {
+  if (!result.ok()) base::logLine(platform::formatted(QString::fromLatin1(format), {result.error}));
 }
 
 }  // namespace
@@ -36,7 +36,7 @@ QString PluginInstaller::carriedFolder() const {
 }
 
 QString PluginInstaller::installedFolder() {
-  return platform::expandingTildeInPath(QStringLiteral("~/Library/Application Support/OsiriX/Plugins"));
+  return base::expandingTildeInPath(QStringLiteral("~/Library/Application Support/OsiriX/Plugins"));
 }
 
 bool PluginInstaller::osirixIsInstalled() const { return osirix::isInstalled(services_.workspace); }
@@ -64,7 +64,7 @@ void PluginInstaller::doInstallOsirixPlugin() {
   makeInstalledFolder();
   removeLeftovers();
   removeInstalled(name);
-  const platform::FileResult copied = copyToInstalled(name);
+  const base::FileResult copied = copyToInstalled(name);
   logFailure("Copy plugin failed: %@", copied);
 
   platform::Alert outcome;
@@ -89,7 +89,7 @@ void PluginInstaller::removeLeftovers() {
   // may be another installation's, which is at work just now.
   static const QRegularExpression temporary(QStringLiteral("\\A\\.(?:removed|unfinished)-[A-Za-z]{6}\\z"));
   const QDateTime youngest =
-      QDateTime::currentDateTime().addSecs(-60 * platform::FileManager::AbandonedAfterMinutes);
+      QDateTime::currentDateTime().addSecs(-60 * base::FileManager::AbandonedAfterMinutes);
   for (const QString& name : services_.fileManager.contentsOfDirectoryAtPath(installedFolder())) {
     const QString path = installedFolder() + QLatin1Char('/') + name;
     if (!temporary.match(name).hasMatch() || QFileInfo(path).isSymLink()) continue;
@@ -107,9 +107,9 @@ void PluginInstaller::removeInstalled(const QString& name) {
              services_.fileManager.removeItem(installedFolder() + QLatin1Char('/') + name));
 }
 
-platform::FileResult PluginInstaller::copyToInstalled(const QString& name) {
+base::FileResult PluginInstaller::copyToInstalled(const QString& name) {
   if (name.isNull()) {
-    return platform::FileResult::failure(QStringLiteral("There is no plugin in '%1'.").arg(carriedFolder()));
+    return base::FileResult::failure(QStringLiteral("There is no plugin in '%1'.").arg(carriedFolder()));
   }
   return services_.fileManager.copyItem(carriedFolder() + QLatin1Char('/') + name,
                                         installedFolder() + QLatin1Char('/') + name);

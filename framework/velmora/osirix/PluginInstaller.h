@@ -3,10 +3,12 @@
 
 #include <QString>
 
-namespace platform {
+namespace velmora::base {
 struct FileResult;
+}  // namespace velmora::base
+namespace velmora::platform {
 struct Services;
-}  // namespace platform
+}  // namespace velmora::platform
 
 namespace velmora {
 
@@ -38,7 +40,7 @@ class PluginInstaller {
   void makeInstalledFolder();
   void removeLeftovers();
   void removeInstalled(const QString& name);
-  platform::FileResult copyToInstalled(const QString& name);
+  base::FileResult copyToInstalled(const QString& name);
 
   platform::Services& services_;
 };

@@ -5,7 +5,7 @@
 #include "platform/text/Localization.h"
 #include "platform/settings/UserDefaults.h"
 
-using platform::localizedString;
+using velmora::platform::localizedString;
 
 namespace velmora {
 

@@ -30,8 +30,10 @@
 #include "velmora/preferences/ScriptStyles.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
-using platform::localizedString;
+using velmora::platform::localizedString;
 
 namespace {
 
@@ -75,7 +77,7 @@ void PreferencesController::showWindow(const QObject* sender) {
 void PreferencesController::resetDefaults() {
   const platform::UserDefaults& defaults = services().defaults;
   const auto showFolderOf = [&defaults](QLineEdit* field, const QString& key) {
-    if (field) field->setText(platform::abbreviatingWithTildeInPath(defaults.stringForKey(key)));
+    if (field) field->setText(base::abbreviatingWithTildeInPath(defaults.stringForKey(key)));
   };
   showFolderOf(defaultSaveFolderField_, settings::SaveDirectory);
   showFolderOf(defaultExportFolderField_, settings::ExportDirectory);
@@ -100,7 +102,7 @@ void PreferencesController::resetDefaults() {
 void PreferencesController::doOK(const QObject*) {
   platform::UserDefaults& defaults = services().defaults;
   const auto storeFolder = [&defaults](const QLineEdit* field, const QString& key) {
-    if (field) defaults.setObject(platform::abbreviatingWithTildeInPath(field->text()), key);
+    if (field) defaults.setObject(base::abbreviatingWithTildeInPath(field->text()), key);
   };
   storeFolder(defaultSaveFolderField_, settings::SaveDirectory);
   storeFolder(defaultExportFolderField_, settings::ExportDirectory);
@@ -147,10 +149,10 @@ void PreferencesController::chooseFolder(QLineEdit* field, const QString& title)
   panel.canChooseFiles = false;
   panel.canChooseDirectories = true;
   panel.canCreateDirectories = true;
-  const QString current = field ? platform::expandingTildeInPath(field->text()) : QString();
+  const QString current = field ? base::expandingTildeInPath(field->text()) : QString();
   if (services().fileManager.isDirectory(current)) panel.directoryURL = QUrl::fromLocalFile(current);
   if (services().panels.runModal(panel) == platform::PanelCancelButton || !shown) return;
-  shown->setText(platform::abbreviatingWithTildeInPath(panel.directoryURL.toLocalFile()));
+  shown->setText(base::abbreviatingWithTildeInPath(panel.directoryURL.toLocalFile()));
 }
 
 void PreferencesController::doShowSaveFolder(const QObject*) {
@@ -162,7 +164,7 @@ void PreferencesController::doShowExportFolder(const QObject*) {
 }
 
 void PreferencesController::showFolder(const QString& path) {
-  const QString folder = platform::expandingTildeInPath(path);
+  const QString folder = base::expandingTildeInPath(path);
   if (services().fileManager.isDirectory(folder)) {
     services().workspace.selectFile(folder);
     return;

@@ -26,9 +26,9 @@ class QStackedWidget;
 /// exportTabView, osirixExplanationField, launchScriptField, checkSyntaxButton, scriptErrorField,
 /// autoCheckVersionCheckBox, checkVersionIntervalPopUp, versionLastCheckedField, updateButton, buttonBox). A
 /// missing one is tolerated; OK then leaves its setting alone.
-class PreferencesController : public platform::WindowController {
+class PreferencesController : public velmora::platform::WindowController {
  public:
-  PreferencesController(platform::Services& services, OrvVersion& version);
+  PreferencesController(velmora::platform::Services& services, OrvVersion& version);
 
   /// Shows the window; while an application-modal alert or panel is open, as soon as that has closed, for a
   /// window that came up now could not be used.

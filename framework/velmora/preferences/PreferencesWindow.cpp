@@ -21,8 +21,10 @@
 #include "platform/controls/WidgetHabits.h"
 #include "velmora/preferences/PreferencesController.h"
 
-using platform::guarded;
-using platform::localizedString;
+using namespace velmora;
+
+using velmora::base::guarded;
+using velmora::platform::localizedString;
 
 void PreferencesController::windowDidLoad() {
   findOutlets();

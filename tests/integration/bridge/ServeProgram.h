@@ -139,7 +139,7 @@ class ServeWorld {
   QString web() const { return QStringLiteral("kind = web\nurl = %1\n").arg(orthanc.web().url.toString()); }
 
   QTemporaryDir temporary_;
-  platform::wire::BusLink bus_{bus.address(), [](const platform::wire::Message&) {}, [](const QString&) {}};
+  velmora::link::BusLink bus_{bus.address(), [](const velmora::link::Message&) {}, [](const QString&) {}};
 };
 
 }  // namespace serve_testing

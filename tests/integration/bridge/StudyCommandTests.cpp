@@ -13,6 +13,8 @@
 #include "bridge/testing/Orthanc.h"
 #include "bridge/testing/SyntheticStudy.h"
 
+using namespace velmora;
+
 using bridge::Study;
 using namespace bridge_testing;
 using namespace command_testing;
@@ -72,7 +74,7 @@ class StudyCommand : public Commands {
   void SetUp() override {
     orthanc_->clear();
     configure(orthanc_->dimse());
-    center_ = std::make_unique<platform::QtDistributedNotificationCenter>(bus_.address());
+    center_ = std::make_unique<desktop::QtDistributedNotificationCenter>(bus_.address());
     center_->addObserver(&application_, GrowthLink, Request, mailbox_.handler());
     ASSERT_TRUE(center_->flush());
     // An application that runs has its bundle identifier for a name on the bus.
@@ -110,7 +112,7 @@ class StudyCommand : public Commands {
   }
   /// Whether nothing has arrived: what is sent now is the first that does.
   void expectNothing() {
-    platform::QtDistributedNotificationCenter(bus_.address())
+    desktop::QtDistributedNotificationCenter(bus_.address())
         .postNotificationName(GrowthLink, Request, {{text("Identifier"), text("end")}});
     EXPECT_EQ(mailbox_.takeDetails().value(text("Identifier")).toString(), text("end"));
   }
@@ -119,7 +121,7 @@ class StudyCommand : public Commands {
   const TimeZone zone_{"Europe/Berlin"};
   QObject application_;
   Mailbox mailbox_;
-  std::unique_ptr<platform::QtDistributedNotificationCenter> center_;
+  std::unique_ptr<desktop::QtDistributedNotificationCenter> center_;
 };
 
 TEST_F(StudyCommand, SendsTheStudyThatEachOptionNames) {

@@ -20,6 +20,8 @@
 #include "platform/runloop/RunLoop.h"
 #include "desktop/Desktop.h"
 
+using namespace velmora;
+
 namespace {
 
 void say(const QString& what) {
@@ -31,19 +33,17 @@ void say(const QString& what) {
 class Record : public OrvDocument {
  public:
   using OrvDocument::OrvDocument;
-  platform::FileResult readFromData(const QByteArray&, const QString&) override {
-    return platform::FileResult::success();
+  base::FileResult readFromData(const QByteArray&, const QString&) override {
+    return base::FileResult::success();
   }
-  platform::FileResult dataOfType(const QString&, QByteArray& data) override {
+  base::FileResult dataOfType(const QString&, QByteArray& data) override {
     data = "edited";
-    return platform::FileResult::success();
+    return base::FileResult::success();
   }
 
  protected:
   QJsonObject contentToJson() const override { return {}; }
-  platform::FileResult contentFromJson(const QJsonObject&, int) override {
-    return platform::FileResult::success();
-  }
+  base::FileResult contentFromJson(const QJsonObject&, int) override { return base::FileResult::success(); }
 };
 
 class Controller : public platform::DocumentController {
@@ -82,7 +82,7 @@ class Controller : public platform::DocumentController {
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  platform::qt::Desktop desktop(QStringLiteral("desktop-application"));
+  desktop::Desktop desktop(QStringLiteral("desktop-application"));
   Controller controller(desktop.services());
   QSocketNotifier orders(STDIN_FILENO, QSocketNotifier::Read);
   QObject::connect(&orders, &QSocketNotifier::activated, &orders, [&] {

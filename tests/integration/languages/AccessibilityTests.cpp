@@ -13,6 +13,8 @@
 #include "tests/integration/languages/TranslationFiles.h"
 #include "tests/integration/languages/WindowsInLanguage.h"
 
+using namespace velmora;
+
 using languages::WindowsInLanguage;
 
 namespace {

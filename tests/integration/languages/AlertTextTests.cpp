@@ -12,9 +12,11 @@
 #include "tests/integration/languages/TranslationFiles.h"
 #include "tests/integration/languages/WindowsInLanguage.h"
 
+using namespace velmora;
+
 namespace {
 
-using platform::localizedString;
+using velmora::platform::localizedString;
 
 /// The texts of the tables from which alerts take theirs, with something in the places for what varies.
 QStringList sentences(const QString& language) {
@@ -38,8 +40,8 @@ INSTANTIATE_TEST_SUITE_P(, AlertTexts, testing::ValuesIn(languages::all()),
 
 TEST_P(AlertTexts, HaveTheRoomThatTheyNeed) {
   const languages::WindowsInLanguage application(GetParam());
-  platform::testing::VirtualRunLoop runLoop;
-  platform::qt::QtAlerts alerts(runLoop);
+  testkit::VirtualRunLoop runLoop;
+  desktop::QtAlerts alerts(runLoop);
   QWidget window;
   window.show();
   const QStringList all = sentences(GetParam());

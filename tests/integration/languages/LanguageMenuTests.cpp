@@ -16,9 +16,11 @@
 #include "velmora/preferences/PreferencesController.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
-using platform::localizedString;
 using velmora::titleWithoutMnemonic;
+using velmora::platform::localizedString;
 
 namespace {
 

@@ -12,13 +12,15 @@
 #include "testing/LogRecorder.h"
 #include "tests/unit/velmora/support/UserActions.h"
 
-using platform::localizedString;
-using platform::qt::Translations;
+using namespace velmora;
+
+using velmora::desktop::Translations;
+using velmora::platform::localizedString;
 
 namespace {
 
 const QString Share = QStringLiteral(VELMORA_SHARE);
-const QStringList Folders = platform::qt::translationFolders(Share + "/growth");
+const QStringList Folders = desktop::translationFolders(Share + "/growth");
 
 QString ofQt() { return QCoreApplication::translate("QPlatformTheme", "Cancel"); }
 
@@ -62,7 +64,7 @@ TEST(Translations, LeaveEnglishWhereTheLanguageIsNotKnown) {
 
 TEST(Translations, FollowTheUsersOrderOfLanguages) {
   const auto chosen = [](const QStringList& preferred) {
-    return platform::qt::languageFor(preferred, Folders.first());
+    return desktop::languageFor(preferred, Folders.first());
   };
   EXPECT_EQ(chosen({"fr-FR", "fr", "de"}), "fr");
   EXPECT_EQ(chosen({"it-IT", "es_MX", "de"}), "es");
@@ -71,7 +73,7 @@ TEST(Translations, FollowTheUsersOrderOfLanguages) {
   EXPECT_EQ(chosen({"DE-Latn-AT"}), "de");
   EXPECT_EQ(chosen({"C"}), "en");
   EXPECT_EQ(chosen({}), "en");
-  EXPECT_EQ(platform::qt::languageFor({"de"}, Share + "/no such folder"), "en");
+  EXPECT_EQ(desktop::languageFor({"de"}, Share + "/no such folder"), "en");
 }
 
 TEST(Translations, LetTheLaterFolderSpeakLast) {
@@ -86,7 +88,7 @@ TEST(Translations, GoOnWithoutAFileThatIsDamagedOrMissing) {
   QFile damaged(folder.filePath("velmora_de.qm"));
   ASSERT_TRUE(damaged.open(QIODevice::WriteOnly) && damaged.write("no translation") > 0);
   damaged.close();
-  platform::testing::LogRecorder log;
+  testkit::LogRecorder log;
   const Translations translations({folder.path(), folder.filePath("none")}, QLocale("de"));
   EXPECT_EQ(translations.language(), "de");
   EXPECT_EQ(localizedString("Document", "Untitled"), "Untitled");

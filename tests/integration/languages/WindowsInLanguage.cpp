@@ -14,6 +14,8 @@
 #include "velmora/preferences/PreferencesController.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace languages {
 
 namespace settings = velmora::settings;
@@ -51,7 +53,7 @@ QLocale localeOf(const QString& language) {
 }
 
 WindowsInLanguage::WindowsInLanguage(const QString& language)
-    : translations_(platform::qt::translationFolders(VELMORA_SHARE "/growth"), localeOf(language)) {
+    : translations_(desktop::translationFolders(VELMORA_SHARE "/growth"), localeOf(language)) {
   EXPECT_EQ(translations_.language(), language);
   QLocale::setDefault(localeOf(language));
 }

@@ -29,7 +29,7 @@ class WindowsInLanguage {
   void incompleteRecords(const Visit& visit);
 
  private:
-  platform::qt::Translations translations_;
+  velmora::desktop::Translations translations_;
 
  public:
   testing_support::GrowthApplication application;

@@ -12,8 +12,10 @@
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "tests/integration/link/LinkTesting.h"
 
+using namespace velmora;
+
 using namespace link_testing;
-using platform::QtDistributedNotificationCenter;
+using velmora::desktop::QtDistributedNotificationCenter;
 
 namespace {
 

@@ -33,21 +33,21 @@ inline const QString Reply = QStringLiteral("OsirixLinkReturn");
 /// Collects notifications on any thread, for a test to take one after the other.
 class Mailbox {
  public:
-  platform::DistributedNotificationCenter::Handler handler() {
-    return [this](const platform::Notification& notification) { put(notification); };
+  velmora::platform::DistributedNotificationCenter::Handler handler() {
+    return [this](const velmora::platform::Notification& notification) { put(notification); };
   }
 
-  void put(const platform::Notification& notification) {
+  void put(const velmora::platform::Notification& notification) {
     const std::lock_guard lock(mutex_);
     notifications_.push_back(notification);
     arrived_.notify_all();
   }
 
   /// The next one, waiting for it; nothing when none comes.
-  std::optional<platform::Notification> take() {
+  std::optional<velmora::platform::Notification> take() {
     std::unique_lock lock(mutex_);
     if (!arrived_.wait_for(lock, Limit, [this] { return !notifications_.empty(); })) return std::nullopt;
-    platform::Notification first = notifications_.front();
+    velmora::platform::Notification first = notifications_.front();
     notifications_.pop_front();
     return first;
   }
@@ -66,7 +66,7 @@ class Mailbox {
  private:
   mutable std::mutex mutex_;
   std::condition_variable arrived_;
-  std::deque<platform::Notification> notifications_;
+  std::deque<velmora::platform::Notification> notifications_;
 };
 
 /// While one of these lives, the log lines of the system go into it, from every thread.
@@ -116,7 +116,7 @@ class Stranger {
   /// Sends a notification's signal with these arguments, checked by nobody.
   void send(const QVariantList& arguments) {
     QDBusMessage signal =
-        QDBusMessage::createSignal(platform::wire::Path, platform::wire::Interface, platform::wire::Member);
+        QDBusMessage::createSignal(velmora::link::Path, velmora::link::Interface, velmora::link::Member);
     signal.setArguments(arguments);
     bus_->send(signal);
   }

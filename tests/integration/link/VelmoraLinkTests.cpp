@@ -15,7 +15,7 @@
 #include "tests/integration/link/LinkTesting.h"
 
 using namespace link_testing;
-using platform::QtDistributedNotificationCenter;
+using velmora::desktop::QtDistributedNotificationCenter;
 
 namespace {
 

@@ -15,6 +15,8 @@
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "tests/integration/link/LinkTesting.h"
 
+using namespace velmora;
+
 using namespace link_testing;
 
 namespace {
@@ -61,7 +63,7 @@ class WireOnTheBus : public ::testing::Test {
   LogCapture log_;
   QObject observer_;
   Mailbox mailbox_;
-  platform::QtDistributedNotificationCenter centre_{bus_.address()};
+  desktop::QtDistributedNotificationCenter centre_{bus_.address()};
   Stranger stranger_{bus_};
 };
 
@@ -152,10 +154,10 @@ TEST_F(WireOnTheBus, LeavesOutWhatHasNoPropertyListTypeWithOneLogLine) {
 
 TEST_F(WireOnTheBus, ReadsNestingUpToItsLimitAndCutsOffWhatIsDeeper) {
   // The details themselves are the first level.
-  send(nestedLists(platform::wire::MaximumDepth - 1));
-  EXPECT_EQ(mailbox_.takeDetails().value(Key), nestedLists(platform::wire::MaximumDepth - 1));
+  send(nestedLists(link::MaximumDepth - 1));
+  EXPECT_EQ(mailbox_.takeDetails().value(Key), nestedLists(link::MaximumDepth - 1));
   EXPECT_EQ(log_.lines(), QStringList());
-  for (const int depth : {platform::wire::MaximumDepth, 30}) {
+  for (const int depth : {link::MaximumDepth, 30}) {
     send(nestedLists(depth));
     EXPECT_TRUE(mailbox_.takeDetails().contains(QStringLiteral("Other"))) << depth;
     EXPECT_TRUE(log_.lines().value(log_.lines().size() - 1).contains(QStringLiteral("nested too deeply")));
@@ -164,7 +166,7 @@ TEST_F(WireOnTheBus, ReadsNestingUpToItsLimitAndCutsOffWhatIsDeeper) {
 
 TEST_F(WireOnTheBus, TakesItsDeepestMessageThroughTheRealBus) {
   QVariant value = QDateTime::fromMSecsSinceEpoch(1, Qt::UTC);
-  for (int i = 0; i < platform::wire::MaximumDepth; ++i) value = QVariantMap{{Key, value}};
+  for (int i = 0; i < link::MaximumDepth; ++i) value = QVariantMap{{Key, value}};
   centre_.postNotificationName(GrowthLink, Request, value.toMap());
   EXPECT_EQ(mailbox_.takeDetails(), value.toMap());
   EXPECT_EQ(log_.lines(), QStringList());

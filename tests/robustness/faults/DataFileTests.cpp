@@ -12,6 +12,8 @@
 #include "orv/updates/OrvChecksum.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 
+using namespace velmora;
+
 using faults::GrowthDesk;
 using faults::OrdinaryUser;
 
@@ -147,7 +149,7 @@ TEST_F(DataFile, ThatDoesNotExistIsRefused) {
 
 /// What stands under a record's name when it is saved is no file, and stays what it is.
 TEST_F(DataFile, IsNotWrittenOverAPipeAFolderOrALinkToItself) {
-  platform::testing::LogRecorder log;
+  testkit::LogRecorder log;
   ASSERT_EQ(::mkfifo(QFile::encodeName(path(QStringLiteral("P"))).constData(), 0600), 0);
   QDir().mkpath(path(QStringLiteral("F")));
   ASSERT_TRUE(QFile::link(path(QStringLiteral("L")), path(QStringLiteral("L"))));

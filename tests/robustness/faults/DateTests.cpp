@@ -12,9 +12,11 @@
 #include "platform/text/DateFormatter.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 
+using namespace velmora;
+
 using faults::GrowthDesk;
 using faults::recordIn;
-using platform::DateFormatter;
+using velmora::platform::DateFormatter;
 
 namespace {
 

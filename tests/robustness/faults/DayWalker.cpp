@@ -9,6 +9,8 @@
 
 #include "platform/text/DateFormatter.h"
 
+using namespace velmora;
+
 namespace {
 
 bool holds(const platform::DateFormatter& formatter, const QDate& day) {

@@ -13,6 +13,8 @@
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "tests/robustness/shim/SystemCalls.h"
 
+using namespace velmora;
+
 using faults::firstWeight;
 using faults::GrowthDesk;
 using faults::recordIn;
@@ -62,7 +64,7 @@ class FullDisk : public testing::Test {
   GrowthDesk desk;
   GrowthDocument* document;
   QByteArray old;
-  platform::testing::LogRecorder log;
+  testkit::LogRecorder log;
 };
 
 TEST_F(FullDisk, InTheSaveFolderAtEveryByteLeavesTheOldRecordAndARescueCopy) {

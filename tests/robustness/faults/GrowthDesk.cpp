@@ -11,6 +11,8 @@
 #include "platform/controls/Alert.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace faults {
 
 namespace {
@@ -159,7 +161,7 @@ void GrowthDesk::start() {
 }
 
 void GrowthDesk::letWritesGrowOld() const {
-  constexpr qint64 Seconds = 2LL * 60 * platform::FileManager::AbandonedAfterMinutes;
+  constexpr qint64 Seconds = 2LL * 60 * base::FileManager::AbandonedAfterMinutes;
   for (const QString& name : files()) {
     QFile file(home.path(name));
     if (!name.endsWith(QStringLiteral(".unfinished")) || !file.open(QIODevice::ReadWrite)) continue;
@@ -195,7 +197,7 @@ QStringList GrowthDesk::strayFiles() const {
 
 growth::GrowthRecord recordIn(GrowthDesk& desk, const QString& path) {
   GrowthDocument reader(desk.services, desk.controller, desk.references);
-  const platform::FileResult read = reader.readFromURL(QUrl::fromLocalFile(path));
+  const base::FileResult read = reader.readFromURL(QUrl::fromLocalFile(path));
   if (!read.ok()) throw std::runtime_error(path.toStdString() + ": " + read.error.toStdString());
   return reader.record();
 }

@@ -18,21 +18,21 @@ inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << tex
 namespace faults {
 
 /// Somebody who reads every alert and answers it at once.
-class AnsweringAlerts : public platform::Alerts {
+class AnsweringAlerts : public velmora::platform::Alerts {
  public:
-  explicit AnsweringAlerts(platform::RunLoop& runLoop) : runLoop_(runLoop) {}
+  explicit AnsweringAlerts(velmora::platform::RunLoop& runLoop) : runLoop_(runLoop) {}
 
   /// How alerts are answered; at first with the default button, but "Don't Save" to "Save Elsewhere...".
-  std::function<int(const platform::Alert&)> answer;
+  std::function<int(const velmora::platform::Alert&)> answer;
   /// Every alert that came, in order.
-  QList<platform::Alert> shown;
+  QList<velmora::platform::Alert> shown;
 
-  int runModal(const platform::Alert& alert) override;
-  void beginSheetModalForWindow(const platform::Alert& alert, QWidget*, const QObject*,
+  int runModal(const velmora::platform::Alert& alert) override;
+  void beginSheetModalForWindow(const velmora::platform::Alert& alert, QWidget*, const QObject*,
                                 DidEnd didEnd) override;
 
  private:
-  platform::RunLoop& runLoop_;
+  velmora::platform::RunLoop& runLoop_;
 };
 
 /// The growth application with its real documents and real files, a home folder of its own, and somebody who
@@ -43,9 +43,9 @@ class GrowthDesk {
   ~GrowthDesk();
 
   testing_support::OwnHome home;
-  platform::testing::TestServices desktop;
+  velmora::testkit::TestServices desktop;
   AnsweringAlerts alerts;
-  platform::Services services;
+  velmora::platform::Services services;
   growth::GrowthReferences references;
   VelmoraAppController controller;
 

@@ -11,10 +11,12 @@
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "tests/robustness/shim/SystemCalls.h"
 
+using namespace velmora;
+
 namespace {
 
 /// A clock that a test sets.
-class SetClock : public platform::testing::VirtualRunLoop {
+class SetClock : public testkit::VirtualRunLoop {
  public:
   QDateTime time{QDate(2024, 5, 2), QTime(8, 0), QTimeZone::utc()};
   QDateTime now() const override { return time; }
@@ -37,7 +39,7 @@ class KeptCopies : public testing::Test {
   }
 
   testing_support::OwnHome home;
-  platform::FileManager files;
+  base::FileManager files;
   SetClock clock;
   OrvKeptCopies copies{files, clock, QStringLiteral("org.velmora.growth")};
 };
@@ -139,7 +141,7 @@ TEST_F(KeptCopies, ThatWereCutOffAreRemoved) {
   testing_support::writeFile(cutVersion, "o");
   testing_support::writeFile(cutRescue, "u");
   for (const QString& cut : {cutVersion, cutRescue})
-    setAge(cut, QDateTime::currentDateTime().addSecs(-120 * platform::FileManager::AbandonedAfterMinutes));
+    setAge(cut, QDateTime::currentDateTime().addSecs(-120 * base::FileManager::AbandonedAfterMinutes));
   copies.removeAbandonedCopies({QStringLiteral("growth")});
   EXPECT_FALSE(QFile::exists(cutVersion));
   EXPECT_FALSE(QFile::exists(cutRescue));
@@ -168,7 +170,7 @@ class OpenedCopy : public testing::Test {
   }
 
   faults::GrowthDesk desk;
-  platform::testing::LogRecorder log;
+  testkit::LogRecorder log;
 };
 
 TEST_F(OpenedCopy, ComesHomeWhenItIsSaved) {

@@ -13,6 +13,8 @@
 #include "velmora/app/DatabaseFileCache.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 using faults::GrowthDesk;
 using faults::recordIn;
 
@@ -107,7 +109,7 @@ class Names : public testing::Test {
   GrowthDesk desk;
   QString records;
   QString charts;
-  platform::testing::LogRecorder log;
+  testkit::LogRecorder log;
 };
 
 TEST_F(Names, OfRecordsAreTheIdentifiersWithDashesForSlashes) {

@@ -10,6 +10,8 @@
 #include "platform/controls/Alert.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 
+using namespace velmora;
+
 using faults::firstWeight;
 using faults::GrowthDesk;
 using faults::OrdinaryUser;
@@ -32,7 +34,7 @@ class SaveFolder : public testing::Test {
   }
 
   GrowthDesk desk;
-  platform::testing::LogRecorder log;
+  testkit::LogRecorder log;
 };
 
 TEST_F(SaveFolder, ThatIsMissingBringsThePanelForANewRecord) {

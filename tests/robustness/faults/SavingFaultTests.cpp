@@ -14,6 +14,8 @@
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "tests/robustness/shim/SystemCalls.h"
 
+using namespace velmora;
+
 using faults::Fault;
 using faults::firstWeight;
 using faults::GrowthDesk;
@@ -34,7 +36,7 @@ class SavingUnderFaults : public testing::Test {
 
   GrowthDesk desk;
   GrowthDocument* document;
-  platform::testing::LogRecorder log;
+  testkit::LogRecorder log;
 };
 
 /// What a power cut leaves depends on the order in which things reach the disk, which no test can cut off.

@@ -16,9 +16,11 @@
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 using faults::GrowthDesk;
 using faults::OrdinaryUser;
-using platform::qt::QtUserDefaults;
+using velmora::desktop::QtUserDefaults;
 
 namespace settings = velmora::settings;
 
@@ -44,7 +46,7 @@ class SettingsFile : public testing::Test {
 };
 
 TEST_F(SettingsFile, ThatIsDamagedIsKeptAsideBeforeItIsWrittenOver) {
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   const QByteArray damaged = "[General]\nAuto%20Save=true\nSave%20Direc\xff\xfe\nrubbish without a sign\n";
   testing_support::writeFile(file(), damaged);
   QtUserDefaults defaults(Identifier);
@@ -59,7 +61,7 @@ TEST_F(SettingsFile, ThatIsDamagedIsKeptAsideBeforeItIsWrittenOver) {
 }
 
 TEST_F(SettingsFile, DamagedUnderARunningProgramIsKeptAsideToo) {
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   QtUserDefaults defaults(Identifier);
   defaults.setObject(true, settings::AutoSave);
   const QByteArray damaged = "[General]\nno sign here\n";
@@ -73,7 +75,7 @@ TEST_F(SettingsFile, DamagedUnderARunningProgramIsKeptAsideToo) {
 }
 
 TEST_F(SettingsFile, CutAtEveryLengthNeitherStopsTheProgramNorInventsSettings) {
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   {
     QtUserDefaults defaults(Identifier);
     defaults.setObject(true, settings::AutoSave);
@@ -98,7 +100,7 @@ TEST_F(SettingsFile, CutAtEveryLengthNeitherStopsTheProgramNorInventsSettings) {
 TEST_F(SettingsFile, ThatIsReadOnlyIsReadAndItsRefusalLogged) {
   testing_support::writeFile(file(), "[General]\nAuto%20Save=true\n");
   const QByteArray before = stored();
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   {
     const OrdinaryUser user(folder.path());
     QFile::setPermissions(file(), QFile::ReadOwner);
@@ -120,13 +122,13 @@ TEST_F(SettingsFile, ThatCanBeWrittenAgainIs) {
   QtUserDefaults defaults(Identifier);
   const OrdinaryUser user(folder.path());
   {
-    const platform::testing::LogRecorder log;
+    const testkit::LogRecorder log;
     QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner);
     defaults.setInteger(7, settings::VersionCheckInterval);
     QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     EXPECT_EQ(log.lines().size(), 1);
   }
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   defaults.setObject(true, settings::AutoSave);
   EXPECT_EQ(log.lines(), QStringList());
   EXPECT_TRUE(QtUserDefaults(Identifier).boolForKey(settings::AutoSave));
@@ -134,7 +136,7 @@ TEST_F(SettingsFile, ThatCanBeWrittenAgainIs) {
 }
 
 TEST_F(SettingsFile, ThatMayNotBeReadOrIsAFolderCountsAsEmpty) {
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   QDir().mkpath(file());
   {
     QtUserDefaults defaults(Identifier);
@@ -182,7 +184,7 @@ const std::array<const char*, 14> wrongValues{"",
                                               "2026-99-99T99:99:99Z"};
 
 TEST_F(SettingsFile, WithAWrongValueUnderAnyKeyStillStartsAndSaves) {
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   const QStringList keys{
       settings::SaveDirectory,        settings::ExportDirectory,      settings::AutoSave,
       settings::ExportToOsiriX,       settings::LaunchScript,         settings::AutomaticVersionCheck,
@@ -250,7 +252,7 @@ TEST_F(SettingsFile, WithAWrongValueUnderAnyKeyStillStartsAndSaves) {
       document->directUpdateDisplayAndSetDirty(nullptr);
       const bool panel =
           !defaults.boolForKey(settings::AutoSave) ||
-          !QFileInfo::exists(platform::expandingTildeInPath(defaults.stringForKey(settings::SaveDirectory)));
+          !QFileInfo::exists(base::expandingTildeInPath(defaults.stringForKey(settings::SaveDirectory)));
       if (panel) desk.desktop.panels.expectSave(QUrl::fromLocalFile(fallback));
       document->saveDocument();
       desk.desktop.runLoop.settle();

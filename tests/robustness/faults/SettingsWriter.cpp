@@ -8,13 +8,15 @@
 
 #include "desktop/settings/QtUserDefaults.h"
 
+using namespace velmora;
+
 int main(int argc, char** argv) {
   QCoreApplication application(argc, argv);
   const QStringList arguments = QCoreApplication::arguments();
   if (arguments.size() != 3) return 2;
   const QString prefix = arguments.at(1);
   const int count = arguments.at(2).toInt();
-  platform::qt::QtUserDefaults defaults(QStringLiteral("org.velmora.growth"));
+  desktop::QtUserDefaults defaults(QStringLiteral("org.velmora.growth"));
   std::puts("ready");
   std::fflush(stdout);
   if (std::getchar() == EOF) return 2;  // both begin when both are there

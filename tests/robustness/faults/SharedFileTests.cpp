@@ -10,6 +10,8 @@
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 using faults::firstWeight;
 using faults::GrowthDesk;
 using faults::recordIn;
@@ -90,7 +92,7 @@ TEST_F(SharedFile, ReplacedByRubbishIsKeptToo) {
 }
 
 TEST_F(SharedFile, OfSomebodyElseIsNotReplacedWhenNoCopyOfItCanBeKept) {
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   other.opened(file());
   saveWith(mine, QStringLiteral("11"));
   QDir(other.home.path(QStringLiteral(".local/share"))).removeRecursively();

@@ -12,10 +12,12 @@
 #include "tests/robustness/link/ReturningBus.h"
 #include "tests/integration/link/LinkTesting.h"
 
+using namespace velmora;
+
 using namespace link_testing;
-using platform::QtDistributedNotificationCenter;
-using platform::wire::BusLink;
 using std::chrono::milliseconds;
+using velmora::desktop::QtDistributedNotificationCenter;
+using velmora::link::BusLink;
 
 namespace {
 
@@ -154,11 +156,11 @@ TEST(RetriesOfTheLink, ComeAtGrowingDistancesOfASecondToHalfAMinute) {
 }
 
 TEST(LastingAddresses, DoNotNameARunOfTheBus) {
-  EXPECT_EQ(platform::wire::lastingAddress(QStringLiteral("unix:path=/a,guid=12;unix:abstract=b,guid=3")),
+  EXPECT_EQ(link::lastingAddress(QStringLiteral("unix:path=/a,guid=12;unix:abstract=b,guid=3")),
             QStringLiteral("unix:path=/a;unix:abstract=b"));
-  EXPECT_EQ(platform::wire::lastingAddress(QStringLiteral("unix:path=/run/user/1/bus")),
+  EXPECT_EQ(link::lastingAddress(QStringLiteral("unix:path=/run/user/1/bus")),
             QStringLiteral("unix:path=/run/user/1/bus"));
-  EXPECT_EQ(platform::wire::lastingAddress(QString()), QString());
+  EXPECT_EQ(link::lastingAddress(QString()), QString());
 }
 
 class ABusThatDoesNotGreet : public ::testing::TestWithParam<RawBus::Manner> {};

@@ -8,6 +8,8 @@
 #include "tests/integration/link/LinkTesting.h"
 #include "link/protocol/LinkProtocol.h"
 
+using namespace velmora;
+
 using namespace link_testing;
 namespace keys = velmora::link;
 
@@ -19,7 +21,7 @@ constexpr qint64 MayKeep = 20 * MiB;
 TEST(ManyRequests, AtABusyProgramAreAllHandledAndLeaveNoMemoryBehind) {
   testing_support::PrivateBus bus;
   WeatherProgram program(bus);
-  platform::QtDistributedNotificationCenter viewer(bus.address());
+  desktop::QtDistributedNotificationCenter viewer(bus.address());
   const auto send = [&](const QString& identifier, const QVariantMap& more = {}) {
     QVariantMap details = more;
     details.insert(keys::Identifier, identifier);

@@ -10,6 +10,8 @@
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/osirix/OsirixExportQueue.h"
 
+using namespace velmora;
+
 using namespace link_testing;
 
 /// The export queue in virtual time, with a real bus behind it and a viewer that listens.
@@ -29,12 +31,12 @@ class Replies : public ::testing::Test {
   QString nextIdentifier() { return mailbox_.takeDetails().value(velmora::link::Identifier).toString(); }
 
   testing_support::PrivateBus bus_;
-  platform::testing::TestServices desktop_{{{QStringLiteral("CFBundleIdentifier"), Growth}}};
+  testkit::TestServices desktop_{{{QStringLiteral("CFBundleIdentifier"), Growth}}};
   LogCapture log_;
   QObject observer_;
   Mailbox mailbox_;
-  platform::QtDistributedNotificationCenter viewer_{bus_.address()};
-  platform::QtDistributedNotificationCenter centre_{bus_.address()};
+  desktop::QtDistributedNotificationCenter viewer_{bus_.address()};
+  desktop::QtDistributedNotificationCenter centre_{bus_.address()};
   platform::Services services_{desktop_.defaults,
                                desktop_.notificationCenter,
                                centre_,

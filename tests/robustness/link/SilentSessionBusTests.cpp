@@ -15,6 +15,8 @@
 #include "tests/integration/link/LinkTesting.h"
 #include "link/protocol/LinkProtocol.h"
 
+using namespace velmora;
+
 using namespace link_testing;
 
 namespace {
@@ -59,7 +61,7 @@ TEST_P(ASilentSessionBus, IsFoundByTheLinkWhenItWakes) {
   awake.start();
   bus_->hangUp();
   ASSERT_TRUE(program.waitForLog(QStringLiteral("the link is on")));
-  platform::QtDistributedNotificationCenter viewer(bus_->address());
+  desktop::QtDistributedNotificationCenter viewer(bus_->address());
   viewer.postNotificationName(program.linkName(), velmora::link::RequestObject,
                               {{velmora::link::Identifier, QStringLiteral("AB1")}});
   EXPECT_TRUE(viewer.flush());

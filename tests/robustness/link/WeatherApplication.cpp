@@ -31,6 +31,8 @@
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 #if defined(__SANITIZE_ADDRESS__)
 // As the sanitizer runtime declares it; its header comes with another package.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
@@ -86,9 +88,9 @@ void obey(const std::string& order) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  platform::qt::prepareSessionBus();
+  desktop::prepareSessionBus();
   QApplication application(argc, argv);
-  platform::qt::Desktop desktop(qEnvironmentVariable("WEATHER_BUNDLE"));
+  desktop::Desktop desktop(qEnvironmentVariable("WEATHER_BUNDLE"));
   platform::Services& services = desktop.services();
   services.defaults.setInteger(31, velmora::settings::VersionCheckInterval);  // not the first run
   services.defaults.registerDefaults({{velmora::settings::DataFileExtension, QStringLiteral("growth")}});

@@ -11,6 +11,8 @@
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 using namespace weather;
 
 namespace {
@@ -192,7 +194,7 @@ TEST(DestructionOfTheController, UnderASheetOfADocumentTakesTheSheetWithIt) {
 TEST(DestructionOfTheRunLoop, DropsWhatOtherThreadsHandedOver) {
   QObject owner;
   for (int i = 0; i < 20; ++i) {
-    auto runLoop = std::make_unique<platform::qt::QtRunLoop>();
+    auto runLoop = std::make_unique<desktop::QtRunLoop>();
     std::thread other([&] {
       for (int call = 0; call < 50; ++call) runLoop->performOnMainThread(&owner, [] { FAIL(); });
     });

@@ -19,6 +19,8 @@
 #include "tests/robustness/nesting/WeatherDesktop.h"
 #include "velmora/document/VelmoraGraphView.h"
 
+using namespace velmora;
+
 using namespace weather;
 
 namespace {
@@ -210,7 +212,7 @@ TEST_F(Exceptions, InALinkRequest) {
 
 TEST_F(Exceptions, InTheHandlerOfANotificationFromTheBus) {
   testing_support::PrivateBus bus;
-  platform::QtDistributedNotificationCenter centre(bus.address());
+  desktop::QtDistributedNotificationCenter centre(bus.address());
   QObject observer;
   std::atomic<int> heard{0};
   centre.addObserver(&observer, QStringLiteral("name"), QStringLiteral("object"),

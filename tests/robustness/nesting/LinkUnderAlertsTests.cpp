@@ -9,6 +9,8 @@
 #include "tests/robustness/nesting/WeatherDesktop.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 using namespace weather;
 
 namespace {

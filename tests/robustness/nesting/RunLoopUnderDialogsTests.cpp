@@ -9,8 +9,10 @@
 #include "testing/TestServices.h"
 #include "tests/robustness/nesting/WeatherDesktop.h"
 
+using namespace velmora;
+
 using namespace weather;
-using platform::Alert;
+using velmora::platform::Alert;
 
 namespace {
 
@@ -134,7 +136,7 @@ TEST_F(RealDialogs, AsSheetsHoldNothing) {
 }
 
 TEST(VirtualDialogs, HoldTimedCallsAndHandOffsWhereverTheyNest) {
-  platform::testing::TestServices desktop({});
+  testkit::TestServices desktop({});
   QObject owner;
   QStringList ran;
   desktop.alerts.expect(Question, platform::AlertDefaultReturn, [&] {

@@ -19,6 +19,8 @@
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace weather {
 namespace {
 const QString BundleIdentifier = QStringLiteral("org.velmora.recorder");

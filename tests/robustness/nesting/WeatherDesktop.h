@@ -66,41 +66,41 @@ void waitUntil(const std::function<bool()>& holds);
 struct Desktop {
   explicit Desktop(const QVariantMap& information) : mainBundle(information, QString()) {}
 
-  platform::qt::QtRunLoop runLoop;
-  platform::testing::MemoryUserDefaults defaults;
-  platform::NotificationCenter notificationCenter;
-  platform::testing::RecordingDistributedCenter distributedCenter{runLoop};
-  platform::qt::QtAlerts alerts{runLoop};
-  platform::qt::QtPanels panels{runLoop};
-  platform::testing::RecordingWorkspace workspace;
-  platform::FileManager fileManager;
-  platform::Bundle mainBundle;
-  platform::testing::RecordingPrinter printer;
-  platform::PrintInfo sharedPrintInfo;
-  platform::testing::RecordingEffects effects;
-  platform::GraphicsContext graphics;
-  platform::InterfaceFiles interfaceFiles;
-  platform::testing::RecordingApplication application;
-  platform::testing::ScriptedScripts scripts;
-  platform::testing::ScriptedWeb web{runLoop};
-  platform::Services services{defaults,
-                              notificationCenter,
-                              distributedCenter,
-                              alerts,
-                              panels,
-                              workspace,
-                              fileManager,
-                              runLoop,
-                              mainBundle,
-                              printer,
-                              sharedPrintInfo,
-                              effects,
-                              graphics,
-                              interfaceFiles,
-                              application,
-                              scripts,
-                              web,
-                              nullptr};
+  velmora::desktop::QtRunLoop runLoop;
+  velmora::testkit::MemoryUserDefaults defaults;
+  velmora::platform::NotificationCenter notificationCenter;
+  velmora::testkit::RecordingDistributedCenter distributedCenter{runLoop};
+  velmora::desktop::QtAlerts alerts{runLoop};
+  velmora::desktop::QtPanels panels{runLoop};
+  velmora::testkit::RecordingWorkspace workspace;
+  velmora::base::FileManager fileManager;
+  velmora::platform::Bundle mainBundle;
+  velmora::testkit::RecordingPrinter printer;
+  velmora::platform::PrintInfo sharedPrintInfo;
+  velmora::testkit::RecordingEffects effects;
+  velmora::platform::GraphicsContext graphics;
+  velmora::platform::InterfaceFiles interfaceFiles;
+  velmora::testkit::RecordingApplication application;
+  velmora::testkit::ScriptedScripts scripts;
+  velmora::testkit::ScriptedWeb web{runLoop};
+  velmora::platform::Services services{defaults,
+                                       notificationCenter,
+                                       distributedCenter,
+                                       alerts,
+                                       panels,
+                                       workspace,
+                                       fileManager,
+                                       runLoop,
+                                       mainBundle,
+                                       printer,
+                                       sharedPrintInfo,
+                                       effects,
+                                       graphics,
+                                       interfaceFiles,
+                                       application,
+                                       scripts,
+                                       web,
+                                       nullptr};
 };
 
 /// An application of the family on that desktop, its documents RecordingDocuments.
@@ -127,7 +127,7 @@ class Application {
   void destroyController() { controller_.reset(); }
 
   testing_support::OwnHome home;
-  platform::testing::LogRecorder log;
+  velmora::testkit::LogRecorder log;
   Desktop desktop;
   testing_support::RecordingDelegate delegate;
 

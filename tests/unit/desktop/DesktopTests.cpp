@@ -19,21 +19,21 @@
 #include "tests/unit/platform/Shown.h"
 #include "tests/unit/desktop/alerts/ModalBox.h"
 
-using platform::DocumentController;
-using platform::qt::Desktop;
-using platform::testing::LogRecorder;
+using namespace velmora;
+
+using velmora::desktop::Desktop;
+using velmora::platform::DocumentController;
+using velmora::testkit::LogRecorder;
 
 namespace {
 
 class EmptyDocument : public platform::Document {
  public:
   using Document::Document;
-  platform::FileResult readFromData(const QByteArray&, const QString&) override {
-    return platform::FileResult::success();
+  base::FileResult readFromData(const QByteArray&, const QString&) override {
+    return base::FileResult::success();
   }
-  platform::FileResult dataOfType(const QString&, QByteArray&) override {
-    return platform::FileResult::success();
-  }
+  base::FileResult dataOfType(const QString&, QByteArray&) override { return base::FileResult::success(); }
 };
 
 /// Keeps what happens at start and end, and quits as soon as the application has started.

@@ -5,11 +5,13 @@
 #include "testing/VirtualRunLoop.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::Alert;
-using platform::testing::RecordingDistributedCenter;
-using platform::testing::ScriptedAlerts;
-using platform::testing::ScriptedPanels;
-using platform::testing::VirtualRunLoop;
+using namespace velmora;
+
+using velmora::platform::Alert;
+using velmora::testkit::RecordingDistributedCenter;
+using velmora::testkit::ScriptedAlerts;
+using velmora::testkit::ScriptedPanels;
+using velmora::testkit::VirtualRunLoop;
 
 namespace {
 
@@ -19,10 +21,10 @@ const Alert Question{"Go on?", "Yes", "No", "", "It takes long."};
 class StandIns : public testing::Test {
  protected:
   StandIns() {
-    platform::testing::setFailureHandler([this](const QString& what) { complaints.append(what); });
+    testkit::setFailureHandler([this](const QString& what) { complaints.append(what); });
   }
   ~StandIns() override {
-    platform::testing::setFailureHandler([](const QString& what) { ADD_FAILURE() << qPrintable(what); });
+    testkit::setFailureHandler([](const QString& what) { ADD_FAILURE() << qPrintable(what); });
   }
 
   VirtualRunLoop runLoop;

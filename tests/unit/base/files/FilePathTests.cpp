@@ -2,11 +2,11 @@
 #include "base/files/FileManager.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::abbreviatingWithTildeInPath;
-using platform::appendingPathExtension;
-using platform::deletingPathExtension;
-using platform::expandingTildeInPath;
-using platform::pathExtension;
+using velmora::base::abbreviatingWithTildeInPath;
+using velmora::base::appendingPathExtension;
+using velmora::base::deletingPathExtension;
+using velmora::base::expandingTildeInPath;
+using velmora::base::pathExtension;
 
 namespace {
 

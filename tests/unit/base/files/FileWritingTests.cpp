@@ -17,8 +17,8 @@
 #include "base/files/FileManager.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::FileManager;
-using platform::FileResult;
+using velmora::base::FileManager;
+using velmora::base::FileResult;
 
 namespace {
 

@@ -7,10 +7,12 @@
 #include "testing/LogRecorder.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::AssertionFailure;
-using platform::guarded;
-using platform::logLine;
-using platform::testing::LogRecorder;
+using namespace velmora;
+
+using velmora::base::AssertionFailure;
+using velmora::base::guarded;
+using velmora::base::logLine;
+using velmora::testkit::LogRecorder;
 
 namespace {
 
@@ -57,9 +59,9 @@ TEST(Guard, LetsNoExceptionOutAndSaysWhatItCaught) {
 }
 
 TEST(AssertionFailure, NamesWhatWasFoundAndWhoInsisted) {
-  EXPECT_NO_THROW(platform::requireValue(true, "VelmoraDocument"));
+  EXPECT_NO_THROW(base::requireValue(true, "VelmoraDocument"));
   try {
-    platform::requireValue(false, "VelmoraDocument");
+    base::requireValue(false, "VelmoraDocument");
     FAIL() << "nothing was thrown";
   } catch (const AssertionFailure& failure) {
     EXPECT_EQ(failure.message(), "Value==nil");

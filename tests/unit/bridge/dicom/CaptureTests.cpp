@@ -23,6 +23,8 @@
 #include "orv/chart/JpegEncoder.h"
 #include "tests/unit/bridge/dicom/DicomTesting.h"
 
+using namespace velmora;
+
 using namespace dicom_testing;
 using bridge::Chart;
 using bridge::Study;

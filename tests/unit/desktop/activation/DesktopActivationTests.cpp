@@ -14,10 +14,12 @@
 #include "tests/unit/desktop/activation/DesktopBus.h"
 #include "tests/support/PrivateBus.h"
 
-using platform::qt::DesktopActivation;
-using platform::qt::DesktopRequest;
-using platform::testing::LogRecorder;
+using namespace velmora;
+
 using testing_support::BusStranger;
+using velmora::desktop::DesktopActivation;
+using velmora::desktop::DesktopRequest;
+using velmora::testkit::LogRecorder;
 using Kind = DesktopRequest::Kind;
 using Outcome = DesktopActivation::Outcome;
 
@@ -54,7 +56,7 @@ class ActivationOnABus : public testing::Test {
  protected:
   testing_support::PrivateBus bus;
   testing_support::SessionBusVariable variable{bus.address()};
-  platform::qt::QtRunLoop runLoop;
+  desktop::QtRunLoop runLoop;
 };
 
 TEST_F(ActivationOnABus, MakesTheFirstProgramTheOne) {
@@ -269,7 +271,7 @@ TEST_F(ActivationOnABus, WaitsNoLongerThanItsPatienceForAFrozenBus) {
 
 TEST(ActivationWithoutABus, GoesOnAlone) {
   const testing_support::SessionBusVariable variable("unix:path=/nonexistent/bus");
-  platform::qt::QtRunLoop runLoop;
+  desktop::QtRunLoop runLoop;
   Program first(runLoop);
   EXPECT_EQ(first.begin(), Outcome::Alone);
 }
@@ -277,7 +279,7 @@ TEST(ActivationWithoutABus, GoesOnAlone) {
 TEST(ActivationWithoutABus, GoesOnAloneWithoutAnIdentifier) {
   const testing_support::PrivateBus bus;
   const testing_support::SessionBusVariable variable(bus.address());
-  platform::qt::QtRunLoop runLoop;
+  desktop::QtRunLoop runLoop;
   DesktopActivation activation(runLoop);
   EXPECT_EQ(activation.begin(QString(), {}), Outcome::Alone);
 }
@@ -286,7 +288,7 @@ TEST(ActivationOnAReturningBus, IsReachedAgainWhenTheBusIsBack) {
   link_testing::ReturningBus bus;
   bus.start();
   const testing_support::SessionBusVariable variable(bus.address());
-  platform::qt::QtRunLoop runLoop;
+  desktop::QtRunLoop runLoop;
   Program first(runLoop);
   ASSERT_EQ(first.begin(), Outcome::Serving);
   first.listen();
@@ -303,7 +305,7 @@ TEST(ActivationOnAReturningBus, IsReachedAgainWhenTheBusIsBack) {
 TEST(ActivationOnAReturningBus, IsReachedOnceThereIsABus) {
   link_testing::ReturningBus bus;
   const testing_support::SessionBusVariable variable(bus.address());
-  platform::qt::QtRunLoop runLoop;
+  desktop::QtRunLoop runLoop;
   Program first(runLoop);
   ASSERT_EQ(first.begin(), Outcome::Alone);
   bus.start();

@@ -13,10 +13,12 @@
 #include "testing/TestServices.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::qt::DesktopRequest;
-using platform::qt::DesktopRequests;
-using platform::qt::summaryForLog;
-using platform::testing::LogRecorder;
+using namespace velmora;
+
+using velmora::desktop::DesktopRequest;
+using velmora::desktop::DesktopRequests;
+using velmora::desktop::summaryForLog;
+using velmora::testkit::LogRecorder;
 using Kind = DesktopRequest::Kind;
 
 namespace {
@@ -24,18 +26,16 @@ namespace {
 class TextDocument : public platform::Document {
  public:
   using Document::Document;
-  platform::FileResult readFromData(const QByteArray& data, const QString&) override {
-    return data == "bad" ? platform::FileResult::failure("It is damaged.") : platform::FileResult::success();
+  base::FileResult readFromData(const QByteArray& data, const QString&) override {
+    return data == "bad" ? base::FileResult::failure("It is damaged.") : base::FileResult::success();
   }
-  platform::FileResult dataOfType(const QString&, QByteArray&) override {
-    return platform::FileResult::success();
-  }
+  base::FileResult dataOfType(const QString&, QByteArray&) override { return base::FileResult::success(); }
 };
 
 /// Says what is asked of it.
 class Application : public platform::DocumentController {
  public:
-  explicit Application(platform::testing::TestServices& testServices)
+  explicit Application(testkit::TestServices& testServices)
       : DocumentController(testServices.services), desktop(testServices) {
     setDocumentFactory([this] {
       ++made;
@@ -49,7 +49,7 @@ class Application : public platform::DocumentController {
     tokens.append(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"));
     if (jams) throw std::runtime_error("paper jam");
     const bool opens = openDocumentWithContentsOfURL(QUrl::fromLocalFile(path), false) != nullptr;
-    if (prints && opens) desktop.printer.jobs.append(platform::testing::RecordingPrinter::Job());
+    if (prints && opens) desktop.printer.jobs.append(testkit::RecordingPrinter::Job());
     return true;
   }
   bool applicationPerformAction(const QString& name) override {
@@ -62,7 +62,7 @@ class Application : public platform::DocumentController {
     said.append(QStringLiteral("%1, %2 open").arg(what).arg(documents().size()));
   }
 
-  platform::testing::TestServices& desktop;
+  testkit::TestServices& desktop;
   QStringList said;
   QStringList recents;
   QStringList tokens;
@@ -94,7 +94,7 @@ class Requests : public testing::Test {
   }
 
   QTemporaryDir folder;
-  platform::testing::TestServices desktop{{{"CFBundleIdentifier", "org.velmora.texts"}}};
+  testkit::TestServices desktop{{{"CFBundleIdentifier", "org.velmora.texts"}}};
   Application controller{desktop};
   DesktopRequests requests{desktop.services, controller};
 };
@@ -112,7 +112,7 @@ TEST(DesktopRequestInTheLog, NamesNoFile) {
 
 TEST(ALeftRequest, BecomesTheCommandLineThatAsksForIt) {
   using Kind = DesktopRequest::Kind;
-  using platform::qt::argumentsFor;
+  using desktop::argumentsFor;
   EXPECT_EQ(argumentsFor({Kind::Activate, {}, {}, "token"}), QStringList());
   EXPECT_EQ(argumentsFor({Kind::Open, {"/a", "/--b"}, {}, {}}), (QStringList{"--", "/a", "/--b"}));
   EXPECT_EQ(argumentsFor({Kind::Print, {"/a", "/b"}, {}, {}}), (QStringList{"--print", "--", "/a", "/b"}));
@@ -121,7 +121,7 @@ TEST(ALeftRequest, BecomesTheCommandLineThatAsksForIt) {
 
 TEST(LeftRequests, StartTheProgramOnceToComeToTheFrontUnlessAWindowComesAnyway) {
   using Kind = DesktopRequest::Kind;
-  using platform::qt::startsFor;
+  using desktop::startsFor;
   using List = QList<DesktopRequest>;
   const DesktopRequest activate;
   const DesktopRequest open{Kind::Open, {"/a"}, {}, {}};
@@ -256,17 +256,17 @@ TEST_F(Requests, SayThatAFileWasNotPrintedAloneWhenThePrinterFails) {
 // Alerts with nobody before them.
 
 TEST(UnattendedAlerts, AreShownWhileSomebodyIsThere) {
-  platform::testing::VirtualRunLoop runLoop;
-  platform::testing::ScriptedAlerts shown(runLoop);
-  platform::qt::UnattendedAlerts alerts(shown);
+  testkit::VirtualRunLoop runLoop;
+  testkit::ScriptedAlerts shown(runLoop);
+  desktop::UnattendedAlerts alerts(shown);
   shown.expect({"Save?", "Save", "Don't Save", "Cancel", ""}, platform::AlertDefaultReturn);
   EXPECT_EQ(alerts.runModal({"Save?", "Save", "Don't Save", "Cancel", ""}), platform::AlertDefaultReturn);
 }
 
 TEST(UnattendedAlerts, AreWrittenInOneLineAndAnsweredByWhatChangesLeast) {
-  platform::testing::VirtualRunLoop runLoop;
-  platform::testing::ScriptedAlerts shown(runLoop);
-  platform::qt::UnattendedAlerts alerts(shown);
+  testkit::VirtualRunLoop runLoop;
+  testkit::ScriptedAlerts shown(runLoop);
+  desktop::UnattendedAlerts alerts(shown);
   alerts.setUnattended(true);
   testing::internal::CaptureStderr();
   EXPECT_EQ(alerts.runModal({"Save\n?", "Save", "Don't Save", "Cancel", "All\nlost."}),

@@ -14,9 +14,11 @@
 #include "tests/unit/platform/Shown.h"
 #include "tests/unit/desktop/alerts/ModalBox.h"
 
-using platform::Alert;
-using platform::qt::QtAlerts;
+using namespace velmora;
+
 using testing_support::whenOpen;
+using velmora::desktop::QtAlerts;
+using velmora::platform::Alert;
 
 namespace {
 
@@ -39,7 +41,7 @@ class RealAlerts : public testing::Test {
     box.done(0);
   }
 
-  platform::qt::QtRunLoop runLoop;
+  desktop::QtRunLoop runLoop;
   QtAlerts alerts{runLoop};
 };
 
@@ -232,7 +234,7 @@ TEST_F(RealAlerts, AsASheetSurviveAnAnswerThatThrows) {
   QWidget window;
   window.show();
   QObject owner;
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   alerts.beginSheetModalForWindow(SaveQuestion, &window, &owner,
                                   [](int) { throw std::runtime_error("no record"); });
   press(*window.findChild<QMessageBox*>(), "Save");

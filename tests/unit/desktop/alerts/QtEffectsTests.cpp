@@ -8,6 +8,8 @@
 
 #include "tests/unit/platform/Shown.h"
 
+using namespace velmora;
+
 namespace {
 
 QWidget* poof() {
@@ -18,7 +20,7 @@ QWidget* poof() {
 }
 
 TEST(Poof, ShowsAtItsPointTakesNoInputAndGoesByItself) {
-  platform::qt::QtEffects effects;
+  desktop::QtEffects effects;
   effects.showPoof(QPoint(200, 150));
   const QPointer<QWidget> cloud = poof();
   ASSERT_FALSE(cloud.isNull());
@@ -30,6 +32,6 @@ TEST(Poof, ShowsAtItsPointTakesNoInputAndGoesByItself) {
   EXPECT_TRUE(QTest::qWaitFor([&cloud] { return cloud.isNull(); }));
 }
 
-TEST(Beep, IsHarmless) { platform::qt::QtEffects().beep(); }
+TEST(Beep, IsHarmless) { desktop::QtEffects().beep(); }
 
 }  // namespace

@@ -15,10 +15,12 @@
 #include "tests/unit/platform/Shown.h"
 #include "tests/unit/desktop/alerts/ModalBox.h"
 
-using platform::OpenPanel;
-using platform::SavePanel;
-using platform::qt::QtPanels;
+using namespace velmora;
+
 using testing_support::whenOpen;
+using velmora::desktop::QtPanels;
+using velmora::platform::OpenPanel;
+using velmora::platform::SavePanel;
 
 namespace {
 
@@ -47,7 +49,7 @@ class RealPanels : public testing::Test {
   }
 
   QTemporaryDir folder;
-  platform::qt::QtRunLoop runLoop;
+  desktop::QtRunLoop runLoop;
   QtPanels panels{runLoop};
 };
 

@@ -18,9 +18,11 @@
 #include "tests/unit/desktop/alerts/ModalBox.h"
 #include "tests/unit/desktop/printing/PdfFile.h"
 
-using platform::PrintInfo;
-using platform::qt::QtPrinter;
+using namespace velmora;
+
 using testing_support::PdfFile;
+using velmora::desktop::QtPrinter;
+using velmora::platform::PrintInfo;
 
 namespace {
 
@@ -58,7 +60,7 @@ class RealPrinter : public testing::Test {
   }
 
   QTemporaryDir folder;
-  platform::qt::QtRunLoop runLoop;
+  desktop::QtRunLoop runLoop;
   platform::GraphicsContext graphics;
   QtPrinter printer{runLoop, graphics};
   NotingView view{graphics};

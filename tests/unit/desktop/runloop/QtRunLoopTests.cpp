@@ -10,8 +10,10 @@
 #include "testing/LogRecorder.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::RunLoop;
-using platform::qt::QtRunLoop;
+using namespace velmora;
+
+using velmora::desktop::QtRunLoop;
+using velmora::platform::RunLoop;
 
 namespace {
 
@@ -113,7 +115,7 @@ TEST_F(RunLoopInRealTime, DoesNotOvertakeACallThatRunsEventsItself) {
 }
 
 TEST_F(RunLoopInRealTime, SurvivesACallThatThrows) {
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   runLoop.performAfterDelay(&owner, 0, [] { throw std::runtime_error("broken\nin two"); });
   runLoop.performAfterDelay(&owner, 0, say("still here"));
   ASSERT_TRUE(waitFor(1));

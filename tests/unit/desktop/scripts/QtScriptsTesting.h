@@ -14,13 +14,13 @@
 
 #include "platform/scripts/Script.h"
 
-namespace platform {
+namespace velmora::platform {
 
-inline void PrintTo(const TextRange& range, std::ostream* out) {
+inline void PrintTo(const platform::TextRange& range, std::ostream* out) {
   *out << range.location << " to " << range.location + range.length;
 }
 
-}  // namespace platform
+}  // namespace velmora::platform
 
 namespace testing_support {
 
@@ -80,7 +80,7 @@ class OwnVariable {
 };
 
 /// The characters of a source that an error is pinned on.
-inline QString pinned(const QString& source, const platform::ScriptError& error) {
+inline QString pinned(const QString& source, const velmora::platform::ScriptError& error) {
   return source.mid(error.range.location, error.range.length);
 }
 

@@ -13,16 +13,18 @@
 #include "tests/unit/desktop/scripts/QtScriptsTesting.h"
 #include "tests/unit/velmora/support/OwnHome.h"
 
-using platform::Script;
-using platform::ScriptError;
-using platform::ScriptText;
-using platform::TextRange;
-using platform::qt::QtScripts;
+using namespace velmora;
+
 using testing_support::Fifo;
 using testing_support::OwnHome;
 using testing_support::OwnVariable;
 using testing_support::pinned;
 using testing_support::writeFile;
+using velmora::desktop::QtScripts;
+using velmora::platform::Script;
+using velmora::platform::ScriptError;
+using velmora::platform::ScriptText;
+using velmora::platform::TextRange;
 
 namespace {
 
@@ -51,7 +53,7 @@ class CheckingScripts : public testing::Test {
   QByteArray emptyFolder() const { return QFile::encodeName(home.makeFolder("empty")); }
 
   OwnHome home;
-  platform::testing::VirtualRunLoop runLoop;
+  testkit::VirtualRunLoop runLoop;
   std::optional<QtScripts> scripts{runLoop};
   std::unique_ptr<Script> script;
 };
@@ -149,7 +151,7 @@ TEST_F(CheckingScripts, DoWithoutAShfmtThatDoesNotWork) {
   const char* programs[] = {"exec sleep 1000", "echo wrong >&2; exit 2", "kill -9 $$"};
   for (const char* program : programs) {
     const OwnVariable path("PATH", folderWithFormatter(program) + ":/usr/bin:/bin");
-    scripts.emplace(runLoop, platform::qt::ScriptTimes{.forTools = std::chrono::milliseconds(500)});
+    scripts.emplace(runLoop, desktop::ScriptTimes{.forTools = std::chrono::milliseconds(500)});
     EXPECT_FALSE(errorIn("echo   a")) << program;
     EXPECT_FALSE(script->richTextSource()) << program;
     const std::optional<ScriptError> error = errorIn("a; fi");
@@ -159,7 +161,7 @@ TEST_F(CheckingScripts, DoWithoutAShfmtThatDoesNotWork) {
 }
 
 TEST_F(CheckingScripts, HoldTheWindowsUpForAFewSecondsAtMost) {
-  EXPECT_LE(platform::qt::ScriptTimes().forTools, std::chrono::seconds(3));
+  EXPECT_LE(desktop::ScriptTimes().forTools, std::chrono::seconds(3));
 }
 
 TEST_F(CheckingScripts, ShowABusyPointerWhileTheToolsAreAtWork) {
@@ -188,7 +190,7 @@ TEST_F(CheckingScripts, BelieveTheShellWhereShfmtFindsNothing) {
 
 TEST_F(CheckingScripts, TakeAScriptOfOneMegabyte) {
   // However busy the machine is.
-  scripts.emplace(runLoop, platform::qt::ScriptTimes{.forTools = std::chrono::minutes(1)});
+  scripts.emplace(runLoop, desktop::ScriptTimes{.forTools = std::chrono::minutes(1)});
   QString source;
   while (source.size() < 1024 * 1024) source += "if  true; then echo \"größe $x\"; fi # 患者\n";
   EXPECT_FALSE(errorIn(source));

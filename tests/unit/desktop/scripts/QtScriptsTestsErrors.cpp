@@ -5,13 +5,13 @@
 #include "tests/unit/platform/Shown.h"
 #include "tests/unit/desktop/scripts/QtScriptsTesting.h"
 
-using platform::ScriptError;
-using platform::TextRange;
-using platform::qt::errorOfFormatter;
-using platform::qt::errorOfRun;
-using platform::qt::errorOfSyntaxCheck;
-using platform::qt::rangeOfPlace;
 using testing_support::pinned;
+using velmora::desktop::errorOfFormatter;
+using velmora::desktop::errorOfRun;
+using velmora::desktop::errorOfSyntaxCheck;
+using velmora::desktop::rangeOfPlace;
+using velmora::platform::ScriptError;
+using velmora::platform::TextRange;
 
 TEST(PlaceInScript, CoversTheTokenThatBeginsThereOrTheRestOfTheLine) {
   struct Case {

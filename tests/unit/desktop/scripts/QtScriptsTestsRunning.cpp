@@ -22,17 +22,19 @@
 #include "tests/unit/desktop/scripts/QtScriptsTesting.h"
 #include "tests/unit/velmora/support/OwnHome.h"
 
+using namespace velmora;
+
 using namespace std::chrono_literals;
-using platform::Script;
-using platform::ScriptError;
-using platform::TextRange;
-using platform::qt::QtScripts;
-using platform::qt::ScriptTimes;
 using testing_support::Fifo;
 using testing_support::OwnHome;
 using testing_support::OwnVariable;
 using testing_support::pinned;
 using testing_support::readFile;
+using velmora::desktop::QtScripts;
+using velmora::desktop::ScriptTimes;
+using velmora::platform::Script;
+using velmora::platform::ScriptError;
+using velmora::platform::TextRange;
 
 namespace {
 
@@ -72,7 +74,7 @@ class RunningScripts : public testing::Test {
   OwnHome home;
   Fifo started{home.path("started")};
   Fifo go{home.path("go")};
-  platform::testing::VirtualRunLoop runLoop;
+  testkit::VirtualRunLoop runLoop;
   QtScripts scripts{runLoop};
   std::unique_ptr<Script> script;
 };
@@ -253,7 +255,7 @@ TEST_F(RunningScripts, HoldDeferredCallsUntilTheirEnd) {
 
 TEST_F(RunningScripts, AreNotedInTheLogWhenTheyRunForLong) {
   EXPECT_EQ(ScriptTimes().untilLogged, 10s);
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   QtScripts impatient(runLoop, {.untilLogged = 30ms});
   script = impatient.initWithSource(WaitingScript);
   // It ends as soon as the line is there, and else not at all.
@@ -421,7 +423,7 @@ TEST_F(RunningScripts, AreKilledWhenTheyAreGivenUp) {
 }
 
 TEST(StandardErrorOfAScript, IsReadToItsEndWithoutAnEventLoop) {
-  platform::qt::ShellStandardError pipe;
+  desktop::ShellStandardError pipe;
   ASSERT_EQ(write(pipe.scriptsEnd(), "last words\n", 11), 11);
   EXPECT_EQ(pipe.text(), "last words\n");
 }

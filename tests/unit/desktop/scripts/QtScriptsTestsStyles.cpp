@@ -4,8 +4,8 @@
 #include "desktop/scripts/ShellStyles.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::ScriptText;
-using platform::qt::styledRuns;
+using velmora::desktop::styledRuns;
+using velmora::platform::ScriptText;
 
 namespace {
 

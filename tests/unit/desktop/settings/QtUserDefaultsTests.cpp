@@ -10,8 +10,8 @@
 
 #include "tests/unit/platform/Shown.h"
 
-using platform::distantPast;
-using platform::qt::QtUserDefaults;
+using velmora::desktop::QtUserDefaults;
+using velmora::platform::distantPast;
 
 namespace {
 

@@ -9,7 +9,9 @@
 #include "testing/VirtualRunLoop.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::qt::helpPage;
+using namespace velmora;
+
+using velmora::desktop::helpPage;
 
 namespace {
 
@@ -23,12 +25,12 @@ class Help : public testing::Test {
     EXPECT_TRUE(page.open(QIODevice::WriteOnly));
   }
   QString pageOf(const QString& language) const { return folder.filePath(language + "/index.html"); }
-  void show() { platform::qt::showHelp(folder.path(), workspace, alerts); }
+  void show() { desktop::showHelp(folder.path(), workspace, alerts); }
 
   QTemporaryDir folder;
-  platform::testing::VirtualRunLoop runLoop;
-  platform::testing::ScriptedAlerts alerts{runLoop};
-  platform::testing::RecordingWorkspace workspace;
+  testkit::VirtualRunLoop runLoop;
+  testkit::ScriptedAlerts alerts{runLoop};
+  testkit::RecordingWorkspace workspace;
 
  private:
   QLocale before_;
@@ -66,7 +68,7 @@ TEST_F(Help, SaysThatThereIsNone) {
 }
 
 /// Nothing opens anything here.
-class BareWorkspace : public platform::testing::RecordingWorkspace {
+class BareWorkspace : public testkit::RecordingWorkspace {
  public:
   bool openURL(const QUrl&) override { return false; }
 };
@@ -77,7 +79,7 @@ TEST_F(Help, SaysThatNothingShowsIt) {
   alerts.expect(
       {"The help could not be shown.", "OK", "", "", "No program opens the page " + pageOf("en") + "."},
       platform::AlertDefaultReturn);
-  platform::qt::showHelp(folder.path(), bare, alerts);
+  desktop::showHelp(folder.path(), bare, alerts);
 }
 
 }  // namespace

@@ -20,10 +20,12 @@
 #include "tests/support/LocalWebServer.h"
 #include "tests/support/TestCertificate.h"
 
-using platform::WebAnswer;
-using platform::qt::QtRunLoop;
-using platform::qt::QtWeb;
+using namespace velmora;
+
 using testing_support::LocalWebServer;
+using velmora::desktop::QtRunLoop;
+using velmora::desktop::QtWeb;
+using velmora::platform::WebAnswer;
 
 namespace {
 
@@ -355,7 +357,7 @@ TEST_F(WebPages, WaitWhileAnAlertIsOpen) {
 }
 
 TEST_F(WebPages, SurviveAReaderThatThrows) {
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   server.at("/feed", LocalWebServer::page("x"));
   web->load(server.url("/feed"), Ample, Limit, &owner,
             [](const WebAnswer&) { throw std::runtime_error("broken"); });
@@ -423,7 +425,7 @@ TEST_F(WebPagesBehindAProxy, KeepNobodyWaitingWhileItIsLookedFor) {
 }
 
 TEST_F(WebPagesBehindAProxy, DoNotKeepTheProgramFromEndingWhileItIsLookedFor) {
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   web->load(page, Ample, Limit, &owner, [](const WebAnswer&) { ADD_FAILURE(); });
   QElapsedTimer time;
   time.start();

@@ -32,7 +32,7 @@ class RealWorkspace : public testing::Test {
   }
 
   QTemporaryDir data;
-  platform::qt::QtWorkspace workspace;
+  velmora::desktop::QtWorkspace workspace;
 
  private:
   QByteArray before_;

@@ -10,6 +10,8 @@
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace testing_support {
 
 namespace {

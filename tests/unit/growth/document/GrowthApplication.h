@@ -22,7 +22,7 @@ class GrowthApplication {
   ~GrowthApplication();
 
   OwnHome home;
-  platform::testing::TestServices desktop;
+  velmora::testkit::TestServices desktop;
   growth::GrowthReferences references;
   VelmoraAppController controller;
 

@@ -10,6 +10,8 @@
 #include "tests/unit/growth/document/GrowthApplication.h"
 #include "velmora/document/VelmoraGraphView.h"
 
+using namespace velmora;
+
 using growth::Measure;
 using testing_support::GrowthApplication;
 using testing_support::orangePixels;

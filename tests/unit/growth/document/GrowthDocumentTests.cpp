@@ -11,6 +11,8 @@
 #include "tests/unit/growth/document/GrowthApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 using growth::Measure;
 using testing_support::GrowthApplication;
 using user::textOf;

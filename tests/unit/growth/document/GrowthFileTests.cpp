@@ -7,6 +7,8 @@
 #include "tests/support/SealedFile.h"
 #include "tests/unit/growth/document/GrowthApplication.h"
 
+using namespace velmora;
+
 using testing_support::GrowthApplication;
 using testing_support::readFile;
 using user::textOf;

@@ -10,6 +10,8 @@
 #include "testing/LogRecorder.h"
 #include "tests/unit/growth/document/GrowthApplication.h"
 
+using namespace velmora;
+
 using testing_support::GrowthApplication;
 using user::textOf;
 
@@ -91,7 +93,7 @@ TEST(GrowthResult, FarOutsideTheCentilesIsBounded) {
 }
 
 TEST(GrowthResult, WithoutReferenceFilesIsMissingAndTheLogSaysWhy) {
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   GrowthApplication application("/nowhere");
   EXPECT_EQ(log.lines().filter("Reference /nowhere/").size(), 3);
   GrowthDocument& document = application.typeBoy("17/1/2024", "14");

@@ -9,6 +9,8 @@
 
 #include "tests/unit/velmora/support/UserActions.h"
 
+using namespace velmora;
+
 using growth::Examination;
 using growth::GrowthRecord;
 using growth::Measure;
@@ -44,7 +46,7 @@ GrowthRecord fullRecord() {
 GrowthRecord readBack(const GrowthRecord& record) {
   const QByteArray bytes = QJsonDocument(record.toJson()).toJson();
   GrowthRecord read;
-  const platform::FileResult result = GrowthRecord::fromJson(QJsonDocument::fromJson(bytes).object(), read);
+  const base::FileResult result = GrowthRecord::fromJson(QJsonDocument::fromJson(bytes).object(), read);
   EXPECT_TRUE(result.ok()) << qPrintable(result.error);
   return read;
 }
@@ -118,7 +120,7 @@ TEST(GrowthRecord, RefusesEachMalformedContentWithItsReason) {
     const QJsonDocument json = QJsonDocument::fromJson(each.content);
     ASSERT_TRUE(json.isObject()) << each.content;
     GrowthRecord record = fullRecord();
-    const platform::FileResult result = GrowthRecord::fromJson(json.object(), record);
+    const base::FileResult result = GrowthRecord::fromJson(json.object(), record);
     EXPECT_FALSE(result.ok()) << each.content;
     EXPECT_EQ(result.error, QStringLiteral("The file is damaged (%1).").arg(each.reason)) << each.content;
     EXPECT_EQ(record, fullRecord()) << "nothing is taken over from " << each.content;

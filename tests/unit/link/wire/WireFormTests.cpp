@@ -11,7 +11,7 @@
 
 #include "tests/integration/link/LinkTesting.h"
 
-using namespace platform::wire;
+using namespace velmora::link;
 
 namespace {
 

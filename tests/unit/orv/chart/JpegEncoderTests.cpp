@@ -9,7 +9,7 @@
 #include "orv/chart/JpegEncoder.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::encodeJpeg;
+using velmora::platform::encodeJpeg;
 
 namespace {
 

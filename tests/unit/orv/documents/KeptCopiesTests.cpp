@@ -4,6 +4,8 @@
 
 #include "tests/unit/orv/documents/NoteDocument.h"
 
+using namespace velmora;
+
 namespace {
 
 class KeptCopies : public testing_support::NoteDocuments {
@@ -94,7 +96,7 @@ TEST_F(KeptCopies, AreForTheUserAlone) {
 
 TEST_F(KeptCopies, StopNothingWhenTheyCannotBeKept) {
   write(kept(), "a file where the folder would be");
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   write(path("record.note"), "contents");
   EXPECT_TRUE(copies.keepEarlierVersion(path("record.note"), "contents").isNull());
   EXPECT_EQ(log.lines().size(), 1);
@@ -108,14 +110,14 @@ TEST_F(KeptCopies, AreNotNamedInTheLogWhenTheyCannotBeKept) {
   const QString record = path(rescue);
   QDir().mkpath(kept());
   write(kept() + "/Earlier Versions", "a file where the folder would be");
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   EXPECT_TRUE(copies.keepEarlierVersion(record, "contents").isNull());
   EXPECT_EQ(log.lines(), QStringList{"No folder for copies could be made in " + kept()});
 
   /// A disk that has filled up.
-  class FullDisk : public platform::FileManager {
-    platform::FileResult writeDurably(const QString&, const QByteArray&, const LastLook&) override {
-      return platform::FileResult::failure(QStringLiteral("No space left on device"));
+  class FullDisk : public base::FileManager {
+    base::FileResult writeDurably(const QString&, const QByteArray&, const LastLook&) override {
+      return base::FileResult::failure(QStringLiteral("No space left on device"));
     }
   } full;
   OrvKeptCopies onFullDisk(full, desktop.runLoop, "org.velmora.tests");

@@ -36,7 +36,7 @@ class NoteDocument : public OrvAutoNameDocument {
   QString windowNibName() const override { return "NoteDocument"; }
   void edit(const QString& newNote) {
     note = newNote;
-    updateChangeCount(platform::ChangeType::Done);
+    updateChangeCount(velmora::platform::ChangeType::Done);
   }
   void touch() { docIsBlank_ = false; }
   using OrvAutoNameDocument::keepRescueCopy;
@@ -44,12 +44,12 @@ class NoteDocument : public OrvAutoNameDocument {
  protected:
   int contentVersion() const override { return newestVersion; }
   QJsonObject contentToJson() const override { return {{"note", note}, {"number", number}}; }
-  platform::FileResult contentFromJson(const QJsonObject& content, int version) override {
-    if (!content.value("note").isString()) return platform::FileResult::failure("It has no note.");
+  velmora::base::FileResult contentFromJson(const QJsonObject& content, int version) override {
+    if (!content.value("note").isString()) return velmora::base::FileResult::failure("It has no note.");
     note = content.value("note").toString();
     number = content.value("number").toDouble();
     versionRead = version;
-    return platform::FileResult::success();
+    return velmora::base::FileResult::success();
   }
 };
 
@@ -85,9 +85,9 @@ class NoteDocuments : public testing::Test {
 
   QTemporaryDir folder;
   QTemporaryDir userData;
-  platform::testing::TestServices desktop{{{"CFBundleIdentifier", "org.velmora.tests"},
-                                           {"CFBundleName", "Notes"},
-                                           {"CFBundleShortVersionString", "2.1"}}};
+  velmora::testkit::TestServices desktop{{{"CFBundleIdentifier", "org.velmora.tests"},
+                                          {"CFBundleName", "Notes"},
+                                          {"CFBundleShortVersionString", "2.1"}}};
 
  private:
   QByteArray dataBefore_;

@@ -6,8 +6,10 @@
 
 #include "tests/unit/orv/documents/NoteDocument.h"
 
-using platform::SaveOperation;
+using namespace velmora;
+
 using testing_support::NoteDocument;
+using velmora::platform::SaveOperation;
 
 namespace {
 
@@ -108,7 +110,7 @@ TEST_F(SavingRecords, TellsTheUserThatItFailedAndWhereTheCopyIs) {
   desktop.alerts.expect({"The record 'taken.note' could not be saved.", "OK", "", "",
                          reason + "\n\nA copy was kept as '" + copy + "'."},
                         platform::AlertDefaultReturn, [&] { EXPECT_TRUE(QFile::exists(copy)); });
-  const platform::testing::LogRecorder log;  // a folder has no earlier version to keep
+  const testkit::LogRecorder log;  // a folder has no earlier version to keep
   EXPECT_EQ(save("taken.note"), QList<bool>{false});
   EXPECT_TRUE(desktop.alerts.allCame());
   EXPECT_EQ(noteIn(contentsOf(copy)), "precious");
@@ -125,7 +127,7 @@ TEST_F(SavingRecords, TellsTheUserWhenNotEvenACopyCouldBeKept) {
                          "Cancel", reason + "\n\nNo copy could be kept either."},
                         platform::AlertDefaultReturn);
   desktop.panels.expectSave(url("elsewhere.note"));
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   EXPECT_EQ(save("no/record.note"), QList<bool>{false});
   EXPECT_TRUE(desktop.alerts.allCame());
   EXPECT_TRUE(document.isDocumentEdited());
@@ -134,12 +136,12 @@ TEST_F(SavingRecords, TellsTheUserWhenNotEvenACopyCouldBeKept) {
 
 TEST_F(SavingRecords, LeavesTheOldFileWhenItFails) {
   /// Cannot write where records are kept, and can write elsewhere.
-  class NoRoomForRecords : public platform::FileManager {
+  class NoRoomForRecords : public base::FileManager {
    public:
     QString folder;
-    platform::FileResult writeDurably(const QString& file, const QByteArray& contents,
-                                      const LastLook& lastLook) override {
-      if (file.startsWith(folder)) return platform::FileResult::failure("No space left on device");
+    base::FileResult writeDurably(const QString& file, const QByteArray& contents,
+                                  const LastLook& lastLook) override {
+      if (file.startsWith(folder)) return base::FileResult::failure("No space left on device");
       return FileManager::writeDurably(file, contents, lastLook);
     }
   };
@@ -182,11 +184,11 @@ TEST_F(SavingRecords, LeavesTheOldFileWhenItFails) {
 TEST_F(SavingRecords, DoesNotNameTheRecordInTheLogWhenItsEarlierVersionIsNotKept) {
   document.edit("old");
   save("12-345.note");
-  platform::FileManager().removeItem(kept());
+  base::FileManager().removeItem(kept());
   QDir().mkpath(kept());
   write(kept() + "/Earlier Versions", "a file where the folder would be");
   document.edit("new");
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   EXPECT_EQ(save("12-345.note"), QList<bool>{true});
   EXPECT_EQ(log.lines(), (QStringList{"No folder for copies could be made in " + kept(),
                                       "No earlier version was kept of a record in " + folder.path()}));
@@ -195,7 +197,7 @@ TEST_F(SavingRecords, DoesNotNameTheRecordInTheLogWhenItsEarlierVersionIsNotKept
 TEST_F(SavingRecords, TakesAnAlertThatEndsWithTheProgramForNeitherSavedNorGivenUp) {
   document.edit("precious");
   write(kept(), "a file where the folder of copies would be");
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   desktop.alerts.expect({"Unsaved changes to 'record' are about to be dropped.", "Save Elsewhere...",
                          "Don't Save", "Cancel", "No copy of them could be kept."},
                         platform::AlertStopped);
@@ -207,7 +209,7 @@ TEST_F(SavingRecords, TakesAnAlertThatEndsWithTheProgramForNeitherSavedNorGivenU
 TEST_F(SavingRecords, KeepsACopyOfWhatIsAboutToBeDropped) {
   document.name = "12/345";
   document.edit("precious");
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   const QString copy = document.keepRescueCopy().copy;
   EXPECT_TRUE(copy.startsWith(rescued() + "/12-345 ")) << qPrintable(copy);
   EXPECT_EQ(noteIn(contentsOf(copy)), "precious");
@@ -241,16 +243,16 @@ TEST_F(SavingRecords, OftenPushesNobodyElsesVersionOut) {
 }
 
 /// Somebody else saves while this process is between its last steps.
-class MeetingAnother : public platform::FileManager {
+class MeetingAnother : public base::FileManager {
  public:
   std::function<void()> beforeTheLastLook;
   std::function<void()> afterTheLastLook;
-  platform::FileResult writeDurably(const QString& file, const QByteArray& contents,
-                                    const LastLook& lastLook) override {
+  base::FileResult writeDurably(const QString& file, const QByteArray& contents,
+                                const LastLook& lastLook) override {
     if (!lastLook) return FileManager::writeDurably(file, contents, lastLook);
     return FileManager::writeDurably(file, contents, [&] {
       if (const auto act = std::exchange(beforeTheLastLook, nullptr)) act();
-      const platform::FileResult looked = lastLook();
+      const base::FileResult looked = lastLook();
       if (const auto act = std::exchange(afterTheLastLook, nullptr)) act();
       return looked;
     });
@@ -317,7 +319,7 @@ TEST_F(SavingAtTheSameTime, KeepsWhatAppearsWhereNothingStoodAndTells) {
 
 TEST_F(SavingAtTheSameTime, IsGivenUpWhenWhatSomebodyElseSavedCannotBeKept) {
   mine.edit("mine");
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   files.afterTheLastLook = [this] {
     writeFromAnotherDesk("theirs");
     write(kept() + "/Earlier Versions", "a file where the folder would be");
@@ -348,7 +350,7 @@ class OpeningACopy : public SavingRecords {
  protected:
   QString copyOf(const QString& note) {
     document.edit(note);
-    const platform::testing::LogRecorder log;
+    const testkit::LogRecorder log;
     return OrvKeptCopies(desktop.fileManager, desktop.runLoop, "org.velmora.tests")
         .keepRescueCopy("record.note", dataOf(document));
   }

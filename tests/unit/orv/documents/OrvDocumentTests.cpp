@@ -8,8 +8,10 @@
 #include "tests/support/SealedFile.h"
 #include "tests/unit/orv/documents/NoteDocument.h"
 
-using platform::FileResult;
+using namespace velmora;
+
 using testing_support::NoteDocument;
+using velmora::base::FileResult;
 
 namespace {
 

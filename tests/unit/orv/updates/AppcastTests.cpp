@@ -8,8 +8,8 @@
 
 #include "tests/unit/platform/Shown.h"
 
-using orv::Appcast;
-using orv::readAppcast;
+using velmora::orv::Appcast;
+using velmora::orv::readAppcast;
 
 namespace {
 

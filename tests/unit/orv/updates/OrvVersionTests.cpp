@@ -9,9 +9,11 @@
 #include "testing/TestServices.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::Alert;
-using platform::AlertAlternateReturn;
-using platform::AlertDefaultReturn;
+using namespace velmora;
+
+using velmora::platform::Alert;
+using velmora::platform::AlertAlternateReturn;
+using velmora::platform::AlertDefaultReturn;
 
 namespace {
 
@@ -53,7 +55,7 @@ class OrvVersionCheck : public testing::Test {
     return {message, "OK", "", "", details};
   }
 
-  platform::testing::TestServices desktop;
+  testkit::TestServices desktop;
   QObject observer;
   QStringList heard;
   OrvVersion orvVersion{desktop.services};
@@ -201,7 +203,7 @@ TEST_F(OrvVersionCheck, SaysOnlyToWhoAskedWhyItFailed) {
 }
 
 TEST_F(OrvVersionCheck, SaysSoWhenNothingTakesThePage) {
-  struct NoBrowser : platform::testing::RecordingWorkspace {
+  struct NoBrowser : testkit::RecordingWorkspace {
     bool openURL(const QUrl&) override { return false; }
   } workspace;
   const platform::Services& with = desktop.services;

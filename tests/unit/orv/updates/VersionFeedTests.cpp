@@ -13,6 +13,8 @@
 #include "tests/unit/platform/Shown.h"
 #include "tests/support/LocalWebServer.h"
 
+using namespace velmora;
+
 using testing_support::LocalWebServer;
 
 namespace {
@@ -28,7 +30,7 @@ class HurriedWeb : public platform::Web {
   double patience = 30;  // seconds
 
  private:
-  platform::qt::QtWeb web_;
+  desktop::QtWeb web_;
 };
 
 class VersionCheckOverTheWeb : public testing::Test {
@@ -77,11 +79,11 @@ class VersionCheckOverTheWeb : public testing::Test {
   }
 
   LocalWebServer server;
-  platform::testing::TestServices desktop{{{"CFBundleName", "Growth"},
-                                           {"CFBundleShortVersionString", "0.12"},
-                                           {"CFBundleVersion", "12"},
-                                           {"SUFeedURL", server.url("/feed").toString()}}};
-  platform::qt::QtRunLoop runLoop;
+  testkit::TestServices desktop{{{"CFBundleName", "Growth"},
+                                 {"CFBundleShortVersionString", "0.12"},
+                                 {"CFBundleVersion", "12"},
+                                 {"SUFeedURL", server.url("/feed").toString()}}};
+  desktop::QtRunLoop runLoop;
   HurriedWeb web{runLoop};
   QStringList read;
   int answer = platform::AlertAlternateReturn;

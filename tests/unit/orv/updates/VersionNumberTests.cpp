@@ -8,6 +8,8 @@
 
 #include "tests/unit/platform/Shown.h"
 
+using namespace velmora;
+
 namespace {
 
 constexpr auto Same = std::strong_ordering::equal;

@@ -12,8 +12,10 @@
 #include "testing/LogRecorder.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::bundleWithPath;
-using platform::propertyListFromData;
+using namespace velmora;
+
+using velmora::platform::bundleWithPath;
+using velmora::platform::propertyListFromData;
 
 namespace {
 
@@ -163,12 +165,12 @@ TEST_F(Bundles, MayHaveAllThatTheyHoldOneFolderDeeper) {
 TEST_F(Bundles, AreEmptyWithALogLineWithoutInformation) {
   for (const QByteArray& list : {QByteArray(), QByteArray("damaged"), xml("<array/>")}) {
     write(list);
-    const platform::testing::LogRecorder log;
+    const testkit::LogRecorder log;
     EXPECT_EQ(bundleWithPath(folder.path()).bundleIdentifier(), "");
     ASSERT_EQ(log.lines().size(), 1);
     EXPECT_TRUE(log.lines().first().contains(folder.path() + "/Info.plist"));
   }
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   EXPECT_EQ(bundleWithPath(folder.path() + "/absent").bundleIdentifier(), "");
   EXPECT_EQ(log.lines().size(), 1);
 }

@@ -7,8 +7,8 @@
 #include "testing/LogRecorder.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::InterfaceFiles;
-using platform::testing::LogRecorder;
+using velmora::platform::InterfaceFiles;
+using velmora::testkit::LogRecorder;
 
 namespace {
 

@@ -13,8 +13,10 @@
 #include "testing/LogRecorder.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::TextFieldDelegate;
-using platform::TextFieldEditing;
+using namespace velmora;
+
+using velmora::platform::TextFieldDelegate;
+using velmora::platform::TextFieldEditing;
 
 namespace {
 
@@ -342,7 +344,7 @@ TEST_F(TextFields, HaveTheirProperFormBeforeTheDelegateIsTold) {
 }
 
 TEST_F(TextFields, SurviveADelegateThatThrows) {
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   delegate.whenEnded = [] { throw std::runtime_error("no record"); };
   click(name);
   click(date);

@@ -6,8 +6,10 @@
 #include "platform/controls/TextFieldEditing.h"
 #include "tests/unit/platform/documents/DocumentTesting.h"
 
-using platform::Document;
+using namespace velmora;
+
 using testing_support::TextDocument;
+using velmora::platform::Document;
 
 namespace {
 

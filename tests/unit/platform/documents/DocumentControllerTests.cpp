@@ -7,9 +7,11 @@
 #include "base/log/AssertionFailure.h"
 #include "tests/unit/platform/documents/DocumentTesting.h"
 
-using platform::Document;
-using platform::DocumentController;
+using namespace velmora;
+
 using testing_support::TextDocument;
+using velmora::platform::Document;
+using velmora::platform::DocumentController;
 
 namespace {
 
@@ -115,7 +117,7 @@ TEST_F(OpenDocuments, ComeFromTheOpenPanel) {
 
 TEST_F(OpenDocuments, CannotBeMadeWithoutAFactory) {
   controller.setDocumentFactory({});
-  EXPECT_THROW(controller.newDocument(), platform::AssertionFailure);
+  EXPECT_THROW(controller.newDocument(), base::AssertionFailure);
   EXPECT_TRUE(controller.documents().isEmpty());
 }
 
@@ -355,7 +357,7 @@ TEST_F(TheBlankDocument, IsKeptOnlyWhereTheApplicationWantsIt) {
 }
 
 TEST(DocumentControllerAndServices, KnowEachOtherWhileTheControllerLives) {
-  platform::testing::TestServices desktop({});
+  testkit::TestServices desktop({});
   {
     DocumentController controller(desktop.services);
     EXPECT_EQ(desktop.services.documentController, &controller);

@@ -19,28 +19,28 @@
 namespace testing_support {
 
 /// A document that is nothing but its text. A file that begins with "!" is refused with what follows.
-class TextDocument : public platform::Document {
+class TextDocument : public velmora::platform::Document {
  public:
   using Document::Document;
   ~TextDocument() override {
     if (whenDestroyed) whenDestroyed();
   }
 
-  platform::FileResult readFromData(const QByteArray& data, const QString&) override {
-    if (data.startsWith('!')) return platform::FileResult::failure(QString::fromUtf8(data.mid(1)));
+  velmora::base::FileResult readFromData(const QByteArray& data, const QString&) override {
+    if (data.startsWith('!')) return velmora::base::FileResult::failure(QString::fromUtf8(data.mid(1)));
     if (data.startsWith('?')) throw std::runtime_error(data.mid(1).toStdString());
     text = QString::fromUtf8(data);
-    return platform::FileResult::success();
+    return velmora::base::FileResult::success();
   }
-  platform::FileResult dataOfType(const QString& typeName, QByteArray& data) override {
+  velmora::base::FileResult dataOfType(const QString& typeName, QByteArray& data) override {
     typeWritten = typeName;
-    if (text.startsWith('!')) return platform::FileResult::failure(text.mid(1));
+    if (text.startsWith('!')) return velmora::base::FileResult::failure(text.mid(1));
     if (text.startsWith('?')) throw std::runtime_error(text.mid(1).toStdString());
     data = text.toUtf8();
-    return platform::FileResult::success();
+    return velmora::base::FileResult::success();
   }
   QString windowNibName() const override { return nibName; }
-  bool prepareSavePanel(platform::SavePanel& panel) override { return !prepare || prepare(panel); }
+  bool prepareSavePanel(velmora::platform::SavePanel& panel) override { return !prepare || prepare(panel); }
   QString fileTypeFromLastRunSavePanel() const override { return "text"; }
   void canCloseDocument(ShouldClose shouldClose) override {
     ++closeQuestions;
@@ -50,14 +50,14 @@ class TextDocument : public platform::Document {
 
   void edit(const QString& newText) {
     text = newText;
-    updateChangeCount(platform::ChangeType::Done);
+    updateChangeCount(velmora::platform::ChangeType::Done);
   }
 
   QString text;
   QString typeWritten;
   QString nibName = "TextDocument";
   int closeQuestions = 0;
-  std::function<bool(platform::SavePanel&)> prepare;
+  std::function<bool(velmora::platform::SavePanel&)> prepare;
   std::function<void()> beforeCloseQuestion;
   std::function<void()> whenDestroyed;
 };
@@ -93,14 +93,14 @@ class TextDocuments : public testing::Test {
     return static_cast<TextDocument*>(controller.openDocumentWithContentsOfURL(url(name), true));
   }
   /// The question that closing a document with changes asks.
-  static platform::Alert saveQuestion(const QString& name) {
+  static velmora::platform::Alert saveQuestion(const QString& name) {
     return {"Do you want to save the changes to '" + name + "'?", "Save", "Don't Save", "Cancel",
             "Your changes will be lost if you don't save them."};
   }
 
   QTemporaryDir folder;
-  platform::testing::TestServices desktop{{{"CFBundleIdentifier", "org.velmora.tests"}}};
-  platform::DocumentController controller{desktop.services};
+  velmora::testkit::TestServices desktop{{{"CFBundleIdentifier", "org.velmora.tests"}}};
+  velmora::platform::DocumentController controller{desktop.services};
 };
 
 }  // namespace testing_support

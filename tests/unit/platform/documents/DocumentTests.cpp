@@ -5,12 +5,14 @@
 
 #include "tests/unit/platform/documents/DocumentTesting.h"
 
-using platform::Alert;
-using platform::ChangeType;
-using platform::Document;
-using platform::SaveOperation;
-using platform::SavePanel;
+using namespace velmora;
+
 using testing_support::TextDocument;
+using velmora::platform::Alert;
+using velmora::platform::ChangeType;
+using velmora::platform::Document;
+using velmora::platform::SaveOperation;
+using velmora::platform::SavePanel;
 
 namespace {
 

@@ -13,9 +13,11 @@
 #include "testing/TestServices.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::MouseEvent;
-using platform::WindowController;
-using platform::testing::LogRecorder;
+using namespace velmora;
+
+using velmora::platform::MouseEvent;
+using velmora::platform::WindowController;
+using velmora::testkit::LogRecorder;
 
 namespace {
 
@@ -71,7 +73,7 @@ class Windows : public testing::Test {
   }
 
   QTemporaryDir folder;
-  platform::testing::TestServices desktop{{}};
+  testkit::TestServices desktop{{}};
   CountingController controller{desktop.services, "Preferences"};
 };
 

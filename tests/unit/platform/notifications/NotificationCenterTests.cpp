@@ -5,8 +5,8 @@
 #include "platform/notifications/NotificationCenter.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::Notification;
-using platform::NotificationCenter;
+using velmora::platform::Notification;
+using velmora::platform::NotificationCenter;
 
 namespace {
 

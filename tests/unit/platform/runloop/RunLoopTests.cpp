@@ -10,10 +10,12 @@
 #include "testing/VirtualRunLoop.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::RunLoop;
-using platform::testing::LogRecorder;
-using platform::testing::ScriptedAlerts;
-using platform::testing::VirtualRunLoop;
+using namespace velmora;
+
+using velmora::platform::RunLoop;
+using velmora::testkit::LogRecorder;
+using velmora::testkit::ScriptedAlerts;
+using velmora::testkit::VirtualRunLoop;
 
 namespace {
 

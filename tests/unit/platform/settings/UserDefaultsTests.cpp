@@ -4,8 +4,8 @@
 #include "testing/Scripted.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::distantPast;
-using platform::testing::MemoryUserDefaults;
+using velmora::platform::distantPast;
+using velmora::testkit::MemoryUserDefaults;
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include "platform/text/DateFormatter.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::DateFormatter;
-using platform::noonOf;
+using velmora::platform::DateFormatter;
+using velmora::platform::noonOf;
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include "platform/text/Localization.h"
 #include "tests/unit/platform/Shown.h"
 
-using platform::formatted;
-using platform::localizedString;
+using velmora::platform::formatted;
+using velmora::platform::localizedString;
 
 namespace {
 

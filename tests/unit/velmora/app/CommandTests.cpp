@@ -12,6 +12,8 @@
 #include "velmora/preferences/PreferencesController.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 using testing_support::RecordApplication;
 
@@ -127,7 +129,7 @@ TEST(Commands, DoNotRunTheOpenPanelWithoutASaveFolder) {
   try {
     application.controller.openDocument();
     ADD_FAILURE() << "nothing was thrown";
-  } catch (const platform::AssertionFailure& failure) {
+  } catch (const base::AssertionFailure& failure) {
     EXPECT_EQ(failure.message(), "Value==nil");
     EXPECT_EQ(failure.sourceFile(), "VelmoraAppController");
   }

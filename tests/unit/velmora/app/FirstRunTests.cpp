@@ -11,11 +11,13 @@
 #include "velmora/about/AboutController.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
-using platform::AlertAlternateReturn;
-using platform::AlertDefaultReturn;
-using platform::AlertStopped;
 using testing_support::RecordApplication;
+using velmora::platform::AlertAlternateReturn;
+using velmora::platform::AlertDefaultReturn;
+using velmora::platform::AlertStopped;
 
 namespace {
 
@@ -157,7 +159,7 @@ class FirstRunEnded : public testing::TestWithParam<void (*)()> {};
 
 TEST_P(FirstRunEnded, StoresNothing) {
   RecordApplication application;
-  platform::qt::QtAlerts alerts(application.desktop.runLoop);
+  desktop::QtAlerts alerts(application.desktop.runLoop);
   auto& desktop = application.desktop;
   platform::Services services{desktop.defaults,
                               desktop.notificationCenter,

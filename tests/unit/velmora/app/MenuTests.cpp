@@ -18,6 +18,8 @@
 #include "velmora/preferences/PreferencesController.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 using testing_support::RecordApplication;
 using velmora::titleWithoutMnemonic;

@@ -11,15 +11,17 @@
 #include "velmora/osirix/Osirix.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
-using platform::AlertAlternateReturn;
-using platform::AlertDefaultReturn;
-using platform::AlertStopped;
 using plugin_testing::dictionary;
 using plugin_testing::Failed;
 using plugin_testing::makePlugin;
 using plugin_testing::Succeeded;
 using testing_support::RecordApplication;
+using velmora::platform::AlertAlternateReturn;
+using velmora::platform::AlertDefaultReturn;
+using velmora::platform::AlertStopped;
 
 namespace {
 
@@ -96,7 +98,7 @@ TEST_F(PluginOffer, IsLeftForTheNextStartWhenTheProgramEnds) {
 }
 
 TEST_F(PluginOffer, IsMadeWhereThePluginWasNeverInstalled) {
-  platform::FileManager().removeItem(installed());
+  base::FileManager().removeItem(installed());
   application.desktop.alerts.expect(Offer, AlertDefaultReturn);
   application.desktop.alerts.expect(Succeeded, AlertDefaultReturn);
   start();
@@ -110,11 +112,11 @@ TEST_F(PluginOffer, IsMadeForANewerInstalledCopyToo) {
 }
 
 TEST_F(PluginOffer, IsMadeAgainAfterAnInstallationThatFailed) {
-  platform::FileManager().removeItem(installed());
+  base::FileManager().removeItem(installed());
   const QString folder = QFileInfo(installed()).path();
-  platform::FileManager().removeItem(folder);
+  base::FileManager().removeItem(folder);
   testing_support::writeFile(folder, "in the way");
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   for (int i = 0; i < 2; ++i) {
     application.desktop.alerts.expect(Offer, AlertDefaultReturn);
     application.desktop.alerts.expect(Failed, AlertDefaultReturn);
@@ -140,14 +142,14 @@ TEST_F(PluginOffer, IsNotMadeForACurrentPlugin) {
 }
 
 TEST_F(PluginOffer, IsNotMadeByAnApplicationThatCarriesNone) {
-  platform::FileManager().removeItem(application.home.path("resources/OsiriX Plugins"));
+  base::FileManager().removeItem(application.home.path("resources/OsiriX Plugins"));
   startWithoutAnOffer();
 }
 
 TEST_F(PluginOffer, LooksAtTheInstalledPluginOnlyWhenTheOtherConditionsHold) {
   testing_support::writeFile(installed() + "/Contents/Info.plist",
                              "damaged, which is logged by whoever reads it");
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   application.desktop.workspace.applications.clear();
   startWithoutAnOffer();
   installOsirix();

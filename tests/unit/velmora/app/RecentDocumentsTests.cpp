@@ -8,6 +8,8 @@
 #include "velmora/app/RecentDocuments.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 using testing_support::RecordApplication;
 using velmora::RecentDocuments;

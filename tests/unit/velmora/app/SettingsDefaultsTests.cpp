@@ -6,9 +6,11 @@
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
-using platform::testing::MemoryUserDefaults;
-using platform::testing::TestServices;
+using velmora::testkit::MemoryUserDefaults;
+using velmora::testkit::TestServices;
 
 TEST(SettingsDefaults, AreTheEightThatTheFrameworkRegisters) {
   MemoryUserDefaults defaults;

@@ -10,6 +10,8 @@
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 using testing_support::RecordApplication;
 
@@ -189,7 +191,7 @@ TEST(End, EmptiesTheListsAndLeavesDocumentsAndSettingsAlone) {
   EXPECT_EQ(application.controller.documents().size(), 1);
   EXPECT_EQ(application.desktop.defaults.stored(), stored);
 
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   application.pass(1);
   EXPECT_TRUE(application.replies().isEmpty());
   EXPECT_EQ(log.lines(), (QStringList{"Delayed batch export", "Zero items in array, exiting"}));

@@ -20,10 +20,14 @@
 #include "velmora/resources/FrameworkResources.h"
 #include "velmora/resources/SettingsKeys.h"
 
-using platform::ScriptError;
-using platform::qt::QtScripts;
+namespace base = velmora::base;
+namespace platform = velmora::platform;
+namespace testkit = velmora::testkit;
+
 using testing_support::Fifo;
 using testing_support::OwnHome;
+using velmora::desktop::QtScripts;
+using velmora::platform::ScriptError;
 using velmora::settings::LaunchScript;
 
 namespace {
@@ -36,9 +40,9 @@ class StartupScript : public testing::Test {
     startupScript->doLaunchScript();
   }
 
-  platform::testing::TestServices desktop{QVariantMap()};
+  testkit::TestServices desktop{QVariantMap()};
   QStringList said;  // statuses and log lines, as they come
-  platform::testing::LogRecorder log;
+  testkit::LogRecorder log;
   std::unique_ptr<velmora::StartupScript> startupScript = std::make_unique<velmora::StartupScript>(
       desktop.services, [this](const QString& status) { said.append(status); });
 };
@@ -49,12 +53,10 @@ class UnsavedDocument : public platform::Document {
   UnsavedDocument(platform::Services& services, QStringList& said) : Document(services), said_(said) {
     updateChangeCount(platform::ChangeType::Done);
   }
-  platform::FileResult readFromData(const QByteArray&, const QString&) override {
-    return platform::FileResult::success();
+  base::FileResult readFromData(const QByteArray&, const QString&) override {
+    return base::FileResult::success();
   }
-  platform::FileResult dataOfType(const QString&, QByteArray&) override {
-    return platform::FileResult::success();
-  }
+  base::FileResult dataOfType(const QString&, QByteArray&) override { return base::FileResult::success(); }
   void canCloseDocument(ShouldClose shouldClose) override {
     said_.append("question");
     shouldClose(this, false);
@@ -93,9 +95,9 @@ class StartupScriptOfTheShell : public testing::Test {
   OwnHome home;
   Fifo started{home.path("started")};
   Fifo go{home.path("go")};
-  platform::testing::TestServices desktop{QVariantMap()};
+  testkit::TestServices desktop{QVariantMap()};
   QStringList said;
-  platform::testing::LogRecorder log;
+  testkit::LogRecorder log;
   QtScripts scripts{desktop.runLoop};
   platform::Services services{desktop.defaults,
                               desktop.notificationCenter,

@@ -11,9 +11,12 @@
 #include "tests/unit/platform/Shown.h"
 #include "velmora/resources/SettingsKeys.h"
 
+namespace platform = velmora::platform;
+namespace testkit = velmora::testkit;
+
 namespace settings = velmora::settings;
-using platform::distantPast;
 using velmora::versionCheckIsDue;
+using velmora::platform::distantPast;
 
 namespace {
 
@@ -58,10 +61,10 @@ class VersionCheck : public testing::Test {
                           platform::AlertDefaultReturn);
   }
 
-  platform::testing::TestServices desktop{{{"CFBundleName", "Growth"},
-                                           {"CFBundleShortVersionString", "1.0"},
-                                           {"CFBundleVersion", "1"},
-                                           {"SUFeedURL", "https://growth.example/feed"}}};
+  testkit::TestServices desktop{{{"CFBundleName", "Growth"},
+                                 {"CFBundleShortVersionString", "1.0"},
+                                 {"CFBundleVersion", "1"},
+                                 {"SUFeedURL", "https://growth.example/feed"}}};
   OrvVersion orvVersion{desktop.services};
   QStringList statuses;
   int updates = 0;

@@ -7,6 +7,8 @@
 
 #include "tests/unit/velmora/batch/BatchTesting.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 using batch_testing::BatchExport;
 

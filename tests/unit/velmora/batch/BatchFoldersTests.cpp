@@ -3,6 +3,8 @@
 // The export folder of a batch export: missing, a file, erased, or not looked at.
 #include "tests/unit/velmora/batch/BatchTesting.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 using batch_testing::BatchExport;
 using testing_support::readFile;
@@ -160,14 +162,14 @@ TEST_F(BatchErasing, LeavesTheRecordsOfAFolderThatIsForBoth) {
 }
 
 TEST_F(BatchErasing, GoesOnWhereOneFileCannotBeRemoved) {
-  struct Stubborn : platform::FileManager {
-    platform::FileResult removeItem(const QString& path) override {
+  struct Stubborn : base::FileManager {
+    base::FileResult removeItem(const QString& path) override {
       asked.append(path);
-      return platform::FileResult::failure("protected");
+      return base::FileResult::failure("protected");
     }
     QStringList asked;
   } files;
-  platform::testing::TestServices& desktop = application.desktop;
+  testkit::TestServices& desktop = application.desktop;
   platform::Services services{desktop.defaults,
                               desktop.notificationCenter,
                               desktop.distributedCenter,

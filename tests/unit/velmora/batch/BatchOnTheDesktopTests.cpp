@@ -8,6 +8,8 @@
 #include "tests/unit/velmora/batch/BatchTesting.h"
 #include "tests/robustness/nesting/WeatherDesktop.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 
 namespace {

@@ -6,6 +6,8 @@
 #include "tests/unit/velmora/batch/BatchTesting.h"
 #include "link/protocol/LinkProtocol.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 using batch_testing::BatchExport;
 using batch_testing::sorted;
@@ -72,7 +74,7 @@ struct TracedApplication {
 
   QObject observer;
   QStringList trace;
-  platform::testing::LogRecorder log;
+  testkit::LogRecorder log;
   testing_support::RecordApplication application;
 };
 

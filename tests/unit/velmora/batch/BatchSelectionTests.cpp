@@ -7,6 +7,8 @@
 #include "tests/support/OrdinaryUser.h"
 #include "tests/unit/velmora/batch/BatchTesting.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 using batch_testing::BatchExport;
 using batch_testing::Day;
@@ -247,7 +249,7 @@ TEST_F(BatchExport, GoesOnAfterARecordThatGoesMeanwhile) {
 }
 
 TEST_F(BatchExport, GoesOnAfterARecordWhoseWindowFails) {
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   for (const char* name : {"A", "B", "C"}) write(name, 60);
   int made = 0;
   struct Failing : RecordingDocument {

@@ -33,11 +33,12 @@ inline void setModified(const QString& path, const QDateTime& time) {
 class BatchExport : public testing::Test {
  protected:
   BatchExport() {
-    application.desktop.notificationCenter.addObserver(&observer_, velmora::link::BatchOpenNotification,
-                                                       [this](const platform::Notification& request) {
-                                                         posted.append(request.object.toString());
-                                                         if (whenPosted) whenPosted();
-                                                       });
+    application.desktop.notificationCenter.addObserver(
+        &observer_, velmora::link::BatchOpenNotification,
+        [this](const velmora::platform::Notification& request) {
+          posted.append(request.object.toString());
+          if (whenPosted) whenPosted();
+        });
   }
 
   /// Puts a record, named by its path below the save folder, there, as if saved so many seconds ago.

@@ -6,6 +6,8 @@
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "velmora/document/VelmoraGraphView.h"
 
+using namespace velmora;
+
 using testing_support::RecordApplication;
 
 namespace {

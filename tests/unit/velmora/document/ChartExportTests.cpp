@@ -7,13 +7,15 @@
 #include "velmora/document/ChartFileName.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
-using platform::AlertAlternateReturn;
-using platform::AlertDefaultReturn;
-using platform::AlertOtherReturn;
 using testing_support::readFile;
 using testing_support::RecordApplication;
 using testing_support::writeFile;
+using velmora::platform::AlertAlternateReturn;
+using velmora::platform::AlertDefaultReturn;
+using velmora::platform::AlertOtherReturn;
 
 namespace {
 

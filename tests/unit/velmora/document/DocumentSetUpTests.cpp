@@ -7,6 +7,8 @@
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 using testing_support::RecordApplication;
 using user::textOf;

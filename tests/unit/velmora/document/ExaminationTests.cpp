@@ -6,11 +6,13 @@
 
 #include "tests/unit/velmora/support/RecordApplication.h"
 
-using platform::AlertAlternateReturn;
-using platform::AlertDefaultReturn;
-using platform::AlertOtherReturn;
+using namespace velmora;
+
 using testing_support::RecordApplication;
 using user::textOf;
+using velmora::platform::AlertAlternateReturn;
+using velmora::platform::AlertDefaultReturn;
+using velmora::platform::AlertOtherReturn;
 
 namespace {
 

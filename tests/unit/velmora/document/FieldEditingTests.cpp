@@ -7,12 +7,14 @@
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
-using platform::AlertAlternateReturn;
-using platform::AlertDefaultReturn;
-using platform::AlertOtherReturn;
 using testing_support::RecordApplication;
 using user::textOf;
+using velmora::platform::AlertAlternateReturn;
+using velmora::platform::AlertDefaultReturn;
+using velmora::platform::AlertOtherReturn;
 
 namespace {
 

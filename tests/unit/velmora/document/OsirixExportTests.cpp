@@ -6,6 +6,8 @@
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 using testing_support::RecordApplication;
 using testing_support::study;

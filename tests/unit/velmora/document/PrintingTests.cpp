@@ -3,6 +3,8 @@
 
 #include "tests/unit/velmora/support/RecordApplication.h"
 
+using namespace velmora;
+
 using testing_support::RecordApplication;
 using user::textOf;
 

@@ -12,12 +12,14 @@
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
-using platform::Alert;
-using platform::AlertAlternateReturn;
-using platform::AlertDefaultReturn;
 using testing_support::readFile;
 using testing_support::RecordApplication;
+using velmora::platform::Alert;
+using velmora::platform::AlertAlternateReturn;
+using velmora::platform::AlertDefaultReturn;
 
 namespace {
 

@@ -13,14 +13,16 @@
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
-using platform::Alert;
-using platform::AlertAlternateReturn;
-using platform::AlertDefaultReturn;
-using platform::AlertOtherReturn;
 using testing_support::readFile;
 using testing_support::RecordApplication;
 using testing_support::study;
+using velmora::platform::Alert;
+using velmora::platform::AlertAlternateReturn;
+using velmora::platform::AlertDefaultReturn;
+using velmora::platform::AlertOtherReturn;
 
 namespace {
 
@@ -46,7 +48,7 @@ class FailingDocument : public RecordingDocument {
     if (failsToKeep) throw std::runtime_error("no idea");
     RecordingDocument::keepUnsavedChanges();
   }
-  platform::FileResult dataOfType(const QString& typeName, QByteArray& data) override {
+  base::FileResult dataOfType(const QString& typeName, QByteArray& data) override {
     if (failsToWrite) {
       data = "half a rec";
       throw std::runtime_error("no memory");
@@ -110,7 +112,7 @@ class UnsavableRecord : public testing::Test {
   }
 
   RecordApplication application;
-  platform::testing::LogRecorder log;  // every copy that cannot be kept leaves a line
+  testkit::LogRecorder log;  // every copy that cannot be kept leaves a line
 };
 
 }  // namespace

@@ -5,6 +5,8 @@
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
+namespace platform = velmora::platform;
+
 namespace settings = velmora::settings;
 using testing_support::RecordApplication;
 

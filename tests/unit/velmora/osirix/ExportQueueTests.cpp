@@ -5,8 +5,10 @@
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "link/protocol/LinkPayload.h"
 
-using platform::testing::LogRecorder;
+using namespace velmora;
+
 using testing_support::RecordApplication;
+using velmora::testkit::LogRecorder;
 
 namespace {
 

@@ -4,6 +4,8 @@
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "link/protocol/LinkProtocol.h"
 
+using namespace velmora;
+
 using testing_support::RecordApplication;
 using testing_support::study;
 
@@ -53,7 +55,7 @@ TEST(LinkNotification, ToAnotherApplicationIsNotHeard) {
 TEST(LinkNotification, ReachesOfTwoApplicationsTheOneItNames) {
   RecordApplication first;
   // A second application on a desktop of its own, but on the same distributed centre.
-  platform::testing::TestServices own(RecordApplication::informationOf("org.velmora.second"));
+  testkit::TestServices own(RecordApplication::informationOf("org.velmora.second"));
   platform::Services services{own.defaults,
                               own.notificationCenter,
                               first.desktop.distributedCenter,

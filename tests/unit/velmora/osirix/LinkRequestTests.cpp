@@ -14,6 +14,8 @@
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 /// Of the address sanitizer, where it is there.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
 
@@ -186,7 +188,7 @@ TEST(LinkRequest, WithoutAnIdentifierTouchesNothing) {
   try {
     application.controller.doLinkFromOsirix(request);
     FAIL() << "an identifier is required";
-  } catch (const platform::AssertionFailure& failure) {
+  } catch (const base::AssertionFailure& failure) {
     EXPECT_EQ(failure.message(), "Value==nil");
     EXPECT_EQ(failure.sourceFile(), "VelmoraAppController");
   }
@@ -198,7 +200,7 @@ TEST(LinkRequest, WithoutAnIdentifierTouchesNothing) {
 TEST(LinkRequest, WithoutAnIdentifierLeavesOneLineInTheLog) {
   RecordApplication application;
   application.newRecord();
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   application.chooseStudy(without(study("AB1"), keys::Identifier));
   EXPECT_EQ(log.lines(), QStringList{"timed call: VelmoraAppController: Value==nil"});
 }
@@ -206,7 +208,7 @@ TEST(LinkRequest, WithoutAnIdentifierLeavesOneLineInTheLog) {
 TEST(LinkRequest, WithSomethingThatIsNoIdentifierTouchesNothing) {
   RecordApplication application;
   RecordingDocument& document = application.newRecord();
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   const QVariantList odd{QVariantMap{{"a", 1}}, QVariantList{"AB1"}, QByteArray("AB1"), 17, true, QVariant()};
   for (const QVariant& identifier : odd) {
     application.chooseStudy(with(study("AB1"), keys::Identifier, identifier));
@@ -269,7 +271,7 @@ TEST(LinkRequest, ShowsTheCalendarDayOfAPointInTime) {
 TEST(LinkRequest, WithNoDocumentOpenChangesNothing) {
   RecordApplication application;
   EXPECT_THROW(application.controller.doLinkFromOsirix({"", {}, study("AB1")}), std::out_of_range);
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   application.chooseStudy(study("AB1"));
   EXPECT_EQ(log.lines().size(), 1);
   EXPECT_TRUE(application.controller.documents().isEmpty());
@@ -366,7 +368,7 @@ TEST(WaitingRequest, HoldsNoMoreThanItsKeys) {
 TEST(WaitingRequest, OfAbsurdLengthIsRefusedWhenItComes) {
   RecordApplication application;
   RecordingDocument& document = application.newRecord();
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   const QString tooLong(1025, 'x');
   const QList<QVariantMap> refused{
       study(tooLong),
@@ -398,7 +400,7 @@ TEST(WaitingRequest, OfTheGreatestLengthIsTaken) {
 TEST(WaitingRequest, BeyondWhatAProgramHoldsIsDroppedWithOneLine) {
   RecordApplication application;
   RecordingDocument& document = application.newRecord();
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   const QVariantMap large = with(study("LARGE"), keys::OsiriXStudyID, QByteArray(60 * 1024, 'x'));
   for (int turn = 1; turn <= 2; ++turn) {
     document.forgetCalls();
@@ -416,7 +418,7 @@ TEST(WaitingRequest, BeyondWhatAProgramHoldsIsDroppedWithOneLine) {
 TEST(WaitingRequest, IsOneOfManyThatMayWait) {
   RecordApplication application;
   RecordingDocument& document = application.newRecord();
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   for (int i = 0; i < 20001; ++i) application.controller.notifiedOfLinkFromOsirix({"", {}, study("AB1")});
   application.settle();
   EXPECT_EQ(document.calls.count("updateDisplay 0"), 20000);

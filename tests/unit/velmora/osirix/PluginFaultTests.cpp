@@ -11,6 +11,8 @@
 #include "tests/unit/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/PluginInstaller.h"
 
+using namespace velmora;
+
 using faults::Fault;
 using faults::SystemCalls;
 using namespace plugin_testing;
@@ -59,12 +61,12 @@ class Machine {
     return alerts.shown.last().messageText;
   }
   QStringList inViewersFolder() const {
-    return platform::FileManager().contentsOfDirectoryAtPath(viewersFolder());
+    return base::FileManager().contentsOfDirectoryAtPath(viewersFolder());
   }
 
   testing_support::OwnHome home;
-  platform::testing::LogRecorder log;
-  platform::testing::TestServices desktop{{}, home.path("resources")};
+  testkit::LogRecorder log;
+  testkit::TestServices desktop{{}, home.path("resources")};
   NotingAlerts alerts;
   platform::Services services{.defaults = desktop.defaults,
                               .notificationCenter = desktop.notificationCenter,
@@ -139,7 +141,7 @@ TEST(PluginUnderFaults, IsNotThereAndNothingElseWhenTheDiskIsFull) {
 TEST(PluginUnderFaults, ThatIsASingleFileIsNotHalfThereEither) {
   Machine machine;
   const QString carried = machine.home.path("resources/OsiriX Plugins");
-  platform::FileManager().removeItem(carried);
+  base::FileManager().removeItem(carried);
   testing_support::writeFile(carried + "/stray", QByteArray(1000, 'x'));
   {
     const SystemCalls calls = SystemCalls::onDiskWithRoomFor(machine.viewersFolder(), 500);

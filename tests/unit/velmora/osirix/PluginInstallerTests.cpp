@@ -16,6 +16,8 @@
 #include "tests/unit/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/Osirix.h"
 
+using namespace velmora;
+
 using namespace plugin_testing;
 using testing_support::readFile;
 using testing_support::writeFile;
@@ -53,8 +55,8 @@ class Plugin : public testing::Test {
   }
 
   testing_support::OwnHome home;
-  platform::testing::LogRecorder log;
-  platform::testing::TestServices desktop{{}, home.path("resources")};
+  testkit::LogRecorder log;
+  testkit::TestServices desktop{{}, home.path("resources")};
   velmora::PluginInstaller plugin{desktop.services};
 };
 
@@ -359,7 +361,7 @@ TEST_F(Plugin, FindsTheViewerByItsBundleIdentifier) {
 
 TEST(GrowthPlugin, IsTheOnlyEntryAndHasWhatTheViewerAsksFor) {
   const QString folder = QStringLiteral(GROWTH_PLUGIN_FOLDER "/OsiriX Plugins");
-  const QStringList entries = platform::FileManager().contentsOfDirectoryAtPath(folder);
+  const QStringList entries = base::FileManager().contentsOfDirectoryAtPath(folder);
   ASSERT_EQ(entries, QStringList{"Growth Link.osirixplugin"});
   const platform::Bundle bundle = platform::bundleWithPath(folder + '/' + entries.first());
   EXPECT_EQ(bundle.bundleIdentifier(), "org.velmora.growth.osirix-plugin");
@@ -374,8 +376,8 @@ TEST(GrowthPlugin, IsTheOnlyEntryAndHasWhatTheViewerAsksFor) {
 
 TEST(GrowthPlugin, InstallsAndIsCurrentThen) {
   const testing_support::OwnHome home;
-  const platform::testing::LogRecorder log;
-  platform::testing::TestServices desktop({}, QStringLiteral(GROWTH_PLUGIN_FOLDER));
+  const testkit::LogRecorder log;
+  testkit::TestServices desktop({}, QStringLiteral(GROWTH_PLUGIN_FOLDER));
   velmora::PluginInstaller plugin(desktop.services);
   EXPECT_FALSE(plugin.osirixPluginVersionCurrent());
   desktop.alerts.expect(Succeeded, platform::AlertDefaultReturn);

@@ -12,13 +12,15 @@
 /// Plugins on the disk, and what the user is told of them.
 namespace plugin_testing {
 
-inline const platform::Alert Succeeded{QStringLiteral("Installation Succeeded"),
-                                       QStringLiteral("OK"),
-                                       {},
-                                       {},
-                                       QStringLiteral("The plugin will be available the next time OsiriX is "
-                                                      "launched.")};
-inline const platform::Alert Failed{QStringLiteral("Installation Failed"), QStringLiteral("OK"), {}, {}, {}};
+inline const velmora::platform::Alert Succeeded{
+    QStringLiteral("Installation Succeeded"),
+    QStringLiteral("OK"),
+    {},
+    {},
+    QStringLiteral("The plugin will be available the next time OsiriX is "
+                   "launched.")};
+inline const velmora::platform::Alert Failed{
+    QStringLiteral("Installation Failed"), QStringLiteral("OK"), {}, {}, {}};
 /// Where the viewer looks for plugins, below the home folder.
 inline const QString ViewersFolder = QStringLiteral("Library/Application Support/OsiriX/Plugins");
 

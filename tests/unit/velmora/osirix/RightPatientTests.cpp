@@ -6,6 +6,8 @@
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 using testing_support::RecordApplication;
 using testing_support::study;
@@ -69,7 +71,7 @@ TEST_F(RightPatient, WhoseFileIsDamagedGetsAReasonAndNobodyElseTheExamination) {
       {"The file 'AB1.rec' could not be opened.", "OK", "", "", "The file is empty."},
       platform::AlertDefaultReturn,
       [&] { EXPECT_EQ(application.front(), &other) << "told after the front document was closed"; });
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   application.chooseStudy(study("AB1"));
   application.pass(0.1);
   EXPECT_EQ(application.front(), &other);

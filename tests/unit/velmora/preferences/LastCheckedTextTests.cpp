@@ -8,6 +8,8 @@
 #include "platform/settings/UserDefaults.h"
 #include "tests/unit/platform/Shown.h"
 
+using namespace velmora;
+
 using velmora::lastCheckedText;
 
 namespace {

@@ -24,7 +24,7 @@ namespace preferences_testing {
 /// below its home folder; what a test has not changed has its default.
 class PreferencesWindow : public testing::Test {
  protected:
-  using Desktop = platform::testing::TestServices;
+  using Desktop = velmora::testkit::TestServices;
 
   /// The user chooses Preferences; the window comes to the front.
   void open() {

@@ -4,6 +4,8 @@
 #include "tests/unit/velmora/preferences/PreferencesTesting.h"
 #include <QTest>
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 using preferences_testing::PreferencesWindow;
 

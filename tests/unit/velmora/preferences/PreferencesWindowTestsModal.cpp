@@ -9,6 +9,8 @@
 #include "tests/unit/velmora/preferences/PreferencesTesting.h"
 #include "tests/robustness/nesting/WeatherDesktop.h"
 
+using namespace velmora;
+
 using preferences_testing::PreferencesWindow;
 
 namespace {

@@ -8,6 +8,8 @@
 #include "velmora/resources/FrameworkResources.h"
 #include <QTest>
 
+using namespace velmora;
+
 namespace settings = velmora::settings;
 using preferences_testing::PreferencesWindow;
 
@@ -123,7 +125,7 @@ TEST_F(PreferencesWindow, AsksForThePluginWhereOsirixIsInstalled) {
 }
 
 TEST_F(PreferencesWindow, InstallsThePluginThroughTheController) {
-  const platform::testing::LogRecorder log;
+  const testkit::LogRecorder log;
   application.desktop.workspace.applications.insert(velmora::osirix::BundleIdentifier, "/opt/osirix");
   open();
   choose("exportToPopUp", 1);

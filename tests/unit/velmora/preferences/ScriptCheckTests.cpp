@@ -15,15 +15,15 @@
 #include "tests/unit/platform/Shown.h"
 #include "velmora/preferences/ScriptStyles.h"
 
-using platform::ScriptError;
-using platform::ScriptText;
-using platform::TextRange;
-using platform::testing::ScriptedScripts;
 using velmora::checkScript;
 using velmora::cursorSelecting;
 using velmora::ScriptCheck;
 using velmora::scriptInDocument;
 using velmora::setScriptText;
+using velmora::platform::ScriptError;
+using velmora::platform::ScriptText;
+using velmora::platform::TextRange;
+using velmora::testkit::ScriptedScripts;
 using Style = ScriptText::Style;
 
 namespace {

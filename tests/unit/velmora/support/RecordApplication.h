@@ -37,7 +37,7 @@ class RecordApplication {
   ~RecordApplication();
 
   OwnHome home;
-  platform::testing::TestServices desktop;
+  velmora::testkit::TestServices desktop;
   RecordingDelegate delegate;
   VelmoraAppController controller;
 
@@ -72,7 +72,7 @@ class RecordApplication {
 
   /// A request as the viewer's end sends it, and everything that it sets going at once.
   void chooseStudy(const QVariantMap& request);
-  const QList<platform::testing::RecordingDistributedCenter::Posted>& replies() const {
+  const QList<velmora::testkit::RecordingDistributedCenter::Posted>& replies() const {
     return desktop.distributedCenter.posted();
   }
   /// Lets time pass.
@@ -87,6 +87,6 @@ class RecordApplication {
 QVariantMap study(const QString& identifier);
 
 /// The notice that a record was closed with unsaved changes, for a copy that is made now.
-platform::Alert closedWithChanges(RecordApplication& application, const QString& name);
+velmora::platform::Alert closedWithChanges(RecordApplication& application, const QString& name);
 
 }  // namespace testing_support

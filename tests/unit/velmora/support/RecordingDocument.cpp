@@ -4,6 +4,8 @@
 #include <QJsonArray>
 #include <QLineEdit>
 
+using namespace velmora;
+
 void RecordingDocument::note(const char* hook) {
   calls.append(QStringLiteral("%1 %2").arg(QString::fromLatin1(hook)).arg(currentExam()));
   changedByThen.append(isDocumentEdited());
@@ -71,11 +73,11 @@ QJsonObject RecordingDocument::contentToJson() const {
           {QStringLiteral("exams"), QJsonArray::fromStringList(exams)}};
 }
 
-platform::FileResult RecordingDocument::contentFromJson(const QJsonObject& content, int) {
+base::FileResult RecordingDocument::contentFromJson(const QJsonObject& content, int) {
   identifierOfRecord_ = content.value(QStringLiteral("identifier")).toString();
   birthDateOfRecord_ = content.value(QStringLiteral("birthDate")).toString();
   exams.clear();
   for (const QJsonValue& exam : content.value(QStringLiteral("exams")).toArray())
     exams.append(exam.toString());
-  return platform::FileResult::success();
+  return base::FileResult::success();
 }

@@ -26,7 +26,7 @@ class RecordingDocument : public VelmoraDocument {
   bool toldOfSave = false;
 
   quint64 lastExam() const override { return static_cast<quint64>(exams.size() - 1); }
-  void windowControllerDidLoadNib(platform::WindowController& windowController) override;
+  void windowControllerDidLoadNib(velmora::platform::WindowController& windowController) override;
   void synchronizeFromData() override;
   void synchronizeToData() override;
   void addExamination() override;
@@ -34,13 +34,13 @@ class RecordingDocument : public VelmoraDocument {
   void updateArrayOrder() override;
   void setCurrentRecordFromClick(const QPointF& point) override;
   void updateDisplay() override;
-  void documentDidSave(platform::Document* document, bool didSave) override;
+  void documentDidSave(velmora::platform::Document* document, bool didSave) override;
 
   QList<QPointF> clicks;
 
  protected:
   QJsonObject contentToJson() const override;
-  platform::FileResult contentFromJson(const QJsonObject& content, int version) override;
+  velmora::base::FileResult contentFromJson(const QJsonObject& content, int version) override;
 
  private:
   void note(const char* hook);

@@ -10,6 +10,8 @@
 
 #include "platform/documents/Document.h"
 
+using namespace velmora;
+
 void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
 
 namespace user {

@@ -6,7 +6,7 @@
 #include <QString>
 #include <iosfwd>
 
-namespace platform {
+namespace velmora::platform {
 class Document;
 }
 
@@ -17,13 +17,13 @@ void PrintTo(const QString& text, std::ostream* out);
 namespace user {
 
 /// Brings the document's window to the front and waits until it has the keyboard.
-void bringToFront(platform::Document& document);
+void bringToFront(velmora::platform::Document& document);
 /// The widget of that object name in the document's window; fails the test when there is none.
-QWidget* widget(platform::Document& document, const char* name);
-QLineEdit* field(platform::Document& document, const char* name);
-QPushButton* button(platform::Document& document, const char* name);
+QWidget* widget(velmora::platform::Document& document, const char* name);
+QLineEdit* field(velmora::platform::Document& document, const char* name);
+QPushButton* button(velmora::platform::Document& document, const char* name);
 /// The text of the field or label of that name.
-QString textOf(platform::Document& document, const char* name);
+QString textOf(velmora::platform::Document& document, const char* name);
 
 void click(QWidget* widget);
 /// Clicks into the field, selects what is there and types over it. The edit goes on.
@@ -33,6 +33,6 @@ void pressReturn(QLineEdit* field);
 /// type() and pressReturn().
 void enter(QLineEdit* field, const QString& text);
 /// Presses a key in the window, wherever the keyboard is.
-void pressKey(platform::Document& document, Qt::Key key);
+void pressKey(velmora::platform::Document& document, Qt::Key key);
 
 }  // namespace user
