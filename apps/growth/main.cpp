@@ -3,6 +3,7 @@
 // Growth: weight, height and head circumference of children against the CDC 2000 reference.
 #include <QApplication>
 
+#include "apps/growth/resources/GrowthResources.h"
 #include "apps/growth/document/GrowthDocument.h"
 #include "apps/growth/reference/GrowthReferences.h"
 #include "platform/bundles/Bundle.h"
@@ -28,7 +29,7 @@ int main(int argc, char** argv) {
                                             QStringLiteral("/reference"));
 
   VelmoraAppController controller(services);
-  services.interfaceFiles.addSearchPath(QStringLiteral(":/growth"));
+  services.interfaceFiles.addSearchPath(growth::interfaceFolder());
   controller.setDocumentFactory(
       [&] { return std::make_unique<GrowthDocument>(services, controller, references); });
   return desktop.run(controller);

@@ -122,11 +122,11 @@ int Answering::runModal(platform::SavePanel& panel) {
   return answer(question);
 }
 
-base::FileResult FillableFileManager::writeDurably(const QString& path, const QByteArray& contents,
-                                                   const LastLook& lastLook) {
+base::Result<> FillableFileManager::writeDurably(const QString& path, const QByteArray& contents,
+                                                 const LastLook& lastLook) {
   for (const QString& folder : std::as_const(fullFolders)) {
     if (path.startsWith(folder + QLatin1Char('/')))
-      return base::FileResult::failure(QStringLiteral("No space left on device"));
+      return base::Failure{QStringLiteral("No space left on device")};
   }
   if (!lastLook || !meanwhile) return FileManager::writeDurably(path, contents, lastLook);
   const auto act = std::exchange(meanwhile, nullptr);
@@ -135,7 +135,7 @@ base::FileResult FillableFileManager::writeDurably(const QString& path, const QB
     const bool actsNow = !std::exchange(acted, true);
     const bool stands = fileExistsAtPath(path);
     if (actsNow && stands) act(path);
-    const base::FileResult looked = lastLook();
+    const base::Result<> looked = lastLook();
     if (actsNow && !stands) act(path);
     return looked;
   });

@@ -80,8 +80,8 @@ class FillableFileManager : public velmora::base::FileManager {
   /// What somebody else does to the file that is written next, where there is a last look at what it
   /// replaces: right before that look or, where nothing stands, right after it.
   std::function<void(const QString&)> meanwhile;
-  velmora::base::FileResult writeDurably(const QString& path, const QByteArray& contents,
-                                         const LastLook& lastLook = {}) override;
+  velmora::base::Result<> writeDurably(const QString& path, const QByteArray& contents,
+                                       const LastLook& lastLook = {}) override;
 };
 
 /// The stand-ins that a program runs on here.

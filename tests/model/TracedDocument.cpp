@@ -86,9 +86,9 @@ void TracedDocument::showChart() {
   view->setDataPoints(points);
 }
 
-base::FileResult TracedDocument::contentFromJson(const QJsonObject& content, int) {
+base::Result<> TracedDocument::contentFromJson(const QJsonObject& content, int) {
   record_ = recordOf(content);
-  return base::FileResult::success();
+  return {};
 }
 
 }  // namespace model

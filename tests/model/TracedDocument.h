@@ -40,7 +40,7 @@ class TracedDocument : public VelmoraDocument {
 
  protected:
   QJsonObject contentToJson() const override { return contentOf(record_); }
-  velmora::base::FileResult contentFromJson(const QJsonObject& content, int version) override;
+  velmora::base::Result<> contentFromJson(const QJsonObject& content, int version) override;
 
  private:
   void showChart();

@@ -212,6 +212,6 @@ void GrowthDocument::noteSelectedChart() {
   setCurrentDataPointsVisible(points.pointOf(static_cast<qsizetype>(currentExam())).has_value());
 }
 
-base::FileResult GrowthDocument::contentFromJson(const QJsonObject& content, int) {
+base::Result<> GrowthDocument::contentFromJson(const QJsonObject& content, int) {
   return growth::GrowthRecord::fromJson(content, record_);
 }

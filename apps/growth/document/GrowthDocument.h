@@ -32,7 +32,7 @@ class GrowthDocument : public VelmoraDocument {
 
  protected:
   QJsonObject contentToJson() const override { return record_.toJson(); }
-  velmora::base::FileResult contentFromJson(const QJsonObject& content, int version) override;
+  velmora::base::Result<> contentFromJson(const QJsonObject& content, int version) override;
 
  private:
   void connectOwnOutlets(QWidget* window);

@@ -15,13 +15,13 @@ using namespace velmora;
 
 namespace growth {
 
-using velmora::base::FileResult;
+using velmora::base::Failure;
+using velmora::base::Result;
 
 namespace {
 
-FileResult damaged(const QString& what) {
-  return FileResult::failure(
-      platform::localizedString("VelmoraDocument", "The file is damaged (%1).").arg(what));
+Result<> damaged(const QString& what) {
+  return Failure{platform::localizedString("VelmoraDocument", "The file is damaged (%1).").arg(what)};
 }
 
 QJsonValue dateToJson(const RecordDate& date) {
@@ -46,7 +46,7 @@ QJsonObject examinationToJson(const Examination& examination) {
   return json;
 }
 
-FileResult examinationFromJson(const QJsonValue& json, Examination& examination) {
+Result<> examinationFromJson(const QJsonValue& json, Examination& examination) {
   if (!json.isObject()) return damaged(QStringLiteral("examinations"));
   const QJsonValue date = json[QStringLiteral("date")];
   if (!date.isUndefined() && !date.isString()) return damaged(QStringLiteral("date"));
@@ -62,7 +62,7 @@ FileResult examinationFromJson(const QJsonValue& json, Examination& examination)
       return damaged(wordFor(measure));
     }
   }
-  return FileResult::success();
+  return {};
 }
 
 }  // namespace
@@ -98,7 +98,7 @@ QJsonObject GrowthRecord::toJson() const {
   return json;
 }
 
-FileResult GrowthRecord::fromJson(const QJsonObject& json, GrowthRecord& record) {
+Result<> GrowthRecord::fromJson(const QJsonObject& json, GrowthRecord& record) {
   GrowthRecord read;
   const QJsonValue identifier = json.value(QStringLiteral("identifier"));
   // Half a character would be left out of the file's name, and the record be saved as another patient's.
@@ -121,12 +121,12 @@ FileResult GrowthRecord::fromJson(const QJsonObject& json, GrowthRecord& record)
   read.examinations.clear();
   for (const auto& each : examinations) {
     Examination examination;
-    const FileResult result = examinationFromJson(each, examination);
+    const Result<> result = examinationFromJson(each, examination);
     if (!result.ok()) return result;
     read.examinations.append(examination);
   }
   record = read;
-  return FileResult::success();
+  return {};
 }
 
 Measurement measurementFromText(const QString& text) {

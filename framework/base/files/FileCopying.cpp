@@ -31,32 +31,32 @@ void copyRights(const QString& source, const QString& destination) {
 }
 
 /// The bytes of `source` on the disk itself, or why they are not there.
-FileResult copyBytes(QFile& source, QFile& destination) {
+Result<> copyBytes(QFile& source, QFile& destination) {
   constexpr qint64 Portion = 1024 * 1024;
   while (!source.atEnd()) {
     const QByteArray bytes = source.read(Portion);
-    if (bytes.isEmpty()) return FileResult::failure(source.errorString());
+    if (bytes.isEmpty()) return Failure{source.errorString()};
     for (qsizetype written = 0; written < bytes.size();) {
       const auto rest = static_cast<std::size_t>(bytes.size() - written);
       const ssize_t count = ::write(destination.handle(), bytes.constData() + written, rest);
       if (count < 0 && errno == EINTR) continue;
       if (count == 0) errno = ENOSPC;
-      if (count <= 0) return FileResult::failure(systemError());
+      if (count <= 0) return Failure{systemError()};
       written += count;
     }
   }
-  return ::fsync(destination.handle()) == 0 ? FileResult::success() : FileResult::failure(systemError());
+  return ::fsync(destination.handle()) == 0 ? Result<>() : Failure{systemError()};
 }
 
 /// Copies a file with its rights; what is half made is removed again.
-FileResult copyFile(const QString& source, const QString& destination) {
+Result<> copyFile(const QString& source, const QString& destination) {
   QFile from(source);
-  if (!from.open(QIODevice::ReadOnly)) return FileResult::failure(from.errorString());
+  if (!from.open(QIODevice::ReadOnly)) return Failure{from.errorString()};
   QFile to(destination);
   if (!to.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
-    return FileResult::failure(to.errorString());
+    return Failure{to.errorString()};
   }
-  const FileResult copied = copyBytes(from, to);
+  const Result<> copied = copyBytes(from, to);
   if (!copied.ok()) {
     to.remove();
     return copied;
@@ -67,19 +67,18 @@ FileResult copyFile(const QString& source, const QString& destination) {
 }
 
 /// Copies a file or a link.
-FileResult copyOne(const QString& source, const QString& destination) {
+Result<> copyOne(const QString& source, const QString& destination) {
   const QFileInfo item(source);
   if (item.isSymLink()) {
     // As it stands: a relative link inside a bundle leads inside the copy, not back to the original.
     std::error_code failed;
     std::filesystem::copy_symlink(QFile::encodeName(source).constData(),
                                   QFile::encodeName(destination).constData(), failed);
-    return failed ? FileResult::failure(QStringLiteral("The link '%1' could not be copied.").arg(source))
-                  : FileResult::success();
+    return failed ? Failure{QStringLiteral("The link '%1' could not be copied.").arg(source)} : Result<>();
   }
-  if (!item.exists()) return FileResult::failure(QStringLiteral("'%1' does not exist.").arg(source));
+  if (!item.exists()) return Failure{QStringLiteral("'%1' does not exist.").arg(source)};
   // A named pipe or a device would hang the reader.
-  if (!item.isFile()) return FileResult::failure(QStringLiteral("'%1' is not a file.").arg(source));
+  if (!item.isFile()) return Failure{QStringLiteral("'%1' is not a file.").arg(source)};
   return copyFile(source, destination);
 }
 
@@ -89,24 +88,24 @@ QStringList namesIn(const QString& folder) {
 
 /// Copies all that is in a folder into one that is there. Folders can be written into until the end, whatever
 /// the rights of the original.
-FileResult copyContents(const QString& source, const QString& destination) {
+Result<> copyContents(const QString& source, const QString& destination) {
   if (!QFileInfo(source).isReadable())
-    return FileResult::failure(QStringLiteral("The folder '%1' cannot be read.").arg(source));
+    return Failure{QStringLiteral("The folder '%1' cannot be read.").arg(source)};
   for (const QString& name : namesIn(source)) {
     const QString from = source + QLatin1Char('/') + name;
     const QString to = destination + QLatin1Char('/') + name;
     const QFileInfo item(from);
-    FileResult result;
+    Result<> result;
     if (item.isSymLink() || !item.isDir()) {
       result = copyOne(from, to);
     } else if (QDir().mkdir(to)) {
       result = copyContents(from, to);
     } else {
-      result = FileResult::failure(QStringLiteral("The folder '%1' could not be created.").arg(to));
+      result = Failure{QStringLiteral("The folder '%1' could not be created.").arg(to)};
     }
     if (!result.ok()) return result;
   }
-  return FileResult::success();
+  return {};
 }
 
 /// Gives the folders of a copy the rights of the original, inner ones first.
@@ -122,24 +121,24 @@ void copyRightsOfFolders(const QString& source, const QString& destination) {
 
 }  // namespace
 
-FileResult FileManager::copyItem(const QString& source, const QString& destination) {
+Result<> FileManager::copyItem(const QString& source, const QString& destination) {
   if (QFileInfo(destination).isSymLink() || QFileInfo::exists(destination)) {
-    return FileResult::failure(QStringLiteral("'%1' exists already.").arg(destination));
+    return Failure{QStringLiteral("'%1' exists already.").arg(destination)};
   }
   const QFileInfo item(source);
   if (item.isSymLink() || !item.isDir()) return copyOne(source, destination);
   if ((destination + QLatin1Char('/')).startsWith(source + QLatin1Char('/'))) {
-    return FileResult::failure(QStringLiteral("'%1' cannot be copied into itself.").arg(source));
+    return Failure{QStringLiteral("'%1' cannot be copied into itself.").arg(source)};
   }
   // Under another name until all of it is there: a copy that was cut off must not look like a whole one.
   QTemporaryDir unfinished(QFileInfo(destination).path() + QStringLiteral("/.unfinished-XXXXXX"));
   if (!unfinished.isValid()) {
-    return FileResult::failure(QStringLiteral("The folder '%1' could not be created.").arg(destination));
+    return Failure{QStringLiteral("The folder '%1' could not be created.").arg(destination)};
   }
-  FileResult result = copyContents(source, unfinished.path());
+  Result<> result = copyContents(source, unfinished.path());
   if (result.ok() && std::rename(QFile::encodeName(unfinished.path()).constData(),
                                  QFile::encodeName(destination).constData()) != 0) {
-    result = FileResult::failure(systemError());
+    result = Failure{systemError()};
   }
   if (!result.ok()) return result;
   unfinished.setAutoRemove(false);

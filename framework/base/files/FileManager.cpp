@@ -44,7 +44,7 @@ QStringList FileManager::contentsOfDirectoryAtPath(const QString& path) const {
 
 QDateTime FileManager::modificationDate(const QString& path) const { return QFileInfo(path).lastModified(); }
 
-FileResult FileManager::removeItem(const QString& path) {
+Result<> FileManager::removeItem(const QString& path) {
   const QFileInfo item(path);
   if (item.isDir() && !item.isSymLink()) {
     // Out of its place first, so that a folder which cannot go stays whole and is never left half.
@@ -52,22 +52,22 @@ FileResult FileManager::removeItem(const QString& path) {
     QTemporaryDir aside(QFileInfo(place).path() + QStringLiteral("/.removed-XXXXXX"));
     const bool moved = aside.isValid() && std::rename(QFile::encodeName(place).constData(),
                                                       QFile::encodeName(aside.path()).constData()) == 0;
-    if (moved && aside.remove()) return FileResult::success();
-    return FileResult::failure(QStringLiteral("The folder '%1' could not be removed.").arg(path));
+    if (moved && aside.remove()) return {};
+    return Failure{QStringLiteral("The folder '%1' could not be removed.").arg(path)};
   }
   QFile file(path);
-  return file.remove() ? FileResult::success() : FileResult::failure(file.errorString());
+  return file.remove() ? Result<>() : Failure{file.errorString()};
 }
 
-FileResult FileManager::readFile(const QString& path, QByteArray& contents, qint64 limit) const {
+Result<> FileManager::readFile(const QString& path, QByteArray& contents, qint64 limit) const {
   // A named pipe or a device would hang the reader, so what it is gets asked first.
   struct stat status {};
-  if (::stat(QFile::encodeName(path).constData(), &status) != 0) return FileResult::failure(systemError());
-  if (!S_ISREG(status.st_mode)) return FileResult::failure(QStringLiteral("It is not a file."));
+  if (::stat(QFile::encodeName(path).constData(), &status) != 0) return Failure{systemError()};
+  if (!S_ISREG(status.st_mode)) return Failure{QStringLiteral("It is not a file.")};
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return FileResult::failure(file.errorString());
+  if (!file.open(QIODevice::ReadOnly)) return Failure{file.errorString()};
   if (file.size() > limit) {
-    return FileResult::failure(QStringLiteral("It is too large (%1 MB).").arg(file.size() / (1024 * 1024)));
+    return Failure{QStringLiteral("It is too large (%1 MB).").arg(file.size() / (1024 * 1024))};
   }
   // As much memory as the file takes, not as it might: a limit is far above what most files are. One byte
   // more than is left shows whether it has grown meanwhile.
@@ -75,12 +75,12 @@ FileResult FileManager::readFile(const QString& path, QByteArray& contents, qint
   for (;;) {
     const qint64 left = std::max<qint64>(file.size() - contents.size(), 0) + 1;
     const QByteArray part = file.read(std::min(left, limit + 1 - contents.size()));
-    if (file.error() != QFileDevice::NoError) return FileResult::failure(file.errorString());
+    if (file.error() != QFileDevice::NoError) return Failure{file.errorString()};
     contents += part;
     if (part.isEmpty() || contents.size() > limit) break;
   }
-  if (contents.size() > limit) return FileResult::failure(QStringLiteral("It is too large."));
-  return FileResult::success();
+  if (contents.size() > limit) return Failure{QStringLiteral("It is too large.")};
+  return {};
 }
 
 }  // namespace velmora::base

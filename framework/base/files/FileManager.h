@@ -7,17 +7,9 @@
 #include <QStringList>
 #include <functional>
 
-namespace velmora::base {
+#include "base/Result.h"
 
-/// Success, or the reason for a failure in words that can be shown.
-struct FileResult {
-  QString error;
-  bool ok() const { return error.isNull(); }
-  static FileResult success() { return {}; }
-  static FileResult failure(const QString& reason) {
-    return {reason.isNull() ? QStringLiteral("unknown error") : reason};
-  }
-};
+namespace velmora::base {
 
 /// The files of this machine. Virtual so that a test can make one operation fail.
 class FileManager {
@@ -38,20 +30,20 @@ class FileManager {
   virtual QDateTime modificationDate(const QString& path) const;
 
   /// Makes a folder and those above it that are missing, on the disk itself. One that is there is no failure.
-  virtual FileResult createDirectory(const QString& path);
+  virtual Result<> createDirectory(const QString& path);
   /// Removes a file, a link (not what it leads to), or a folder with all that is in it. A folder that cannot
   /// be taken out of its place stays whole.
-  virtual FileResult removeItem(const QString& path);
+  virtual Result<> removeItem(const QString& path);
   /// Copies a file, or a folder with all that is in it: links as links, everything with its rights. Fails
   /// when something stands at `destination`; after a failure nothing does.
-  virtual FileResult copyItem(const QString& source, const QString& destination);
+  virtual Result<> copyItem(const QString& source, const QString& destination);
 
   /// Reads a regular file whole, refusing anything above `limit` bytes.
-  virtual FileResult readFile(const QString& path, QByteArray& contents,
-                              qint64 limit = 256LL * 1024 * 1024) const;
+  virtual Result<> readFile(const QString& path, QByteArray& contents,
+                            qint64 limit = 256LL * 1024 * 1024) const;
   /// Called when a new file is on the disk under another name, right before it takes the place of what stands
   /// at its own: the moment to see whether that is still what it was. A failure gives the write up.
-  using LastLook = std::function<FileResult()>;
+  using LastLook = std::function<Result<>()>;
   /// Puts `contents` at `path` so that the file there is at any moment the old or the new one, whole, and is
   /// the new one, on the disk itself, when this returns success. After a failure it is the old one, unless
   /// the failure came when the new one was in place and could only not be vouched for. A link is followed; a
@@ -59,8 +51,8 @@ class FileManager {
   /// and the access list stay; in a group that the user may not give it to, the group may do no more than
   /// everybody. With a last look, what appears meanwhile where nothing stood is not replaced unseen: there is
   /// another look then.
-  virtual FileResult writeDurably(const QString& path, const QByteArray& contents,
-                                  const LastLook& lastLook = {});
+  virtual Result<> writeDurably(const QString& path, const QByteArray& contents,
+                                const LastLook& lastLook = {});
 
   enum class Depth { Folder, Everything };
   /// The age from which on a temporary file is taken for abandoned.

@@ -24,12 +24,12 @@ QString systemError() { return QString::fromLocal8Bit(std::strerror(errno)); }
 
 /// fsync of the names in a folder. Network file systems that cannot do that for a folder say so with these
 /// codes, and have no weaker promise to give: the file's own data are on the disk by then.
-FileResult synchronizeFolder(const QString& path) {
+Result<> synchronizeFolder(const QString& path) {
   const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) return errno == EACCES ? FileResult::success() : FileResult::failure(systemError());
-  FileResult result;
+  if (descriptor < 0) return errno == EACCES ? Result<>() : Failure{systemError()};
+  Result<> result;
   if (::fsync(descriptor) != 0 && errno != EINVAL && errno != ENOTSUP && errno != EROFS) {
-    result = FileResult::failure(systemError());
+    result = Failure{systemError()};
   }
   ::close(descriptor);
   return result;
@@ -49,74 +49,73 @@ QString followed(QString path) {
 
 /// Gives the file its name, with a last look at what stands there. What appears meanwhile where nothing stood
 /// is looked at too.
-FileResult putInPlace(UnfinishedFile& file, const QByteArray& name, const FileManager::LastLook& lastLook) {
+Result<> putInPlace(UnfinishedFile& file, const QByteArray& name, const FileManager::LastLook& lastLook) {
   using Placing = UnfinishedFile::Placing;
   struct stat standing {};
   Placing placing = Placing::Taken;
   if (lastLook) {
     const bool stands = ::lstat(name.constData(), &standing) == 0;
-    const FileResult looked = lastLook();
+    const Result<> looked = lastLook();
     if (!looked.ok()) return looked;
     if (!stands) placing = file.placeWhereNothingStands();
     if (!stands && placing == Placing::Taken) {
-      const FileResult lookedAgain = lastLook();
+      const Result<> lookedAgain = lastLook();
       if (!lookedAgain.ok()) return lookedAgain;
     }
   }
   if (placing == Placing::Taken) placing = file.replace();
-  return placing == Placing::Done ? FileResult::success() : FileResult::failure(file.error());
+  return placing == Placing::Done ? Result<>() : Failure{file.error()};
 }
 
 }  // namespace
 
-FileResult FileManager::createDirectory(const QString& path) {
+Result<> FileManager::createDirectory(const QString& path) {
   QStringList parents;  // of the folders to be made
   for (QString folder = QDir::cleanPath(QFileInfo(path).absoluteFilePath()); !QFileInfo::exists(folder);) {
     folder = QFileInfo(folder).path();
     parents.append(folder);
   }
   if (!QDir().mkpath(path)) {
-    return FileResult::failure(QStringLiteral("The folder '%1' could not be created.").arg(path));
+    return Failure{QStringLiteral("The folder '%1' could not be created.").arg(path)};
   }
   for (const QString& parent : parents) {
-    const FileResult synchronized = synchronizeFolder(parent);
+    const Result<> synchronized = synchronizeFolder(parent);
     if (!synchronized.ok()) return synchronized;
   }
-  return FileResult::success();
+  return {};
 }
 
-FileResult FileManager::writeDurably(const QString& path, const QByteArray& contents,
-                                     const LastLook& lastLook) {
+Result<> FileManager::writeDurably(const QString& path, const QByteArray& contents,
+                                   const LastLook& lastLook) {
   // A name that the system would shorten or spell otherwise would be another file's.
   if (path.isEmpty() || path.contains(QChar(QChar::Null)) ||
       QFile::decodeName(QFile::encodeName(path)) != path) {
-    return FileResult::failure(QStringLiteral("No file can have this name."));
+    return Failure{QStringLiteral("No file can have this name.")};
   }
   const QString target = followed(path);
-  if (target.isNull()) return FileResult::failure(QString::fromLocal8Bit(std::strerror(ELOOP)));
+  if (target.isNull()) return Failure{QString::fromLocal8Bit(std::strerror(ELOOP))};
   const QByteArray name = QFile::encodeName(target);
   struct stat standing {};
   const bool replaces = ::stat(name.constData(), &standing) == 0;
-  if (replaces && !S_ISREG(standing.st_mode)) return FileResult::failure(QStringLiteral("It is not a file."));
+  if (replaces && !S_ISREG(standing.st_mode)) return Failure{QStringLiteral("It is not a file.")};
   // The folder's rights alone would allow the replacement of a file that is protected from writing.
   if (replaces && ::faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) != 0) {
-    return FileResult::failure(systemError());
+    return Failure{systemError()};
   }
   {
     UnfinishedFile file(target);
-    if (!file.isOpen()) return FileResult::failure(file.error());
-    if (!file.write(contents)) return FileResult::failure(file.error());
-    const FileResult placed = putInPlace(file, name, lastLook);
+    if (!file.isOpen()) return Failure{file.error()};
+    if (!file.write(contents)) return Failure{file.error()};
+    const Result<> placed = putInPlace(file, name, lastLook);
     if (!placed.ok()) return placed;
   }
-  const FileResult folder = synchronizeFolder(QFileInfo(target).absolutePath());
+  const Result<> folder = synchronizeFolder(QFileInfo(target).absolutePath());
   if (!folder.ok()) return folder;
   QByteArray readBack;
-  const FileResult read = readFile(target, readBack, contents.size() + 1);
+  const Result<> read = readFile(target, readBack, contents.size() + 1);
   if (!read.ok()) return read;
-  if (readBack != contents)
-    return FileResult::failure(QStringLiteral("What was written does not read back the same."));
-  return FileResult::success();
+  if (readBack != contents) return Failure{QStringLiteral("What was written does not read back the same.")};
+  return {};
 }
 
 void FileManager::removeAbandonedFiles(const QString& folder, const QStringList& extensions, Depth depth) {

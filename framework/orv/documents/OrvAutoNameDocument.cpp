@@ -10,8 +10,8 @@ QString OrvAutoNameDocument::displayName() const {
   return name.isEmpty() ? OrvDocument::displayName() : name;
 }
 
-base::FileResult OrvAutoNameDocument::readFromData(const QByteArray& data, const QString& typeName) {
-  const base::FileResult read = OrvDocument::readFromData(data, typeName);
+base::Result<> OrvAutoNameDocument::readFromData(const QByteArray& data, const QString& typeName) {
+  const base::Result<> read = OrvDocument::readFromData(data, typeName);
   if (read.ok()) docIsBlank_ = false;
   return read;
 }

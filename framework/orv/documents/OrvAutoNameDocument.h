@@ -16,7 +16,7 @@ class OrvAutoNameDocument : public OrvDocument {
   virtual QString preferredFileName(bool forExport) const;
 
   QString displayName() const override;
-  velmora::base::FileResult readFromData(const QByteArray& data, const QString& typeName) override;
+  velmora::base::Result<> readFromData(const QByteArray& data, const QString& typeName) override;
 
  protected:
   bool docIsBlank_ = true;

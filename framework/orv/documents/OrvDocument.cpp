@@ -16,7 +16,8 @@
 
 using namespace velmora;
 
-using velmora::base::FileResult;
+using velmora::base::Failure;
+using velmora::base::Result;
 using velmora::platform::formatted;
 using velmora::platform::localizedString;
 
@@ -36,39 +37,35 @@ OrvDocument::OrvDocument(platform::Services& services)
       keptCopies_(services.fileManager, services.runLoop, services.mainBundle.bundleIdentifier()),
       writtenFolders_(services.fileManager, services.mainBundle.bundleIdentifier()) {}
 
-FileResult OrvDocument::readFromData(const QByteArray& data, const QString&) {
-  if (data.isEmpty()) return FileResult::failure(localizedString("OrvDocument", "The file is empty."));
+Result<> OrvDocument::readFromData(const QByteArray& data, const QString&) {
+  if (data.isEmpty()) return Failure{localizedString("OrvDocument", "The file is empty.")};
   QJsonParseError parseError;
   const QJsonDocument json = QJsonDocument::fromJson(data, &parseError);
   if (json.isNull()) {
-    return FileResult::failure(
-        formatted(localizedString("OrvDocument", "The file is damaged (%@ at byte %ld)."),
-                  {parseError.errorString(), QString::number(parseError.offset)}));
+    return Failure{formatted(localizedString("OrvDocument", "The file is damaged (%@ at byte %ld)."),
+                             {parseError.errorString(), QString::number(parseError.offset)})};
   }
   const QJsonObject file = json.object();
   const QString format = file.value(FormatKey).toString();
   if (format != services().mainBundle.bundleIdentifier()) {
-    return FileResult::failure(
-        localizedString("OrvDocument", "The file is not a record of this application."));
+    return Failure{localizedString("OrvDocument", "The file is not a record of this application.")};
   }
   const int version = file.value(VersionKey).toInt(0);
   if (version < 1 || !file.value(ContentKey).isObject()) {
-    return FileResult::failure(
-        localizedString("OrvDocument", "The file is damaged (its header is incomplete)."));
+    return Failure{localizedString("OrvDocument", "The file is damaged (its header is incomplete).")};
   }
   if (version > contentVersion()) {
-    return FileResult::failure(formatted(
+    return Failure{formatted(
         localizedString("OrvDocument", "The file was written by a newer version of the application (%@)."),
-        {file.value(ApplicationKey).toString()}));
+        {file.value(ApplicationKey).toString()})};
   }
   if (!orv::checksumHolds(data)) {
-    return FileResult::failure(
-        localizedString("OrvDocument", "The file is damaged (its checksum does not match)."));
+    return Failure{localizedString("OrvDocument", "The file is damaged (its checksum does not match).")};
   }
   return contentFromJson(file.value(ContentKey).toObject(), version);
 }
 
-FileResult OrvDocument::dataOfType(const QString&, QByteArray& data) {
+Result<> OrvDocument::dataOfType(const QString&, QByteArray& data) {
   const platform::Bundle& bundle = services().mainBundle;
   const QJsonObject file{
       {FormatKey, bundle.bundleIdentifier()},
@@ -80,7 +77,7 @@ FileResult OrvDocument::dataOfType(const QString&, QByteArray& data) {
       {ContentKey, contentToJson()},
   };
   data = orv::withChecksum(QJsonDocument(file).toJson(QJsonDocument::Indented));
-  return FileResult::success();
+  return {};
 }
 
 QWidget* OrvDocument::printableView() const {

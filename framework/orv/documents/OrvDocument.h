@@ -19,9 +19,9 @@ class OrvDocument : public velmora::platform::Document {
  public:
   explicit OrvDocument(velmora::platform::Services& services);
 
-  velmora::base::FileResult readFromURL(const QUrl& url) override;
-  velmora::base::FileResult readFromData(const QByteArray& data, const QString& typeName) override;
-  velmora::base::FileResult dataOfType(const QString& typeName, QByteArray& data) override;
+  velmora::base::Result<> readFromURL(const QUrl& url) override;
+  velmora::base::Result<> readFromData(const QByteArray& data, const QString& typeName) override;
+  velmora::base::Result<> dataOfType(const QString& typeName, QByteArray& data) override;
 
   void keepUnsavedChanges() override;
   /// Closes, because another window has saved this record's file. Unsaved changes leave a rescue copy, of
@@ -39,7 +39,7 @@ class OrvDocument : public velmora::platform::Document {
   virtual QJsonObject contentToJson() const = 0;
   /// Takes the content from JSON written in form `version`. A failure says why, in words for the user, and
   /// the document is not used.
-  virtual velmora::base::FileResult contentFromJson(const QJsonObject& content, int version) = 0;
+  virtual velmora::base::Result<> contentFromJson(const QJsonObject& content, int version) = 0;
 
   qint64 largestFile() const override { return 64LL * 1024 * 1024; }
   void didReadFile(const QByteArray& data) override;
@@ -58,10 +58,10 @@ class OrvDocument : public velmora::platform::Document {
 
   /// Writes a file for the user, durably, and remembers its folder: what a write that is cut off leaves there
   /// is removed at the next start.
-  velmora::base::FileResult writeFile(const QString& path, const QByteArray& contents,
-                                      const velmora::base::FileManager::LastLook& lastLook = {});
-  velmora::base::FileResult writeToURL(const QUrl& url, const QByteArray& data,
-                                       velmora::platform::SaveOperation operation) override;
+  velmora::base::Result<> writeFile(const QString& path, const QByteArray& contents,
+                                    const velmora::base::FileManager::LastLook& lastLook = {});
+  velmora::base::Result<> writeToURL(const QUrl& url, const QByteArray& data,
+                                     velmora::platform::SaveOperation operation) override;
   velmora::platform::Whereabouts presentSaveError(const QUrl& url, const QByteArray& data,
                                                   const QString& reason) override;
 
@@ -73,7 +73,7 @@ class OrvDocument : public velmora::platform::Document {
     QStringList copiesOfAnother;  ///< of what the user has neither seen nor agreed to replace
   };
   /// Keeps what stands there, unless it is what has been seen before. A failure: it may not be replaced.
-  velmora::base::FileResult keepWhatStandsAt(const QString& path, Replaced& replaced);
+  velmora::base::Result<> keepWhatStandsAt(const QString& path, Replaced& replaced);
   bool isOwnFile(const QString& path) const;
   void tellAboutRemovalByAnother(const QString& path);
   void tellAboutAnother(const QString& path, const QString& copy);

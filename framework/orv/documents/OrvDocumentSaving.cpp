@@ -14,7 +14,8 @@
 
 using namespace velmora;
 
-using velmora::base::FileResult;
+using velmora::base::Failure;
+using velmora::base::Result;
 using velmora::platform::formatted;
 using velmora::platform::localizedString;
 using velmora::platform::Whereabouts;
@@ -31,8 +32,8 @@ QString nameOf(const QString& path) { return QFileInfo(path).fileName(); }
 
 void OrvDocument::didReadFile(const QByteArray& data) { knownContents_ = fingerprint(data); }
 
-FileResult OrvDocument::readFromURL(const QUrl& url) {
-  const FileResult read = Document::readFromURL(url);
+Result<> OrvDocument::readFromURL(const QUrl& url) {
+  const Result<> read = Document::readFromURL(url);
   if (read.ok() && privateFolder_.contains(url.toLocalFile())) {
     // A kept copy. Saved in its place it would stay among the copies, unknown to the look-up, and go with
     // them one day. So it is only where the content comes from.
@@ -43,13 +44,12 @@ FileResult OrvDocument::readFromURL(const QUrl& url) {
   return read;
 }
 
-FileResult OrvDocument::writeToURL(const QUrl& url, const QByteArray& data,
-                                   platform::SaveOperation operation) {
+Result<> OrvDocument::writeToURL(const QUrl& url, const QByteArray& data, platform::SaveOperation operation) {
   const QString path = url.toLocalFile();
   const bool removedByAnother =
       isOwnFile(path) && !knownContents_.isEmpty() && !services().fileManager.fileExistsAtPath(path);
   Replaced replaced;
-  FileResult result = keepWhatStandsAt(path, replaced);
+  Result<> result = keepWhatStandsAt(path, replaced);
   if (result.ok()) {
     attemptedContents_ = fingerprint(data);
     // Somebody else may save while the new file is being written, which can take long on a network.
@@ -63,8 +63,8 @@ FileResult OrvDocument::writeToURL(const QUrl& url, const QByteArray& data,
   return result;
 }
 
-FileResult OrvDocument::writeFile(const QString& path, const QByteArray& contents,
-                                  const base::FileManager::LastLook& lastLook) {
+Result<> OrvDocument::writeFile(const QString& path, const QByteArray& contents,
+                                const base::FileManager::LastLook& lastLook) {
   writtenFolders_.add(path);
   return services().fileManager.writeDurably(path, contents, lastLook);
 }
@@ -73,16 +73,16 @@ bool OrvDocument::isOwnFile(const QString& path) const {
   return !fileURL().isEmpty() && fileURL().toLocalFile() == path;
 }
 
-FileResult OrvDocument::keepWhatStandsAt(const QString& path, Replaced& replaced) {
+Result<> OrvDocument::keepWhatStandsAt(const QString& path, Replaced& replaced) {
   const bool firstLook = !std::exchange(replaced.looked, true);
   // Nothing to keep of a folder; the write itself says why it cannot be.
   if (!services().fileManager.fileExistsAtPath(path) || services().fileManager.isDirectory(path)) {
-    return FileResult::success();
+    return {};
   }
   QByteArray standing;
-  const FileResult read = services().fileManager.readFile(path, standing);
+  const Result<> read = services().fileManager.readFile(path, standing);
   const QByteArray found = read.ok() ? fingerprint(standing) : QByteArray("unreadable");
-  if (std::exchange(replaced.seen, found) == found) return FileResult::success();
+  if (std::exchange(replaced.seen, found) == found) return {};
 
   const bool own = read.ok() && ((isOwnFile(path) && found == knownContents_) || found == attemptedContents_);
   const auto origin = own ? OrvKeptCopies::Origin::Own : OrvKeptCopies::Origin::Another;
@@ -96,14 +96,14 @@ FileResult OrvDocument::keepWhatStandsAt(const QString& path, Replaced& replaced
       base::logLine(
           QStringLiteral("No earlier version was kept of a record in %1").arg(QFileInfo(path).path()));
     }
-    return FileResult::success();
+    return {};
   }
   if (copy.isEmpty()) {
-    return FileResult::failure(localizedString(
-        "OrvDocument", "Another record stands there under this name, and no copy of it could be kept."));
+    return Failure{localizedString(
+        "OrvDocument", "Another record stands there under this name, and no copy of it could be kept.")};
   }
   replaced.copiesOfAnother.append(copy);
-  return FileResult::success();
+  return {};
 }
 
 void OrvDocument::tellAboutRemovalByAnother(const QString& path) {
@@ -132,12 +132,12 @@ QString OrvDocument::fileNameForCopies() const {
 
 OrvDocument::Rescue OrvDocument::keepRescueCopy() {
   QByteArray data;
-  const FileResult content = contentToKeep(fileTypeFromLastRunSavePanel(), data);
+  const Result<> content = contentToKeep(fileTypeFromLastRunSavePanel(), data);
   if (!content.ok()) {
     services().alerts.runModal(
         {formatted(localizedString("OrvDocument", "Unsaved changes to '%@' could not be kept."),
                    {displayName()}),
-         localizedString("OrvVersion", "OK"), QString(), QString(), content.error});
+         localizedString("OrvVersion", "OK"), QString(), QString(), content.error()});
     return {Whereabouts::OnlyHere, {}};
   }
   const QString copy = keptCopies_.keepRescueCopy(fileNameForCopies(), data);
@@ -154,9 +154,9 @@ OrvDocument::Rescue OrvDocument::keepRescueCopy() {
 void OrvDocument::keepUnsavedChanges() {
   QByteArray data;
   if (!isDocumentEdited()) return;
-  const FileResult content = contentToKeep(fileTypeFromLastRunSavePanel(), data);
+  const Result<> content = contentToKeep(fileTypeFromLastRunSavePanel(), data);
   if (!content.ok()) {
-    base::logLine(QStringLiteral("Unsaved changes were not kept: ") + content.error);
+    base::logLine(QStringLiteral("Unsaved changes were not kept: ") + content.error());
     return;
   }
   keptCopies_.keepRescueCopy(fileNameForCopies(), data);
@@ -219,11 +219,11 @@ bool OrvDocument::saveElsewhere(const QByteArray& data) {
     panel.nameFieldStringValue = displayName();
     panel.requiredFileType = fileTypeFromLastRunSavePanel();
     if (services().panels.runModal(panel) != platform::PanelOKButton) return false;
-    const FileResult written = writeFile(panel.url.toLocalFile(), data);
+    const Result<> written = writeFile(panel.url.toLocalFile(), data);
     if (written.ok()) return true;
     services().alerts.runModal(
         {formatted(localizedString("OrvDocument", "The record '%@' could not be saved."),
                    {panel.url.fileName()}),
-         localizedString("OrvVersion", "OK"), QString(), QString(), written.error});
+         localizedString("OrvVersion", "OK"), QString(), QString(), written.error()});
   }
 }

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <functional>
+#include <tuple>
 
 #include "base/files/FileManager.h"
 #include "base/log/Log.h"
@@ -105,7 +106,8 @@ void OrvKeptCopies::prune(const QString& folder) {
   for (const QString& name : copies.mid(0, copies.size() - 1)) {
     const QString copy = folder + QLatin1Char('/') + name;
     const bool tooMany = !isOfAnother(name) && own-- > MostVersions;
-    if (tooMany || files_.modificationDate(copy) < oldest) files_.removeItem(copy);
+    // One that cannot go now is tried again with the next save.
+    if (tooMany || files_.modificationDate(copy) < oldest) std::ignore = files_.removeItem(copy);
   }
 }
 
@@ -132,7 +134,7 @@ void OrvKeptCopies::pruneRescueCopies() {
   const QDateTime oldest = clock_.now().addDays(-OldestDays);
   for (const QString& name : files_.contentsOfDirectoryAtPath(rescueFolder())) {
     const QString copy = rescueFolder() + QLatin1Char('/') + name;
-    if (files_.modificationDate(copy) < oldest) files_.removeItem(copy);
+    if (files_.modificationDate(copy) < oldest) std::ignore = files_.removeItem(copy);
   }
 }
 

@@ -10,7 +10,8 @@
 
 using namespace velmora;
 
-using velmora::base::FileResult;
+using velmora::base::Failure;
+using velmora::base::Result;
 
 namespace {
 constexpr QFile::Permissions UserOnlyFile = QFile::ReadOwner | QFile::WriteOwner;
@@ -29,7 +30,7 @@ bool OrvPrivateFolder::contains(const QString& file) const {
 
 bool OrvPrivateFolder::make(const QString& folder) {
   // Closed to others before anything is in it: the names of the folders below are those of records.
-  FileResult made = files_.createDirectory(path_);
+  Result<> made = files_.createDirectory(path_);
   if (made.ok()) {
     QFile::setPermissions(path_, UserOnlyFolder);
     if (folder != path_) made = files_.createDirectory(folder);
@@ -40,9 +41,9 @@ bool OrvPrivateFolder::make(const QString& folder) {
 }
 
 bool OrvPrivateFolder::write(const QString& file, const QByteArray& contents) {
-  const FileResult written = files_.writeDurably(file, contents);
+  const Result<> written = files_.writeDurably(file, contents);
   if (!written.ok()) {
-    base::logLine(QStringLiteral("A file could not be kept in %1: %2").arg(path_, written.error));
+    base::logLine(QStringLiteral("A file could not be kept in %1: %2").arg(path_, written.error()));
     return false;
   }
   return QFile::setPermissions(file, UserOnlyFile);

@@ -115,11 +115,11 @@ Bundle bundleWithPath(const QString& folder) {
   const bool deep = !QFileInfo::exists(folder + list) && QFileInfo::exists(contents + list);
   const QString path = (deep ? contents : folder) + list;
   QByteArray data;
-  const base::FileResult read = base::FileManager().readFile(path, data, LargestPropertyList);
+  const base::Result<> read = base::FileManager().readFile(path, data, LargestPropertyList);
   QVariant info;
   if (read.ok()) info = propertyListFromData(data);
   if (info.typeId() != QMetaType::QVariantMap) {
-    base::logLine(QStringLiteral("No information dictionary at %1: %2").arg(path, read.error));
+    base::logLine(QStringLiteral("No information dictionary at %1: %2").arg(path, read.error()));
   }
   return Bundle(info.toMap(), deep ? contents + QStringLiteral("/Resources") : folder);
 }

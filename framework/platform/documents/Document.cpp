@@ -29,15 +29,15 @@ QString Document::displayName() const {
   return untitledNumber_ > 1 ? QStringLiteral("%1 %2").arg(untitled).arg(untitledNumber_) : untitled;
 }
 
-base::FileResult Document::readFromURL(const QUrl& url) {
+base::Result<> Document::readFromURL(const QUrl& url) {
   QByteArray data;
   const QString path = url.toLocalFile();
-  base::FileResult result = services_.fileManager.readFile(path, data, largestFile());
+  base::Result<> result = services_.fileManager.readFile(path, data, largestFile());
   if (!result.ok()) return result;
   try {
     result = readFromData(data, base::pathExtension(path));
   } catch (const std::exception& failure) {
-    result = base::FileResult::failure(QString::fromUtf8(failure.what()));
+    result = base::Failure{QString::fromUtf8(failure.what())};
   }
   if (!result.ok()) return result;
   fileType_ = base::pathExtension(path);

@@ -56,11 +56,11 @@ class Document : public QObject {
   int untitledNumber() const { return untitledNumber_; }
 
   /// Takes the content from bytes. A failure says why in words for the user and leaves the document unusable.
-  virtual base::FileResult readFromData(const QByteArray& data, const QString& typeName) = 0;
+  virtual base::Result<> readFromData(const QByteArray& data, const QString& typeName) = 0;
   /// The content as bytes.
-  virtual base::FileResult dataOfType(const QString& typeName, QByteArray& data) = 0;
+  virtual base::Result<> dataOfType(const QString& typeName, QByteArray& data) = 0;
   /// Reads the file; on success it is the document's file and the document has no changes.
-  virtual base::FileResult readFromURL(const QUrl& url);
+  virtual base::Result<> readFromURL(const QUrl& url);
 
   // Changes.
 
@@ -142,14 +142,14 @@ class Document : public QObject {
   virtual void takeFromWindows() {}
   /// The content as it is to be saved or kept: takeFromWindows() and dataOfType(). What they throw is a
   /// failure; after a failure `data` is empty.
-  base::FileResult contentToKeep(const QString& typeName, QByteArray& data);
+  base::Result<> contentToKeep(const QString& typeName, QByteArray& data);
   /// Told of the bytes of the document's file once they have been read and understood. The base does nothing.
   virtual void didReadFile(const QByteArray&) {}
   /// Whether the user has agreed, in the save panel, to replace what stands at the place of the save in
   /// progress.
   bool replacementConfirmed() const { return replacementConfirmed_; }
   /// Puts the content into the file at `url`.
-  virtual base::FileResult writeToURL(const QUrl& url, const QByteArray& data, SaveOperation operation);
+  virtual base::Result<> writeToURL(const QUrl& url, const QByteArray& data, SaveOperation operation);
   /// Tells the user that saving to `url` failed. `data` is the content, empty when that could not be had. An
   /// override may put it elsewhere; the base does not.
   virtual Whereabouts presentSaveError(const QUrl& url, const QByteArray& data, const QString& reason);

@@ -153,9 +153,9 @@ Document* DocumentController::openDocumentWithContentsOfURL(const QUrl& url, boo
   }
   base::requireValue(static_cast<bool>(factory_), "DocumentController");
   auto document = factory_();
-  const base::FileResult read = document->readFromURL(url);
+  const base::Result<> read = document->readFromURL(url);
   if (!read.ok()) {
-    if (error) *error = read.error;
+    if (error) *error = read.error();
     return nullptr;
   }
   return adopt(std::move(document), display);

@@ -16,13 +16,13 @@ namespace velmora::platform {
 namespace {
 
 /// What the call answers; what it throws is a failure too.
-base::FileResult attempted(const std::function<base::FileResult()>& call) {
+base::Result<> attempted(const std::function<base::Result<>()>& call) {
   try {
     return call();
   } catch (const std::exception& failure) {
-    return base::FileResult::failure(QString::fromUtf8(failure.what()));
+    return base::Failure{QString::fromUtf8(failure.what())};
   } catch (...) {
-    return base::FileResult::failure(QString());
+    return base::Failure{QString()};
   }
 }
 
@@ -66,8 +66,8 @@ void Document::runModalSavePanelForSaveOperation(SaveOperation operation, DidSav
   saveToURL(panel.url, fileTypeFromLastRunSavePanel(), operation, std::move(didSave));
 }
 
-base::FileResult Document::contentToKeep(const QString& typeName, QByteArray& data) {
-  const base::FileResult result = attempted([&] {
+base::Result<> Document::contentToKeep(const QString& typeName, QByteArray& data) {
+  const base::Result<> result = attempted([&] {
     takeFromWindows();
     return dataOfType(typeName, data);
   });
@@ -77,10 +77,10 @@ base::FileResult Document::contentToKeep(const QString& typeName, QByteArray& da
 
 void Document::saveToURL(const QUrl& url, const QString& typeName, SaveOperation operation, DidSave didSave) {
   QByteArray data;
-  base::FileResult result = contentToKeep(typeName, data);
+  base::Result<> result = contentToKeep(typeName, data);
   if (result.ok()) result = attempted([&] { return writeToURL(url, data, operation); });
   sinceLastSave_ = Whereabouts::OnlyHere;
-  sinceLastSave_ = result.ok() ? Whereabouts::Kept : presentSaveError(url, data, result.error);
+  sinceLastSave_ = result.ok() ? Whereabouts::Kept : presentSaveError(url, data, result.error());
   if (result.ok() && operation != SaveOperation::SaveTo) {
     fileType_ = typeName;
     setFileURL(url);
@@ -101,7 +101,7 @@ void Document::replaceOtherDocumentsOf(const QUrl& url) {
 
 void Document::documentDidSave(Document*, bool) {}
 
-base::FileResult Document::writeToURL(const QUrl& url, const QByteArray& data, SaveOperation) {
+base::Result<> Document::writeToURL(const QUrl& url, const QByteArray& data, SaveOperation) {
   return services_.fileManager.writeDurably(url.toLocalFile(), data);
 }
 

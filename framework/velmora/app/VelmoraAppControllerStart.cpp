@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // What happens when the application starts and ends.
+#include <tuple>
+
 #include "orv/documents/OrvKeptCopies.h"
 #include "orv/documents/OrvWrittenFolders.h"
 #include "platform/controls/Alert.h"
@@ -137,7 +139,7 @@ void VelmoraAppController::setUpDatabase() {
       platform::formatted(localizedString("VelmoraAppController", "~/Documents/%@ Data"),
                           {services().mainBundle.stringForInfoDictionaryKey(QStringLiteral("CFBundleName"))});
   // A failure shows itself when the first record is saved: the save panel then comes up.
-  services().fileManager.createDirectory(base::expandingTildeInPath(path));
+  std::ignore = services().fileManager.createDirectory(base::expandingTildeInPath(path));
   services().defaults.setObject(path, settings::SaveDirectory);
   services().defaults.setObject(true, settings::AutoSave);
 }

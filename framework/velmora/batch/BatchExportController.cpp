@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QScreen>
+#include <tuple>
 
 #include "platform/controls/Alert.h"
 #include "platform/documents/DocumentController.h"
@@ -180,7 +181,7 @@ void BatchExportController::doErasePreviouslyExportedFiles() {
   for (const QString& name : files.contentsOfDirectoryAtPath(folder)) {
     const QString path = folder + QLatin1Char('/') + name;
     if (!files.fileExistsAtPath(path) || files.isDirectory(path)) continue;
-    if (base::pathExtension(name).toUpper() == ChartExtension) files.removeItem(path);
+    if (base::pathExtension(name).toUpper() == ChartExtension) std::ignore = files.removeItem(path);
   }
 }
 

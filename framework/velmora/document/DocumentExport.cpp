@@ -7,6 +7,7 @@
 #include <QScopeGuard>
 #include <QTabBar>
 #include <QTabWidget>
+#include <tuple>
 
 #include "platform/controls/Alert.h"
 #include "platform/bundles/Bundle.h"
@@ -82,7 +83,7 @@ void VelmoraDocument::doExport(bool interactive) {
     panel.prompt = localizedString("VelmoraAppController", "Export");
     panel.title = localizedString("VelmoraAppController", "Export");
     if (services().panels.runModal(panel) == platform::PanelOKButton) {
-      writeFile(panel.url.toLocalFile(), picture);
+      std::ignore = writeFile(panel.url.toLocalFile(), picture);
     }
     return;
   }
@@ -105,7 +106,7 @@ void VelmoraDocument::doExport(bool interactive) {
              {fileName, folder})});
     if (answer == platform::AlertAlternateReturn || answer == platform::AlertStopped) return;
   }
-  writeFile(path, picture);
+  std::ignore = writeFile(path, picture);
 }
 
 void VelmoraDocument::doExportToOsirix() {

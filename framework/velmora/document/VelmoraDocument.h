@@ -166,9 +166,7 @@ class VelmoraDocument : public OrvAutoNameDocument, public velmora::platform::Te
   void takeFromWindows() override { synchronizeToData(); }
   // The base document without data of its own has nothing to write; a subclass overrides both.
   QJsonObject contentToJson() const override { return {}; }
-  velmora::base::FileResult contentFromJson(const QJsonObject&, int) override {
-    return velmora::base::FileResult::success();
-  }
+  velmora::base::Result<> contentFromJson(const QJsonObject&, int) override { return {}; }
 
   QPointer<QLineEdit> referenceIDField_;
   QPointer<QLineEdit> birthDateField_;

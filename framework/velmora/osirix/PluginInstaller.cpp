@@ -25,8 +25,8 @@ QString versionOfPlugin(const QString& path) {
   return version.typeId() == QMetaType::QString ? version.toString() : QString();
 }
 
-void logFailure(const char* format, const base::FileResult& result) {
-  if (!result.ok()) base::logLine(platform::formatted(QString::fromLatin1(format), {result.error}));
+void logFailure(const char* format, const base::Result<>& result) {
+  if (!result.ok()) base::logLine(platform::formatted(QString::fromLatin1(format), {result.error()}));
 }
 
 }  // namespace
@@ -64,7 +64,7 @@ void PluginInstaller::doInstallOsirixPlugin() {
   makeInstalledFolder();
   removeLeftovers();
   removeInstalled(name);
-  const base::FileResult copied = copyToInstalled(name);
+  const base::Result<> copied = copyToInstalled(name);
   logFailure("Copy plugin failed: %@", copied);
 
   platform::Alert outcome;
@@ -107,9 +107,9 @@ void PluginInstaller::removeInstalled(const QString& name) {
              services_.fileManager.removeItem(installedFolder() + QLatin1Char('/') + name));
 }
 
-base::FileResult PluginInstaller::copyToInstalled(const QString& name) {
+base::Result<> PluginInstaller::copyToInstalled(const QString& name) {
   if (name.isNull()) {
-    return base::FileResult::failure(QStringLiteral("There is no plugin in '%1'.").arg(carriedFolder()));
+    return base::Failure{QStringLiteral("There is no plugin in '%1'.").arg(carriedFolder())};
   }
   return services_.fileManager.copyItem(carriedFolder() + QLatin1Char('/') + name,
                                         installedFolder() + QLatin1Char('/') + name);

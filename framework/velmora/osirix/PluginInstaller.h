@@ -3,9 +3,8 @@
 
 #include <QString>
 
-namespace velmora::base {
-struct FileResult;
-}  // namespace velmora::base
+#include "base/Result.h"
+
 namespace velmora::platform {
 struct Services;
 }  // namespace velmora::platform
@@ -40,7 +39,7 @@ class PluginInstaller {
   void makeInstalledFolder();
   void removeLeftovers();
   void removeInstalled(const QString& name);
-  base::FileResult copyToInstalled(const QString& name);
+  base::Result<> copyToInstalled(const QString& name);
 
   platform::Services& services_;
 };

@@ -33,17 +33,15 @@ void say(const QString& what) {
 class Record : public OrvDocument {
  public:
   using OrvDocument::OrvDocument;
-  base::FileResult readFromData(const QByteArray&, const QString&) override {
-    return base::FileResult::success();
-  }
-  base::FileResult dataOfType(const QString&, QByteArray& data) override {
+  base::Result<> readFromData(const QByteArray&, const QString&) override { return {}; }
+  base::Result<> dataOfType(const QString&, QByteArray& data) override {
     data = "edited";
-    return base::FileResult::success();
+    return {};
   }
 
  protected:
   QJsonObject contentToJson() const override { return {}; }
-  base::FileResult contentFromJson(const QJsonObject&, int) override { return base::FileResult::success(); }
+  base::Result<> contentFromJson(const QJsonObject&, int) override { return {}; }
 };
 
 class Controller : public platform::DocumentController {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
+#include "apps/growth/resources/GrowthResources.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 
 #include <unistd.h>
@@ -73,7 +74,7 @@ GrowthDesk::GrowthDesk()
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
   home.makeFolder(QStringLiteral("Records"));
   home.makeFolder(QStringLiteral("Charts"));
-  services.interfaceFiles.addSearchPath(QStringLiteral(":/growth"));
+  services.interfaceFiles.addSearchPath(growth::interfaceFolder());
   desktop.defaults.registerDefaults({{velmora::settings::DataFileExtension, QStringLiteral("growth")}});
   desktop.defaults.setObject(saveFolder(), velmora::settings::SaveDirectory);
   desktop.defaults.setObject(exportFolder(), velmora::settings::ExportDirectory);
@@ -197,8 +198,8 @@ QStringList GrowthDesk::strayFiles() const {
 
 growth::GrowthRecord recordIn(GrowthDesk& desk, const QString& path) {
   GrowthDocument reader(desk.services, desk.controller, desk.references);
-  const base::FileResult read = reader.readFromURL(QUrl::fromLocalFile(path));
-  if (!read.ok()) throw std::runtime_error(path.toStdString() + ": " + read.error.toStdString());
+  const base::Result<> read = reader.readFromURL(QUrl::fromLocalFile(path));
+  if (!read.ok()) throw std::runtime_error(path.toStdString() + ": " + read.error().toStdString());
   return reader.record();
 }
 

@@ -12,6 +12,7 @@
 #include <array>
 #include <memory>
 
+#include "apps/growth/resources/GrowthResources.h"
 #include "desktop/settings/QtUserDefaults.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "velmora/resources/SettingsKeys.h"
@@ -237,7 +238,7 @@ TEST_F(SettingsFile, WithAWrongValueUnderAnyKeyStillStartsAndSaves) {
                                   nullptr};
       defaults.registerDefaults({{settings::DataFileExtension, QStringLiteral("growth")}});
       VelmoraAppController controller(services);
-      services.interfaceFiles.addSearchPath(QStringLiteral(":/growth"));
+      services.interfaceFiles.addSearchPath(growth::interfaceFolder());
       controller.setDocumentFactory(
           [&] { return std::make_unique<GrowthDocument>(services, controller, desk.references); });
       controller.awakeFromNib();

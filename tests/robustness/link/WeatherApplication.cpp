@@ -19,6 +19,7 @@
 #include <iostream>
 #include <string>
 
+#include "apps/growth/resources/GrowthResources.h"
 #include "apps/growth/document/GrowthDocument.h"
 #include "apps/growth/reference/GrowthReferences.h"
 #include "platform/bundles/Bundle.h"
@@ -97,7 +98,7 @@ int main(int argc, char** argv) {
   const growth::GrowthReferences references(QStringLiteral(GROWTH_REFERENCE_FOLDER));
 
   WiredController controller(services);
-  services.interfaceFiles.addSearchPath(QStringLiteral(":/growth"));
+  services.interfaceFiles.addSearchPath(growth::interfaceFolder());
   controller.setDocumentFactory(
       [&] { return std::make_unique<GrowthDocument>(services, controller, references); });
 

@@ -30,10 +30,8 @@ namespace {
 class EmptyDocument : public platform::Document {
  public:
   using Document::Document;
-  base::FileResult readFromData(const QByteArray&, const QString&) override {
-    return base::FileResult::success();
-  }
-  base::FileResult dataOfType(const QString&, QByteArray&) override { return base::FileResult::success(); }
+  base::Result<> readFromData(const QByteArray&, const QString&) override { return {}; }
+  base::Result<> dataOfType(const QString&, QByteArray&) override { return {}; }
 };
 
 /// Keeps what happens at start and end, and quits as soon as the application has started.

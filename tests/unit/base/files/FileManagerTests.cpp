@@ -9,8 +9,9 @@
 #include "base/files/FileManager.h"
 #include "tests/unit/platform/Shown.h"
 
+using velmora::base::Failure;
 using velmora::base::FileManager;
-using velmora::base::FileResult;
+using velmora::base::Result;
 
 namespace {
 
@@ -122,9 +123,9 @@ TEST_F(Files, GetFoldersWithEveryFolderAbove) {
   EXPECT_TRUE(files.isDirectory(path("a/b/c")));
   EXPECT_TRUE(files.createDirectory(path("a/b/c")).ok()) << "one that is there already is no failure";
   make("file");
-  const FileResult below = files.createDirectory(path("file/below"));
+  const Result<> below = files.createDirectory(path("file/below"));
   EXPECT_FALSE(below.ok());
-  EXPECT_TRUE(below.error.contains("file/below"));
+  EXPECT_TRUE(below.error().contains("file/below"));
 }
 
 TEST_F(Files, AreRemovedAndFoldersWithAllThatIsInThem) {
@@ -173,7 +174,7 @@ TEST_F(Files, AreNotCopiedOverWhatIsThere) {
 TEST_F(Files, AreCopiedWholeOrNotAtAll) {
   make("source/a", "x");
   ASSERT_EQ(::mkfifo(QFile::encodeName(path("source/pipe")).constData(), 0600), 0);
-  EXPECT_EQ(files.copyItem(path("source"), path("copy")).error,
+  EXPECT_EQ(files.copyItem(path("source"), path("copy")).error(),
             "'" + path("source/pipe") + "' is not a file.");
   EXPECT_EQ(files.contentsOfDirectoryAtPath(folder.path()), QStringList{"source"});
   EXPECT_FALSE(files.copyItem(path("source"), path("source/inner")).ok()) << "into itself there is no end";
@@ -186,19 +187,19 @@ TEST_F(Files, AreReadWholeUpToALimit) {
   EXPECT_TRUE(files.readFile(path("record"), read).ok());
   EXPECT_EQ(read, "0123456789");
   EXPECT_TRUE(files.readFile(path("record"), read, 10).ok());
-  const FileResult tooLarge = files.readFile(path("record"), read, 9);
+  const Result<> tooLarge = files.readFile(path("record"), read, 9);
   EXPECT_FALSE(tooLarge.ok());
-  EXPECT_TRUE(tooLarge.error.startsWith("It is too large")) << qPrintable(tooLarge.error);
+  EXPECT_TRUE(tooLarge.error().startsWith("It is too large")) << qPrintable(tooLarge.error());
 }
 
 TEST_F(Files, AreReadOnlyWhenTheyAreFiles) {
   ASSERT_EQ(::mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
   QByteArray read;
-  EXPECT_EQ(files.readFile(path("pipe"), read).error, "It is not a file.") << "or the reader would hang";
-  EXPECT_EQ(files.readFile("/dev/zero", read).error, "It is not a file.");
-  EXPECT_EQ(files.readFile(folder.path(), read).error, "It is not a file.");
+  EXPECT_EQ(files.readFile(path("pipe"), read).error(), "It is not a file.") << "or the reader would hang";
+  EXPECT_EQ(files.readFile("/dev/zero", read).error(), "It is not a file.");
+  EXPECT_EQ(files.readFile(folder.path(), read).error(), "It is not a file.");
   EXPECT_FALSE(files.readFile(path("absent"), read).ok());
-  EXPECT_FALSE(files.readFile(path("absent"), read).error.isEmpty());
+  EXPECT_FALSE(files.readFile(path("absent"), read).error().isEmpty());
 }
 
 }  // namespace

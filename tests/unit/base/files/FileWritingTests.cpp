@@ -17,8 +17,9 @@
 #include "base/files/FileManager.h"
 #include "tests/unit/platform/Shown.h"
 
+using velmora::base::Failure;
 using velmora::base::FileManager;
-using velmora::base::FileResult;
+using velmora::base::Result;
 
 namespace {
 
@@ -106,13 +107,13 @@ class DurableWritingOnAFullDisk : public DurableWriting, public testing::WithPar
 TEST_P(DurableWritingOnAFullDisk, LeavesTheOldFileAndNothingElse) {
   ASSERT_TRUE(files.writeDurably(path("record"), "old").ok());
   const QByteArray newContents(GetParam(), 'n');
-  FileResult written;
+  Result<> written;
   {
     const SmallDisk disk(static_cast<rlim_t>(GetParam() / 2));
     written = files.writeDurably(path("record"), newContents);
   }
   EXPECT_FALSE(written.ok());
-  EXPECT_FALSE(written.error.isEmpty());
+  EXPECT_FALSE(written.error().isEmpty());
   EXPECT_EQ(contents("record"), "old");
   EXPECT_EQ(names(), QStringList{"record"});
   EXPECT_TRUE(files.writeDurably(path("record"), newContents).ok()) << "with room again it goes on";
@@ -132,9 +133,9 @@ TEST_F(DurableWriting, FailsWithAReasonWhereNoFileCanBe) {
   ASSERT_TRUE(files.writeDurably(path("file"), "contents").ok());
   QDir().mkpath(path("folder"));
   for (const char* place : {"folder", "absent/record", "file/record"}) {
-    const FileResult written = files.writeDurably(path(place), "contents");
+    const Result<> written = files.writeDurably(path(place), "contents");
     EXPECT_FALSE(written.ok()) << place;
-    EXPECT_FALSE(written.error.isEmpty()) << place;
+    EXPECT_FALSE(written.error().isEmpty()) << place;
   }
   EXPECT_FALSE(files.writeDurably("", "contents").ok());
   EXPECT_FALSE(files.writeDurably("/proc/record", "contents").ok());
@@ -155,7 +156,7 @@ TEST_F(DurableWriting, LooksOnceMoreRightBeforeItReplaces) {
     all.removeAll("record");
     EXPECT_EQ(all.size(), 1) << "the new file is there under another name";
     EXPECT_EQ(contents(all.value(0)), "new") << "and whole";
-    return FileResult::success();
+    return Result<>();
   };
   EXPECT_TRUE(files.writeDurably(path("record"), "new", look).ok());
   EXPECT_EQ(looks, 1);
@@ -164,9 +165,9 @@ TEST_F(DurableWriting, LooksOnceMoreRightBeforeItReplaces) {
 
 TEST_F(DurableWriting, IsGivenUpByTheLastLook) {
   ASSERT_TRUE(files.writeDurably(path("record"), "old").ok());
-  const auto refuse = [] { return FileResult::failure("It is another's."); };
-  EXPECT_EQ(files.writeDurably(path("record"), "new", refuse).error, "It is another's.");
-  EXPECT_EQ(files.writeDurably(path("absent"), "new", refuse).error, "It is another's.");
+  const auto refuse = [] { return Failure{"It is another's."}; };
+  EXPECT_EQ(files.writeDurably(path("record"), "new", refuse).error(), "It is another's.");
+  EXPECT_EQ(files.writeDurably(path("absent"), "new", refuse).error(), "It is another's.");
   EXPECT_EQ(contents("record"), "old");
   EXPECT_EQ(names(), QStringList{"record"});
 }
@@ -178,7 +179,7 @@ TEST_F(DurableWriting, LooksAgainAtWhatAppearsWhereNothingStood) {
     if (seen.size() == 1) {
       EXPECT_TRUE(FileManager().writeDurably(path("record"), "another's").ok());
     }
-    return FileResult::success();
+    return Result<>();
   };
   EXPECT_TRUE(files.writeDurably(path("record"), "mine", look).ok());
   EXPECT_EQ(seen, (QList<QByteArray>{"(cannot be read)", "another's"}));
@@ -188,12 +189,12 @@ TEST_F(DurableWriting, LooksAgainAtWhatAppearsWhereNothingStood) {
 
 TEST_F(DurableWriting, DoesNotReplaceWhatAppearedAndMustStay) {
   int looks = 0;
-  const auto look = [&] {
-    if (++looks == 2) return FileResult::failure("It is another's.");
+  const auto look = [&]() -> Result<> {
+    if (++looks == 2) return Failure{"It is another's."};
     EXPECT_TRUE(FileManager().writeDurably(path("record"), "another's").ok());
-    return FileResult::success();
+    return Result<>();
   };
-  EXPECT_EQ(files.writeDurably(path("record"), "mine", look).error, "It is another's.");
+  EXPECT_EQ(files.writeDurably(path("record"), "mine", look).error(), "It is another's.");
   EXPECT_EQ(contents("record"), "another's");
   EXPECT_EQ(names(), QStringList{"record"});
 }
@@ -218,7 +219,7 @@ class RightsOfWrittenFiles : public DurableWriting {
       for (const QString& each : names()) {
         if (each.endsWith(".unfinished")) seen = rights(each);
       }
-      return FileResult::success();
+      return Result<>();
     };
     EXPECT_TRUE(files.writeDurably(path(name), "new", look).ok());
     return seen;
@@ -249,10 +250,10 @@ TEST_F(RightsOfWrittenFiles, OfAFileThatAppearedMeanwhileAreThatFiles) {
   bool first = true;
   const auto look = [&] {
     if (std::exchange(first, false)) {
-      FileManager().writeDurably(path("record"), "another's");
+      EXPECT_TRUE(FileManager().writeDurably(path("record"), "another's").ok());
       ::chmod(QFile::encodeName(path("record")).constData(), 0664);
     }
-    return FileResult::success();
+    return Result<>();
   };
   ASSERT_TRUE(files.writeDurably(path("record"), "mine", look).ok());
   EXPECT_EQ(rights("record"), 0664u);

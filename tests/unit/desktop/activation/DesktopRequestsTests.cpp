@@ -26,10 +26,10 @@ namespace {
 class TextDocument : public platform::Document {
  public:
   using Document::Document;
-  base::FileResult readFromData(const QByteArray& data, const QString&) override {
-    return data == "bad" ? base::FileResult::failure("It is damaged.") : base::FileResult::success();
+  base::Result<> readFromData(const QByteArray& data, const QString&) override {
+    return data == "bad" ? base::Failure{"It is damaged."} : base::Result<>();
   }
-  base::FileResult dataOfType(const QString&, QByteArray&) override { return base::FileResult::success(); }
+  base::Result<> dataOfType(const QString&, QByteArray&) override { return {}; }
 };
 
 /// Says what is asked of it.

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
+#include "apps/growth/resources/GrowthResources.h"
 #include "tests/unit/growth/document/GrowthApplication.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +30,7 @@ GrowthApplication::GrowthApplication(const QString& referenceFolder)
                                      {velmora::settings::SaveDirectory, QStringLiteral("~/Records")},
                                      {velmora::settings::ExportDirectory, QStringLiteral("~/Charts")},
                                      {velmora::settings::AutoSave, true}});
-  desktop.interfaceFiles.addSearchPath(QStringLiteral(":/growth"));
+  desktop.interfaceFiles.addSearchPath(growth::interfaceFolder());
   controller.setDocumentFactory(
       [this] { return std::make_unique<GrowthDocument>(desktop.services, controller, references); });
   controller.awakeFromNib();

@@ -46,8 +46,8 @@ GrowthRecord fullRecord() {
 GrowthRecord readBack(const GrowthRecord& record) {
   const QByteArray bytes = QJsonDocument(record.toJson()).toJson();
   GrowthRecord read;
-  const base::FileResult result = GrowthRecord::fromJson(QJsonDocument::fromJson(bytes).object(), read);
-  EXPECT_TRUE(result.ok()) << qPrintable(result.error);
+  const base::Result<> result = GrowthRecord::fromJson(QJsonDocument::fromJson(bytes).object(), read);
+  EXPECT_TRUE(result.ok()) << qPrintable(result.error());
   return read;
 }
 
@@ -120,9 +120,9 @@ TEST(GrowthRecord, RefusesEachMalformedContentWithItsReason) {
     const QJsonDocument json = QJsonDocument::fromJson(each.content);
     ASSERT_TRUE(json.isObject()) << each.content;
     GrowthRecord record = fullRecord();
-    const base::FileResult result = GrowthRecord::fromJson(json.object(), record);
+    const base::Result<> result = GrowthRecord::fromJson(json.object(), record);
     EXPECT_FALSE(result.ok()) << each.content;
-    EXPECT_EQ(result.error, QStringLiteral("The file is damaged (%1).").arg(each.reason)) << each.content;
+    EXPECT_EQ(result.error(), QStringLiteral("The file is damaged (%1).").arg(each.reason)) << each.content;
     EXPECT_EQ(record, fullRecord()) << "nothing is taken over from " << each.content;
   }
 }

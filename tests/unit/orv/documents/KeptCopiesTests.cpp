@@ -116,8 +116,8 @@ TEST_F(KeptCopies, AreNotNamedInTheLogWhenTheyCannotBeKept) {
 
   /// A disk that has filled up.
   class FullDisk : public base::FileManager {
-    base::FileResult writeDurably(const QString&, const QByteArray&, const LastLook&) override {
-      return base::FileResult::failure(QStringLiteral("No space left on device"));
+    base::Result<> writeDurably(const QString&, const QByteArray&, const LastLook&) override {
+      return base::Failure{QStringLiteral("No space left on device")};
     }
   } full;
   OrvKeptCopies onFullDisk(full, desktop.runLoop, "org.velmora.tests");

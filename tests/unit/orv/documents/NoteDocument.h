@@ -44,12 +44,12 @@ class NoteDocument : public OrvAutoNameDocument {
  protected:
   int contentVersion() const override { return newestVersion; }
   QJsonObject contentToJson() const override { return {{"note", note}, {"number", number}}; }
-  velmora::base::FileResult contentFromJson(const QJsonObject& content, int version) override {
-    if (!content.value("note").isString()) return velmora::base::FileResult::failure("It has no note.");
+  velmora::base::Result<> contentFromJson(const QJsonObject& content, int version) override {
+    if (!content.value("note").isString()) return velmora::base::Failure{"It has no note."};
     note = content.value("note").toString();
     number = content.value("number").toDouble();
     versionRead = version;
-    return velmora::base::FileResult::success();
+    return {};
   }
 };
 

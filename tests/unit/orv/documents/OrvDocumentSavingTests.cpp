@@ -31,7 +31,7 @@ class SavingRecords : public testing_support::NoteDocuments {
   QString noteIn(const QByteArray& data) {
     NoteDocument read(desktop.services);
     const auto result = read.readFromData(data, "note");
-    return result.ok() ? read.note : result.error;
+    return result.ok() ? read.note : result.error();
   }
   QString rescued() const { return kept() + "/Rescued"; }
   /// The note in every earlier version, the oldest first.
@@ -104,7 +104,7 @@ TEST_F(SavingRecords, LeavesAnEarlierVersionThatOpens) {
 TEST_F(SavingRecords, TellsTheUserThatItFailedAndWhereTheCopyIs) {
   document.edit("precious");
   QDir().mkpath(path("taken.note"));
-  const QString reason = desktop.fileManager.writeDurably(path("taken.note"), "x").error;
+  const QString reason = desktop.fileManager.writeDurably(path("taken.note"), "x").error();
   const QString copy =
       rescued() + "/taken " + desktop.runLoop.now().toUTC().toString("yyyyMMdd-HHmmss-zzz") + ".note";
   desktop.alerts.expect({"The record 'taken.note' could not be saved.", "OK", "", "",
@@ -122,7 +122,7 @@ TEST_F(SavingRecords, TellsTheUserThatItFailedAndWhereTheCopyIs) {
 TEST_F(SavingRecords, TellsTheUserWhenNotEvenACopyCouldBeKept) {
   document.edit("precious");
   write(kept(), "a file where the folder of copies would be");
-  const QString reason = desktop.fileManager.writeDurably(path("no/record.note"), "x").error;
+  const QString reason = desktop.fileManager.writeDurably(path("no/record.note"), "x").error();
   desktop.alerts.expect({"The record 'record.note' could not be saved.", "Save Elsewhere...", "Don't Save",
                          "Cancel", reason + "\n\nNo copy could be kept either."},
                         platform::AlertDefaultReturn);
@@ -139,9 +139,9 @@ TEST_F(SavingRecords, LeavesTheOldFileWhenItFails) {
   class NoRoomForRecords : public base::FileManager {
    public:
     QString folder;
-    base::FileResult writeDurably(const QString& file, const QByteArray& contents,
-                                  const LastLook& lastLook) override {
-      if (file.startsWith(folder)) return base::FileResult::failure("No space left on device");
+    base::Result<> writeDurably(const QString& file, const QByteArray& contents,
+                                const LastLook& lastLook) override {
+      if (file.startsWith(folder)) return base::Failure{"No space left on device"};
       return FileManager::writeDurably(file, contents, lastLook);
     }
   };
@@ -184,7 +184,7 @@ TEST_F(SavingRecords, LeavesTheOldFileWhenItFails) {
 TEST_F(SavingRecords, DoesNotNameTheRecordInTheLogWhenItsEarlierVersionIsNotKept) {
   document.edit("old");
   save("12-345.note");
-  base::FileManager().removeItem(kept());
+  ASSERT_TRUE(base::FileManager().removeItem(kept()).ok());
   QDir().mkpath(kept());
   write(kept() + "/Earlier Versions", "a file where the folder would be");
   document.edit("new");
@@ -247,12 +247,12 @@ class MeetingAnother : public base::FileManager {
  public:
   std::function<void()> beforeTheLastLook;
   std::function<void()> afterTheLastLook;
-  base::FileResult writeDurably(const QString& file, const QByteArray& contents,
-                                const LastLook& lastLook) override {
+  base::Result<> writeDurably(const QString& file, const QByteArray& contents,
+                              const LastLook& lastLook) override {
     if (!lastLook) return FileManager::writeDurably(file, contents, lastLook);
     return FileManager::writeDurably(file, contents, [&] {
       if (const auto act = std::exchange(beforeTheLastLook, nullptr)) act();
-      const base::FileResult looked = lastLook();
+      const base::Result<> looked = lastLook();
       if (const auto act = std::exchange(afterTheLastLook, nullptr)) act();
       return looked;
     });

@@ -11,7 +11,8 @@
 using namespace velmora;
 
 using testing_support::NoteDocument;
-using velmora::base::FileResult;
+using velmora::base::Failure;
+using velmora::base::Result;
 
 namespace {
 
@@ -20,9 +21,9 @@ class DataFiles : public testing_support::NoteDocuments {
   /// Why a file of that content is refused; a null string when it is not.
   QString refusal(const QByteArray& data) {
     NoteDocument document(desktop.services);
-    const FileResult read = document.readFromData(data, "note");
+    const Result<> read = document.readFromData(data, "note");
     EXPECT_EQ(document.isBlank(), !read.ok());
-    return read.error;
+    return read.error();
   }
 };
 
@@ -104,7 +105,7 @@ TEST_F(DataFiles, AreRefusedAsDamagedWhereTheyAreCutShort) {
   NoteDocument document(desktop.services);
   document.note = "a note";
   QByteArray data;
-  document.dataOfType("note", data);
+  ASSERT_TRUE(document.dataOfType("note", data).ok());
   ASSERT_EQ(refusal(data), QString());
   EXPECT_EQ(refusal(data.trimmed()), "The file is damaged (its checksum does not match).");
   for (qsizetype length = 1; length < data.trimmed().size(); ++length) {
@@ -119,7 +120,7 @@ TEST_F(DataFiles, AreRefusedWhenAnyBitHasFlipped) {
   NoteDocument document(desktop.services);
   document.note = "a note";
   QByteArray data;
-  document.dataOfType("note", data);
+  ASSERT_TRUE(document.dataOfType("note", data).ok());
   for (qsizetype byte = 0; byte < data.size(); ++byte) {
     for (int bit = 0; bit < 8; ++bit) {
       QByteArray flipped = data;

@@ -26,18 +26,18 @@ class TextDocument : public velmora::platform::Document {
     if (whenDestroyed) whenDestroyed();
   }
 
-  velmora::base::FileResult readFromData(const QByteArray& data, const QString&) override {
-    if (data.startsWith('!')) return velmora::base::FileResult::failure(QString::fromUtf8(data.mid(1)));
+  velmora::base::Result<> readFromData(const QByteArray& data, const QString&) override {
+    if (data.startsWith('!')) return velmora::base::Failure{QString::fromUtf8(data.mid(1))};
     if (data.startsWith('?')) throw std::runtime_error(data.mid(1).toStdString());
     text = QString::fromUtf8(data);
-    return velmora::base::FileResult::success();
+    return {};
   }
-  velmora::base::FileResult dataOfType(const QString& typeName, QByteArray& data) override {
+  velmora::base::Result<> dataOfType(const QString& typeName, QByteArray& data) override {
     typeWritten = typeName;
-    if (text.startsWith('!')) return velmora::base::FileResult::failure(text.mid(1));
+    if (text.startsWith('!')) return velmora::base::Failure{text.mid(1)};
     if (text.startsWith('?')) throw std::runtime_error(text.mid(1).toStdString());
     data = text.toUtf8();
-    return velmora::base::FileResult::success();
+    return {};
   }
   QString windowNibName() const override { return nibName; }
   bool prepareSavePanel(velmora::platform::SavePanel& panel) override { return !prepare || prepare(panel); }

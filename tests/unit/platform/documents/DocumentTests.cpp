@@ -162,7 +162,7 @@ TEST_F(DocumentSaving, TellsTheUserWhyItFailed) {
   TextDocument* document = untitled();
   document->edit("new");
   desktop.alerts.expect({"The document could not be saved as 'b.text'.", "OK", "", "",
-                         desktop.fileManager.writeDurably(path("no/b.text"), "").error},
+                         desktop.fileManager.writeDurably(path("no/b.text"), "").error()},
                         platform::AlertDefaultReturn);
   document->saveToURL(url("no/b.text"), "text", SaveOperation::SaveAs, keepAnswer());
   EXPECT_EQ(answers, QList<bool>{false});
@@ -211,7 +211,7 @@ TEST_F(DocumentReading, FailsWithTheReason) {
                         {"absent.text", "No such file or directory"}};
   for (const Case& each : cases) {
     TextDocument document(desktop.services);
-    EXPECT_EQ(document.readFromURL(url(each.name)).error, each.reason) << each.name;
+    EXPECT_EQ(document.readFromURL(url(each.name)).error(), each.reason) << each.name;
     EXPECT_TRUE(document.fileURL().isEmpty());
   }
 }

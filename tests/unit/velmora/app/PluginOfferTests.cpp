@@ -98,7 +98,7 @@ TEST_F(PluginOffer, IsLeftForTheNextStartWhenTheProgramEnds) {
 }
 
 TEST_F(PluginOffer, IsMadeWhereThePluginWasNeverInstalled) {
-  base::FileManager().removeItem(installed());
+  ASSERT_TRUE(base::FileManager().removeItem(installed()).ok());
   application.desktop.alerts.expect(Offer, AlertDefaultReturn);
   application.desktop.alerts.expect(Succeeded, AlertDefaultReturn);
   start();
@@ -112,9 +112,9 @@ TEST_F(PluginOffer, IsMadeForANewerInstalledCopyToo) {
 }
 
 TEST_F(PluginOffer, IsMadeAgainAfterAnInstallationThatFailed) {
-  base::FileManager().removeItem(installed());
+  ASSERT_TRUE(base::FileManager().removeItem(installed()).ok());
   const QString folder = QFileInfo(installed()).path();
-  base::FileManager().removeItem(folder);
+  ASSERT_TRUE(base::FileManager().removeItem(folder).ok());
   testing_support::writeFile(folder, "in the way");
   const testkit::LogRecorder log;
   for (int i = 0; i < 2; ++i) {
@@ -142,7 +142,7 @@ TEST_F(PluginOffer, IsNotMadeForACurrentPlugin) {
 }
 
 TEST_F(PluginOffer, IsNotMadeByAnApplicationThatCarriesNone) {
-  base::FileManager().removeItem(application.home.path("resources/OsiriX Plugins"));
+  ASSERT_TRUE(base::FileManager().removeItem(application.home.path("resources/OsiriX Plugins")).ok());
   startWithoutAnOffer();
 }
 

@@ -53,10 +53,8 @@ class UnsavedDocument : public platform::Document {
   UnsavedDocument(platform::Services& services, QStringList& said) : Document(services), said_(said) {
     updateChangeCount(platform::ChangeType::Done);
   }
-  base::FileResult readFromData(const QByteArray&, const QString&) override {
-    return base::FileResult::success();
-  }
-  base::FileResult dataOfType(const QString&, QByteArray&) override { return base::FileResult::success(); }
+  base::Result<> readFromData(const QByteArray&, const QString&) override { return {}; }
+  base::Result<> dataOfType(const QString&, QByteArray&) override { return {}; }
   void canCloseDocument(ShouldClose shouldClose) override {
     said_.append("question");
     shouldClose(this, false);

@@ -163,9 +163,9 @@ TEST_F(BatchErasing, LeavesTheRecordsOfAFolderThatIsForBoth) {
 
 TEST_F(BatchErasing, GoesOnWhereOneFileCannotBeRemoved) {
   struct Stubborn : base::FileManager {
-    base::FileResult removeItem(const QString& path) override {
+    base::Result<> removeItem(const QString& path) override {
       asked.append(path);
-      return base::FileResult::failure("protected");
+      return base::Failure{"protected"};
     }
     QStringList asked;
   } files;

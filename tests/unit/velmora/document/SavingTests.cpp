@@ -129,7 +129,7 @@ TEST_F(Saving, ReportsTheNameWhateverAutoSaveSaysAndWhereverTheFileIs) {
 TEST_F(Saving, ReportsNoNameWithoutALocation) {
   application.desktop.alerts.expect(
       {"The record '' could not be saved.", "OK", "", "",
-       base::FileManager().writeDurably(QString(), "x").error + "\n\nA copy was kept as '" +
+       base::FileManager().writeDurably(QString(), "x").error() + "\n\nA copy was kept as '" +
            application.home.path(".local/share/org.velmora.recorder/Rescued/ ") +
            application.desktop.runLoop.now().toUTC().toString("yyyyMMdd-HHmmss-zzz") + "'."},
       platform::AlertDefaultReturn);
@@ -230,7 +230,7 @@ TEST_F(Saving, ThatFailedThroughThePanelKeepsTheDocumentOpen) {
 TEST_F(Saving, ThatFailsTellsTheUserLeavesACopyAndClosesAllTheSame) {
   application.turnOn(settings::AutoSave);
   application.home.makeFolder("Records/12-345.rec");  // a folder stands where the file should go
-  const QString reason = base::FileManager().writeDurably(path(), "x").error;
+  const QString reason = base::FileManager().writeDurably(path(), "x").error();
   const QString copy = application.home.path(".local/share/org.velmora.recorder/Rescued/12-345 ") +
                        application.desktop.runLoop.now().toUTC().toString("yyyyMMdd-HHmmss-zzz") + ".rec";
   application.desktop.alerts.expect({"The record '12-345.rec' could not be saved.", "OK", "", "",

@@ -48,7 +48,7 @@ class FailingDocument : public RecordingDocument {
     if (failsToKeep) throw std::runtime_error("no idea");
     RecordingDocument::keepUnsavedChanges();
   }
-  base::FileResult dataOfType(const QString& typeName, QByteArray& data) override {
+  base::Result<> dataOfType(const QString& typeName, QByteArray& data) override {
     if (failsToWrite) {
       data = "half a rec";
       throw std::runtime_error("no memory");
@@ -96,7 +96,7 @@ class UnsavableRecord : public testing::Test {
   QString file() const { return application.pathOfRecord("AB1"); }
   QString copies() const { return application.home.path(".local/share/org.velmora.recorder"); }
   Alert notSaved() {
-    const QString reason = application.desktop.fileManager.writeDurably(file(), "x").error;
+    const QString reason = application.desktop.fileManager.writeDurably(file(), "x").error();
     return {"The record 'AB1.rec' could not be saved.", "Save Elsewhere...", "Don't Save", "Cancel",
             reason + "\n\nNo copy could be kept either."};
   }

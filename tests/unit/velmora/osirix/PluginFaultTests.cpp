@@ -141,7 +141,7 @@ TEST(PluginUnderFaults, IsNotThereAndNothingElseWhenTheDiskIsFull) {
 TEST(PluginUnderFaults, ThatIsASingleFileIsNotHalfThereEither) {
   Machine machine;
   const QString carried = machine.home.path("resources/OsiriX Plugins");
-  base::FileManager().removeItem(carried);
+  ASSERT_TRUE(base::FileManager().removeItem(carried).ok());
   testing_support::writeFile(carried + "/stray", QByteArray(1000, 'x'));
   {
     const SystemCalls calls = SystemCalls::onDiskWithRoomFor(machine.viewersFolder(), 500);

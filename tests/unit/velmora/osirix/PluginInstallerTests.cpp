@@ -149,7 +149,7 @@ TEST_F(Plugin, IsNotCurrentWhenTheInstalledOneIsDamaged) {
       [&] { writeFile(installed(), "a file"); },
   };
   for (qsizetype i = 0; i < damages.size(); ++i) {
-    desktop.fileManager.removeItem(installed());
+    ASSERT_TRUE(desktop.fileManager.removeItem(installed()).ok());
     damages.at(i)();
     EXPECT_FALSE(plugin.osirixPluginVersionCurrent()) << i;
     install(Succeeded);

@@ -73,11 +73,11 @@ QJsonObject RecordingDocument::contentToJson() const {
           {QStringLiteral("exams"), QJsonArray::fromStringList(exams)}};
 }
 
-base::FileResult RecordingDocument::contentFromJson(const QJsonObject& content, int) {
+base::Result<> RecordingDocument::contentFromJson(const QJsonObject& content, int) {
   identifierOfRecord_ = content.value(QStringLiteral("identifier")).toString();
   birthDateOfRecord_ = content.value(QStringLiteral("birthDate")).toString();
   exams.clear();
   for (const QJsonValue& exam : content.value(QStringLiteral("exams")).toArray())
     exams.append(exam.toString());
-  return base::FileResult::success();
+  return {};
 }

@@ -40,7 +40,7 @@ class RecordingDocument : public VelmoraDocument {
 
  protected:
   QJsonObject contentToJson() const override;
-  velmora::base::FileResult contentFromJson(const QJsonObject& content, int version) override;
+  velmora::base::Result<> contentFromJson(const QJsonObject& content, int version) override;
 
  private:
   void note(const char* hook);

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+namespace growth {
+
+/// The folder of the application's own interface files.
+QString interfaceFolder();
+
+}  // namespace growth

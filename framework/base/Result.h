@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <optional>
+#include <utility>
+
+namespace velmora::base {
+
+/// Why an operation failed.
+struct Failure {
+  QString message;      ///< in words that can be shown to the user
+  QString detail = {};  ///< what else the log should say; may be empty
+};
+
+/// What an operation that can fail gives: a value, or why there is none. `Result<>` has no value: the
+/// operation succeeded, or why it did not. `return {};` (or a value) succeeds, `return Failure{"…"};` fails.
+template <typename Value = void>
+class [[nodiscard]] Result {
+ public:
+  Result(Value value) : value_(std::move(value)) {}
+  Result(Failure failure) : failure_(std::move(failure)) {
+    if (failure_.message.isNull()) failure_.message = QStringLiteral("unknown error");
+  }
+
+  bool ok() const noexcept { return value_.has_value(); }
+  explicit operator bool() const noexcept { return ok(); }
+
+  /// Only of a success.
+  const Value& value() const& { return value_.value(); }
+  Value&& value() && { return std::move(value_).value(); }
+  const Value& operator*() const& { return value_.value(); }
+  const Value* operator->() const { return &value_.value(); }
+  Value valueOr(Value otherwise) const { return value_.value_or(std::move(otherwise)); }
+
+  /// In words for the user; a null string after a success.
+  const QString& error() const noexcept { return failure_.message; }
+  const Failure& failure() const noexcept { return failure_; }
+
+ private:
+  std::optional<Value> value_;
+  Failure failure_;
+};
+
+template <>
+class [[nodiscard]] Result<void> {
+ public:
+  Result() = default;
+  Result(Failure failure) : ok_(false), failure_(std::move(failure)) {
+    if (failure_.message.isNull()) failure_.message = QStringLiteral("unknown error");
+  }
+
+  bool ok() const noexcept { return ok_; }
+  explicit operator bool() const noexcept { return ok_; }
+
+  /// In words for the user; a null string after a success.
+  const QString& error() const noexcept { return failure_.message; }
+  const Failure& failure() const noexcept { return failure_; }
+
+ private:
+  bool ok_ = true;
+  Failure failure_;
+};
+
+}  // namespace velmora::base
