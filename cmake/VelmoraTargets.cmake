@@ -22,6 +22,9 @@ if(VELMORA_SANITIZE)
   target_compile_options(velmora_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
                                                    -fno-omit-frame-pointer)
   target_link_options(velmora_options INTERFACE -fsanitize=address,undefined)
+  add_library(velmora_sanitizer_defaults OBJECT ${CMAKE_CURRENT_LIST_DIR}/SanitizerDefaults.cpp)
+  set(is_program $<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>)
+  target_link_libraries(velmora_options INTERFACE $<${is_program}:$<TARGET_OBJECTS:velmora_sanitizer_defaults>>)
 endif()
 if(VELMORA_FUZZ)
   # clang leaves its sanitizers' symbols to the program, so what stands in a library alone cannot be checked there.

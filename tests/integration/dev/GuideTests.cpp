@@ -11,7 +11,7 @@ namespace {
 
 const QString Root = QStringLiteral(VELMORA_SOURCES);
 const QString Guide = Root + "/docs/guide";
-const QStringList ProgramFolders{Root + "/velmora", Root + "/orv", Root + "/platform", Root + "/apps"};
+const QStringList ProgramFolders{Root + "/framework", Root + "/apps"};
 
 QByteArray contentsOf(const QString& path) {
   QFile file(path);

@@ -137,7 +137,7 @@ TEST(TranslationFiles, AreCollectedFromLookUpsWithLiterals) {
   static const QRegularExpression call("(?:localizedString|QCoreApplication::translate)\\(([^)]{0,200})");
   static const QRegularExpression literals("^\\s*\"[A-Za-z]+\",\\s*\"");
   int found = 0;
-  for (const char* folder : {"platform", "orv", "velmora", "apps"}) {
+  for (const char* folder : {"framework", "apps"}) {
     QStringList folders{Root + '/' + folder};
     while (!folders.isEmpty()) {
       const QDir dir(folders.takeFirst());
