@@ -123,11 +123,12 @@ function(velmora_test_headers test headers option)
   target_precompile_headers(${test} REUSE_FROM ${headers})
 endfunction()
 
-# velmora_test(NAME [OPTIMIZED] SOURCES ... LIBRARIES ...)
-# A GoogleTest program whose every test is a ctest test with a time-out, on the offscreen platform.
+# velmora_test(NAME [ALONE] [OPTIMIZED] SOURCES ... LIBRARIES ...)
+# A GoogleTest program on the offscreen platform, one ctest test with a time-out. With ALONE each of its tests is one,
+# in a process of its own: for those that start other programs, wait for them, or may take the process with them.
 # tests/support/main.cpp gives it a home folder, settings and a runtime folder of its own.
 function(velmora_test name)
-  cmake_parse_arguments(ARG "OPTIMIZED" "" "SOURCES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ARG "ALONE;OPTIMIZED" "" "SOURCES;LIBRARIES" ${ARGN})
   add_executable(${name} ${ARG_SOURCES} ${VELMORA_ROOT}/tests/support/main.cpp)
   target_link_libraries(${name} PRIVATE velmora_options GTest::gtest Qt6::Widgets Qt6::Test ${ARG_LIBRARIES})
   if("velmora_testing" IN_LIST ARG_LIBRARIES)
@@ -140,11 +141,16 @@ function(velmora_test name)
   else()
     velmora_test_headers(${name} velmora_optimized_test_headers "")
   endif()
-  gtest_discover_tests(
-    ${name}
-    DISCOVERY_TIMEOUT 60
-    DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT 120)
+  if(ARG_ALONE)
+    gtest_discover_tests(
+      ${name}
+      DISCOVERY_TIMEOUT 60
+      DISCOVERY_MODE PRE_TEST
+      PROPERTIES TIMEOUT 120)
+  else()
+    add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+  endif()
 endfunction()
 
 # velmora_add_application(NAME

@@ -8,6 +8,7 @@
 
 #include <QDateTime>
 #include <QDirIterator>
+#include <tuple>
 
 #include "platform/bundles/PropertyList.h"
 #include "testing/LogRecorder.h"
@@ -149,7 +150,7 @@ TEST_F(Plugin, IsNotCurrentWhenTheInstalledOneIsDamaged) {
       [&] { writeFile(installed(), "a file"); },
   };
   for (qsizetype i = 0; i < damages.size(); ++i) {
-    ASSERT_TRUE(desktop.fileManager.removeItem(installed()).ok());
+    std::ignore = desktop.fileManager.removeItem(installed());  // nothing is there before the first
     damages.at(i)();
     EXPECT_FALSE(plugin.osirixPluginVersionCurrent()) << i;
     install(Succeeded);
