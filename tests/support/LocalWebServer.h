@@ -34,7 +34,7 @@ class LocalWebServer {
 
   QUrl url(const QString& path) const;
   /// What happens to those who ask for that path. Everything else is "404 Not Found".
-  void at(const QByteArray& path, Handler handler) { handlers_.insert(path, std::move(handler)); }
+  void at(const QByteArray& path, Handler handler) { handlers_[path] = std::move(handler); }
 
   const QList<Request>& requests() const { return requests_; }
   qsizetype openConnections() const { return open_; }

@@ -2,7 +2,7 @@
 //
 // The application as the desktop sees it: processes that are started, and find one another on a bus.
 #include <gtest/gtest.h>
-#include <signal.h>
+#include <csignal>
 
 #include <QDir>
 #include <QFile>

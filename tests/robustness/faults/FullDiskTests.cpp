@@ -2,7 +2,7 @@
 //
 // Saves on a disk that is full.
 #include <gtest/gtest.h>
-#include <signal.h>
+#include <csignal>
 #include <sys/mount.h>
 #include <sys/resource.h>
 

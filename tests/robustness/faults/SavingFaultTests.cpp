@@ -2,7 +2,7 @@
 //
 // A save in which one system call fails, or in which the process is killed.
 #include <gtest/gtest.h>
-#include <signal.h>
+#include <csignal>
 #include <sys/wait.h>
 #include <unistd.h>
 

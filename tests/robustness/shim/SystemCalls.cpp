@@ -2,7 +2,7 @@
 #include "tests/robustness/shim/SystemCalls.h"
 
 #include <fcntl.h>
-#include <signal.h>
+#include <csignal>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>

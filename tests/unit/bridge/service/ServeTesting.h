@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-#include <signal.h>
+#include <csignal>
 #include <sys/resource.h>
 
 #include <QBuffer>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // Scripts that run.
-#include <signal.h>
+#include <csignal>
 
 #include <QApplication>
 #include <QDir>
