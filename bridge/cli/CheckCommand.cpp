@@ -30,10 +30,10 @@ CheckAnswer checkServer(const QString& spool) {
 }
 
 CheckAnswer checkCharts(const QString& spool) {
-  const SpoolListing listing = Spool::list(spool);
-  if (!listing.ok()) return {false, listing.error};
+  const auto listing = Spool::list(spool);
+  if (!listing) return {false, listing.error()};
   const auto count = [&](SpoolState state) {
-    return std::count_if(listing.items.begin(), listing.items.end(),
+    return std::count_if(listing->begin(), listing->end(),
                          [&](const SpoolItem& item) { return item.state == state; });
   };
   const QString text = QStringLiteral("%1 waiting, %2 set aside")

@@ -4,21 +4,23 @@
 #include "bridge/cli/Commands.h"
 #include "bridge/spool/Spool.h"
 
+using namespace velmora;
+
 namespace bridge {
 namespace {
 
-QStringList namesOfAside(const SpoolListing& listing) {
+QStringList namesOfAside(const QList<SpoolItem>& items) {
   QStringList names;
-  for (const SpoolItem& item : listing.items) {
+  for (const SpoolItem& item : items) {
     if (item.state == SpoolState::Aside) names.append(item.name);
   }
   return names;
 }
 
 /// Those that can be sent at all; what is damaged cannot.
-QStringList sendableOf(const SpoolListing& listing) {
+QStringList sendableOf(const QList<SpoolItem>& items) {
   QStringList names;
-  for (const SpoolItem& item : listing.items) {
+  for (const SpoolItem& item : items) {
     if (item.state == SpoolState::Aside && !item.sopInstanceUID.isEmpty()) names.append(item.name);
   }
   return names;
@@ -28,12 +30,13 @@ QStringList sendableOf(const SpoolListing& listing) {
 bool putBack(const QString& folder, const QStringList& names, const QStringList& aside) {
   bool all = true;
   for (const QString& name : names) {
-    const QString error = aside.contains(name) ? Spool::putBack(folder, name)
-                                               : QStringLiteral("nothing of that name is set aside");
-    if (error.isNull()) {
+    const base::Result<> put = aside.contains(name)
+                                   ? Spool::putBack(folder, name)
+                                   : base::Failure{QStringLiteral("nothing of that name is set aside")};
+    if (put) {
       printLine(name + QStringLiteral(" waits again"));
     } else {
-      printError(QStringLiteral("%1: %2").arg(name, error));
+      printError(QStringLiteral("%1: %2").arg(name, put.error()));
       all = false;
     }
   }
@@ -61,13 +64,13 @@ int runRetry(const QStringList& arguments) {
   const auto config = configOption(parser);
   if (!config) return WrongUsage;
 
-  const SpoolListing listing = Spool::list(config->spoolFolder);
-  if (!listing.ok()) {
-    printError(listing.error);
+  const auto items = Spool::list(config->spoolFolder);
+  if (!items) {
+    printError(items.error());
     return Failure;
   }
-  const QStringList aside = namesOfAside(listing);
-  const QStringList all = sendableOf(listing);
+  const QStringList aside = namesOfAside(*items);
+  const QStringList all = sendableOf(*items);
   if (named.isEmpty() && aside.isEmpty()) printLine(QStringLiteral("nothing is set aside"));
   if (named.isEmpty() && all.size() < aside.size()) {
     printLine(QStringLiteral("%1 damaged, left set aside").arg(aside.size() - all.size()));

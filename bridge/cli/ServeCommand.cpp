@@ -112,15 +112,15 @@ int runServe(const QStringList& arguments) {
   if (!config) return WrongUsage;
 
   Spool spool(config->spoolFolder);
-  const QString error = spool.open();
-  if (!error.isNull()) {
-    failed(error);
+  const base::Result<> opened = spool.open();
+  if (!opened) {
+    failed(opened.error());
     return Failure;
   }
   for (const QString& remark : spool.remarks()) failed(remark);
   RequestMemory requests(spool.folder() + QStringLiteral("/requests"));
-  const QString damage = requests.open(QDateTime::currentDateTimeUtc());
-  if (!damage.isNull()) failed(damage);
+  const base::Result<> remembered = requests.open(QDateTime::currentDateTimeUtc());
+  if (!remembered) failed(remembered.error());
 
   const EndSignals signals;
   const std::unique_ptr<Pacs> pacs = makePacs(config->pacs);

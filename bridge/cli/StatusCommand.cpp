@@ -87,11 +87,11 @@ QStringList detailsOf(const SpoolItem& item) {
   return lines;
 }
 
-void print(const SpoolListing& listing, bool served, bool everything) {
+void print(const QList<SpoolItem>& items, bool served, bool everything) {
   printLine(served ? QStringLiteral("velmora-link serve is running")
                    : QStringLiteral("velmora-link serve is not running"));
   for (const Kind& kind : Kinds) {
-    const Selection selection = select(listing.items, kind.state, everything);
+    const Selection selection = select(items, kind.state, everything);
     printLine(QStringLiteral("%1: %2")
                   .arg(QLatin1String(kind.title))
                   .arg(selection.items.size() + selection.leftOut));
@@ -122,15 +122,15 @@ QJsonObject json(const SpoolItem& item) {
           {QStringLiteral("reason"), item.reason}};
 }
 
-void printJson(const SpoolListing& listing, bool served, bool everything) {
+void printJson(const QList<SpoolItem>& items, bool served, bool everything) {
   QJsonObject all{{QStringLiteral("serving"), served}};
   for (const Kind& kind : Kinds) {
-    const Selection selection = select(listing.items, kind.state, everything);
-    QJsonArray items;
-    for (const SpoolItem& item : selection.items) items.append(json(item));
+    const Selection selection = select(items, kind.state, everything);
+    QJsonArray shownItems;
+    for (const SpoolItem& item : selection.items) shownItems.append(json(item));
     all.insert(QLatin1String(kind.key),
                QJsonObject{{QStringLiteral("count"), selection.items.size() + selection.leftOut},
-                           {QStringLiteral("items"), items}});
+                           {QStringLiteral("items"), shownItems}});
   }
   // JSON is UTF-8, whatever the terminal's character set.
   std::fputs(QJsonDocument(all).toJson().constData(), stdout);
@@ -153,17 +153,17 @@ int runStatus(const QStringList& arguments) {
   const auto config = configOption(parser);
   if (!config) return WrongUsage;
 
-  const SpoolListing listing = Spool::list(config->spoolFolder);
-  if (!listing.ok()) {
-    printError(listing.error);
+  const auto items = Spool::list(config->spoolFolder);
+  if (!items) {
+    printError(items.error());
     return Failure;
   }
   const bool served = Spool::isServed(config->spoolFolder);
   const bool everything = parser.isSet(QStringLiteral("all"));
   if (parser.isSet(QStringLiteral("json"))) {
-    printJson(listing, served, everything);
+    printJson(*items, served, everything);
   } else {
-    print(listing, served, everything);
+    print(*items, served, everything);
   }
   return Success;
 }

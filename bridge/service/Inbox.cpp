@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "bridge/service/Inbox.h"
 
+#include <tuple>
+
 #include "bridge/service/LogText.h"
+
+using namespace velmora;
 
 namespace bridge {
 namespace {
@@ -23,14 +27,14 @@ Inbox::Inbox(Spool& spool, RequestMemory& requests, Line taken, Line log, qint64
       mostKept_(mostKept) {}
 
 void Inbox::request(const QVariantMap& request, const QString& application, const QDateTime& time) {
-  const QString error = requests_.remember(request, application, time);
-  if (!error.isNull()) log_(error);
+  const base::Result<> remembered = requests_.remember(request, application, time);
+  if (!remembered) log_(remembered.error());
 }
 
-QString Inbox::write(const QString& name, const SpooledReply& reply) {
-  const QString error = spool_.add(name, reply);
-  if (error.isNull()) taken_(QStringLiteral("taken %1 as %2").arg(name, reply.sopInstanceUID));
-  return error;
+base::Result<> Inbox::write(const QString& name, const SpooledReply& reply) {
+  const base::Result<> added = spool_.add(name, reply);
+  if (added) taken_(QStringLiteral("taken %1 as %2").arg(name, reply.sopInstanceUID));
+  return added;
 }
 
 bool Inbox::reply(const QVariantMap& values, const QString& application, const QDateTime& arrival) {
@@ -42,12 +46,12 @@ bool Inbox::reply(const QVariantMap& values, const QString& application, const Q
   requests_.recall(*reply);
   const QString name = spool_.newName();
   // Nobody overtakes those that could not be written yet.
-  const QString error =
-      kept_.empty() ? write(name, *reply) : QStringLiteral("earlier ones wait for the disk");
-  if (error.isNull()) return true;
+  const base::Result<> written =
+      kept_.empty() ? write(name, *reply) : base::Failure{QStringLiteral("earlier ones wait for the disk")};
+  if (written) return true;
   if (size_ + sizeOf(*reply) > mostKept_) {
     log_(QStringLiteral("CHART LOST: %1 of %2 can be kept neither on the disk nor in memory: %3")
-             .arg(name, oneLine(application), error));
+             .arg(name, oneLine(application), written.error()));
     return false;
   }
   size_ += sizeOf(*reply);
@@ -55,16 +59,16 @@ bool Inbox::reply(const QVariantMap& values, const QString& application, const Q
   log_(QStringLiteral("THE SPOOL CANNOT BE WRITTEN: %1 is kept in memory only, with %2 others: %3")
            .arg(name)
            .arg(kept_.size() - 1)
-           .arg(error));
+           .arg(written.error()));
   return false;
 }
 
 bool Inbox::tryAgain() {
   // Earlier ones than the replies that are kept: a server that is killed now finds them in this order, too.
-  requests_.save();
+  std::ignore = requests_.save();
   bool some = false;
   while (!kept_.empty()) {
-    if (!write(kept_.front().name, kept_.front().reply).isNull()) break;
+    if (!write(kept_.front().name, kept_.front().reply)) break;
     size_ -= sizeOf(kept_.front().reply);
     kept_.pop_front();
     some = true;

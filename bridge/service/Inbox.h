@@ -7,6 +7,7 @@
 #include <deque>
 #include <functional>
 
+#include "base/Result.h"
 #include "bridge/spool/RequestMemory.h"
 #include "bridge/spool/Spool.h"
 
@@ -41,7 +42,7 @@ class Inbox {
     QString name;
     SpooledReply reply;
   };
-  QString write(const QString& name, const SpooledReply& reply);
+  velmora::base::Result<> write(const QString& name, const SpooledReply& reply);
 
   Spool& spool_;
   RequestMemory& requests_;

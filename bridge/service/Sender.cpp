@@ -8,6 +8,8 @@
 #include "bridge/service/LogText.h"
 #include "bridge/spool/RequestMemory.h"
 
+using namespace velmora;
+
 namespace bridge {
 namespace {
 
@@ -22,7 +24,7 @@ Sender::Sender(Spool& spool, Pacs& pacs, Report report, WallClock wallClock, QSt
       report_(std::move(report)),
       wallClock_(std::move(wallClock)),
       chartsWithoutPatient_(std::move(chartsWithoutPatient)),
-      series_(spool.folder() + QStringLiteral("/series")) {}
+      instanceNumbers_(spool.folder() + QStringLiteral("/series")) {}
 
 std::optional<Sender::Milliseconds> Sender::step(Milliseconds now) {
   for (const QString& name : spool_.takeBack(wallClock_())) {
@@ -83,13 +85,11 @@ Sender::End Sender::attempt(const SpoolItem& item) {
 
 Sender::End Sender::send(const SpoolItem& item) {
   EntryState state = spool_.state(item.name);
-  QString reason;
-  bool damaged = false;
-  const auto reply = spool_.read(item.name, reason, damaged);
-  if (!reply && !damaged) return later(item, state, QStringLiteral("cannot read its file: ") + reason);
+  const auto read = spool_.read(item.name);
+  if (!read) return later(item, state, QStringLiteral("cannot read its file: ") + read.error());
+  const std::optional<SpooledReply>& reply = *read;
   if (!reply) {
-    spool_.setDamagedAside(item.name, reason);
-    report_.failed(QStringLiteral("aside %1: %2").arg(item.name, reason));
+    report_.failed(QStringLiteral("aside %1: %2").arg(item.name, spool_.setDamagedAside(item.name)));
     return End::Finished;
   }
   if (!reply->complaint.isEmpty()) return setAside(item, state, reply->complaint);
@@ -118,8 +118,8 @@ Sender::End Sender::send(const SpoolItem& item) {
   stored.application = reply->application;
   stored.arrival = reply->arrival;
   // Without the record it will be stored once more, as the same object.
-  const QString error = spool_.change(item.name, stored);
-  if (!error.isNull()) return later(item, state, error);
+  const base::Result<> kept = spool_.change(item.name, stored);
+  if (!kept) return later(item, state, kept.error());
   report_.done(QStringLiteral("stored %1 as %2").arg(item.name, reply->sopInstanceUID));
   spool_.forgetOldRecords(wallClock_());
   return End::Finished;
@@ -135,12 +135,12 @@ bool Sender::decide(const SpoolItem& item, const SpooledReply& reply, EntryState
   decision.seriesInstanceUID = chartSeriesUID(answer.study.studyInstanceUID, reply.application);
   decision.seriesNumber = chartSeriesNumber(reply.application);
   decision.showsPatient = !chartsWithoutPatient_.contains(reply.application);
-  QString error;
-  decision.instanceNumber = series_.next(decision.seriesInstanceUID, error);
-  if (decision.instanceNumber == 0) {
-    end = later(item, state, error);
+  const base::Result<int> number = instanceNumbers_.next(decision.seriesInstanceUID);
+  if (!number) {
+    end = later(item, state, number.error());
     return false;
   }
+  decision.instanceNumber = *number;
   EntryState decided = state;
   decided.decision = decision;
   return keep(decided, item, state, end);
@@ -167,9 +167,9 @@ bool Sender::keep(const EntryState& decided, const SpoolItem& item, EntryState& 
   }
   EntryState written = decided;
   written.changed = wallClock_();
-  const QString error = spool_.change(item.name, written);
-  if (!error.isNull()) {
-    end = later(item, state, error);
+  const base::Result<> kept = spool_.change(item.name, written);
+  if (!kept) {
+    end = later(item, state, kept.error());
     return false;
   }
   state = written;
@@ -190,9 +190,9 @@ Sender::End Sender::setAside(const SpoolItem& item, EntryState state, const QStr
   state.state = SpoolState::Aside;
   state.changed = wallClock_();
   state.reason = reason;
-  const QString error = spool_.change(item.name, state);
-  if (!error.isNull()) {
-    report_.failed(QStringLiteral("cannot set %1 aside: %2").arg(item.name, error));
+  const base::Result<> kept = spool_.change(item.name, state);
+  if (!kept) {
+    report_.failed(QStringLiteral("cannot set %1 aside: %2").arg(item.name, kept.error()));
     return End::Later;
   }
   report_.failed(QStringLiteral("aside %1: %2").arg(item.name, oneLine(reason)));
@@ -207,8 +207,8 @@ Sender::End Sender::later(const SpoolItem& item, EntryState state, const QString
     report_.failed(QStringLiteral("waiting %1: %2").arg(item.name, oneLine(reason)));
   }
   state.reason = reason;
-  const QString error = spool_.change(item.name, state);
-  if (!error.isNull()) report_.failed(error);
+  const base::Result<> kept = spool_.change(item.name, state);
+  if (!kept) report_.failed(kept.error());
   return End::Later;
 }
 

@@ -10,7 +10,7 @@
 #include <optional>
 
 #include "bridge/pacs/Pacs.h"
-#include "bridge/spool/SeriesBook.h"
+#include "bridge/spool/InstanceNumbers.h"
 #include "bridge/spool/Spool.h"
 #include "bridge/service/WhichStudy.h"
 
@@ -70,7 +70,7 @@ class Sender {
   Report report_;
   WallClock wallClock_;
   QStringList chartsWithoutPatient_;
-  SeriesBook series_;
+  InstanceNumbers instanceNumbers_;
   QHash<QString, Line> lines_;  // of the patients' identifiers
 };
 

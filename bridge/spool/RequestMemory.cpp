@@ -6,8 +6,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "bridge/spool/DurableFile.h"
+#include "bridge/spool/SpoolFile.h"
 #include "link/protocol/LinkProtocol.h"
+
+using namespace velmora;
 
 namespace protocol = velmora::link;
 
@@ -33,17 +35,16 @@ QString applicationIdentifier(const QString& identifier) {
 
 RequestMemory::RequestMemory(const QString& path) : path_(path) {}
 
-QString RequestMemory::open(const QDateTime& now) {
-  if (!QFile::exists(path_)) return QString();
-  QString reason;
-  const auto file = readBeginning(path_, LargestFile, reason);
-  if (!file) return QStringLiteral("cannot read %1: %2").arg(path_, reason);
+base::Result<> RequestMemory::open(const QDateTime& now) {
+  if (!QFile::exists(path_)) return {};
+  const base::Result<QByteArray> file = readBeginning(path_, LargestFile);
+  if (!file) return base::Failure{QStringLiteral("cannot read %1: %2").arg(path_, file.error())};
   const auto contents = unsealed(Kind, *file);
   const QJsonDocument document = contents ? QJsonDocument::fromJson(*contents) : QJsonDocument();
   if (!document.isArray()) {
     QFile::remove(path_ + QStringLiteral(".damaged"));
     QFile::rename(path_, path_ + QStringLiteral(".damaged"));
-    return QStringLiteral("%1 is damaged; earlier requests are forgotten").arg(path_);
+    return base::Failure{QStringLiteral("%1 is damaged; earlier requests are forgotten").arg(path_)};
   }
   for (const QJsonValue& each : document.array()) {
     const QJsonObject object = each.toObject();
@@ -65,8 +66,8 @@ void RequestMemory::forgetOld(const QDateTime& now) {
   if (requests_.size() > Most) requests_.remove(0, requests_.size() - Most);
 }
 
-QString RequestMemory::remember(const QVariantMap& request, const QString& application,
-                                const QDateTime& time) {
+base::Result<> RequestMemory::remember(const QVariantMap& request, const QString& application,
+                                       const QDateTime& time) {
   HeardRequest heard;
   heard.application = application;
   heard.identifier = applicationIdentifier(textOf(request, protocol::Identifier));
@@ -74,7 +75,7 @@ QString RequestMemory::remember(const QVariantMap& request, const QString& appli
   heard.time = time.toUTC();
   const QVariant day = request.value(protocol::DateOfStudy);
   if (day.typeId() == QMetaType::QDateTime) heard.studyDay = day.toDateTime().toLocalTime().date();
-  if (heard.identifier.isEmpty() || heard.identifier.size() > LongestText) return QString();
+  if (heard.identifier.isEmpty() || heard.identifier.size() > LongestText) return {};
   // The application has got it all the same: a later reply may belong to it, and to no earlier one.
   if (heard.studyUID.size() > LongestText) heard.studyUID.clear();
   requests_.append(heard);
@@ -83,8 +84,8 @@ QString RequestMemory::remember(const QVariantMap& request, const QString& appli
   return save();
 }
 
-QString RequestMemory::save() {
-  if (saved_) return QString();
+base::Result<> RequestMemory::save() {
+  if (saved_) return {};
   QJsonArray array;
   for (const HeardRequest& each : requests_) {
     array.append(QJsonObject{{QStringLiteral("application"), each.application},
@@ -93,10 +94,10 @@ QString RequestMemory::save() {
                              {QStringLiteral("studyDay"), each.studyDay.toString(Qt::ISODate)},
                              {QStringLiteral("time"), each.time.toString(Qt::ISODateWithMs)}});
   }
-  const QString error =
-      writeDurably(path_, sealed(Kind, QJsonDocument(array).toJson(QJsonDocument::Compact)));
-  saved_ = error.isNull();
-  return error;
+  const base::Result<> written =
+      writeSpoolFile(path_, sealed(Kind, QJsonDocument(array).toJson(QJsonDocument::Compact)));
+  saved_ = written.ok();
+  return written;
 }
 
 void RequestMemory::recall(SpooledReply& reply) const {

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QVariantMap>
 
+#include "base/Result.h"
 #include "bridge/spool/SpoolEntry.h"
 
 namespace bridge {
@@ -38,14 +39,15 @@ class RequestMemory {
   /// The file need not exist yet.
   explicit RequestMemory(const QString& path);
 
-  /// Reads the file, and forgets what is too old by now. A null string, or what was wrong with it; a damaged
-  /// one is kept as "requests.damaged" beside it.
-  QString open(const QDateTime& now);
-  /// Remembers a request; one that names no patient is passed over. A null string, or why it is not in the
-  /// file yet.
-  QString remember(const QVariantMap& request, const QString& application, const QDateTime& time);
-  /// Writes what is not in the file yet. A null string, or why that failed.
-  QString save();
+  /// Reads the file, and forgets what is too old by now. Fails with what was wrong with
+  /// it; a damaged one is kept as "requests.damaged" beside it, and the memory goes on without.
+  velmora::base::Result<> open(const QDateTime& now);
+  /// Remembers a request; one that names no patient is passed over. Fails when it is not in the file
+  /// yet.
+  velmora::base::Result<> remember(const QVariantMap& request, const QString& application,
+                                   const QDateTime& time);
+  /// Writes what is not in the file yet.
+  velmora::base::Result<> save();
   bool isSaved() const { return saved_; }
   /// Fills in the study of the request that the reply belongs to, if there is one.
   void recall(SpooledReply& reply) const;

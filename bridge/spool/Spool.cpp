@@ -10,7 +10,8 @@
 #include <QRegularExpression>
 #include <cerrno>
 
-#include "bridge/spool/DurableFile.h"
+#include "base/files/FileManager.h"
+#include "bridge/spool/SpoolFile.h"
 #include "link/wire/WireForm.h"
 
 using namespace velmora;
@@ -40,6 +41,10 @@ QStringList namesIn(const QString& folder, const QStringList& endings) {
   return names;
 }
 
+QString damageOf(const QString& name, const QString& ending) {
+  return QStringLiteral("its file %1%2 is damaged").arg(name, ending);
+}
+
 struct ReadEntry {
   SpoolItem item;
   EntryState state;
@@ -48,12 +53,11 @@ struct ReadEntry {
 
 /// What two files say of one entry. Nothing when there is no entry any more.
 std::optional<ReadEntry> readEntry(const QString& folder, const QString& name) {
-  const QString base = within(folder, "replies/") + name;
+  const QString place = within(folder, "replies/") + name;
   ReadEntry entry;
   entry.item.name = name;
-  QString reason;
   // The state first: whoever stores meanwhile writes the state, then drops the reply.
-  const auto stateFile = readBeginning(base + QLatin1String(StateEnding), LargestState, reason);
+  const base::Result<QByteArray> stateFile = readBeginning(place + QLatin1String(StateEnding), LargestState);
   if (stateFile) {
     const auto state = decodeState(*stateFile);
     if (state) {
@@ -63,7 +67,7 @@ std::optional<ReadEntry> readEntry(const QString& folder, const QString& name) {
     }
   }
   if (entry.state.state != SpoolState::Stored) {
-    const auto replyFile = readBeginning(base + QLatin1String(ReplyEnding), HeadSize, reason);
+    const base::Result<QByteArray> replyFile = readBeginning(place + QLatin1String(ReplyEnding), HeadSize);
     const auto reply = replyFile ? decodeReplyHead(*replyFile) : std::nullopt;
     if (reply) {
       entry.item.arrival = reply->arrival;
@@ -72,7 +76,7 @@ std::optional<ReadEntry> readEntry(const QString& folder, const QString& name) {
       entry.item.identifier = reply->identifier;
     } else if (replyFile) {
       entry.damaged = QLatin1String(ReplyEnding);
-    } else if (!QFile::exists(base + QLatin1String(ReplyEnding)) && entry.state.state != SpoolState::Aside) {
+    } else if (!QFile::exists(place + QLatin1String(ReplyEnding)) && entry.state.state != SpoolState::Aside) {
       return std::nullopt;  // stored between the two looks
     }
   } else {
@@ -82,7 +86,7 @@ std::optional<ReadEntry> readEntry(const QString& folder, const QString& name) {
   }
   if (!entry.damaged.isEmpty()) {
     entry.state.state = SpoolState::Aside;
-    entry.state.reason = QStringLiteral("its file %1%2 is damaged").arg(name, entry.damaged);
+    entry.state.reason = damageOf(name, entry.damaged);
   }
   return entry;
 }
@@ -98,19 +102,16 @@ void show(const EntryState& state, SpoolItem& item) {
 
 }  // namespace
 
-SpoolListing Spool::list(const QString& folder) {
-  SpoolListing listing;
+base::Result<QList<SpoolItem>> Spool::list(const QString& folder) {
+  QList<SpoolItem> items;
   const QDir replies(within(folder, "replies"));
   if (!replies.exists()) {
     if (QFile::exists(folder) && !QDir(folder).isReadable()) {
-      listing.error = QStringLiteral("cannot read %1").arg(folder);
+      return base::Failure{QStringLiteral("cannot read %1").arg(folder)};
     }
-    return listing;
+    return items;
   }
-  if (!replies.isReadable()) {
-    listing.error = QStringLiteral("cannot read %1").arg(replies.path());
-    return listing;
-  }
+  if (!replies.isReadable()) return base::Failure{QStringLiteral("cannot read %1").arg(replies.path())};
   for (const QString& name :
        namesIn(replies.path(), {QLatin1String(ReplyEnding), QLatin1String(StateEnding)})) {
     auto entry = readEntry(folder, name);
@@ -119,22 +120,26 @@ SpoolListing Spool::list(const QString& folder) {
       entry->state.state = SpoolState::Waiting;
     }
     show(entry->state, entry->item);
-    listing.items.append(entry->item);
+    items.append(entry->item);
   }
-  return listing;
+  return items;
 }
 
-QString Spool::putBack(const QString& folder, const QString& name) {
-  const SpoolListing listing = list(folder);
-  if (!listing.ok()) return listing.error;
-  for (const SpoolItem& item : listing.items) {
+base::Result<> Spool::putBack(const QString& folder, const QString& name) {
+  const base::Result<QList<SpoolItem>> items = list(folder);
+  if (!items) return items.failure();
+  for (const SpoolItem& item : *items) {
     if (item.name != name) continue;
-    if (item.state == SpoolState::Waiting) return QStringLiteral("%1 waits already").arg(name);
-    if (item.state == SpoolState::Stored) return QStringLiteral("%1 is stored").arg(name);
-    if (item.sopInstanceUID.isEmpty()) return QStringLiteral("%1 cannot be sent: %2").arg(name, item.reason);
-    return writeDurably(within(folder, "again/") + name, QByteArray());
+    if (item.state == SpoolState::Waiting) {
+      return base::Failure{QStringLiteral("%1 waits already").arg(name)};
+    }
+    if (item.state == SpoolState::Stored) return base::Failure{QStringLiteral("%1 is stored").arg(name)};
+    if (item.sopInstanceUID.isEmpty()) {
+      return base::Failure{QStringLiteral("%1 cannot be sent: %2").arg(name, item.reason)};
+    }
+    return writeSpoolFile(within(folder, "again/") + name, QByteArray());
   }
-  return QStringLiteral("there is no %1").arg(name);
+  return base::Failure{QStringLiteral("there is no %1").arg(name)};
 }
 
 bool Spool::isServed(const QString& folder) {
@@ -158,22 +163,24 @@ QString Spool::path(const QString& name, const char* ending) const {
   return within(folder_, "replies/") + name + QLatin1String(ending);
 }
 
-QString Spool::open() {
+base::Result<> Spool::open() {
   for (const char* part : {"", "/replies", "/again", "/damaged", "/series"}) {
-    const QString error = makePrivateFolder(folder_ + QLatin1String(part));
-    if (!error.isNull()) return error;
+    const base::Result<> made = base::FileManager().createPrivateDirectory(folder_ + QLatin1String(part));
+    if (!made) return made;
   }
-  const QString error = lock();
-  if (!error.isNull()) return error;
-  clearStrays();
+  const base::Result<> locked = lock();
+  if (!locked) return locked;
+  removeAbandonedFiles();
   load();
-  return QString();
+  return {};
 }
 
-QString Spool::lock() {
+base::Result<> Spool::lock() {
   const QString file = within(folder_, "lock");
   lock_ = ::open(QFile::encodeName(file).constData(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
-  if (lock_ < 0) return QStringLiteral("cannot open %1: %2").arg(file, qt_error_string(errno));
+  if (lock_ < 0) {
+    return base::Failure{QStringLiteral("cannot open %1: %2").arg(file, qt_error_string(errno))};
+  }
   int result = 0;
   // Whoever asks whether the spool is served holds the lock for an instant.
   for (int attempt = 0; attempt < 50; ++attempt) {
@@ -181,18 +188,17 @@ QString Spool::lock() {
     if (result == 0 || errno != EWOULDBLOCK) break;
     ::usleep(20'000);
   }
-  if (result == 0) return QString();
-  return errno == EWOULDBLOCK ? QStringLiteral("another server works in %1").arg(folder_)
-                              : QStringLiteral("cannot lock %1: %2").arg(file, qt_error_string(errno));
+  if (result == 0) return {};
+  return base::Failure{errno == EWOULDBLOCK
+                           ? QStringLiteral("another server works in %1").arg(folder_)
+                           : QStringLiteral("cannot lock %1: %2").arg(file, qt_error_string(errno))};
 }
 
-void Spool::clearStrays() {
-  for (const char* part : {".", "replies", "again", "series"}) {
-    QDir inside(within(folder_, part));
-    for (const QString& file : inside.entryList(QDir::Files | QDir::Hidden)) {
-      if (isStray(file)) inside.remove(file);
-    }
-  }
+/// The lock keeps other machines out, so that what nobody on this one is writing is nobody's.
+void Spool::removeAbandonedFiles() const {
+  using base::FileManager;
+  FileManager().removeAbandonedFiles(folder_, FileManager::AnyExtension, FileManager::Depth::Everything,
+                                     std::chrono::minutes(0));
 }
 
 void Spool::load() {
@@ -206,9 +212,9 @@ void Spool::load() {
       const bool kept = keepDamaged(name, ReplyEnding);
       keepDamaged(name, StateEnding);
       read->state.changed = QDateTime::currentDateTime();
-      const QString error = writeDurably(path(name, StateEnding), encodeState(read->state));
-      if (!error.isNull()) remarks_.append(error);
-      if (error.isNull() && kept && read->damaged == QLatin1String(ReplyEnding)) {
+      const base::Result<> written = writeSpoolFile(path(name, StateEnding), encodeState(read->state));
+      if (!written) remarks_.append(written.error());
+      if (written && kept && read->damaged == QLatin1String(ReplyEnding)) {
         QFile::remove(path(name, ReplyEnding));
       }
     }
@@ -247,9 +253,9 @@ QString Spool::newName() {
       .arg(QDate::currentDate().toString(QStringLiteral("yyyyMMdd")));
 }
 
-QString Spool::add(const QString& name, const SpooledReply& reply) {
-  const QString error = writeDurably(path(name, ReplyEnding), encodeReply(reply));
-  if (!error.isNull()) return error;
+base::Result<> Spool::add(const QString& name, const SpooledReply& reply) {
+  const base::Result<> written = writeSpoolFile(path(name, ReplyEnding), encodeReply(reply));
+  if (!written) return written;
   Entry entry;
   entry.item = {name, SpoolState::Waiting, reply.arrival,
                 {},   reply.application,   reply.sopInstanceUID,
@@ -257,7 +263,7 @@ QString Spool::add(const QString& name, const SpooledReply& reply) {
                 {}};
   const std::lock_guard guard(mutex_);
   entries_.insert(name, entry);
-  return QString();
+  return {};
 }
 
 QList<SpoolItem> Spool::waiting() const {
@@ -269,16 +275,10 @@ QList<SpoolItem> Spool::waiting() const {
   return items;
 }
 
-std::optional<SpooledReply> Spool::read(const QString& name, QString& reason, bool& damaged) const {
-  const auto file = readBeginning(path(name, ReplyEnding), LargestReply + 1, reason);
-  damaged = false;
-  if (!file) return std::nullopt;
-  auto reply = decodeReply(*file);
-  if (!reply) {
-    damaged = true;
-    reason = QStringLiteral("its file %1%2 is damaged").arg(name, QLatin1String(ReplyEnding));
-  }
-  return reply;
+base::Result<std::optional<SpooledReply>> Spool::read(const QString& name) const {
+  const base::Result<QByteArray> file = readBeginning(path(name, ReplyEnding), LargestReply + 1);
+  if (!file) return file.failure();
+  return decodeReply(*file);
 }
 
 EntryState Spool::state(const QString& name) const {
@@ -286,24 +286,24 @@ EntryState Spool::state(const QString& name) const {
   return entries_.value(name).state;
 }
 
-QString Spool::change(const QString& name, const EntryState& state) {
-  const QString error = writeDurably(path(name, StateEnding), encodeState(state));
-  if (!error.isNull()) return error;
+base::Result<> Spool::change(const QString& name, const EntryState& state) {
+  const base::Result<> written = writeSpoolFile(path(name, StateEnding), encodeState(state));
+  if (!written) return written;
   if (state.state == SpoolState::Stored) QFile::remove(path(name, ReplyEnding));
   const std::lock_guard guard(mutex_);
   Entry& entry = entries_[name];
   entry.state = state;
   show(state, entry.item);
-  return QString();
+  return {};
 }
 
-void Spool::setDamagedAside(const QString& name, const QString& reason) {
+QString Spool::setDamagedAside(const QString& name) {
   EntryState aside;
   aside.state = SpoolState::Aside;
   aside.changed = QDateTime::currentDateTime();
-  aside.reason = reason;
+  aside.reason = damageOf(name, QLatin1String(ReplyEnding));
   const bool kept = keepDamaged(name, ReplyEnding);
-  if (writeDurably(path(name, StateEnding), encodeState(aside)).isNull() && kept) {
+  if (writeSpoolFile(path(name, StateEnding), encodeState(aside)).ok() && kept) {
     QFile::remove(path(name, ReplyEnding));
   }
   const std::lock_guard guard(mutex_);
@@ -311,6 +311,7 @@ void Spool::setDamagedAside(const QString& name, const QString& reason) {
   entry.state = aside;
   entry.item.sopInstanceUID.clear();
   show(aside, entry.item);
+  return aside.reason;
 }
 
 QStringList Spool::takeBack(const QDateTime& now) {
@@ -326,7 +327,7 @@ QStringList Spool::takeBack(const QDateTime& now) {
       again.state = SpoolState::Waiting;
       again.changed = now;
       again.tries = 0;
-      if (!change(name, again).isNull()) continue;  // the wish stays
+      if (!change(name, again).ok()) continue;  // the wish stays
       taken.append(name);
     }
     QFile::remove(wishesFolder() + QLatin1Char('/') + name);

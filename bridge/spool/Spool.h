@@ -9,6 +9,7 @@
 #include <mutex>
 #include <optional>
 
+#include "base/Result.h"
 #include "bridge/spool/SpoolEntry.h"
 
 namespace bridge {
@@ -27,13 +28,6 @@ struct SpoolItem {
   QString reason;            ///< of the last failure, or for setting it aside
 };
 
-/// Everything in a spool, in the order of arrival.
-struct SpoolListing {
-  QList<SpoolItem> items;
-  QString error;  ///< why nothing can be told; null when all is well
-  bool ok() const { return error.isNull(); }
-};
-
 /// The folder in which replies wait until the PACS has confirmed them.
 ///
 ///     lock                  held by the one server that works here
@@ -41,7 +35,7 @@ struct SpoolListing {
 ///     replies/NAME.state    what has become of it; without one it waits, and nothing is decided
 ///     again/NAME            asks the server to take back what was set aside
 ///     damaged/              files that cannot be read, kept for whoever can
-///     series/               the instance numbers that were given (SeriesBook)
+///     series/               the instance numbers that were given (InstanceNumbers)
 ///     requests              the requests that were heard (RequestMemory)
 ///
 /// A file comes into its place whole, by one rename, and every change of state is one such rename: a server
@@ -51,11 +45,10 @@ class Spool {
  public:
   // For everybody, also while a server runs.
 
-  /// What is in the spool. A spool that does not exist yet is empty.
-  static SpoolListing list(const QString& folder);
-  /// Puts what was set aside back among what waits; a server that runs sees it at once. A null string, or why
-  /// not.
-  static QString putBack(const QString& folder, const QString& name);
+  /// Everything in the spool, in the order of arrival. A spool that does not exist yet is empty.
+  static velmora::base::Result<QList<SpoolItem>> list(const QString& folder);
+  /// Puts what was set aside back among what waits; a server that runs sees it at once.
+  static velmora::base::Result<> putBack(const QString& folder, const QString& name);
   /// Whether a server works in this spool.
   static bool isServed(const QString& folder);
 
@@ -70,9 +63,8 @@ class Spool {
   Spool(const Spool&) = delete;
   Spool& operator=(const Spool&) = delete;
 
-  /// Makes what is missing, locks, clears away what a killed server left, and reads what is there. A null
-  /// string, or why that failed.
-  QString open();
+  /// Makes what is missing, locks, clears away what a killed server left, and reads what is there.
+  velmora::base::Result<> open();
   /// What open() found damaged, one log line each.
   QStringList remarks() const { return remarks_; }
   QString folder() const { return folder_; }
@@ -81,20 +73,20 @@ class Spool {
 
   /// A name for the next reply, later in the order than all others.
   QString newName();
-  /// Writes a reply; when this returns a null string, it is on the disk, and waits. After a failure the same
-  /// name can be tried again. Any thread.
-  QString add(const QString& name, const SpooledReply& reply);
+  /// Writes a reply; when this succeeds, it is on the disk, and waits. After a failure the same name can be
+  /// tried again. Any thread.
+  velmora::base::Result<> add(const QString& name, const SpooledReply& reply);
 
   /// What waits, in the order of arrival. Any thread.
   QList<SpoolItem> waiting() const;
-  /// The whole reply; nothing when it cannot be read any more, with the reason, and `damaged` tells whether
-  /// that is for good.
-  std::optional<SpooledReply> read(const QString& name, QString& reason, bool& damaged) const;
+  /// The whole reply; nothing when its file is damaged, and a failure when it cannot be read for now.
+  velmora::base::Result<std::optional<SpooledReply>> read(const QString& name) const;
   EntryState state(const QString& name) const;
-  /// Writes what has become of a reply; when stored, its image is dropped. A null string, or why that failed.
-  QString change(const QString& name, const EntryState& state);
-  /// Moves an unreadable reply to the damaged ones; it counts as set aside.
-  void setDamagedAside(const QString& name, const QString& reason);
+  /// Writes what has become of a reply; when stored, its image is dropped.
+  velmora::base::Result<> change(const QString& name, const EntryState& state);
+  /// Moves an unreadable reply to the damaged ones; it counts as set aside. Returns the reason, as it is
+  /// noted.
+  QString setDamagedAside(const QString& name);
   /// Lets those wait again that putBack() was called for. Their names.
   QStringList takeBack(const QDateTime& now);
   /// Whether there are wishes that takeBack() could not fulfil, or has not seen.
@@ -109,8 +101,8 @@ class Spool {
   };
 
   QString path(const QString& name, const char* ending) const;
-  QString lock();
-  void clearStrays();
+  velmora::base::Result<> lock();
+  void removeAbandonedFiles() const;
   void load();
   void countOn(const QString& name);
   bool keepDamaged(const QString& name, const char* ending) const;

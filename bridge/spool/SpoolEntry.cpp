@@ -5,7 +5,7 @@
 #include <QJsonObject>
 #include <QStringList>
 
-#include "bridge/spool/DurableFile.h"
+#include "bridge/spool/SpoolFile.h"
 #include "link/protocol/LinkProtocol.h"
 
 namespace protocol = velmora::link;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <cstring>
 
-#include "bridge/spool/DurableFile.h"
+#include "bridge/spool/SpoolFile.h"
 #include "bridge/spool/RequestMemory.h"
 #include "bridge/service/WhichStudy.h"
 #include "tests/fuzz/FuzzTargets.h"

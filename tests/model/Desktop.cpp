@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "tests/model/Desktop.h"
 
+#include <algorithm>
 #include <utility>
 
 using namespace velmora;
@@ -122,20 +123,27 @@ int Answering::runModal(platform::SavePanel& panel) {
   return answer(question);
 }
 
+bool FillableFileManager::isFull(const QString& path) const {
+  return std::any_of(fullFolders.begin(), fullFolders.end(),
+                     [&](const QString& folder) { return path.startsWith(folder + QLatin1Char('/')); });
+}
+
+base::Result<> FillableFileManager::writePrivately(const QString& path, const QByteArray& contents) {
+  if (isFull(path)) return base::Failure{QStringLiteral("No space left on device")};
+  return FileManager::writePrivately(path, contents);
+}
+
 base::Result<> FillableFileManager::writeDurably(const QString& path, const QByteArray& contents,
-                                                 const LastLook& lastLook) {
-  for (const QString& folder : std::as_const(fullFolders)) {
-    if (path.startsWith(folder + QLatin1Char('/')))
-      return base::Failure{QStringLiteral("No space left on device")};
-  }
-  if (!lastLook || !meanwhile) return FileManager::writeDurably(path, contents, lastLook);
+                                                 const FinalCheck& check) {
+  if (isFull(path)) return base::Failure{QStringLiteral("No space left on device")};
+  if (!check || !meanwhile) return FileManager::writeDurably(path, contents, check);
   const auto act = std::exchange(meanwhile, nullptr);
   bool acted = false;
   return FileManager::writeDurably(path, contents, [&] {
     const bool actsNow = !std::exchange(acted, true);
     const bool stands = fileExistsAtPath(path);
     if (actsNow && stands) act(path);
-    const base::Result<> looked = lastLook();
+    const base::Result<> looked = check();
     if (actsNow && !stands) act(path);
     return looked;
   });

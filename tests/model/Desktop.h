@@ -77,11 +77,15 @@ class Answering : public velmora::platform::Alerts, public velmora::platform::Pa
 class FillableFileManager : public velmora::base::FileManager {
  public:
   QSet<QString> fullFolders;
-  /// What somebody else does to the file that is written next, where there is a last look at what it
-  /// replaces: right before that look or, where nothing stands, right after it.
+  /// What somebody else does to the file that is written next, where there is a final check of what it
+  /// replaces: right before that check or, where nothing stands, right after it.
   std::function<void(const QString&)> meanwhile;
   velmora::base::Result<> writeDurably(const QString& path, const QByteArray& contents,
-                                       const LastLook& lastLook = {}) override;
+                                       const FinalCheck& check = {}) override;
+  velmora::base::Result<> writePrivately(const QString& path, const QByteArray& contents) override;
+
+ private:
+  bool isFull(const QString& path) const;
 };
 
 /// The stand-ins that a program runs on here.

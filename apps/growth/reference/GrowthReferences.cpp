@@ -23,11 +23,10 @@ QString wordFor(Measure measure) {
 GrowthReferences::GrowthReferences(const QString& folder) {
   for (const Measure measure : measures) {
     const QString path = folder + QLatin1Char('/') + wordFor(measure) + QStringLiteral(".reference");
-    QByteArray bytes;
-    const base::Result<> read = base::FileManager().readFile(path, bytes, 16 * 1024 * 1024);
+    const base::Result<QByteArray> read = base::FileManager().readFile(path, 16 * 1024 * 1024);
     QString error = read.error();
     auto& reference = references_[static_cast<std::size_t>(measure)];
-    if (read.ok()) reference = GrowthReference::fromBytes(bytes, &error);
+    if (read.ok()) reference = GrowthReference::fromBytes(*read, &error);
     if (!reference) base::logLine(QStringLiteral("Reference %1: %2").arg(path, error));
   }
 }

@@ -10,16 +10,14 @@
 #include <QTemporaryDir>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 
+#include "base/SystemError.h"
 #include "base/files/FileManager.h"
 
 namespace velmora::base {
 
 namespace {
-
-QString systemError() { return QString::fromLocal8Bit(std::strerror(errno)); }
 
 /// Gives a copy the rights of its original. Asked of the system itself: QFile::permissions() adds what the
 /// user of this moment may do, which for a superuser is everything. File systems without rights refuse this,

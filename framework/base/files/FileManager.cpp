@@ -9,17 +9,11 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
+
+#include "base/SystemError.h"
 
 namespace velmora::base {
-
-namespace {
-
-QString systemError() { return QString::fromLocal8Bit(std::strerror(errno)); }
-
-}  // namespace
 
 bool FileManager::fileExistsAtPath(const QString& path) const { return QFileInfo::exists(path); }
 
@@ -59,7 +53,7 @@ Result<> FileManager::removeItem(const QString& path) {
   return file.remove() ? Result<>() : Failure{file.errorString()};
 }
 
-Result<> FileManager::readFile(const QString& path, QByteArray& contents, qint64 limit) const {
+Result<QByteArray> FileManager::readFile(const QString& path, qint64 limit) const {
   // A named pipe or a device would hang the reader, so what it is gets asked first.
   struct stat status {};
   if (::stat(QFile::encodeName(path).constData(), &status) != 0) return Failure{systemError()};
@@ -71,7 +65,7 @@ Result<> FileManager::readFile(const QString& path, QByteArray& contents, qint64
   }
   // As much memory as the file takes, not as it might: a limit is far above what most files are. One byte
   // more than is left shows whether it has grown meanwhile.
-  contents.clear();
+  QByteArray contents;
   for (;;) {
     const qint64 left = std::max<qint64>(file.size() - contents.size(), 0) + 1;
     const QByteArray part = file.read(std::min(left, limit + 1 - contents.size()));
@@ -80,7 +74,7 @@ Result<> FileManager::readFile(const QString& path, QByteArray& contents, qint64
     if (part.isEmpty() || contents.size() > limit) break;
   }
   if (contents.size() > limit) return Failure{QStringLiteral("It is too large.")};
-  return {};
+  return contents;
 }
 
 }  // namespace velmora::base

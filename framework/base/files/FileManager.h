@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
+#include <chrono>
 #include <functional>
 
 #include "base/Result.h"
@@ -31,6 +32,9 @@ class FileManager {
 
   /// Makes a folder and those above it that are missing, on the disk itself. One that is there is no failure.
   virtual Result<> createDirectory(const QString& path);
+  /// Makes a folder for the user alone, and those above it that are missing likewise, on the disk itself; one
+  /// that is there is made so. The process's mask does not matter.
+  virtual Result<> createPrivateDirectory(const QString& path);
   /// Removes a file, a link (not what it leads to), or a folder with all that is in it. A folder that cannot
   /// be taken out of its place stays whole.
   virtual Result<> removeItem(const QString& path);
@@ -39,30 +43,37 @@ class FileManager {
   virtual Result<> copyItem(const QString& source, const QString& destination);
 
   /// Reads a regular file whole, refusing anything above `limit` bytes.
-  virtual Result<> readFile(const QString& path, QByteArray& contents,
-                            qint64 limit = 256LL * 1024 * 1024) const;
+  virtual Result<QByteArray> readFile(const QString& path, qint64 limit = 256LL * 1024 * 1024) const;
   /// Called when a new file is on the disk under another name, right before it takes the place of what stands
   /// at its own: the moment to see whether that is still what it was. A failure gives the write up.
-  using LastLook = std::function<Result<>()>;
+  using FinalCheck = std::function<Result<>()>;
   /// Puts `contents` at `path` so that the file there is at any moment the old or the new one, whole, and is
   /// the new one, on the disk itself, when this returns success. After a failure it is the old one, unless
   /// the failure came when the new one was in place and could only not be vouched for. A link is followed; a
   /// protected file, and what is no file, are not replaced. Of a file that is replaced the rights, the group
   /// and the access list stay; in a group that the user may not give it to, the group may do no more than
-  /// everybody. With a last look, what appears meanwhile where nothing stood is not replaced unseen: there is
-  /// another look then.
+  /// everybody. With a final check, what appears meanwhile where nothing stood is not replaced unseen: there
+  /// is another check then.
   virtual Result<> writeDurably(const QString& path, const QByteArray& contents,
-                                const LastLook& lastLook = {});
+                                const FinalCheck& check = {});
+  /// Does the same for a file that is the program's own: whatever stands there, a link as well, is replaced,
+  /// and the file is for the user alone, whatever the process's mask.
+  virtual Result<> writePrivately(const QString& path, const QByteArray& contents);
 
   enum class Depth { Folder, Everything };
   /// The age from which on a temporary file is taken for abandoned.
   static constexpr int AbandonedAfterMinutes = 10;
+  /// In place of extensions: whatever the name of the file was to be.
+  inline static const QStringList AnyExtension{QStringLiteral("*")};
   /// Removes what writes that were cut off by a power cut or a kill have left in the folder, or anywhere
-  /// below it: temporary files of writeDurably, ".<16 hexadecimal digits>.<extension>.unfinished", for names
-  /// with one of these extensions or with none. One that a living process of this machine is writing just now
-  /// stays, and so do young ones: where locks hold on one machine only, another may be writing them.
+  /// below it: temporary files of writeDurably and writePrivately, ".<16 hexadecimal
+  /// digits>.<extension>.unfinished", for names with one of these extensions or with none. One that a living
+  /// process of this machine is writing just now stays, and so do those younger than `age`: where locks hold
+  /// on one machine only, another may be writing them. An age of 0 is for folders that no other machine
+  /// writes into.
   virtual void removeAbandonedFiles(const QString& folder, const QStringList& extensions,
-                                    Depth depth = Depth::Folder);
+                                    Depth depth = Depth::Folder,
+                                    std::chrono::minutes age = std::chrono::minutes(AbandonedAfterMinutes));
 };
 
 /// "~" and "~/…" with the home folder in place of the tilde; a slash at the end is dropped.

@@ -11,16 +11,17 @@
 #include <QFile>
 #include <QFileInfo>
 #include <cerrno>
-#include <cstring>
+#include <functional>
 
+#include "base/SystemError.h"
 #include "base/files/FileManager.h"
-#include "base/files/UnfinishedFile.h"
+#include "base/files/TemporaryFile.h"
 
 namespace velmora::base {
 
 namespace {
 
-QString systemError() { return QString::fromLocal8Bit(std::strerror(errno)); }
+constexpr mode_t UserOnly = S_IRWXU;
 
 /// fsync of the names in a folder. Network file systems that cannot do that for a folder say so with these
 /// codes, and have no weaker promise to give: the file's own data are on the disk by then.
@@ -47,24 +48,46 @@ QString followed(QString path) {
   return {};
 }
 
-/// Gives the file its name, with a last look at what stands there. What appears meanwhile where nothing stood
-/// is looked at too.
-Result<> putInPlace(UnfinishedFile& file, const QByteArray& name, const FileManager::LastLook& lastLook) {
-  using Placing = UnfinishedFile::Placing;
+/// Gives the file its name, with a last check of what stands there. What appears meanwhile where nothing
+/// stood is checked too.
+Result<> putInPlace(TemporaryFile& file, const QByteArray& name, const FileManager::FinalCheck& check) {
+  if (!check) return file.replace();
   struct stat standing {};
-  Placing placing = Placing::Taken;
-  if (lastLook) {
-    const bool stands = ::lstat(name.constData(), &standing) == 0;
-    const Result<> looked = lastLook();
-    if (!looked.ok()) return looked;
-    if (!stands) placing = file.placeWhereNothingStands();
-    if (!stands && placing == Placing::Taken) {
-      const Result<> lookedAgain = lastLook();
-      if (!lookedAgain.ok()) return lookedAgain;
-    }
+  const bool stands = ::lstat(name.constData(), &standing) == 0;
+  const Result<> checked = check();
+  if (!checked) return checked;
+  if (!stands) {
+    const Result<bool> placed = file.placeWhereNothingStands();
+    if (!placed) return placed.failure();
+    if (*placed) return {};
+    const Result<> checkedAgain = check();
+    if (!checkedAgain) return checkedAgain;
   }
-  if (placing == Placing::Taken) placing = file.replace();
-  return placing == Placing::Done ? Result<>() : Failure{file.error()};
+  return file.replace();
+}
+
+/// A name that the system would shorten or spell otherwise would be another file's.
+bool canBeName(const QString& path) {
+  return !path.isEmpty() && !path.contains(QChar(QChar::Null)) &&
+         QFile::decodeName(QFile::encodeName(path)) == path;
+}
+
+/// Writes a new file, lets `place` give it its name, and makes sure that it is there.
+Result<> writeAndPlace(const FileManager& files, const QString& path, const QByteArray& contents,
+                       const std::function<Result<>(TemporaryFile&)>& place) {
+  {
+    TemporaryFile file(path);
+    const Result<> written = file.write(contents);
+    if (!written) return written;
+    const Result<> placed = place(file);
+    if (!placed) return placed;
+  }
+  const Result<> folder = synchronizeFolder(QFileInfo(path).absolutePath());
+  if (!folder) return folder;
+  const Result<QByteArray> read = files.readFile(path, contents.size() + 1);
+  if (!read) return read.failure();
+  if (*read != contents) return Failure{QStringLiteral("What was written does not read back the same.")};
+  return {};
 }
 
 }  // namespace
@@ -85,15 +108,37 @@ Result<> FileManager::createDirectory(const QString& path) {
   return {};
 }
 
-Result<> FileManager::writeDurably(const QString& path, const QByteArray& contents,
-                                   const LastLook& lastLook) {
-  // A name that the system would shorten or spell otherwise would be another file's.
-  if (path.isEmpty() || path.contains(QChar(QChar::Null)) ||
-      QFile::decodeName(QFile::encodeName(path)) != path) {
-    return Failure{QStringLiteral("No file can have this name.")};
+Result<> FileManager::createPrivateDirectory(const QString& path) {
+  const QByteArray name = QFile::encodeName(path);
+  const auto failed = [&path](const QString& reason) {
+    return Failure{QStringLiteral("cannot make the folder %1: %2").arg(path, reason)};
+  };
+  if (::mkdir(name.constData(), UserOnly) == 0) {
+    // What the process's mask took away comes back.
+    if (::chmod(name.constData(), UserOnly) != 0) return failed(systemError());
+    const Result<> synchronized = synchronizeFolder(QFileInfo(path).path());
+    return synchronized ? Result<>() : failed(synchronized.error());
   }
+  if (errno == ENOENT) {
+    const QString parent = QFileInfo(path).path();
+    if (parent != path && !QFileInfo::exists(parent)) {
+      const Result<> made = createPrivateDirectory(parent);
+      return made ? createPrivateDirectory(path) : made;
+    }
+  }
+  struct stat status {};
+  if (errno != EEXIST || ::stat(name.constData(), &status) != 0) return failed(systemError());
+  if (!S_ISDIR(status.st_mode)) return Failure{QStringLiteral("%1 is not a folder").arg(path)};
+  if ((status.st_mode & 07777) != UserOnly && ::chmod(name.constData(), UserOnly) != 0) {
+    return Failure{QStringLiteral("cannot make %1 private: %2").arg(path, systemError())};
+  }
+  return {};
+}
+
+Result<> FileManager::writeDurably(const QString& path, const QByteArray& contents, const FinalCheck& check) {
+  if (!canBeName(path)) return Failure{QStringLiteral("No file can have this name.")};
   const QString target = followed(path);
-  if (target.isNull()) return Failure{QString::fromLocal8Bit(std::strerror(ELOOP))};
+  if (target.isNull()) return Failure{systemError(ELOOP)};
   const QByteArray name = QFile::encodeName(target);
   struct stat standing {};
   const bool replaces = ::stat(name.constData(), &standing) == 0;
@@ -102,35 +147,30 @@ Result<> FileManager::writeDurably(const QString& path, const QByteArray& conten
   if (replaces && ::faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) != 0) {
     return Failure{systemError()};
   }
-  {
-    UnfinishedFile file(target);
-    if (!file.isOpen()) return Failure{file.error()};
-    if (!file.write(contents)) return Failure{file.error()};
-    const Result<> placed = putInPlace(file, name, lastLook);
-    if (!placed.ok()) return placed;
-  }
-  const Result<> folder = synchronizeFolder(QFileInfo(target).absolutePath());
-  if (!folder.ok()) return folder;
-  QByteArray readBack;
-  const Result<> read = readFile(target, readBack, contents.size() + 1);
-  if (!read.ok()) return read;
-  if (readBack != contents) return Failure{QStringLiteral("What was written does not read back the same.")};
-  return {};
+  return writeAndPlace(*this, target, contents,
+                       [&](TemporaryFile& file) { return putInPlace(file, name, check); });
 }
 
-void FileManager::removeAbandonedFiles(const QString& folder, const QStringList& extensions, Depth depth) {
-  const qint64 youngest = QDateTime::currentSecsSinceEpoch() - AbandonedAfterMinutes * 60;
+Result<> FileManager::writePrivately(const QString& path, const QByteArray& contents) {
+  if (!canBeName(path)) return Failure{QStringLiteral("No file can have this name.")};
+  return writeAndPlace(*this, path, contents, [](TemporaryFile& file) { return file.replacePrivately(); });
+}
+
+void FileManager::removeAbandonedFiles(const QString& folder, const QStringList& extensions, Depth depth,
+                                       std::chrono::minutes age) {
+  // Files carry the system's time, whatever a run loop has for it.
+  const qint64 youngest = QDateTime::currentSecsSinceEpoch() - std::chrono::seconds(age).count();
   const auto consider = [&](const QString& relativePath) {
-    QString extension;
-    const bool temporary =
-        UnfinishedFile::isNameOfOne(relativePath.section(QLatin1Char('/'), -1), &extension);
-    if (!temporary || (!extension.isEmpty() && !extensions.contains(extension))) return;
+    const auto extension = TemporaryFile::finalExtension(relativePath.section(QLatin1Char('/'), -1));
+    if (!extension) return;
+    if (!extension->isEmpty() && extensions != AnyExtension && !extensions.contains(*extension)) return;
     const QByteArray path = QFile::encodeName(folder + QLatin1Char('/') + relativePath);
     const int descriptor = ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) return;
     struct stat status {};
     const bool abandoned = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
-                           status.st_mtime <= youngest && ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+                           (age.count() == 0 || status.st_mtime <= youngest) &&
+                           ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
     if (abandoned) ::unlink(path.constData());
     ::close(descriptor);
   };

@@ -59,7 +59,7 @@ class OrvDocument : public velmora::platform::Document {
   /// Writes a file for the user, durably, and remembers its folder: what a write that is cut off leaves there
   /// is removed at the next start.
   velmora::base::Result<> writeFile(const QString& path, const QByteArray& contents,
-                                    const velmora::base::FileManager::LastLook& lastLook = {});
+                                    const velmora::base::FileManager::FinalCheck& lastLook = {});
   velmora::base::Result<> writeToURL(const QUrl& url, const QByteArray& data,
                                      velmora::platform::SaveOperation operation) override;
   velmora::platform::Whereabouts presentSaveError(const QUrl& url, const QByteArray& data,

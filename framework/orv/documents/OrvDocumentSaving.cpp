@@ -64,7 +64,7 @@ Result<> OrvDocument::writeToURL(const QUrl& url, const QByteArray& data, platfo
 }
 
 Result<> OrvDocument::writeFile(const QString& path, const QByteArray& contents,
-                                const base::FileManager::LastLook& lastLook) {
+                                const base::FileManager::FinalCheck& lastLook) {
   writtenFolders_.add(path);
   return services().fileManager.writeDurably(path, contents, lastLook);
 }
@@ -79,15 +79,14 @@ Result<> OrvDocument::keepWhatStandsAt(const QString& path, Replaced& replaced) 
   if (!services().fileManager.fileExistsAtPath(path) || services().fileManager.isDirectory(path)) {
     return {};
   }
-  QByteArray standing;
-  const Result<> read = services().fileManager.readFile(path, standing);
-  const QByteArray found = read.ok() ? fingerprint(standing) : QByteArray("unreadable");
+  const Result<QByteArray> read = services().fileManager.readFile(path);
+  const QByteArray found = read.ok() ? fingerprint(*read) : QByteArray("unreadable");
   if (std::exchange(replaced.seen, found) == found) return {};
 
   const bool own = read.ok() && ((isOwnFile(path) && found == knownContents_) || found == attemptedContents_);
   const auto origin = own ? OrvKeptCopies::Origin::Own : OrvKeptCopies::Origin::Another;
   QString copy;
-  if (read.ok()) copy = keptCopies_.keepEarlierVersion(path, standing, origin);
+  if (read.ok()) copy = keptCopies_.keepEarlierVersion(path, *read, origin);
   if (own || (firstLook && replacementConfirmed())) {
     // The user's own earlier version, or one that the user chose to replace: worth a copy, but not worth a
     // failed save.

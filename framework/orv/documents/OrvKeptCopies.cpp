@@ -70,8 +70,8 @@ QStringList OrvKeptCopies::copiesIn(const QString& folder) const {
 }
 
 bool OrvKeptCopies::holds(const QString& copy, const QByteArray& contents) const {
-  QByteArray kept;
-  return files_.readFile(copy, kept, contents.size()).ok() && kept == contents;
+  const base::Result<QByteArray> kept = files_.readFile(copy, contents.size());
+  return kept.ok() && *kept == contents;
 }
 
 QString OrvKeptCopies::keepEarlierVersion(const QString& path, const QByteArray& contents, Origin origin) {

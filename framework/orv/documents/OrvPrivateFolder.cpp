@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "orv/documents/OrvPrivateFolder.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -10,13 +9,7 @@
 
 using namespace velmora;
 
-using velmora::base::Failure;
 using velmora::base::Result;
-
-namespace {
-constexpr QFile::Permissions UserOnlyFile = QFile::ReadOwner | QFile::WriteOwner;
-constexpr QFile::Permissions UserOnlyFolder = UserOnlyFile | QFile::ExeOwner;
-}  // namespace
 
 OrvPrivateFolder::OrvPrivateFolder(base::FileManager& files, const QString& bundleIdentifier)
     : files_(files),
@@ -30,21 +23,18 @@ bool OrvPrivateFolder::contains(const QString& file) const {
 
 bool OrvPrivateFolder::make(const QString& folder) {
   // Closed to others before anything is in it: the names of the folders below are those of records.
-  Result<> made = files_.createDirectory(path_);
-  if (made.ok()) {
-    QFile::setPermissions(path_, UserOnlyFolder);
-    if (folder != path_) made = files_.createDirectory(folder);
-  }
+  Result<> made = files_.createPrivateDirectory(path_);
+  // A file system without rights cannot close it, and loses nothing by it.
+  if (made.ok() || files_.isDirectory(path_)) made = files_.createDirectory(folder);
   // Named after records, what stands below is not told to a log.
   if (!made.ok()) base::logLine(QStringLiteral("No folder for copies could be made in %1").arg(path_));
   return made.ok();
 }
 
 bool OrvPrivateFolder::write(const QString& file, const QByteArray& contents) {
-  const Result<> written = files_.writeDurably(file, contents);
+  const Result<> written = files_.writePrivately(file, contents);
   if (!written.ok()) {
     base::logLine(QStringLiteral("A file could not be kept in %1: %2").arg(path_, written.error()));
-    return false;
   }
-  return QFile::setPermissions(file, UserOnlyFile);
+  return written.ok();
 }

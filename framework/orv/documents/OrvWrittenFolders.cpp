@@ -18,10 +18,10 @@ QString OrvWrittenFolders::listPath() const {
 
 QStringList OrvWrittenFolders::all() const {
   constexpr qint64 LargestList = 1024 * 1024;
-  QByteArray list;
-  if (!files_.readFile(listPath(), list, LargestList).ok()) return {};
+  const base::Result<QByteArray> list = files_.readFile(listPath(), LargestList);
+  if (!list.ok()) return {};
   QStringList folders;
-  for (const auto& folder : QJsonDocument::fromJson(list).array()) {
+  for (const auto& folder : QJsonDocument::fromJson(*list).array()) {
     if (folder.isString()) folders.append(folder.toString());
   }
   return folders;

@@ -114,10 +114,9 @@ Bundle bundleWithPath(const QString& folder) {
   const QString list = QStringLiteral("/Info.plist");
   const bool deep = !QFileInfo::exists(folder + list) && QFileInfo::exists(contents + list);
   const QString path = (deep ? contents : folder) + list;
-  QByteArray data;
-  const base::Result<> read = base::FileManager().readFile(path, data, LargestPropertyList);
+  const base::Result<QByteArray> read = base::FileManager().readFile(path, LargestPropertyList);
   QVariant info;
-  if (read.ok()) info = propertyListFromData(data);
+  if (read.ok()) info = propertyListFromData(*read);
   if (info.typeId() != QMetaType::QVariantMap) {
     base::logLine(QStringLiteral("No information dictionary at %1: %2").arg(path, read.error()));
   }

@@ -30,19 +30,19 @@ QString Document::displayName() const {
 }
 
 base::Result<> Document::readFromURL(const QUrl& url) {
-  QByteArray data;
   const QString path = url.toLocalFile();
-  base::Result<> result = services_.fileManager.readFile(path, data, largestFile());
-  if (!result.ok()) return result;
+  const base::Result<QByteArray> data = services_.fileManager.readFile(path, largestFile());
+  if (!data.ok()) return data.failure();
+  base::Result<> result;
   try {
-    result = readFromData(data, base::pathExtension(path));
+    result = readFromData(*data, base::pathExtension(path));
   } catch (const std::exception& failure) {
     result = base::Failure{QString::fromUtf8(failure.what())};
   }
   if (!result.ok()) return result;
   fileType_ = base::pathExtension(path);
   setFileURL(url);
-  didReadFile(data);
+  didReadFile(*data);
   updateChangeCount(ChangeType::Cleared);
   return result;
 }

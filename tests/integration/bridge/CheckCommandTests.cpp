@@ -25,7 +25,7 @@ TEST_F(CheckCommand, SaysOkToEverythingThatIsInOrder) {
   const Orthanc orthanc;
   configure(orthanc.dimse());
   bridge::Spool server(spool());
-  ASSERT_EQ(server.open(), QString());
+  ASSERT_EQ(server.open().error(), QString());
   EXPECT_EQ(check(), 0) << qPrintable(output_ + errors_);
   EXPECT_FALSE(output_.contains(text("wrong"))) << qPrintable(output_);
   for (const char* question : {"configuration", "spool", "charts", "session bus", "server", "archive"}) {
@@ -133,20 +133,20 @@ TEST_F(CheckCommand, TellsThatSomethingIsSetAside) {
   const Orthanc orthanc;
   configure(orthanc.dimse());
   bridge::Spool server(spool());
-  ASSERT_EQ(server.open(), QString());
+  ASSERT_EQ(server.open().error(), QString());
   bridge::SpooledReply reply;
   reply.sopInstanceUID = text("2.25.1");
   reply.arrival = QDateTime::currentDateTime();
   reply.jpeg = "\xff\xd8\xff";
   const QString name = server.newName();
-  ASSERT_EQ(server.add(name, reply), QString());
+  ASSERT_EQ(server.add(name, reply).error(), QString());
   EXPECT_EQ(check(), 0) << qPrintable(output_ + errors_);
   EXPECT_EQ(line("ok charts"), text("ok charts 1 waiting, 0 set aside"));
 
   bridge::EntryState aside;
   aside.state = bridge::SpoolState::Aside;
   aside.reason = text("no such study");
-  ASSERT_EQ(server.change(name, aside), QString());
+  ASSERT_EQ(server.change(name, aside).error(), QString());
   EXPECT_EQ(check(), 1);
   EXPECT_EQ(line("wrong charts"),
             text("wrong charts 0 waiting, 1 set aside; \"velmora-link status\" tells why"));

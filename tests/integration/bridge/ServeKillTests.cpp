@@ -25,10 +25,10 @@ struct Taken {
   int aside = 0;
 
   void look(const QString& folder) {
-    const SpoolListing listing = Spool::list(folder);
-    EXPECT_TRUE(listing.ok()) << qPrintable(listing.error);
+    const auto listing = Spool::list(folder);
+    EXPECT_TRUE(listing.ok()) << qPrintable(listing.error());
     waiting = aside = 0;
-    for (const SpoolItem& item : listing.items) {
+    for (const SpoolItem& item : *listing) {
       uids.insert(item.sopInstanceUID);
       waiting += item.state == SpoolState::Waiting ? 1 : 0;
       aside += item.state == SpoolState::Aside ? 1 : 0;

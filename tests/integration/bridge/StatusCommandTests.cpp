@@ -20,7 +20,7 @@ class StatusCommand : public command_testing::Commands {
   /// Puts a chart into the spool as a server would; its name.
   QString add(SpoolState state, int number, int tries = 0, const QString& reason = QString()) {
     Spool spool(Commands::spool());
-    EXPECT_EQ(spool.open(), QString());
+    EXPECT_EQ(spool.open().error(), QString());
     SpooledReply reply;
     reply.sopInstanceUID = text("2.25.%1").arg(1000 + number);
     reply.arrival = QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9)).addSecs(number);
@@ -28,7 +28,7 @@ class StatusCommand : public command_testing::Commands {
     reply.identifier = text("12-345-%1").arg(number);
     reply.jpeg = "\xff\xd8\xff";
     const QString name = spool.newName();
-    EXPECT_EQ(spool.add(name, reply), QString());
+    EXPECT_EQ(spool.add(name, reply).error(), QString());
     if (state == SpoolState::Waiting && tries == 0) return name;
     EntryState entry;
     entry.state = state;
@@ -41,7 +41,7 @@ class StatusCommand : public command_testing::Commands {
       entry.application = reply.application;
       entry.arrival = reply.arrival;
     }
-    EXPECT_EQ(spool.change(name, entry), QString());
+    EXPECT_EQ(spool.change(name, entry).error(), QString());
     return name;
   }
   QJsonObject json() const { return QJsonDocument::fromJson(output_.toUtf8()).object(); }
@@ -64,7 +64,7 @@ TEST_F(StatusCommand, TellsWhatWaitsWhatIsStoredAndWhatIsSetAside) {
   const QString stored = add(SpoolState::Stored, 3);
   const QString aside = add(SpoolState::Aside, 4, 0, text("two studies on that day"));
   Spool server(spool());
-  ASSERT_EQ(server.open(), QString());
+  ASSERT_EQ(server.open().error(), QString());
   ASSERT_EQ(run({text("status")}), 0) << qPrintable(errors_);
   EXPECT_EQ(output_, text("velmora-link serve is running\n"
                           "waiting: 2\n"
@@ -150,7 +150,7 @@ TEST_F(RetryCommand, PutsBackWhatIsNamedAndNothingElse) {
   EXPECT_NE(line(qPrintable(first + text(" waits again"))), QString());
   EXPECT_TRUE(output_.contains(text("serve is not running")));
   Spool server(spool());
-  ASSERT_EQ(server.open(), QString());
+  ASSERT_EQ(server.open().error(), QString());
   EXPECT_EQ(server.takeBack(QDateTime::currentDateTime()), QStringList{first});
 
   ASSERT_EQ(run({text("retry"), text("--all")}), 0) << qPrintable(errors_);
@@ -170,7 +170,7 @@ TEST_F(RetryCommand, LeavesWhatIsDamagedWhenAllAreMeant) {
     file.write("noise");
   }
   Spool server(spool());
-  ASSERT_EQ(server.open(), QString());
+  ASSERT_EQ(server.open().error(), QString());
   EXPECT_EQ(run({text("retry"), text("--all")}), 0) << qPrintable(errors_);
   EXPECT_EQ(output_, text("1 damaged, left set aside\n") + whole + text(" waits again\n"));
   EXPECT_EQ(run({text("retry"), damaged}), 1) << "named, it is told why not";

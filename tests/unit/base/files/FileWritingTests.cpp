@@ -163,7 +163,7 @@ TEST_F(DurableWriting, LooksOnceMoreRightBeforeItReplaces) {
   EXPECT_EQ(contents("record"), "new");
 }
 
-TEST_F(DurableWriting, IsGivenUpByTheLastLook) {
+TEST_F(DurableWriting, IsGivenUpByTheFinalCheck) {
   ASSERT_TRUE(files.writeDurably(path("record"), "old").ok());
   const auto refuse = [] { return Failure{"It is another's."}; };
   EXPECT_EQ(files.writeDurably(path("record"), "new", refuse).error(), "It is another's.");
@@ -341,6 +341,64 @@ TEST_F(AccessLists, OfNewFilesAreTheFoldersAndOfReplacedOnesTheirOwn) {
   EXPECT_EQ(rights("private"), 0640u);
 }
 
+// What is for the user alone.
+
+class PrivateFiles : public DurableWriting {
+ protected:
+  unsigned rights(const QString& name) const {
+    struct stat status {};
+    return ::stat(QFile::encodeName(path(name)).constData(), &status) == 0 ? status.st_mode & 07777u : 0;
+  }
+};
+
+TEST_F(PrivateFiles, AreForTheUserAloneWhateverTheMaskAndWhateverStoodThere) {
+  ASSERT_TRUE(files.writeDurably(path("record"), "old").ok());
+  ASSERT_EQ(::chmod(QFile::encodeName(path("record")).constData(), 0444), 0);
+  for (const unsigned mask : {0u, 0777u}) {
+    const mode_t before = ::umask(mask);
+    const Result<> written = files.writePrivately(path("record"), "new");
+    const Result<> made = files.createPrivateDirectory(path("a/b"));
+    ::umask(before);
+    EXPECT_TRUE(written.ok()) << qPrintable(written.error());
+    EXPECT_TRUE(made.ok()) << qPrintable(made.error());
+    EXPECT_EQ(contents("record"), "new");
+    EXPECT_EQ(rights("record"), 0600u);
+    EXPECT_EQ(rights("a"), 0700u);
+    EXPECT_EQ(rights("a/b"), 0700u);
+    QDir(path("a")).removeRecursively();
+  }
+  EXPECT_EQ(names(), QStringList{"record"});
+}
+
+TEST_F(PrivateFiles, TakeThePlaceOfALinkAndLeaveWhatItLeadsTo) {
+  ASSERT_TRUE(files.writeDurably(path("another's"), "old").ok());
+  ASSERT_TRUE(QFile::link(path("another's"), path("record")));
+  ASSERT_TRUE(files.writePrivately(path("record"), "new").ok());
+  EXPECT_EQ(contents("another's"), "old");
+  EXPECT_EQ(contents("record"), "new");
+  EXPECT_FALSE(QFileInfo(path("record")).isSymLink());
+}
+
+TEST_F(PrivateFiles, AreNotHalfThereOnAFullDisk) {
+  ASSERT_TRUE(files.writePrivately(path("record"), "old").ok());
+  {
+    const SmallDisk disk(4096);
+    EXPECT_FALSE(files.writePrivately(path("record"), QByteArray(8192, 'n')).ok());
+  }
+  EXPECT_EQ(contents("record"), "old");
+  EXPECT_EQ(names(), QStringList{"record"});
+}
+
+TEST_F(PrivateFiles, StandInFoldersThatAreMadePrivateToo) {
+  ASSERT_TRUE(QDir().mkpath(path("open")));
+  ASSERT_EQ(::chmod(QFile::encodeName(path("open")).constData(), 0755), 0);
+  EXPECT_TRUE(files.createPrivateDirectory(path("open")).ok());
+  EXPECT_EQ(rights("open"), 0700u);
+  ASSERT_TRUE(files.writeDurably(path("file"), "contents").ok());
+  EXPECT_EQ(files.createPrivateDirectory(path("file")).error(), path("file") + " is not a folder");
+  EXPECT_TRUE(files.createPrivateDirectory(path("file/below")).error().startsWith("cannot make the folder "));
+}
+
 // What was cut off.
 
 class AbandonedFiles : public DurableWriting {
@@ -371,6 +429,16 @@ TEST_F(AbandonedFiles, GoWithAKnownExtensionOrWithNone) {
   make("unfinished", Old);
   files.removeAbandonedFiles(folder.path(), {"note"});
   EXPECT_EQ(names(), (QStringList{".0123456789abcdef.other.unfinished", "unfinished"}));
+}
+
+TEST_F(AbandonedFiles, GoAtOnceFromAFolderOfTheProgramsOwn) {
+  make(".0123456789abcdef.note.unfinished", 0);
+  make(".1123456789abcdef.unfinished", -Old);
+  make(".2123456789abcdef.28.unfinished", Young);
+  make("note", Old);
+  files.removeAbandonedFiles(folder.path(), FileManager::AnyExtension, FileManager::Depth::Folder,
+                             std::chrono::minutes(0));
+  EXPECT_EQ(names(), QStringList{"note"});
 }
 
 TEST_F(AbandonedFiles, GoFromFoldersBelowWhenAskedFor) {

@@ -9,7 +9,7 @@ using namespace bridge;
 
 class InboxTest : public ::testing::Test {
  protected:
-  InboxTest() { EXPECT_EQ(spool_.open(), QString()); }
+  InboxTest() { EXPECT_EQ(spool_.open().error(), QString()); }
 
   bool arrive(const char* identifier) {
     return inbox_.reply(replyTo(study("1.1", identifier)), Growth, QDateTime::currentDateTime());
@@ -79,7 +79,7 @@ TEST_F(InboxTest, WritesARequestWhenTheDiskHasRoomAgain) {
   EXPECT_FALSE(inbox_.tryAgain());
   EXPECT_FALSE(inbox_.keepsSome());
   RequestMemory later(temporary_.filePath(text("requests")));
-  EXPECT_EQ(later.open(now), QString());
+  EXPECT_EQ(later.open(now).error(), QString());
   ASSERT_EQ(later.requests().size(), 1);
   EXPECT_EQ(later.requests().first().studyUID, text("1.2"));
 }
@@ -108,7 +108,5 @@ TEST_F(InboxTest, FixesTheRequestThatAReplyAnswersWhenItArrives) {
   request("1.1");
   arrive("A");
   request("1.2");
-  QString reason;
-  bool damaged = false;
-  EXPECT_EQ(spool_.read(spool_.waiting().first().name, reason, damaged)->requestedStudyUID, text("1.1"));
+  EXPECT_EQ(spool_.read(spool_.waiting().first().name).value()->requestedStudyUID, text("1.1"));
 }

@@ -15,7 +15,7 @@ using Milliseconds = Sender::Milliseconds;
 class SenderTest : public ::testing::Test {
  protected:
   SenderTest() {
-    EXPECT_EQ(spool_->open(), QString());
+    EXPECT_EQ(spool_->open().error(), QString());
     newSender();
     pacs_.studies = {study("1.1", "A"), study("1.2", "B"), study("1.3", "C")};
   }
@@ -31,7 +31,7 @@ class SenderTest : public ::testing::Test {
     sender_.reset();
     spool_.reset();
     spool_ = std::make_unique<Spool>(temporary_.filePath(text("spool")));
-    ASSERT_EQ(spool_->open(), QString());
+    ASSERT_EQ(spool_->open().error(), QString());
     newSender();
   }
   /// A reply for a study; its SOP Instance UID.
@@ -41,7 +41,7 @@ class SenderTest : public ::testing::Test {
   QString arrive(const QVariantMap& values, const QString& application = Growth) {
     const auto reply = spooledReply(values, application, QDateTime(QDate(2024, 5, 2), QTime(9, 0), Qt::UTC));
     name_ = spool_->newName();
-    EXPECT_EQ(spool_->add(name_, *reply), QString());
+    EXPECT_EQ(spool_->add(name_, *reply).error(), QString());
     return reply->sopInstanceUID;
   }
   /// Works until nothing is due any more.
@@ -57,7 +57,7 @@ class SenderTest : public ::testing::Test {
     pacs_.storeResult = [uid](const QString& each) { return each == uid ? Away : PacsResult(); };
   }
   SpoolItem item(const QString& name) const {
-    for (const SpoolItem& each : Spool::list(spool_->folder()).items) {
+    for (const SpoolItem& each : Spool::list(spool_->folder()).valueOr({})) {
       if (each.name == name) return each;
     }
     return {};
@@ -195,7 +195,7 @@ TEST_F(SenderTest, SetsAsideWhatThePacsHasGivenToAnotherPatientMeanwhile) {
     // Whoever puts that right has it decided anew.
     EXPECT_FALSE(spool_->state(name_).decision.has_value());
     pacs_.studies = right;
-    ASSERT_EQ(Spool::putBack(spool_->folder(), name_), QString());
+    ASSERT_EQ(Spool::putBack(spool_->folder(), name_).error(), QString());
     EXPECT_EQ(work(), std::nullopt);
     EXPECT_EQ(pacs_.storedUids().count(uid), 1);
   }
@@ -215,7 +215,7 @@ TEST_F(SenderTest, FulfilsAWishWhenTheDiskHasRoomAgain) {
   pacs_.storeResult = [](const QString&) { return Refused; };
   work();
   pacs_.storeResult = {};
-  ASSERT_EQ(Spool::putBack(spool_->folder(), name_), QString());
+  ASSERT_EQ(Spool::putBack(spool_->folder(), name_).error(), QString());
   {
     const FullDisk full(20);
     EXPECT_EQ(work(), Sender::FirstDelay) << "nothing else would call it again";
@@ -255,7 +255,7 @@ TEST_F(SenderTest, SetsAsideWhatThePacsWillNeverTakeAndTakesItBack) {
   restart();
   EXPECT_EQ(work(), std::nullopt);
   EXPECT_TRUE(pacs_.stored.isEmpty());
-  ASSERT_EQ(Spool::putBack(spool_->folder(), name_), QString());
+  ASSERT_EQ(Spool::putBack(spool_->folder(), name_).error(), QString());
   EXPECT_EQ(work(), std::nullopt);
   EXPECT_EQ(pacs_.storedUids(), QStringList{uid});
 }

@@ -13,7 +13,7 @@ class RequestMemoryTest : public ::testing::Test {
             const QString& application = Growth) {
     QVariantMap request{{text("Identifier"), text(identifier)}, {text("OsiriXStudyID"), text(uid)}};
     if (day.isValid()) request.insert(text("DateOfStudy"), noon(day));
-    EXPECT_EQ(memory_.remember(request, application, start_.addSecs(60 * minute)), QString());
+    EXPECT_EQ(memory_.remember(request, application, start_.addSecs(60 * minute)).error(), QString());
   }
   SpooledReply recalled(const char* identifier, QDate day, const QString& application = Growth,
                         int minute = 100) {
@@ -106,7 +106,7 @@ TEST_F(RequestMemoryTest, RemembersAcrossARestart) {
   hear("P-1", "1.1", day_, 0);
   hear("P-2", "1.2", QDate(), 1);
   RequestMemory later(temporary_.filePath(text("requests")));
-  EXPECT_EQ(later.open(start_), QString());
+  EXPECT_EQ(later.open(start_).error(), QString());
   EXPECT_EQ(later.requests(), memory_.requests());
 }
 
@@ -114,7 +114,7 @@ TEST_F(RequestMemoryTest, ForgetsWhatIsTooOldWhenItIsOpened) {
   hear("P-1", "1.1", day_, 0);
   hear("P-2", "1.2", day_, 60 * 24 * 2);
   RequestMemory later(temporary_.filePath(text("requests")));
-  EXPECT_EQ(later.open(start_.addDays(91)), QString());
+  EXPECT_EQ(later.open(start_.addDays(91)).error(), QString());
   ASSERT_EQ(later.requests().size(), 1);
   EXPECT_EQ(later.requests().first().identifier, text("P-2"));
   EXPECT_FALSE(contentsOf(temporary_.filePath(text("requests"))).contains("P-1")) << "on the disk as well";
@@ -131,7 +131,7 @@ TEST_F(RequestMemoryTest, IsBoundedInNumberAndAge) {
 TEST_F(RequestMemoryTest, PassesOverRequestsThatNameNoPatient) {
   for (const QVariant& identifier :
        {QVariant(), QVariant(7), QVariant(text(" ")), QVariant(QString(300, QLatin1Char('1')))}) {
-    EXPECT_EQ(memory_.remember({{text("Identifier"), identifier}}, Growth, start_), QString());
+    EXPECT_EQ(memory_.remember({{text("Identifier"), identifier}}, Growth, start_).error(), QString());
   }
   EXPECT_TRUE(memory_.requests().isEmpty());
 }
@@ -141,7 +141,7 @@ TEST_F(RequestMemoryTest, StartsAnewWhenItsFileIsDamaged) {
   const QString path = temporary_.filePath(text("requests"));
   ASSERT_TRUE(writeTo(path, contentsOf(path).chopped(3)));
   RequestMemory later(path);
-  EXPECT_TRUE(later.open(start_).endsWith(text("earlier requests are forgotten")));
+  EXPECT_TRUE(later.open(start_).error().endsWith(text("earlier requests are forgotten")));
   EXPECT_TRUE(later.requests().isEmpty());
   EXPECT_TRUE(QFile::exists(path + text(".damaged")));
 }

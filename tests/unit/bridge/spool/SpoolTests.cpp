@@ -40,11 +40,11 @@ class SpoolTest : public ::testing::Test {
   QString inFolder(const QString& name) const { return folder() + QLatin1Char('/') + name; }
   QString added(Spool& spool, const SpooledReply& reply = someReply()) {
     const QString name = spool.newName();
-    EXPECT_EQ(spool.add(name, reply), QString());
+    EXPECT_EQ(spool.add(name, reply).error(), QString());
     return name;
   }
   SpoolItem listed(const QString& name) const {
-    for (const SpoolItem& item : Spool::list(folder()).items) {
+    for (const SpoolItem& item : Spool::list(folder()).valueOr({})) {
       if (item.name == name) return item;
     }
     ADD_FAILURE() << "not listed";
@@ -59,17 +59,15 @@ TEST_F(SpoolTest, KeepsAReplyAcrossARestart) {
   QString name;
   {
     Spool spool(folder());
-    ASSERT_EQ(spool.open(), QString());
+    ASSERT_EQ(spool.open().error(), QString());
     name = added(spool, reply);
   }
   Spool spool(folder());
-  ASSERT_EQ(spool.open(), QString());
+  ASSERT_EQ(spool.open().error(), QString());
   ASSERT_EQ(spool.waiting().size(), 1);
   EXPECT_EQ(spool.waiting().first().name, name);
   EXPECT_EQ(spool.waiting().first().sopInstanceUID, reply.sopInstanceUID);
-  QString reason;
-  bool damaged = true;
-  EXPECT_EQ(spool.read(name, reason, damaged), reply);
+  EXPECT_EQ(*spool.read(name), reply);
   EXPECT_LT(name, spool.newName());
 }
 
@@ -79,10 +77,10 @@ TEST_F(SpoolTest, IsForItsOwnerOnlyWhateverTheUmask) {
     QTemporaryDir place;
     ::chmod(QFile::encodeName(place.path()).constData(), 0700);
     Spool spool(place.filePath(text("spool")));
-    const QString error = spool.open();
+    const QString error = spool.open().error();
     const QString name = spool.newName();
-    const QString added = spool.add(name, someReply());
-    const QString changed = spool.change(name, stateOf(SpoolState::Aside));
+    const QString added = spool.add(name, someReply()).error();
+    const QString changed = spool.change(name, stateOf(SpoolState::Aside)).error();
     ::umask(before);
     EXPECT_EQ(error, QString());
     EXPECT_EQ(added, QString());
@@ -98,7 +96,7 @@ TEST_F(SpoolTest, MakesAnOpenFolderPrivate) {
   QDir().mkpath(folder());
   ::chmod(QFile::encodeName(folder()).constData(), 0755);
   Spool spool(folder());
-  ASSERT_EQ(spool.open(), QString());
+  ASSERT_EQ(spool.open().error(), QString());
   EXPECT_EQ(modeOf(folder()), 0700u);
 }
 
@@ -106,19 +104,19 @@ TEST_F(SpoolTest, LetsOneServerIn) {
   EXPECT_FALSE(Spool::isServed(folder()));
   {
     Spool first(folder());
-    ASSERT_EQ(first.open(), QString());
+    ASSERT_EQ(first.open().error(), QString());
     EXPECT_TRUE(Spool::isServed(folder()));
     Spool second(folder());
-    EXPECT_TRUE(second.open().startsWith(text("another server works in ")));
+    EXPECT_TRUE(second.open().error().startsWith(text("another server works in ")));
   }
   EXPECT_FALSE(Spool::isServed(folder()));
 }
 
 TEST_F(SpoolTest, DropsTheImageOfWhatIsStoredAndKeepsARecord) {
   Spool spool(folder());
-  ASSERT_EQ(spool.open(), QString());
+  ASSERT_EQ(spool.open().error(), QString());
   const QString name = added(spool);
-  ASSERT_EQ(spool.change(name, stateOf(SpoolState::Stored)), QString());
+  ASSERT_EQ(spool.change(name, stateOf(SpoolState::Stored)).error(), QString());
   EXPECT_EQ(filesIn(inFolder(text("replies"))), QStringList{name + text(".state")});
   EXPECT_TRUE(spool.waiting().isEmpty());
   const SpoolItem item = listed(name);
@@ -134,17 +132,17 @@ TEST_F(SpoolTest, ClearsAwayWhatAKilledServerLeft) {
   QString stored;
   {
     Spool spool(folder());
-    ASSERT_EQ(spool.open(), QString());
+    ASSERT_EQ(spool.open().error(), QString());
     stored = added(spool);
     const QByteArray reply = contentsOf(inFolder(text("replies/") + stored + text(".reply")));
-    ASSERT_EQ(spool.change(stored, stateOf(SpoolState::Stored)), QString());
+    ASSERT_EQ(spool.change(stored, stateOf(SpoolState::Stored)).error(), QString());
     // Killed between the record and the end of the image, and in the middle of two files.
     ASSERT_TRUE(writeTo(inFolder(text("replies/") + stored + text(".reply")), reply));
-    ASSERT_TRUE(writeTo(inFolder(text("replies/00000009-20240502.reply.part")), reply.left(100)));
-    ASSERT_TRUE(writeTo(inFolder(text("series/2.25.1.part")), "x"));
+    ASSERT_TRUE(writeTo(inFolder(text("replies/.0123456789abcdef.reply.unfinished")), reply.left(100)));
+    ASSERT_TRUE(writeTo(inFolder(text("series/.0123456789abcdef.1.unfinished")), "x"));
   }
   Spool spool(folder());
-  ASSERT_EQ(spool.open(), QString());
+  ASSERT_EQ(spool.open().error(), QString());
   EXPECT_EQ(filesIn(inFolder(text("replies"))), QStringList{stored + text(".state")});
   EXPECT_EQ(filesIn(inFolder(text("series"))), QStringList());
   EXPECT_TRUE(spool.waiting().isEmpty());
@@ -156,50 +154,50 @@ TEST_F(SpoolTest, SetsADamagedReplyAsideAndGoesOnWithTheRest) {
   QString damaged, whole;
   {
     Spool spool(folder());
-    ASSERT_EQ(spool.open(), QString());
+    ASSERT_EQ(spool.open().error(), QString());
     damaged = added(spool);
     whole = added(spool);
     ASSERT_TRUE(writeTo(inFolder(text("replies/") + damaged + text(".reply")), noise));
   }
   Spool spool(folder());
-  ASSERT_EQ(spool.open(), QString());
+  ASSERT_EQ(spool.open().error(), QString());
   ASSERT_EQ(spool.waiting().size(), 1);
   EXPECT_EQ(spool.waiting().first().name, whole);
   EXPECT_EQ(spool.remarks().size(), 1);
   EXPECT_EQ(contentsOf(inFolder(text("damaged/") + damaged + text(".reply"))), noise);
   EXPECT_EQ(listed(damaged).state, SpoolState::Aside);
   EXPECT_TRUE(listed(damaged).reason.endsWith(text("is damaged")));
-  EXPECT_FALSE(Spool::putBack(folder(), damaged).isNull());
+  EXPECT_FALSE(Spool::putBack(folder(), damaged).ok());
 }
 
 TEST_F(SpoolTest, SetsAReplyAsideWhoseStateIsDamaged) {
   QString name;
   {
     Spool spool(folder());
-    ASSERT_EQ(spool.open(), QString());
+    ASSERT_EQ(spool.open().error(), QString());
     name = added(spool);
     ASSERT_TRUE(writeTo(inFolder(text("replies/") + name + text(".state")), "noise"));
   }
   Spool spool(folder());
-  ASSERT_EQ(spool.open(), QString());
+  ASSERT_EQ(spool.open().error(), QString());
   EXPECT_TRUE(spool.waiting().isEmpty());
   EXPECT_EQ(contentsOf(inFolder(text("damaged/") + name + text(".state"))), QByteArray("noise"));
-  EXPECT_EQ(Spool::putBack(folder(), name), QString());
+  EXPECT_EQ(Spool::putBack(folder(), name).error(), QString());
   EXPECT_EQ(spool.takeBack(Now), QStringList{name});
   EXPECT_EQ(spool.waiting().size(), 1);
 }
 
 TEST_F(SpoolTest, GivesNamesThatItFindsAgainWhateverStandsInIt) {
-  Spool(folder()).open();
+  ASSERT_TRUE(Spool(folder()).open().ok());
   ASSERT_TRUE(writeTo(inFolder(text("damaged/99999999-20240502.reply")), "noise"));
   QString name;
   {
     Spool spool(folder());
-    ASSERT_EQ(spool.open(), QString());
+    ASSERT_EQ(spool.open().error(), QString());
     name = added(spool);
   }
   Spool spool(folder());
-  ASSERT_EQ(spool.open(), QString());
+  ASSERT_EQ(spool.open().error(), QString());
   ASSERT_EQ(spool.waiting().size(), 1);
   EXPECT_EQ(spool.waiting().first().name, name);
 }
@@ -208,26 +206,26 @@ TEST_F(SpoolTest, LeavesForeignFilesAlone) {
   QDir().mkpath(inFolder(text("replies/a-folder.reply")));
   ASSERT_TRUE(writeTo(inFolder(text("replies/notes.txt")), "hello"));
   Spool spool(folder());
-  ASSERT_EQ(spool.open(), QString());
-  EXPECT_TRUE(Spool::list(folder()).items.isEmpty());
+  ASSERT_EQ(spool.open().error(), QString());
+  EXPECT_TRUE(Spool::list(folder())->isEmpty());
   EXPECT_EQ(contentsOf(inFolder(text("replies/notes.txt"))), QByteArray("hello"));
 }
 
 TEST_F(SpoolTest, PutsBackWhatWasSetAside) {
   Spool spool(folder());
-  ASSERT_EQ(spool.open(), QString());
+  ASSERT_EQ(spool.open().error(), QString());
   const QString aside = added(spool);
   const QString waiting = added(spool);
   const QString stored = added(spool);
   EntryState state = stateOf(SpoolState::Aside);
   state.decision = Decision{study("1.2.3", "P-1"), text("2.25.9"), 9000, 3};
-  ASSERT_EQ(spool.change(aside, state), QString());
-  ASSERT_EQ(spool.change(stored, stateOf(SpoolState::Stored)), QString());
+  ASSERT_EQ(spool.change(aside, state).error(), QString());
+  ASSERT_EQ(spool.change(stored, stateOf(SpoolState::Stored)).error(), QString());
 
-  EXPECT_TRUE(Spool::putBack(folder(), waiting).endsWith(text("waits already")));
-  EXPECT_TRUE(Spool::putBack(folder(), stored).endsWith(text("is stored")));
-  EXPECT_TRUE(Spool::putBack(folder(), text("../lock")).startsWith(text("there is no ")));
-  EXPECT_EQ(Spool::putBack(folder(), aside), QString());
+  EXPECT_TRUE(Spool::putBack(folder(), waiting).error().endsWith(text("waits already")));
+  EXPECT_TRUE(Spool::putBack(folder(), stored).error().endsWith(text("is stored")));
+  EXPECT_TRUE(Spool::putBack(folder(), text("../lock")).error().startsWith(text("there is no ")));
+  EXPECT_EQ(Spool::putBack(folder(), aside).error(), QString());
   EXPECT_EQ(listed(aside).state, SpoolState::Waiting);
   EXPECT_EQ(spool.takeBack(Now), QStringList{aside});
   EXPECT_EQ(spool.takeBack(Now), QStringList());
@@ -240,16 +238,16 @@ TEST_F(SpoolTest, TakesBackAcrossARestartAndNeverWhatIsStored) {
   QString aside, stored;
   {
     Spool spool(folder());
-    ASSERT_EQ(spool.open(), QString());
+    ASSERT_EQ(spool.open().error(), QString());
     aside = added(spool);
     stored = added(spool);
-    ASSERT_EQ(spool.change(aside, stateOf(SpoolState::Aside)), QString());
-    ASSERT_EQ(spool.change(stored, stateOf(SpoolState::Stored)), QString());
+    ASSERT_EQ(spool.change(aside, stateOf(SpoolState::Aside)).error(), QString());
+    ASSERT_EQ(spool.change(stored, stateOf(SpoolState::Stored)).error(), QString());
   }
-  ASSERT_EQ(Spool::putBack(folder(), aside), QString());
+  ASSERT_EQ(Spool::putBack(folder(), aside).error(), QString());
   ASSERT_TRUE(writeTo(inFolder(text("again/") + stored), ""));
   Spool spool(folder());
-  ASSERT_EQ(spool.open(), QString());
+  ASSERT_EQ(spool.open().error(), QString());
   EXPECT_EQ(spool.takeBack(Now), QStringList{aside});
   EXPECT_EQ(listed(stored).state, SpoolState::Stored);
   EXPECT_TRUE(filesIn(inFolder(text("again"))).isEmpty());
@@ -257,27 +255,27 @@ TEST_F(SpoolTest, TakesBackAcrossARestartAndNeverWhatIsStored) {
 
 TEST_F(SpoolTest, ForgetsOldRecordsButNothingElse) {
   Spool spool(folder());
-  ASSERT_EQ(spool.open(), QString());
+  ASSERT_EQ(spool.open().error(), QString());
   const QString old = added(spool);
   const QString aside = added(spool);
   const QString young = added(spool);
-  ASSERT_EQ(spool.change(old, stateOf(SpoolState::Stored, Now.addDays(-91))), QString());
-  ASSERT_EQ(spool.change(aside, stateOf(SpoolState::Aside, Now.addDays(-900))), QString());
-  ASSERT_EQ(spool.change(young, stateOf(SpoolState::Stored, Now.addDays(-89))), QString());
+  ASSERT_EQ(spool.change(old, stateOf(SpoolState::Stored, Now.addDays(-91))).error(), QString());
+  ASSERT_EQ(spool.change(aside, stateOf(SpoolState::Aside, Now.addDays(-900))).error(), QString());
+  ASSERT_EQ(spool.change(young, stateOf(SpoolState::Stored, Now.addDays(-89))).error(), QString());
   spool.forgetOldRecords(Now);
   QStringList names;
-  for (const SpoolItem& item : Spool::list(folder()).items) names.append(item.name);
+  for (const SpoolItem& item : Spool::list(folder()).valueOr({})) names.append(item.name);
   EXPECT_EQ(names, (QStringList{aside, young}));
 }
 
 TEST_F(SpoolTest, SaysWhyItCannotBeOpened) {
   ASSERT_TRUE(writeTo(temporary_.filePath(text("state")), "a file"));
   Spool spool(folder());
-  EXPECT_TRUE(spool.open().startsWith(text("cannot make the folder ")));
+  EXPECT_TRUE(spool.open().error().startsWith(text("cannot make the folder ")));
 }
 
 TEST(SpoolList, IsEmptyForASpoolThatDoesNotExistYet) {
-  const SpoolListing listing = Spool::list(text("/nowhere/at/all"));
-  EXPECT_TRUE(listing.ok());
-  EXPECT_TRUE(listing.items.isEmpty());
+  const auto listing = Spool::list(text("/nowhere/at/all"));
+  ASSERT_TRUE(listing.ok());
+  EXPECT_TRUE(listing->isEmpty());
 }

@@ -116,7 +116,7 @@ TEST_F(KeptCopies, AreNotNamedInTheLogWhenTheyCannotBeKept) {
 
   /// A disk that has filled up.
   class FullDisk : public base::FileManager {
-    base::Result<> writeDurably(const QString&, const QByteArray&, const LastLook&) override {
+    base::Result<> writePrivately(const QString&, const QByteArray&) override {
       return base::Failure{QStringLiteral("No space left on device")};
     }
   } full;

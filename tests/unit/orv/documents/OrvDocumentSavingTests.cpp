@@ -140,9 +140,9 @@ TEST_F(SavingRecords, LeavesTheOldFileWhenItFails) {
    public:
     QString folder;
     base::Result<> writeDurably(const QString& file, const QByteArray& contents,
-                                const LastLook& lastLook) override {
+                                const FinalCheck& check) override {
       if (file.startsWith(folder)) return base::Failure{"No space left on device"};
-      return FileManager::writeDurably(file, contents, lastLook);
+      return FileManager::writeDurably(file, contents, check);
     }
   };
   document.edit("old");
@@ -245,15 +245,15 @@ TEST_F(SavingRecords, OftenPushesNobodyElsesVersionOut) {
 /// Somebody else saves while this process is between its last steps.
 class MeetingAnother : public base::FileManager {
  public:
-  std::function<void()> beforeTheLastLook;
-  std::function<void()> afterTheLastLook;
+  std::function<void()> beforeTheFinalCheck;
+  std::function<void()> afterTheFinalCheck;
   base::Result<> writeDurably(const QString& file, const QByteArray& contents,
-                              const LastLook& lastLook) override {
-    if (!lastLook) return FileManager::writeDurably(file, contents, lastLook);
+                              const FinalCheck& check) override {
+    if (!check) return FileManager::writeDurably(file, contents, check);
     return FileManager::writeDurably(file, contents, [&] {
-      if (const auto act = std::exchange(beforeTheLastLook, nullptr)) act();
-      const base::Result<> looked = lastLook();
-      if (const auto act = std::exchange(afterTheLastLook, nullptr)) act();
+      if (const auto act = std::exchange(beforeTheFinalCheck, nullptr)) act();
+      const base::Result<> looked = check();
+      if (const auto act = std::exchange(afterTheFinalCheck, nullptr)) act();
       return looked;
     });
   }
@@ -294,7 +294,7 @@ TEST_F(SavingAtTheSameTime, KeepsWhatSomebodyElseSavedInTheMeantimeAndTells) {
   ASSERT_TRUE(saveMine());
   desktop.runLoop.advance(1);
   mine.edit("mine");
-  files.beforeTheLastLook = [this] {
+  files.beforeTheFinalCheck = [this] {
     writeFromAnotherDesk("theirs");
     desktop.runLoop.advance(1);
     expectToHearOfAnother();
@@ -307,7 +307,7 @@ TEST_F(SavingAtTheSameTime, KeepsWhatSomebodyElseSavedInTheMeantimeAndTells) {
 
 TEST_F(SavingAtTheSameTime, KeepsWhatAppearsWhereNothingStoodAndTells) {
   mine.edit("mine");
-  files.afterTheLastLook = [this] {
+  files.afterTheFinalCheck = [this] {
     writeFromAnotherDesk("theirs");
     expectToHearOfAnother();
   };
@@ -320,7 +320,7 @@ TEST_F(SavingAtTheSameTime, KeepsWhatAppearsWhereNothingStoodAndTells) {
 TEST_F(SavingAtTheSameTime, IsGivenUpWhenWhatSomebodyElseSavedCannotBeKept) {
   mine.edit("mine");
   const testkit::LogRecorder log;
-  files.afterTheLastLook = [this] {
+  files.afterTheFinalCheck = [this] {
     writeFromAnotherDesk("theirs");
     write(kept() + "/Earlier Versions", "a file where the folder would be");
     desktop.alerts.expect({"The record 'record.note' could not be saved.", "OK", "", "",
@@ -339,7 +339,7 @@ TEST_F(SavingAtTheSameTime, IsGivenUpWhenWhatSomebodyElseSavedCannotBeKept) {
 
 TEST_F(SavingAtTheSameTime, OfTheSameContentIsNobodysLoss) {
   mine.edit("mine");
-  files.afterTheLastLook = [this] { writeFromAnotherDesk("mine"); };
+  files.afterTheFinalCheck = [this] { writeFromAnotherDesk("mine"); };
   EXPECT_TRUE(saveMine());
   EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "mine");
 }

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "bridge/spool/SeriesBook.h"
+#include "bridge/spool/InstanceNumbers.h"
 
 #include <QFile>
 #include <limits>
 
 #include "bridge/dicom/Capture.h"
-#include "bridge/spool/DurableFile.h"
+#include "bridge/spool/SpoolFile.h"
+
+using namespace velmora;
 
 namespace bridge {
 namespace {
@@ -22,25 +24,24 @@ int chartSeriesNumber(const QString& application) {
   return 9000 + qChecksum(QByteArrayView(text)) % 1000;
 }
 
-SeriesBook::SeriesBook(const QString& folder) : folder_(folder) {}
+InstanceNumbers::InstanceNumbers(const QString& folder) : folder_(folder) {}
 
-int SeriesBook::next(const QString& seriesInstanceUID, QString& reason) {
+base::Result<int> InstanceNumbers::next(const QString& seriesInstanceUID) {
   const QString path = folder_ + QLatin1Char('/') + seriesInstanceUID;
   int last = 0;
   if (QFile::exists(path)) {
-    const auto file = readBeginning(path, 1024, reason);
-    if (!file) return 0;
+    const base::Result<QByteArray> file = readBeginning(path, 1024);
+    if (!file) return file.failure();
     const auto contents = unsealed(Kind, *file);
     last = contents ? contents->toInt() : 0;
     if (last < 1 || last == std::numeric_limits<int>::max()) {
-      reason = QStringLiteral("%1 is damaged: write anew which number was the last, or remove it").arg(path);
-      return 0;
+      return base::Failure{
+          QStringLiteral("%1 is damaged: write anew which number was the last, or remove it").arg(path)};
     }
   }
-  const QString error = writeDurably(path, sealed(Kind, QByteArray::number(last + 1)));
-  if (error.isNull()) return last + 1;
-  reason = error;
-  return 0;
+  const base::Result<> written = writeSpoolFile(path, sealed(Kind, QByteArray::number(last + 1)));
+  if (!written) return written.failure();
+  return last + 1;
 }
 
 }  // namespace bridge

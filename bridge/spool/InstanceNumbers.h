@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include "base/Result.h"
+
 namespace bridge {
 
 /// The Series Instance UID of the charts that an application sends for a study: always the same.
@@ -11,13 +13,13 @@ QString chartSeriesUID(const QString& studyInstanceUID, const QString& applicati
 int chartSeriesNumber(const QString& application);
 
 /// Gives out the instance numbers of each series, 1 and upwards, each once: a small file for each series.
-class SeriesBook {
+class InstanceNumbers {
  public:
-  explicit SeriesBook(const QString& folder);
+  explicit InstanceNumbers(const QString& folder);
 
-  /// A number that no image of the series had before, and none will have again. 0 when it cannot be written
-  /// down, with the reason.
-  int next(const QString& seriesInstanceUID, QString& reason);
+  /// A number that no image of the series had before, and none will have again. Fails when it cannot be
+  /// written down.
+  velmora::base::Result<int> next(const QString& seriesInstanceUID);
 
  private:
   QString folder_;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "base/files/UnfinishedFile.h"
+#include "base/files/TemporaryFile.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -13,8 +13,8 @@
 #include <QRegularExpression>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 
+#include "base/SystemError.h"
 #include "base/files/FileManager.h"
 
 namespace velmora::base {
@@ -43,19 +43,20 @@ mode_t withoutRightsOfGroup(mode_t rights) {
 
 }  // namespace
 
-bool UnfinishedFile::isNameOfOne(const QString& name, QString* extension) {
+std::optional<QString> TemporaryFile::finalExtension(const QString& name) {
   static const QRegularExpression pattern(QStringLiteral("\\A\\.[0-9a-f]{16}(?:\\.(.+))?\\.unfinished\\z"));
   const auto match = pattern.match(name);
-  *extension = match.captured(1);
-  return match.hasMatch();
+  return match.hasMatch() ? std::optional(match.captured(1)) : std::nullopt;
 }
 
-UnfinishedFile::UnfinishedFile(const QString& target) : target_(QFile::encodeName(target)) {
+TemporaryFile::TemporaryFile(const QString& target) : target_(QFile::encodeName(target)) {
   const QFileInfo place(target);
   path_ = QFile::encodeName(place.absolutePath() + QLatin1Char('/') + temporaryName(pathExtension(target)));
   descriptor_ = ::open(path_.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-  error_ = descriptor_ < 0 ? errno : 0;
-  if (!isOpen()) return;
+  if (descriptor_ < 0) {
+    openError_ = errno;
+    return;
+  }
   // Says to removeAbandonedFiles() of other processes of this machine that somebody will see to this file. It
   // holds until the file is in place. Where the file system knows no locks the write goes on without.
   ::flock(descriptor_, LOCK_EX | LOCK_NB);
@@ -66,38 +67,32 @@ UnfinishedFile::UnfinishedFile(const QString& target) : target_(QFile::encodeNam
   if (newRights_ != UserOnly) ::fchmod(descriptor_, UserOnly);
 }
 
-UnfinishedFile::~UnfinishedFile() {
-  if (!isOpen()) return;
+TemporaryFile::~TemporaryFile() {
+  if (descriptor_ < 0) return;
   if (!inPlace_) ::unlink(path_.constData());
   ::close(descriptor_);
 }
 
-QString UnfinishedFile::error() const { return QString::fromLocal8Bit(std::strerror(error_)); }
-
-bool UnfinishedFile::failed() {
-  error_ = errno;
-  return false;
-}
-
-bool UnfinishedFile::write(const QByteArray& contents) {
+Result<> TemporaryFile::write(const QByteArray& contents) {
+  if (descriptor_ < 0) return Failure{systemError(openError_)};
   for (qsizetype written = 0; written < contents.size();) {
     const auto rest = static_cast<std::size_t>(contents.size() - written);
     const ssize_t count = ::write(descriptor_, contents.constData() + written, rest);
     if (count < 0 && errno == EINTR) continue;
     if (count == 0) errno = ENOSPC;
-    if (count <= 0) return failed();
+    if (count <= 0) return Failure{systemError()};
     written += count;
   }
-  return ::fsync(descriptor_) == 0 || failed();
+  return ::fsync(descriptor_) == 0 ? Result<>() : Failure{systemError()};
 }
 
-bool UnfinishedFile::setRights(mode_t rights) {
+Result<> TemporaryFile::setRights(mode_t rights) {
   // File systems without rights refuse this, and lose nothing by it.
-  return ::fchmod(descriptor_, rights) == 0 || errno == EPERM || errno == ENOTSUP || errno == ENOSYS ||
-         failed();
+  if (::fchmod(descriptor_, rights) == 0 || errno == EPERM || errno == ENOTSUP || errno == ENOSYS) return {};
+  return Failure{systemError()};
 }
 
-bool UnfinishedFile::takeAccessListOfTarget() {
+bool TemporaryFile::takeAccessListOfTarget() {
   QByteArray list(LargestAttribute, '\0');
   const ssize_t size = ::getxattr(target_.constData(), AccessList, list.data(), LargestAttribute);
   if (size > 0)
@@ -108,11 +103,11 @@ bool UnfinishedFile::takeAccessListOfTarget() {
   return true;
 }
 
-bool UnfinishedFile::takeRightsOfTarget() {
+Result<> TemporaryFile::takeRightsOfTarget() {
   struct stat standing {};
   struct stat own {};
   if (::stat(target_.constData(), &standing) != 0) return setRights(newRights_);
-  if (::fstat(descriptor_, &own) != 0) return failed();
+  if (::fstat(descriptor_, &own) != 0) return Failure{systemError()};
   // Colleagues reach a shared record through its group or its access list, and must go on doing so. A user
   // can give a file to those groups only that he is in.
   bool sameGroup = own.st_gid == standing.st_gid;
@@ -122,35 +117,44 @@ bool UnfinishedFile::takeRightsOfTarget() {
   return setRights(sameGroup && sameList ? rights : withoutRightsOfGroup(rights));
 }
 
-UnfinishedFile::Placing UnfinishedFile::rename() {
+Result<> TemporaryFile::rename() {
   inPlace_ = std::rename(path_.constData(), target_.constData()) == 0;
-  return inPlace_ || failed() ? Placing::Done : Placing::Failed;
+  return inPlace_ ? Result<>() : Failure{systemError()};
 }
 
-UnfinishedFile::Placing UnfinishedFile::replace() {
-  return takeRightsOfTarget() ? rename() : Placing::Failed;
+Result<> TemporaryFile::replace() {
+  const Result<> rights = takeRightsOfTarget();
+  return rights ? rename() : rights;
 }
 
-UnfinishedFile::Placing UnfinishedFile::placeWhereNothingStands() {
-  const auto refused = [this] {
-    failed();
-    return error_ == EEXIST ? Placing::Taken : Placing::Failed;
+Result<> TemporaryFile::replacePrivately() {
+  const Result<> rights = setRights(UserOnly);
+  return rights ? rename() : rights;
+}
+
+Result<bool> TemporaryFile::placeWhereNothingStands() {
+  const auto refused = []() -> Result<bool> {
+    if (errno == EEXIST) return false;
+    return Failure{systemError()};
   };
-  if (!setRights(newRights_)) return Placing::Failed;
+  const Result<> rights = setRights(newRights_);
+  if (!rights) return rights.failure();
   const char* from = path_.constData();
   const char* to = target_.constData();
   inPlace_ = ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0;
-  if (inPlace_) return Placing::Done;
+  if (inPlace_) return true;
   if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP && errno != EOPNOTSUPP) return refused();
   // Network file systems do not know that. Most know a second name for a file, which takes nobody's place
   // either.
   if (::link(from, to) == 0) {
     inPlace_ = true;
     ::unlink(from);
-    return Placing::Done;
+    return true;
   }
   if (errno != EPERM && errno != ENOTSUP && errno != ENOSYS) return refused();
-  return rename();
+  const Result<> renamed = rename();
+  if (!renamed) return renamed.failure();
+  return true;
 }
 
 }  // namespace velmora::base
