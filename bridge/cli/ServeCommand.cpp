@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include <signal.h>
-#include <unistd.h>
-
 #include <QCoreApplication>
-#include <QSocketNotifier>
 #include <QTimer>
-#include <array>
+#include <csignal>
 #include <cstdlib>
 #include <mutex>
 
+#include "base/process/SignalHandler.h"
 #include "bridge/cli/Commands.h"
 #include "bridge/pacs/MakePacs.h"
 #include "bridge/service/Service.h"
@@ -36,32 +33,6 @@ void say(void (*print)(const QString&), const QString& line) {
 }
 void done(const QString& line) { say(&printLine, line); }
 void failed(const QString& line) { say(&printError, line); }
-
-/// Turns SIGTERM and SIGINT into the end of the event loop.
-class EndSignals {
- public:
-  EndSignals() {
-    if (::pipe(ends_.data()) != 0) std::abort();
-    struct sigaction action {};
-    action.sa_handler = [](int) {
-      const char byte = 0;
-      [[maybe_unused]] const auto written = ::write(ends_[1], &byte, 1);
-    };
-    ::sigaction(SIGTERM, &action, nullptr);
-    ::sigaction(SIGINT, &action, nullptr);
-    notifier_ = std::make_unique<QSocketNotifier>(ends_[0], QSocketNotifier::Read);
-    QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] {
-      notifier_->setEnabled(false);
-      QCoreApplication::quit();
-    });
-    // Whoever reads our lines may go away before us.
-    ::signal(SIGPIPE, SIG_IGN);
-  }
-
- private:
-  inline static std::array<int, 2> ends_{-1, -1};
-  std::unique_ptr<QSocketNotifier> notifier_;
-};
 
 /// Listens for the applications, and says when the bus has agreed to pass everything on.
 class Listening {
@@ -122,7 +93,10 @@ int runServe(const QStringList& arguments) {
   const base::Result<> remembered = requests.open(QDateTime::currentDateTimeUtc());
   if (!remembered) failed(remembered.error());
 
-  const EndSignals signals;
+  const base::SignalHandler signalHandler({{SIGTERM, false, true}, {SIGINT, false, true}},
+                                          [] { QCoreApplication::quit(); });
+  // Whoever reads our lines may go away before us.
+  ::signal(SIGPIPE, SIG_IGN);
   const std::unique_ptr<Pacs> pacs = makePacs(config->pacs);
   Service service(spool, requests, *pacs, *config, &done, &failed);
   {

@@ -9,6 +9,7 @@
 #include <QSessionManager>
 #include <QTimer>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 
 #include "platform/documents/Application.h"
@@ -25,7 +26,7 @@
 #include "desktop/activation/DesktopActivation.h"
 #include "desktop/activation/DesktopRequests.h"
 #include "desktop/activation/DesktopRestart.h"
-#include "base/process/EndSignals.h"
+#include "base/process/SignalHandler.h"
 #include "desktop/web/HelpPages.h"
 #include "desktop/alerts/QtAlerts.h"
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
@@ -221,7 +222,7 @@ int Desktop::run(platform::DocumentController& controller) {
 
   letControllerDecideWhenToQuit(controller);
   bool ended = false;
-  const base::EndSignals endSignals([&] {
+  const base::SignalHandler signalHandler({{SIGTERM, true}, {SIGHUP}}, [&] {
     ended = true;
     controller.sessionMayEnd(false);
     base::guarded("end", [&] { controller.applicationWillTerminate(); });

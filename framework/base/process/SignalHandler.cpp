@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "base/process/EndSignals.h"
+#include "base/process/SignalHandler.h"
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -27,13 +27,14 @@ void tellMainThread(int) {
   errno = before;
 }
 
-void handle(int signal, int flags) {
+void handle(const SignalHandler::Signal& signal) {
   struct sigaction standing {};
-  if (::sigaction(signal, nullptr, &standing) != 0 || standing.sa_handler == SIG_IGN) return;
+  if (::sigaction(signal.number, nullptr, &standing) != 0) return;
+  if (standing.sa_handler == SIG_IGN && !signal.evenIfIgnored) return;
   struct sigaction action {};
   action.sa_handler = tellMainThread;
-  action.sa_flags = SA_RESTART | flags;
-  ::sigaction(signal, &action, nullptr);
+  action.sa_flags = SA_RESTART | (signal.againEndsProcess ? static_cast<int>(SA_RESETHAND) : 0);
+  ::sigaction(signal.number, &action, nullptr);
 }
 
 void handleNoMore(int signal) {
@@ -44,7 +45,8 @@ void handleNoMore(int signal) {
 
 }  // namespace
 
-EndSignals::EndSignals(std::function<void()> end) : end_(std::move(end)) {
+SignalHandler::SignalHandler(std::initializer_list<Signal> signals, std::function<void()> end)
+    : signals_(signals), end_(std::move(end)) {
   int ends[2] = {-1, -1};
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends) != 0) {
     logLine(QStringLiteral("Signals end this program without further ado: no socket is left"));
@@ -55,20 +57,18 @@ EndSignals::EndSignals(std::function<void()> end) : end_(std::move(end)) {
   notifier_ = std::make_unique<QSocketNotifier>(fromHandler, QSocketNotifier::Read);
   QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                    [this] { guarded("end by a signal", [this] { arrived(); }); });
-  handle(SIGTERM, static_cast<int>(SA_RESETHAND));
-  handle(SIGHUP, 0);
+  for (const Signal& signal : signals_) handle(signal);
 }
 
-EndSignals::~EndSignals() {
+SignalHandler::~SignalHandler() {
   if (!notifier_) return;
-  handleNoMore(SIGTERM);
-  handleNoMore(SIGHUP);
+  for (const Signal& signal : signals_) handleNoMore(signal.number);
   notifier_.reset();
   ::close(std::exchange(toMainThread, -1));
   ::close(std::exchange(fromHandler, -1));
 }
 
-void EndSignals::arrived() {
+void SignalHandler::arrived() {
   // Once is enough.
   notifier_->setEnabled(false);
   end_();
