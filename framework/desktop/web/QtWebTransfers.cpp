@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "desktop/web/QtWebTransfers.h"
 
-#include <algorithm>
-#include <utility>
-
-#include "base/log/Guard.h"
 #include "platform/text/Localization.h"
 
 namespace velmora::desktop {
@@ -12,21 +8,14 @@ namespace velmora::desktop {
 namespace {
 
 constexpr int MostRedirects = 5;
-/// What may wait, received and not yet taken: keeps a fast server from filling the memory.
-constexpr qint64 ReadAhead = 64 * 1024;
 constexpr int StatusOk = 200;
 
-QString tooLarge() { return platform::localizedString("OrvVersion", "The server's answer is too large."); }
-
-/// A request that says nothing of who asks. Qt would otherwise add a list of the user's languages and a name
-/// of its own, keep the connection for later, and unpack whatever size a packed answer has.
-QNetworkRequest plainRequest(const QUrl& url) {
-  QNetworkRequest request(url);
-  request.setRawHeader("User-Agent", "Velmora");
+/// A request that says nothing of who asks. Qt would otherwise add a list of the user's languages, and keep
+/// the connection for later.
+QNetworkRequest requestFor(const QUrl& url) {
+  QNetworkRequest request = base::HttpExchange::plainRequest(url, "Velmora");
   request.setRawHeader("Accept-Language", "*");
-  request.setRawHeader("Accept-Encoding", "identity");
   request.setRawHeader("Connection", "close");
-  request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
   request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
   request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
   request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
@@ -60,65 +49,41 @@ QString sentenceFor(QNetworkReply::NetworkError error) {
   }
 }
 
-/// Why a transfer that has finished brought no page; null when it did.
-QString failureOf(const QNetworkReply& reply) {
-  const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-  const bool moved = status / 100 == 3 && reply.hasRawHeader("Location");
-  if (status != 0 && status != StatusOk && !moved)
-    return platform::formatted(platform::localizedString("OrvVersion", "The server answered with status %@."),
-                               {QString::number(status)});
-  return reply.error() == QNetworkReply::NoError ? QString() : sentenceFor(reply.error());
+/// The page, or why there is none.
+platform::WebAnswer pageOf(const base::HttpAnswer& answer) {
+  if (answer.end == base::HttpAnswer::End::TooLarge)
+    return {{}, platform::localizedString("OrvVersion", "The server's answer is too large.")};
+  const bool moved = answer.status / 100 == 3 && !answer.header("Location").isNull();
+  if (answer.status != 0 && answer.status != StatusOk && !moved)
+    return {
+        {},
+        platform::formatted(platform::localizedString("OrvVersion", "The server answered with status %@."),
+                            {QString::number(answer.status)})};
+  if (answer.error != QNetworkReply::NoError) return {{}, sentenceFor(answer.error)};
+  return {answer.body, {}};
 }
 
 }  // namespace
 
 void QtWebTransfers::start(quint64 id, const QUrl& url, qint64 limit) {
-  auto* network = new QNetworkAccessManager(this);
-  QNetworkReply* reply = network->get(plainRequest(url));
-  reply->setReadBufferSize(std::min(limit, ReadAhead) + 1);
-  transfers_.emplace(id, Transfer{network, reply, limit, {}});
-  connect(reply, &QNetworkReply::readyRead, this,
-          [this, id] { base::guarded("web", [&] { takeWhatCame(id); }); });
-  connect(reply, &QNetworkReply::finished, this, [this, id, reply] {
-    base::guarded("web", [&] {
-      takeWhatCame(id);
-      const auto transfer = transfers_.find(id);
-      if (transfer == transfers_.end()) return;
-      const QString failure = failureOf(*reply);
-      end(id, failure.isNull() ? platform::WebAnswer{transfer->second.body, {}}
-                               : platform::WebAnswer{{}, failure});
-    });
-  });
-}
-
-void QtWebTransfers::takeWhatCame(quint64 id) {
-  const auto found = transfers_.find(id);
-  if (found == transfers_.end()) return;
-  Transfer& transfer = found->second;
-  const qint64 announced = transfer.reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
-  transfer.body += transfer.reply->read(transfer.limit + 1 - transfer.body.size());
-  if (std::max<qint64>(announced, transfer.body.size()) > transfer.limit) end(id, {{}, tooLarge()});
+  transfers_[id] = std::make_unique<base::HttpExchange>(
+      requestFor(url), std::nullopt, base::HttpExchange::Limits{limit},
+      base::HttpExchange::Proxy::OfTheSystem, [this, id](const base::HttpAnswer& answer) {
+        stop(id);
+        ended_(id, pageOf(answer));
+      });
 }
 
 void QtWebTransfers::stop(quint64 id) {
   const auto found = transfers_.find(id);
   if (found == transfers_.end()) return;
-  const Transfer transfer = found->second;
+  // Later, as its own end may be what brought us here.
+  found->second.release()->deleteLater();
   transfers_.erase(found);
-  transfer.reply->disconnect(this);
-  // Takes the reply with it, which breaks off what is under way. Later, as a signal of the reply may be what
-  // brought us here.
-  transfer.network->deleteLater();
 }
 
 void QtWebTransfers::stopAll() {
   while (!transfers_.empty()) stop(transfers_.begin()->first);
-}
-
-void QtWebTransfers::end(quint64 id, const platform::WebAnswer& answer) {
-  const platform::WebAnswer last = answer;
-  stop(id);
-  ended_(id, last);
 }
 
 }  // namespace velmora::desktop

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QObject>
+#include <QStringList>
+#include <QTimer>
+#include <QUrl>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace velmora::base {
+
+/// How an exchange ended, and what came of it.
+struct HttpAnswer {
+  enum class End {
+    Finished,  ///< the server answered, or `error` says why it did not
+    TooLarge,  ///< the body is larger than was allowed
+    TimedOut   ///< the answer was not whole in time
+  };
+  End end = End::Finished;
+  int status = 0;  ///< 0 when none came
+  QByteArray body;
+  QList<QNetworkReply::RawHeaderPair> headers;
+  /// What Qt calls an error, which statuses of 400 and more are to it.
+  QNetworkReply::NetworkError error = QNetworkReply::NoError;
+  QString errorText;
+  QStringList tlsErrors;  ///< what is wrong with the server's certificate
+
+  /// The first header of that name, in whatever case; a null array when there is none.
+  QByteArray header(const char* name) const;
+};
+
+/// One HTTP request and its answer, within a size and a time. It remembers nothing of other exchanges
+/// (connections, cookies, passwords) and leaves nothing to them.
+///
+/// Lives on a thread with an event loop. Its end breaks off what is under way; nothing is said then.
+///
+/// Memory is bounded for the body, not for what comes before it: Qt reads a head that never ends for as long
+/// as it comes in, at about 2 MB a second and even after the request was given up (6.4.2).
+class HttpExchange : public QObject {
+ public:
+  struct Limits {
+    qint64 bytes;                          ///< of the answer's body
+    std::chrono::milliseconds timeout{0};  ///< for everything; 0 for as long as it takes
+  };
+  enum class Proxy { OfTheSystem, None };
+  /// Called once, from the event loop. It may ask for the exchange to be deleted later, and not delete it.
+  using Ended = std::function<void(const HttpAnswer&)>;
+
+  /// A request of HTTP/1.1 that says nothing of who asks but `userAgent`, and follows no redirection. The
+  /// answer is not to be packed: it could swell while it is unpacked.
+  static QNetworkRequest plainRequest(const QUrl& url, const QByteArray& userAgent);
+
+  /// Begins with the request: POST with a body, GET without one.
+  HttpExchange(const QNetworkRequest& request, const std::optional<QByteArray>& body, Limits limits,
+               Proxy proxy, Ended ended);
+  ~HttpExchange() override;
+
+ private:
+  void read();
+  void finish();
+  void end(HttpAnswer::End end);
+
+  Limits limits_;
+  Ended ended_;
+  QNetworkAccessManager manager_;
+  std::unique_ptr<QNetworkReply> reply_;
+  QTimer deadline_;
+  HttpAnswer answer_;
+};
+
+}  // namespace velmora::base
