@@ -16,7 +16,7 @@ ROOT = sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(__file
 # Who may stand in whose list, from the ground up. A name stands for the storey and every folder of it.
 STOREYS = {
     "base": [],
-    "link": [],
+    "link": ["base"],
     "platform": ["base"],
     "desktop": ["base", "link", "platform"],
     "orv": ["base", "platform"],
@@ -29,7 +29,7 @@ STOREYS = {
 BESIDE = {
     "apps/": ["apps/", "base/", "desktop/", "orv/", "platform/", "velmora/"],
     "bench/": ["bench/", "base/", "orv/", "platform/", "velmora/"],
-    "bridge/orthanc/": ["bridge/orthanc/"],
+    "bridge/orthanc/": ["bridge/orthanc/", "link/protocol/"],
     "bridge/testing/": ["bridge/testing/", "bridge/config/", "bridge/dicom/", "testing/"],
     "demo/": ["demo/", "bridge/dicom/", "bridge/testing/", "testing/"],
 }

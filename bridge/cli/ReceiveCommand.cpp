@@ -4,7 +4,7 @@
 #include <chrono>
 
 #include "bridge/cli/Commands.h"
-#include "bridge/link/LinkReply.h"
+#include "bridge/cli/ReplySummary.h"
 #include "bridge/cli/ReplyFolder.h"
 #include "link/bus/BusLink.h"
 #include "link/protocol/LinkProtocol.h"
@@ -67,9 +67,9 @@ class Receiver : public QObject {
   void take(const QVariantMap& reply, const QDateTime& arrival) {
     if (ended_) return;
     const QString number = folder_.nextNumber();
-    const QString error = folder_.write(reply);
-    if (!error.isNull()) {
-      printError(error);
+    const base::Result<> written = folder_.write(reply);
+    if (!written) {
+      printError(written.error());
       end(Failure);
       return;
     }
@@ -119,9 +119,9 @@ int runReceive(const QStringList& arguments) {
     return WrongUsage;
   }
   ReplyFolder folder(parser.value(QStringLiteral("out")));
-  const QString error = folder.open();
-  if (!error.isNull()) {
-    printError(error);
+  const base::Result<> opened = folder.open();
+  if (!opened) {
+    printError(opened.error());
     return Failure;
   }
 

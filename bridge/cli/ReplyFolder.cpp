@@ -1,26 +1,22 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "bridge/cli/ReplyFolder.h"
 
-#include <unistd.h>
-
 #include <QJsonDocument>
 #include <QRegularExpression>
-#include <QSaveFile>
 
-#include "bridge/link/LinkReply.h"
+#include "base/files/FileManager.h"
+#include "bridge/cli/ReplySummary.h"
+#include "link/protocol/LinkPayload.h"
+
+using namespace velmora;
 
 namespace bridge {
 namespace {
 
-/// Writes a whole file or none. Every step is checked, because QSaveFile alone does not notice a full disk.
-QString writeWhole(const QString& path, const QByteArray& contents) {
-  QSaveFile file(path);
-  bool written = file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size() && file.flush() &&
-                 ::fsync(file.handle()) == 0;
-  if (!written) file.cancelWriting();
-  written = file.commit() && written;
-  if (written) return QString();
-  return QStringLiteral("cannot write %1: %2").arg(path, file.errorString());
+base::Result<> writeFile(const QString& path, const QByteArray& contents) {
+  const base::Result<> written = base::FileManager().writeDurably(path, contents);
+  if (written) return written;
+  return base::Failure{QStringLiteral("cannot write %1: %2").arg(path, written.error())};
 }
 
 }  // namespace
@@ -30,14 +26,14 @@ ReplyFolder::ReplyFolder(const QString& path)
   lock_.setStaleLockTime(0);  // a receiver may listen for days; only one that has ended leaves a stale lock
 }
 
-QString ReplyFolder::open() {
+base::Result<> ReplyFolder::open() {
   if (!folder_.mkpath(QStringLiteral("."))) {
-    return QStringLiteral("cannot make the folder %1").arg(folder_.path());
+    return base::Failure{QStringLiteral("cannot make the folder %1").arg(folder_.path())};
   }
   if (!lock_.tryLock()) {
-    return lock_.error() == QLockFile::LockFailedError
-               ? QStringLiteral("another receiver writes into %1").arg(folder_.path())
-               : QStringLiteral("cannot write into %1").arg(folder_.path());
+    return base::Failure{lock_.error() == QLockFile::LockFailedError
+                             ? QStringLiteral("another receiver writes into %1").arg(folder_.path())
+                             : QStringLiteral("cannot write into %1").arg(folder_.path())};
   }
   static const QRegularExpression form(QStringLiteral("\\A([0-9]{4,9})\\.(jpg|json)\\z"));
   const QStringList names = folder_.entryList(QDir::AllEntries | QDir::Hidden | QDir::System);
@@ -45,20 +41,20 @@ QString ReplyFolder::open() {
     const QRegularExpressionMatch match = form.match(name);
     if (match.hasMatch()) next_ = qMax(next_, match.captured(1).toInt() + 1);
   }
-  return QString();
+  return {};
 }
 
 QString ReplyFolder::nextNumber() const { return QStringLiteral("%1").arg(next_, 4, 10, QLatin1Char('0')); }
 
-QString ReplyFolder::write(const QVariantMap& reply) {
-  const QString base = folder_.filePath(nextNumber());
+base::Result<> ReplyFolder::write(const QVariantMap& reply) {
+  const QString path = folder_.filePath(nextNumber());
   ++next_;
-  const QByteArray jpeg = jpegOf(reply);
+  const QByteArray jpeg = link::jpegOf(reply);
   if (!jpeg.isEmpty()) {
-    const QString error = writeWhole(base + QStringLiteral(".jpg"), jpeg);
-    if (!error.isNull()) return error;
+    const base::Result<> written = writeFile(path + QStringLiteral(".jpg"), jpeg);
+    if (!written) return written;
   }
-  return writeWhole(base + QStringLiteral(".json"), QJsonDocument(jsonOf(reply)).toJson());
+  return writeFile(path + QStringLiteral(".json"), QJsonDocument(jsonOf(reply)).toJson());
 }
 
 }  // namespace bridge

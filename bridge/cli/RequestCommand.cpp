@@ -3,9 +3,10 @@
 #include <array>
 
 #include "bridge/cli/Commands.h"
-#include "bridge/link/LinkRequest.h"
+#include "bridge/cli/StudyJson.h"
 #include "bridge/cli/SendRequest.h"
 #include "link/wire/WireForm.h"
+#include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 
 using namespace velmora;
@@ -36,24 +37,25 @@ const std::array<KeyOption, 5>& keyOptions() {
 }
 
 /// The study that file and options describe; options come before the file.
-RequestResult studyFrom(const QCommandLineParser& parser) {
-  RequestResult study;
+base::Result<QVariantMap> studyFrom(const QCommandLineParser& parser) {
+  QVariantMap study;
   const QString path = parser.value(QStringLiteral("json"));
   if (parser.isSet(QStringLiteral("json"))) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-      return {{}, QStringLiteral("cannot read %1: %2").arg(path, file.errorString())};
+      return base::Failure{QStringLiteral("cannot read %1: %2").arg(path, file.errorString())};
     }
     const QByteArray contents = file.read(link::MaximumSize + 1);
     if (file.error() != QFile::NoError) {
-      return {{}, QStringLiteral("cannot read %1: %2").arg(path, file.errorString())};
+      return base::Failure{QStringLiteral("cannot read %1: %2").arg(path, file.errorString())};
     }
-    if (contents.size() > link::MaximumSize) return {{}, path + QStringLiteral(" is too large")};
-    study = studyFromJson(contents);
-    if (!study.ok()) return {{}, QStringLiteral("%1 is %2").arg(path, study.error)};
+    if (contents.size() > link::MaximumSize) return base::Failure{path + QStringLiteral(" is too large")};
+    base::Result<QVariantMap> read = studyFromJson(contents);
+    if (!read) return base::Failure{QStringLiteral("%1 is %2").arg(path, read.error())};
+    study = std::move(read).value();
   }
   for (const KeyOption& each : keyOptions()) {
-    if (parser.isSet(each.option)) study.values.insert(each.key, parser.value(each.option));
+    if (parser.isSet(each.option)) study.insert(each.key, parser.value(each.option));
   }
   return study;
 }
@@ -81,15 +83,15 @@ int runRequest(const QStringList& arguments) {
 
   const auto application = applicationOption(parser);
   if (!application) return WrongUsage;
-  const RequestResult study = studyFrom(parser);
-  const RequestResult request = study.ok() ? linkRequest(study.values) : study;
-  if (!request.ok()) {
-    printError(request.error);
+  const base::Result<QVariantMap> study = studyFrom(parser);
+  const base::Result<QVariantMap> request = study ? protocol::requestPayload(*study) : study;
+  if (!request) {
+    printError(request.error());
     return WrongUsage;
   }
-  const QString error = sendRequest(*application, request.values);
-  if (error.isNull()) return Success;
-  printError(error);
+  const base::Result<> sent = sendRequest(*application, *request);
+  if (sent) return Success;
+  printError(sent.error());
   return Failure;
 }
 

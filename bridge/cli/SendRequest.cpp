@@ -16,20 +16,20 @@ namespace bridge {
 
 namespace protocol = velmora::link;
 
-QString sendRequest(const QString& application, const QVariantMap& details) {
+base::Result<> sendRequest(const QString& application, const QVariantMap& details) {
   const link::Message message{protocol::notificationName(application), protocol::RequestObject, details};
   const link::Outgoing check = link::toBus(message);
   if (!check.refusal.isNull() || !check.dropped.isEmpty()) {
-    return QStringLiteral("cannot be sent: ") +
-           (check.refusal.isNull() ? check.dropped.join(QStringLiteral(", ")) : check.refusal);
+    return base::Failure{QStringLiteral("cannot be sent: ") +
+                         (check.refusal.isNull() ? check.dropped.join(QStringLiteral(", ")) : check.refusal)};
   }
   link::BusLink bus(
       QString(), [](const link::Message&) {}, [](const QString& line) { printError(line); });
   bus.post(message);
-  if (!bus.flush(std::chrono::seconds(20))) return QStringLiteral("not sent");
+  if (!bus.flush(std::chrono::seconds(20))) return base::Failure{QStringLiteral("not sent")};
   printLine(QStringLiteral("sent ") + details.value(protocol::Identifier).toString() +
             QStringLiteral(" to ") + application);
-  return QString();
+  return {};
 }
 
 bool mayBeRunning(const QString& application) {

@@ -4,11 +4,13 @@
 #include <QString>
 #include <QVariantMap>
 
+#include "base/Result.h"
+
 namespace bridge {
 
-/// Sends a link request to the application with that bundle identifier and says so. Null when the session bus
-/// has it; otherwise why not, in words for the user.
-QString sendRequest(const QString& application, const QVariantMap& details);
+/// Sends a link request to the application with that bundle identifier and says so. Succeeds when the session
+/// bus has it.
+velmora::base::Result<> sendRequest(const QString& application, const QVariantMap& details);
 
 /// Whether an application of that bundle identifier is known to be running: it has that name on the session
 /// bus. True, too, when the bus cannot be asked.

@@ -7,8 +7,10 @@
 #include <algorithm>
 #include <optional>
 
-#include "bridge/link/LinkDates.h"
-#include "bridge/link/LinkRequest.h"
+#include "base/CalendarDay.h"
+#include "link/protocol/BundleIdentifier.h"
+
+using namespace velmora;
 
 namespace bridge {
 
@@ -63,11 +65,11 @@ QString take(StudyAddress& address, const QString& key, const QString& value) {
     if (!isPlainIdentifier(value)) return QStringLiteral("its patient identifier is not acceptable");
     address.query.patientID = value;
   } else if (key == QLatin1String("date")) {
-    if (!noonOfDay(value)) return QStringLiteral("its date is not of the form YYYY-MM-DD");
-    address.query.studyDate = QDate::fromString(value, Qt::ISODate);
+    const QDate day = base::dayFromIso(value);
+    if (!base::noonOf(day).isValid()) return QStringLiteral("its date is not of the form YYYY-MM-DD");
+    address.query.studyDate = day;
   } else if (key == QLatin1String("application")) {
-    if (value.size() > 255 || !isBundleIdentifier(value))
-      return QStringLiteral("its application is no bundle identifier");
+    if (!link::isBundleIdentifier(value)) return QStringLiteral("its application is no bundle identifier");
     address.application = value;
   } else {
     return QStringLiteral("it has a key that does not belong there");

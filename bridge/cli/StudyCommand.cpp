@@ -5,14 +5,16 @@
 
 #include "bridge/cli/Commands.h"
 #include "bridge/cli/DesktopNotice.h"
-#include "bridge/link/LinkDates.h"
-#include "bridge/link/LinkRequest.h"
+#include "base/CalendarDay.h"
+#include "link/protocol/LinkPayload.h"
 #include "bridge/cli/SendRequest.h"
 #include "bridge/cli/StudyAddress.h"
 #include "bridge/dicom/PersonName.h"
 #include "bridge/dicom/StudyFile.h"
 #include "bridge/pacs/MakePacs.h"
 #include "link/protocol/LinkProtocol.h"
+
+using namespace velmora;
 
 namespace bridge {
 namespace {
@@ -61,23 +63,22 @@ Choice chosenFrom(const PacsSettings& settings, const StudyQuery& query) {
 }
 
 /// The link request for a study. What the study does not say is not sent.
-RequestResult requestFor(const Study& study) {
+base::Result<QVariantMap> requestFor(const Study& study) {
   if (study.patientID.isEmpty())
-    return {{}, QStringLiteral("the study has no patient identifier (Patient ID)")};
+    return base::Failure{QStringLiteral("the study has no patient identifier (Patient ID)")};
   QVariantMap details{{protocol::Identifier, study.patientID},
                       {protocol::OsiriXStudyID, study.studyInstanceUID}};
   const QString name = readablePersonName(study.patientName);
   if (!name.isEmpty()) details.insert(protocol::Name, name);
   if (study.birthDate.isValid()) details.insert(protocol::DateOfBirth, study.birthDate.toString(Qt::ISODate));
   if (study.studyDate.isValid()) details.insert(protocol::DateOfStudy, study.studyDate.toString(Qt::ISODate));
-  return linkRequest(details);
+  return protocol::requestPayload(details);
 }
 
-/// Null when the study was sent; otherwise why not.
-QString send(const Choice& choice, const QString& application) {
-  if (!choice.error.isNull()) return choice.error;
-  const RequestResult request = requestFor(choice.study);
-  return request.ok() ? sendRequest(application, request.values) : request.error;
+base::Result<> send(const Choice& choice, const QString& application) {
+  if (!choice.error.isNull()) return base::Failure{choice.error};
+  const base::Result<QVariantMap> request = requestFor(choice.study);
+  return request ? sendRequest(application, *request) : request.failure();
 }
 
 /// What to say when a study was sent and nobody seems to have heard it; null when there is nothing to say. A
@@ -112,11 +113,12 @@ std::optional<StudyQuery> queryOf(const QCommandLineParser& parser) {
   }
   if (parser.isSet(QStringLiteral("date"))) {
     const QString date = parser.value(QStringLiteral("date"));
-    if (!noonOfDay(date)) {
+    const QDate day = base::dayFromIso(date);
+    if (!base::noonOf(day).isValid()) {
       wrong(QStringLiteral("--date: \"%1\" is not a date of the form YYYY-MM-DD").arg(date));
       return std::nullopt;
     }
-    query.studyDate = QDate::fromString(date, Qt::ISODate);
+    query.studyDate = day;
   }
   return query;
 }
@@ -184,13 +186,13 @@ int runStudy(const QStringList& arguments) {
   } else {
     choice = chosenFrom(config.pacs, *query);
   }
-  const QString error = send(choice, *application);
-  if (error.isNull()) {
+  const base::Result<> sent = send(choice, *application);
+  if (sent) {
     const QString warning = warningAbout(*application);
     if (!warning.isNull()) printError(warning);
     return Success;
   }
-  printError(error);
+  printError(sent.error());
   for (const QString& line : std::as_const(choice.candidates)) printLine(line);
   return Failure;
 }
@@ -224,12 +226,12 @@ int runOpen(const QStringList& arguments) {
         WrongUsage);
   }
   const Choice choice = chosenFrom(read.config.pacs, address.query);
-  const QString error = send(choice, application);
-  if (error.isNull()) {
+  const base::Result<> sent = send(choice, application);
+  if (sent) {
     const QString warning = warningAbout(application);
     return warning.isNull() ? Success : refuse(warning, Success);
   }
-  return refuse((QStringList(error) + choice.candidates).join(QLatin1Char('\n')), Failure);
+  return refuse((QStringList(sent.error()) + choice.candidates).join(QLatin1Char('\n')), Failure);
 }
 
 }  // namespace bridge

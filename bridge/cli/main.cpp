@@ -7,7 +7,7 @@
 #include <cstdio>
 
 #include "bridge/cli/Commands.h"
-#include "bridge/link/LinkRequest.h"
+#include "link/protocol/BundleIdentifier.h"
 
 namespace bridge {
 
@@ -46,7 +46,7 @@ std::optional<int> parse(QCommandLineParser& parser, const QStringList& argument
 
 std::optional<QString> applicationOption(const QCommandLineParser& parser) {
   const QString application = parser.value(QStringLiteral("application"));
-  if (isBundleIdentifier(application)) return application;
+  if (velmora::link::isBundleIdentifier(application)) return application;
   printError(application.isEmpty()
                  ? QStringLiteral("--application is missing")
                  : QStringLiteral("--application: \"%1\" is not a bundle identifier").arg(application));

@@ -13,7 +13,7 @@
 #include <optional>
 
 #include "bridge/config/ConfigFile.h"
-#include "bridge/link/LinkRequest.h"
+#include "link/protocol/BundleIdentifier.h"
 
 namespace bridge {
 namespace {
@@ -122,7 +122,7 @@ QString takeNames(QStringList& applications, const QString& value) {
   const QStringList names = value.split(QLatin1Char(','));
   for (const QString& each : names) {
     const QString name = each.trimmed();
-    if (!isBundleIdentifier(name))
+    if (!velmora::link::isBundleIdentifier(name))
       return QStringLiteral("names \"%1\", which is no bundle identifier").arg(name);
     if (applications.contains(name)) return QStringLiteral("names \"%1\" twice").arg(name);
     applications.append(name);

@@ -4,21 +4,15 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QRegularExpression>
 
 #include "bridge/orthanc/PageScriptText.h"
+#include "link/protocol/BundleIdentifier.h"
 
 namespace bridge {
 namespace {
 
 constexpr qsizetype LongestName = 64;
-constexpr qsizetype LongestIdentifier = 255;
 constexpr qsizetype MostApplications = 20;
-
-bool isBundleIdentifier(const QString& text) {
-  static const QRegularExpression form(QStringLiteral("\\A[A-Za-z0-9._-]+\\z"));
-  return text.size() <= LongestIdentifier && form.match(text).hasMatch();
-}
 
 /// The applications of the section "Velmora", and what is wrong with it.
 QJsonArray applicationsIn(const QJsonValue& section, QStringList& complaints) {
@@ -44,7 +38,7 @@ QJsonArray applicationsIn(const QJsonValue& section, QStringList& complaints) {
       complaints.append(QStringLiteral("application %1 of \"Velmora\" has no \"Name\" of 1 to %2 characters")
                             .arg(number)
                             .arg(LongestName));
-    } else if (!isBundleIdentifier(identifier)) {
+    } else if (!velmora::link::isBundleIdentifier(identifier)) {
       complaints.append(
           QStringLiteral("the \"BundleIdentifier\" of application %1 of \"Velmora\" is none; it has "
                          "letters, digits, dots, hyphens and underscores")

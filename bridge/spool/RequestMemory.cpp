@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "base/CalendarDay.h"
 #include "bridge/spool/SpoolFile.h"
 #include "link/protocol/LinkProtocol.h"
 
@@ -74,7 +75,7 @@ base::Result<> RequestMemory::remember(const QVariantMap& request, const QString
   heard.studyUID = textOf(request, protocol::OsiriXStudyID).trimmed();
   heard.time = time.toUTC();
   const QVariant day = request.value(protocol::DateOfStudy);
-  if (day.typeId() == QMetaType::QDateTime) heard.studyDay = day.toDateTime().toLocalTime().date();
+  if (day.typeId() == QMetaType::QDateTime) heard.studyDay = base::localDayOf(day.toDateTime());
   if (heard.identifier.isEmpty() || heard.identifier.size() > LongestText) return {};
   // The application has got it all the same: a later reply may belong to it, and to no earlier one.
   if (heard.studyUID.size() > LongestText) heard.studyUID.clear();

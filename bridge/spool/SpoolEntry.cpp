@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include "bridge/spool/SpoolFile.h"
+#include "base/CalendarDay.h"
 #include "link/protocol/LinkProtocol.h"
 
 namespace protocol = velmora::link;
@@ -157,7 +158,7 @@ class Taking {
     const QVariant value = reply_.value(key);
     if (!value.isValid()) return QDate();
     const QDate day =
-        value.typeId() == QMetaType::QDateTime ? value.toDateTime().toLocalTime().date() : QDate();
+        value.typeId() == QMetaType::QDateTime ? velmora::base::localDayOf(value.toDateTime()) : QDate();
     // The far ends of what a date can be do not survive being written.
     if (day.isValid() && day.year() >= 1 && day.year() <= 9999) return day;
     complain(key + QStringLiteral(" is not a date"));

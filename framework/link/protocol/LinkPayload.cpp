@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "link/protocol/LinkPayload.h"
 
+#include <QMetaType>
+#include <QStringList>
+
+#include "base/CalendarDay.h"
 #include "link/protocol/LinkProtocol.h"
 
 namespace velmora::link {
@@ -15,6 +19,67 @@ QVariantMap replyPayload(const ChartExport& chart) {
   if (chart.examDate.isValid()) payload.insert(DateOfStudy, chart.examDate);
   payload.insert(JPEG, chart.jpeg);
   return payload;
+}
+
+QString complaintsAbout(const QVariantMap& reply) {
+  QStringList complaints;
+  const auto expect = [&](const QString& key, QMetaType::Type type, const QString& kind, bool always) {
+    const QVariant value = reply.value(key);
+    if (!value.isValid()) {
+      if (always) complaints.append(QStringLiteral("no ") + key);
+    } else if (value.typeId() != type) {
+      complaints.append(QStringLiteral("%1 is not %2").arg(key, kind));
+    }
+  };
+  const QString text = QStringLiteral("a string");
+  const QString date = QStringLiteral("a date");
+  expect(Identifier, QMetaType::QString, text, true);
+  expect(StudyDescription, QMetaType::QString, text, true);
+  expect(JPEG, QMetaType::QByteArray, QStringLiteral("bytes"), true);
+  expect(Name, QMetaType::QString, text, false);
+  expect(DateOfBirth, QMetaType::QDateTime, date, false);
+  expect(DateOfStudy, QMetaType::QDateTime, date, false);
+  // Every JPEG file begins with the start-of-image marker (ITU-T T.81, B.1.1.3) and the first byte of the
+  // next one.
+  if (reply.value(JPEG).typeId() == QMetaType::QByteArray && !jpegOf(reply).startsWith("\xff\xd8\xff")) {
+    complaints.append(JPEG + QStringLiteral(" is not a JPEG file image"));
+  }
+  return complaints.join(QStringLiteral(", "));
+}
+
+QByteArray jpegOf(const QVariantMap& reply) {
+  const QVariant value = reply.value(JPEG);
+  return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : QByteArray();
+}
+
+base::Result<QVariantMap> requestPayload(const QVariantMap& study) {
+  if (!study.contains(Identifier))
+    return base::Failure{QStringLiteral("the patient's identifier is missing")};
+  QVariantMap request;
+  for (auto entry = study.begin(); entry != study.end(); ++entry) {
+    const QString& key = entry.key();
+    const bool isText = entry.value().typeId() == QMetaType::QString;
+    const QString text = entry.value().toString();
+    if (key == Identifier || key == Name) {
+      if (!isText) return base::Failure{key + QStringLiteral(" is not a string")};
+      request.insert(key, text);
+    } else if (key == DateOfBirth || key == DateOfStudy) {
+      const QDateTime noon = isText ? base::noonOf(base::dayFromIso(text)) : QDateTime();
+      if (!noon.isValid()) {
+        return base::Failure{
+            QStringLiteral("%1: \"%2\" is not a date of the form YYYY-MM-DD").arg(key, text)};
+      }
+      request.insert(key, noon);
+    } else if (key == OsiriXStudyID) {
+      request.insert(key, entry.value());
+    } else {
+      return base::Failure{QStringLiteral("a link request has no key \"%1\"").arg(key)};
+    }
+  }
+  if (request.value(Identifier).toString().isEmpty()) {
+    return base::Failure{QStringLiteral("the patient's identifier is empty")};
+  }
+  return request;
 }
 
 QString fileNameIdentifier(const QString& identifier) {

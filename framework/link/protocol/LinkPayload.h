@@ -7,6 +7,8 @@
 #include <QVariant>
 #include <QVariantMap>
 
+#include "base/Result.h"
+
 namespace velmora::link {
 
 /// The local notification with which a document hands a chart over for sending; its object is the payload.
@@ -30,6 +32,15 @@ struct ChartExport {
 
 /// The payload of the link reply.
 QVariantMap replyPayload(const ChartExport& chart);
+/// What is not as it should be in the payload of a reply that came, in words for the user; empty when all is.
+QString complaintsAbout(const QVariantMap& reply);
+/// The chart of a reply that came; no bytes when there is none.
+QByteArray jpegOf(const QVariantMap& reply);
+
+/// The payload of the link request for a study: strings stay, dates written "YYYY-MM-DD" become points in
+/// time, the study's identifier is any value and goes as it is. The patient's identifier is required; an
+/// unknown key is an error, since it is most likely a known one mistyped.
+base::Result<QVariantMap> requestPayload(const QVariantMap& study);
 
 /// The identifier as it names the patient's data file: every "/" is "-".
 QString fileNameIdentifier(const QString& identifier);

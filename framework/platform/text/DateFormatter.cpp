@@ -122,13 +122,4 @@ QDate DateFormatter::dayFromString(const QString& text) const {
   return date.isValid() && date.year() >= 1 ? date : QDate();
 }
 
-QDateTime noonOf(const QDate& day) {
-  if (!day.isValid()) return {};
-  const QDateTime noon(day, QTime(12, 0));
-  if (noon.isValid()) return noon;
-  // Clocks have jumped over noon, too: Morocco's did on 3 June 1967.
-  const QDateTime later(day, QTime(13, 0));
-  return later.isValid() ? later : noon;
-}
-
 }  // namespace velmora::platform

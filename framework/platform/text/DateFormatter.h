@@ -6,6 +6,8 @@
 #include <QLocale>
 #include <QString>
 
+#include "base/CalendarDay.h"
+
 namespace velmora::platform {
 
 /// Dates and times as the user reads and types them, in the locale's own style.
@@ -42,8 +44,6 @@ class DateFormatter {
   Style timeStyle_ = Style::None;
 };
 
-/// Noon, local time, of a calendar day: how a calendar date travels as a point in time. One o'clock where the
-/// clocks jumped over noon; invalid for a day that the local time zone left out.
-QDateTime noonOf(const QDate& day);
+using base::noonOf;
 
 }  // namespace velmora::platform

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-#include <ctime>
-
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QProcess>
@@ -18,6 +16,7 @@
 #include "platform/notifications/NotificationCenter.h"
 #include "link/wire/WireForm.h"
 #include "tests/support/PrivateBus.h"
+#include "tests/support/TimeZone.h"
 
 /// What the tests of the link share.
 namespace link_testing {
@@ -172,21 +171,7 @@ class LinkProgram {
   QByteArray errors_;
 };
 
-/// While one of these lives, local time is that of another place.
-class TimeZone {
- public:
-  explicit TimeZone(const char* zone) : before_(qgetenv("TZ")) { set(zone); }
-  ~TimeZone() { set(before_); }
-  TimeZone(const TimeZone&) = delete;
-  TimeZone& operator=(const TimeZone&) = delete;
-
- private:
-  static void set(const QByteArray& zone) {
-    qputenv("TZ", zone);
-    tzset();
-  }
-  QByteArray before_;
-};
+using testing_support::TimeZone;
 
 /// Bytes that begin like a JPEG file and go on like noise, every byte value among them.
 inline QByteArray noise(qsizetype size) {

@@ -10,9 +10,11 @@
 #include <ctime>
 
 #include "platform/text/DateFormatter.h"
+#include "tests/support/TimeZone.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 
 using namespace velmora;
+using testing_support::TimeZone;
 
 using faults::GrowthDesk;
 using faults::recordIn;
@@ -111,22 +113,6 @@ TEST(DatesInEveryTimeZone, AreTheDaysThatWereSent) {
   std::printf("%d zones, %d days, of which %d never were\n", static_cast<int>(zones().size()), days,
               static_cast<int>(leftOut.size()));
 }
-
-/// This process in another time zone.
-class TimeZone {
- public:
-  explicit TimeZone(const char* zone) : before_(qgetenv("TZ")) { set(zone); }
-  ~TimeZone() { set(before_); }
-  TimeZone(const TimeZone&) = delete;
-  TimeZone& operator=(const TimeZone&) = delete;
-
- private:
-  static void set(const QByteArray& zone) {
-    qputenv("TZ", zone);
-    ::tzset();
-  }
-  QByteArray before_;
-};
 
 /// On 3 June 1967 the clocks of Morocco went from noon to one o'clock.
 TEST(DatesOfARecord, OnADayWithoutNoonTravelAsThatDay) {

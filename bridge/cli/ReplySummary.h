@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-#include <QByteArray>
 #include <QDateTime>
 #include <QJsonObject>
 #include <QString>
@@ -9,17 +8,11 @@
 
 namespace bridge {
 
-/// The chart of a reply; no bytes when there is none.
-QByteArray jpegOf(const QVariantMap& reply);
-
 /// All of a reply but the chart, as a JSON object with the keys of the wire. Strings, booleans and numbers
 /// are themselves; a date is {"date": "YYYY-MM-DD", "instant": "...Z"}, the local calendar day and the point
 /// in time; bytes are {"base64": "..."}; lists and dictionaries hold the same. A number that JSON cannot hold
 /// is a string.
 QJsonObject jsonOf(const QVariantMap& reply);
-
-/// What is not as it should be in a reply, in words for the user; empty when all is.
-QString complaintsAbout(const QVariantMap& reply);
 
 /// One line about a reply, without its end: number, time of arrival, identifier, description, size of the
 /// chart, study, and complaints if any, separated by tabs. Control characters in what was received are shown

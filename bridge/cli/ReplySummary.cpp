@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "bridge/link/LinkReply.h"
+#include "bridge/cli/ReplySummary.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -7,7 +7,8 @@
 #include <QStringList>
 #include <cmath>
 
-#include "bridge/link/LinkDates.h"
+#include "base/CalendarDay.h"
+#include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 
 namespace protocol = velmora::link;
@@ -19,7 +20,7 @@ QJsonValue jsonValue(const QVariant& value) {
   switch (value.typeId()) {
     case QMetaType::QDateTime: {
       const QDateTime date = value.toDateTime();
-      return QJsonObject{{QStringLiteral("date"), localDay(date)},
+      return QJsonObject{{QStringLiteral("date"), velmora::base::localDayOf(date).toString(Qt::ISODate)},
                          {QStringLiteral("instant"), date.toUTC().toString(Qt::ISODateWithMs)}};
     }
     case QMetaType::QByteArray:
@@ -70,42 +71,10 @@ QString column(const QVariant& value) {
 
 }  // namespace
 
-QByteArray jpegOf(const QVariantMap& reply) {
-  const QVariant value = reply.value(protocol::JPEG);
-  return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : QByteArray();
-}
-
 QJsonObject jsonOf(const QVariantMap& reply) {
   QVariantMap others = reply;
-  if (!jpegOf(reply).isEmpty()) others.remove(protocol::JPEG);
+  if (!protocol::jpegOf(reply).isEmpty()) others.remove(protocol::JPEG);
   return jsonValue(others).toObject();
-}
-
-QString complaintsAbout(const QVariantMap& reply) {
-  QStringList complaints;
-  const auto expect = [&](const QString& key, QMetaType::Type type, const QString& kind, bool always) {
-    const QVariant value = reply.value(key);
-    if (!value.isValid()) {
-      if (always) complaints.append(QStringLiteral("no ") + key);
-    } else if (value.typeId() != type) {
-      complaints.append(QStringLiteral("%1 is not %2").arg(key, kind));
-    }
-  };
-  const QString text = QStringLiteral("a string");
-  const QString date = QStringLiteral("a date");
-  expect(protocol::Identifier, QMetaType::QString, text, true);
-  expect(protocol::StudyDescription, QMetaType::QString, text, true);
-  expect(protocol::JPEG, QMetaType::QByteArray, QStringLiteral("bytes"), true);
-  expect(protocol::Name, QMetaType::QString, text, false);
-  expect(protocol::DateOfBirth, QMetaType::QDateTime, date, false);
-  expect(protocol::DateOfStudy, QMetaType::QDateTime, date, false);
-  // Every JPEG file begins with the start-of-image marker (ITU-T T.81, B.1.1.3) and the first byte of the
-  // next one.
-  if (reply.value(protocol::JPEG).typeId() == QMetaType::QByteArray &&
-      !jpegOf(reply).startsWith("\xff\xd8\xff")) {
-    complaints.append(protocol::JPEG + QStringLiteral(" is not a JPEG file image"));
-  }
-  return complaints.join(QStringLiteral(", "));
 }
 
 QString summaryOf(const QVariantMap& reply, const QString& number, const QDateTime& arrival) {
@@ -113,9 +82,9 @@ QString summaryOf(const QVariantMap& reply, const QString& number, const QDateTi
                       arrival.toString(Qt::ISODateWithMs),
                       column(reply.value(protocol::Identifier)),
                       column(reply.value(protocol::StudyDescription)),
-                      QStringLiteral("%1 bytes").arg(jpegOf(reply).size()),
+                      QStringLiteral("%1 bytes").arg(protocol::jpegOf(reply).size()),
                       column(reply.value(protocol::OsiriXStudyID))};
-  const QString complaints = complaintsAbout(reply);
+  const QString complaints = protocol::complaintsAbout(reply);
   if (!complaints.isEmpty()) columns.append(complaints);
   return columns.join(QLatin1Char('\t'));
 }

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QVariantMap>
+
+#include "base/Result.h"
+
+namespace bridge {
+
+/// Reads a study from a JSON object with the keys of the link request, dates as "YYYY-MM-DD". A key whose
+/// value is null counts as absent. Checks no more than that it is an object.
+velmora::base::Result<QVariantMap> studyFromJson(const QByteArray& json);
+
+}  // namespace bridge

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QRegularExpression>
+#include <QString>
+
+namespace velmora::link {
+
+/// Whether the text can be an application's bundle identifier: letters, digits, dots, hyphens and
+/// underscores, 255 at most, as in a name on the bus (D-Bus specification 0.41, "Valid Names").
+inline bool isBundleIdentifier(const QString& text) {
+  static const QRegularExpression form(QStringLiteral("\\A[A-Za-z0-9._-]{1,255}\\z"));
+  return form.match(text).hasMatch();
+}
+
+}  // namespace velmora::link

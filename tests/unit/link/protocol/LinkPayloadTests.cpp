@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#include "link/protocol/LinkPayload.h"
+
+#include <gtest/gtest.h>
+
+#include "link/protocol/BundleIdentifier.h"
+#include "tests/integration/link/LinkTesting.h"
+
+using namespace link_testing;
+using namespace velmora::link;
+
+namespace {
+
+QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+
+QVariantMap reply() {
+  return {{text("Identifier"), text("12-345-6")},
+          {text("Name"), text("Jörg")},
+          {text("DateOfBirth"), QDateTime(QDate(2019, 3, 14), QTime(12, 0)).toUTC()},
+          {text("DateOfStudy"), QDateTime(QDate(2024, 5, 2), QTime(12, 0)).toUTC()},
+          {text("OsiriXStudyID"), text("1.2.3")},
+          {text("StudyDescription"), text("Growth Chart")},
+          {text("JPEG"), noise(100)}};
+}
+
+TEST(LinkRequest, HoldsWhatTheStudySays) {
+  const QVariantMap studyId{{text("a"), QVariantList{qint64(1), 0.5, true, text("x")}}};
+  const auto request = requestPayload({{text("Identifier"), text("12/345/6")},
+                                       {text("DateOfStudy"), text("2024-05-02")},
+                                       {text("OsiriXStudyID"), studyId}});
+  ASSERT_TRUE(request.ok()) << qPrintable(request.error());
+  EXPECT_EQ(*request, (QVariantMap{{text("Identifier"), text("12/345/6")},
+                                   {text("DateOfStudy"), QDateTime(QDate(2024, 5, 2), QTime(12, 0))},
+                                   {text("OsiriXStudyID"), studyId}}));
+}
+
+TEST(BundleIdentifier, HasTheCharactersOfANameOnTheBus) {
+  for (const char* good : {"org.velmora.growth", "a", "A-1_b.c"}) EXPECT_TRUE(isBundleIdentifier(text(good)));
+  for (const char* bad : {"", "it's", "a b", "a\n", "ö", "a/b"}) EXPECT_FALSE(isBundleIdentifier(text(bad)));
+  EXPECT_TRUE(isBundleIdentifier(QString(255, u'a')));
+  EXPECT_FALSE(isBundleIdentifier(QString(256, u'a')));
+}
+
+TEST(LinkReply, IsComplainedAboutWhereItIsWrong) {
+  EXPECT_EQ(complaintsAbout(reply()), QString());
+  EXPECT_EQ(complaintsAbout({}), text("no Identifier, no StudyDescription, no JPEG"));
+  QVariantMap wrong = reply();
+  wrong.insert(text("Identifier"), qint64(5));
+  wrong.insert(text("DateOfBirth"), text("2019-03-14"));
+  wrong.insert(text("JPEG"), text("no bytes"));
+  EXPECT_EQ(complaintsAbout(wrong),
+            text("Identifier is not a string, JPEG is not bytes, DateOfBirth is not a date"));
+  wrong = reply();
+  wrong.insert(text("JPEG"), QByteArray("GIF89a"));
+  EXPECT_EQ(complaintsAbout(wrong), text("JPEG is not a JPEG file image"));
+}
+
+}  // namespace
