@@ -3,29 +3,10 @@
 
 #include <QString>
 #include <QStringList>
-#include <QUrl>
-#include <chrono>
+
+#include "bridge/pacs/PacsSettings.h"
 
 namespace bridge {
-
-/// How the archive is reached.
-struct PacsSettings {
-  enum class Kind { Dimse, Web };
-  Kind kind = Kind::Dimse;
-  QString host;                                            ///< DIMSE
-  int port = 104;                                          ///< DIMSE, 1 to 65535
-  QString calledAETitle = QStringLiteral("ANY-SCP");       ///< DIMSE, the archive's, at most 16 characters
-  QString callingAETitle = QStringLiteral("VELMORALINK");  ///< DIMSE, ours, at most 16 characters
-  QUrl url;                                                ///< DICOMweb, the root above "studies"
-  QString user;                                            ///< DICOMweb; empty for none
-  QString password;                                        ///< DICOMweb
-  std::chrono::seconds timeout{30};                        ///< for one exchange, 1 to 600
-
-  /// What an exchange in which so much is sent may take: a large chart on a slow line is no fault.
-  std::chrono::seconds timeFor(qint64 bytes) const {
-    return timeout + std::chrono::seconds(bytes / (32 * 1024));
-  }
-};
 
 /// What the configuration file of velmora-link says.
 struct Config {

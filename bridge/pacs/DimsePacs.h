@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-#include "bridge/config/Config.h"
+#include "bridge/pacs/PacsSettings.h"
 #include "bridge/pacs/Pacs.h"
 
 namespace bridge {

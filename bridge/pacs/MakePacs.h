@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "bridge/config/Config.h"
+#include "bridge/pacs/PacsSettings.h"
 #include "bridge/pacs/Pacs.h"
 
 namespace bridge {

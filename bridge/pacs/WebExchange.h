@@ -6,7 +6,7 @@
 #include <QString>
 #include <QUrl>
 
-#include "bridge/config/Config.h"
+#include "bridge/pacs/PacsSettings.h"
 
 namespace bridge {
 
