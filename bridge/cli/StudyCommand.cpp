@@ -180,9 +180,9 @@ int runStudy(const QStringList& arguments) {
   }
   Choice choice;
   if (fromFile) {
-    const StudyFileResult file = studyFromPath(parser.value(QStringLiteral("file")));
-    choice.study = file.study;
-    choice.error = file.error;
+    const auto study = studyFromPath(parser.value(QStringLiteral("file")));
+    if (study.ok()) choice.study = *study;
+    choice.error = study.error();
   } else {
     choice = chosenFrom(config.pacs, *query);
   }

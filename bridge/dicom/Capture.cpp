@@ -13,17 +13,20 @@
 #include <algorithm>
 #include <memory>
 
-#include "bridge/dicom/CaptureText.h"
+#include "bridge/dicom/DicomText.h"
 #include "bridge/dicom/JpegImage.h"
+#include "bridge/dicom/Uid.h"
 
 namespace bridge {
 namespace {
 
+using velmora::base::Failure;
+using velmora::base::Result;
+
 /// Empty for a year that is no year of a patient or a study ("00010101", "99991231"): archives write such
 /// when they know none, and readers stumble over them.
 QString dateText(const QDate& date) {
-  if (!date.isValid() || date.year() < 1000 || date.year() > 2999) return QString();
-  return date.toString(QStringLiteral("yyyyMMdd"));
+  return date.year() < 1000 || date.year() > 2999 ? QString() : dicomDate(date);
 }
 
 /// "+HHMM" (PS3.3 C.12.1.1.8).
@@ -60,7 +63,7 @@ class CaptureWriter {
                 const JpegImage& image)
       : study_(study), chart_(chart), identity_(identity), image_(image), dataset_(*file_.getDataset()) {}
 
-  QByteArray write() {
+  Result<QByteArray> write() {
     // Whatever the study was written in, UTF-8 holds it (PS3.3 C.12.1.1.2).
     put(DCM_SpecificCharacterSet, EVR_CS, QStringLiteral("ISO_IR 192"));
     putPatient();
@@ -68,7 +71,7 @@ class CaptureWriter {
     putSeriesAndEquipment();
     putImage();
     putPixels();
-    return failed_ ? QByteArray() : bytes();
+    return bytes();
   }
 
  private:
@@ -178,7 +181,7 @@ class CaptureWriter {
     check(dataset_.insert(pixels.release(), true));
   }
 
-  QByteArray bytes() {
+  Result<QByteArray> bytes() {
     check(file_.validateMetaInfo(EXS_JPEGProcess1));
     QByteArray result(chart_.jpeg.size() + 64 * 1024, '\0');  // the attributes are far smaller than that
     DcmOutputBufferStream stream(result.data(), result.size());
@@ -190,7 +193,8 @@ class CaptureWriter {
     offile_off_t length = 0;
     stream.flushBuffer(start, length);
     result.truncate(static_cast<qsizetype>(length));
-    return failed_ ? QByteArray() : result;
+    if (failed_) return Failure{QStringLiteral("the DICOM object could not be written")};
+    return result;
   }
 
   const Study& study_;
@@ -202,32 +206,32 @@ class CaptureWriter {
   bool failed_ = false;
 };
 
-QString objectionTo(const Study& study, const Chart& chart, const CaptureIdentity& identity) {
-  if (study.studyInstanceUID.isEmpty()) return QStringLiteral("the study has no Study Instance UID");
-  if (!isUid(study.studyInstanceUID)) return QStringLiteral("the study's Study Instance UID is not valid");
-  if (study.patientID.isEmpty()) return QStringLiteral("the study has no Patient ID");
-  if (!isLongString(study.patientID)) return QStringLiteral("the study's Patient ID is not valid in DICOM");
+Result<> acceptable(const Study& study, const Chart& chart, const CaptureIdentity& identity) {
+  if (study.studyInstanceUID.isEmpty()) return Failure{QStringLiteral("the study has no Study Instance UID")};
+  if (!isUid(study.studyInstanceUID))
+    return Failure{QStringLiteral("the study's Study Instance UID is not valid")};
+  if (study.patientID.isEmpty()) return Failure{QStringLiteral("the study has no Patient ID")};
+  if (!isLongString(study.patientID))
+    return Failure{QStringLiteral("the study's Patient ID is not valid in DICOM")};
   if (!isLongString(study.issuerOfPatientID)) {
-    return QStringLiteral("the study's Issuer of Patient ID is not valid in DICOM");
+    return Failure{QStringLiteral("the study's Issuer of Patient ID is not valid in DICOM")};
   }
   if (!isUid(identity.sopInstanceUID) || !isUid(identity.seriesInstanceUID)) {
-    return QStringLiteral("the chart has no valid UIDs");
+    return Failure{QStringLiteral("the chart has no valid UIDs")};
   }
-  if (!identity.captured.isValid()) return QStringLiteral("the chart has no date");
-  if (chart.jpeg.size() > MostJpegBytes) return QStringLiteral("the JPEG image is too large");
-  return QString();
+  if (!identity.captured.isValid()) return Failure{QStringLiteral("the chart has no date")};
+  if (chart.jpeg.size() > MostJpegBytes) return Failure{QStringLiteral("the JPEG image is too large")};
+  return {};
 }
 
 }  // namespace
 
-CaptureResult secondaryCapture(const Study& study, const Chart& chart, const CaptureIdentity& identity) {
-  const QString objection = objectionTo(study, chart, identity);
-  if (!objection.isNull()) return {QByteArray(), objection};
-  const JpegImage image = jpegImage(chart.jpeg);
-  if (!image.ok()) return {QByteArray(), image.error};
-  const QByteArray file = CaptureWriter(study, chart, identity, image).write();
-  if (file.isEmpty()) return {QByteArray(), QStringLiteral("the DICOM object could not be written")};
-  return {file, QString()};
+Result<QByteArray> secondaryCapture(const Study& study, const Chart& chart, const CaptureIdentity& identity) {
+  const Result<> accepted = acceptable(study, chart, identity);
+  if (!accepted.ok()) return accepted.failure();
+  const Result<JpegImage> image = jpegImage(chart.jpeg);
+  if (!image.ok()) return image.failure();
+  return CaptureWriter(study, chart, identity, *image).write();
 }
 
 }  // namespace bridge

@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QString>
 
+#include "base/Result.h"
 #include "bridge/dicom/Study.h"
 
 namespace bridge {
@@ -37,28 +38,18 @@ struct Chart {
   QByteArray jpeg;      ///< baseline JPEG, kept as it is
   QString description;  ///< becomes the Series Description
   QString application;  ///< the bundle identifier of the application that drew it
-  bool showsPatient =
-      true;  ///< whether the picture may tell who the patient is; becomes Burned In Annotation
+  /// Whether the picture may tell who the patient is; becomes Burned In Annotation.
+  bool showsPatient = true;
 };
 
-struct CaptureResult {
-  QByteArray file;  ///< a DICOM file with its meta header, transfer syntax JPEG Baseline (Process 1)
-  QString error;    ///< why there is none; null when there is one
-  bool ok() const { return error.isNull(); }
-};
-
-/// The Secondary Capture Image (PS3.3 A.8.1) of a chart, in the study that it belongs to. The same arguments
-/// give the same bytes.
+/// The Secondary Capture Image (PS3.3 A.8.1) of a chart, in the study that it belongs to: a DICOM file with
+/// its meta header, in the transfer syntax JPEG Baseline (Process 1). The same arguments give the same bytes.
 ///
 /// What identifies the study and the patient is written as the study has it or not at all: without a valid
 /// Study Instance UID, or with a Patient ID that DICOM does not allow, there is no object, since the archive
 /// would file it under another patient; an accession number or study ID too long for DICOM is left empty,
 /// since a part of it would name another order. Names and descriptions are cleaned and cut.
-CaptureResult secondaryCapture(const Study& study, const Chart& chart, const CaptureIdentity& identity);
-
-/// A UID under 2.25 from a random UUID (PS3.5 B.2).
-QString newUid();
-/// A UID under 2.25 that is the same for the same text: a version 5 UUID of it.
-QString uidOf(const QString& text);
+velmora::base::Result<QByteArray> secondaryCapture(const Study& study, const Chart& chart,
+                                                   const CaptureIdentity& identity);
 
 }  // namespace bridge

@@ -1,269 +1,197 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "bridge/dicom/JpegImage.h"
 
-#include <QList>
-#include <algorithm>
-#include <array>
+#include <csetjmp>
+#include <cstdio>  // jpeglib.h needs it before itself
+
+#include <jpeglib.h>
+
+#include <jerror.h>
+
+#include <QString>
 
 namespace bridge {
 namespace {
 
-// ITU-T T.81, table B.1.
-enum Marker : int {
-  StartOfFrameBaseline = 0xc0,
-  HuffmanTables = 0xc4,
-  ArithmeticConditioning = 0xcc,
-  Restart0 = 0xd0,
-  Restart7 = 0xd7,
-  StartOfImage = 0xd8,
-  EndOfImage = 0xd9,
-  StartOfScan = 0xda,
-  QuantizationTables = 0xdb,
-  NumberOfLines = 0xdc,
-  RestartInterval = 0xdd,
-  Application0 = 0xe0,
-  Application14 = 0xee,
-  Application15 = 0xef,
-  Comment = 0xfe,
+using velmora::base::Failure;
+using velmora::base::Result;
+
+Failure refusal(const QString& why) { return {QStringLiteral("the JPEG image ") + why}; }
+QString hexadecimal(int number) { return QStringLiteral("0x%1").arg(number, 2, 16, QLatin1Char('0')); }
+
+/// Looks from marker to marker (ITU-T T.81, B.1.1.2 and table B.1) up to the first scan for what libjpeg
+/// decodes and the baseline process does not have. Where the markers are damaged, libjpeg says so.
+Result<> checkBaseline(const QByteArray& jpeg) {
+  const auto byteAt = [&](qsizetype place) {
+    return place < jpeg.size() ? static_cast<unsigned char>(jpeg.at(place)) : -1;
+  };
+  for (qsizetype place = 2; byteAt(place) == 0xff;) {
+    const int marker = byteAt(place + 1);
+    if (marker == 0xff) {  // a fill byte
+      ++place;
+      continue;
+    }
+    const bool isFrame = marker > 0xc0 && marker <= 0xcf && marker != 0xc4;
+    if (isFrame) return refusal(QStringLiteral("is not baseline JPEG (process %1)").arg(hexadecimal(marker)));
+    if (marker == 0xdc) return refusal(QStringLiteral("says its height only at its end"));
+    if (marker == 0xd9 || marker == 0xda) break;
+    const bool isKnown = marker == 0xc0 || marker == 0xc4 || marker == 0xdb || marker == 0xdd ||
+                         (marker >= 0xe0 && marker <= 0xef) || marker == 0xfe;
+    if (!isKnown && marker >= 0) {
+      return refusal(QStringLiteral("has an unknown marker (%1)").arg(hexadecimal(marker)));
+    }
+    const qsizetype end = place + 2 + (byteAt(place + 2) << 8 | byteAt(place + 3));
+    constexpr qsizetype QuantizationTable = 65;
+    for (qsizetype table = place + 4; marker == 0xdb && table < end; table += QuantizationTable) {
+      if (byteAt(table) > 3) return refusal(QStringLiteral("is not baseline JPEG (quantization)"));
+    }
+    place = end;
+  }
+  return {};
+}
+
+/// One image in libjpeg's hands. libjpeg ends at an error by a jump: there is nothing here, nor in whole(),
+/// that has a destructor and would be jumped over.
+struct Decoding {
+  jpeg_decompress_struct decoder;
+  jpeg_error_mgr errors;
+  std::jmp_buf refused;
 };
 
-struct Component {
-  int identifier = 0;
-  int horizontal = 0;
-  int vertical = 0;
-  int quantization = 0;
-  bool scanned = false;
-};
+[[noreturn]] void refuse(j_common_ptr decoder) {
+  std::longjmp(static_cast<Decoding*>(decoder->client_data)->refused, 1);
+}
 
-class JpegReader {
- public:
-  explicit JpegReader(const QByteArray& jpeg) : jpeg_(jpeg) {}
+void warned(j_common_ptr decoder, int level) {
+  // A decoder goes on where something is missing or damaged, and shows grey. The other two concern markers
+  // that decoders read alike.
+  const int code = decoder->err->msg_code;
+  if (level < 0 && code != JWRN_ADOBE_XFORM && code != JWRN_JFIF_MAJOR) refuse(decoder);
+}
 
-  JpegImage read() {
-    if (!readImage() && image_.error.isNull()) image_.error = QStringLiteral("the JPEG image is damaged");
-    return image_;
+void silent(j_common_ptr) {}
+
+// What libjpeg decodes and a chart must not be; beyond its own codes.
+enum Objection { ColourCount = 10000, Chrominances, HuffmanTables, MissingScan, Trailer };
+
+[[noreturn]] void object(Decoding& decoding, Objection objection) {
+  decoding.errors.msg_code = objection;
+  refuse(reinterpret_cast<j_common_ptr>(&decoding.decoder));
+}
+
+void checkHeader(Decoding& decoding) {
+  const jpeg_decompress_struct& decoder = decoding.decoder;
+  if (decoder.num_components != 1 && decoder.num_components != 3) object(decoding, ColourCount);
+  for (int i = 1; i < decoder.num_components; ++i) {
+    const bool isFiner = decoder.comp_info[i].h_samp_factor > decoder.comp_info[0].h_samp_factor ||
+                         decoder.comp_info[i].v_samp_factor > decoder.comp_info[0].v_samp_factor;
+    if (isFiner) object(decoding, Chrominances);
   }
+}
 
- private:
-  bool refuse(const QString& why) {
-    image_.error = QStringLiteral("the JPEG image ") + why;
-    return false;
-  }
-
-  int byteAt(qsizetype place) const { return static_cast<unsigned char>(jpeg_.at(place)); }
-  int numberAt(qsizetype place) const { return byteAt(place) << 8 | byteAt(place + 1); }
-
-  /// The marker at the present place, which any number of fill bytes may precede (B.1.1.2); -1 when there is
-  /// none.
-  int nextMarker() {
-    if (place_ >= jpeg_.size() || byteAt(place_) != 0xff) return -1;
-    while (place_ < jpeg_.size() && byteAt(place_) == 0xff) ++place_;
-    return place_ < jpeg_.size() ? byteAt(place_++) : -1;
-  }
-
-  bool readImage() {
-    if (jpeg_.isEmpty()) return refuse(QStringLiteral("is empty"));
-    if (!jpeg_.startsWith("\xff\xd8"))
-      return refuse(QStringLiteral("is none: it does not begin as JPEG does"));
-    place_ = 2;
-    for (;;) {
-      const int marker = nextMarker();
-      if (marker < 0) return refuse(QStringLiteral("breaks off or is damaged"));
-      if (marker == EndOfImage) return endImage();
-      if (place_ + 2 > jpeg_.size()) return refuse(QStringLiteral("breaks off"));
-      const int length = numberAt(place_);
-      end_ = place_ + length;
-      if (length < 2 || end_ > jpeg_.size()) return refuse(QStringLiteral("breaks off"));
-      place_ += 2;
-      if (!readSegment(marker)) return false;
-      place_ = end_;
-      if (marker == StartOfScan && !passEntropyCodedData()) return false;
+void checkTables(Decoding& decoding) {
+  for (int i = 2; i < NUM_HUFF_TBLS; ++i) {
+    if (decoding.decoder.dc_huff_tbl_ptrs[i] || decoding.decoder.ac_huff_tbl_ptrs[i]) {
+      object(decoding, HuffmanTables);
     }
   }
+}
 
-  bool readSegment(int marker) {
-    if (marker == StartOfFrameBaseline) return readFrame();
-    if (marker == HuffmanTables) return readHuffmanTables();
-    if (marker == QuantizationTables) return readQuantizationTables();
-    if (marker == StartOfScan) return readScan();
-    if (marker == RestartInterval) return end_ - place_ == 2;
-    if (marker >= Application0 && marker <= Application15) return readApplicationData(marker);
-    if (marker == Comment) return true;
-    if (marker > StartOfFrameBaseline && marker <= 0xcf) {
-      return refuse(
-          QStringLiteral("is not baseline JPEG (process 0x%1)").arg(marker, 2, 16, QLatin1Char('0')));
-    }
-    if (marker == NumberOfLines) return refuse(QStringLiteral("says its height only at its end"));
-    return refuse(QStringLiteral("has an unknown marker (0x%1)").arg(marker, 2, 16, QLatin1Char('0')));
+/// Reads the image to its end. False when libjpeg or we refuse it; why stands in errors.msg_code. Either way
+/// the decoder keeps what it has read, and is the caller's to destroy.
+bool whole(Decoding& decoding, const unsigned char* bytes, unsigned long size) {
+  jpeg_decompress_struct& decoder = decoding.decoder;
+  decoder.err = jpeg_std_error(&decoding.errors);
+  decoding.errors.error_exit = refuse;
+  decoding.errors.emit_message = warned;
+  decoding.errors.output_message = silent;
+  decoder.client_data = &decoding;
+  if (setjmp(decoding.refused) != 0) return false;
+  jpeg_create_decompress(&decoder);
+  // A whole chart whose colours come one after the other takes a fraction of it.
+  decoder.mem->max_memory_to_use = 1024L * 1024 * 1024;
+  jpeg_mem_src(&decoder, bytes, size);
+  jpeg_read_header(&decoder, TRUE);
+  checkHeader(decoding);
+  checkTables(decoding);
+  // An eighth in size: the pixels are looked through, and hardly computed.
+  decoder.scale_num = 1;
+  decoder.scale_denom = 8;
+  jpeg_start_decompress(&decoder);
+  JSAMPARRAY row =
+      decoder.mem->alloc_sarray(reinterpret_cast<j_common_ptr>(&decoder), JPOOL_IMAGE,
+                                decoder.output_width * static_cast<JDIMENSION>(decoder.output_components), 1);
+  while (decoder.output_scanline < decoder.output_height) jpeg_read_scanlines(&decoder, row, 1);
+  for (int i = 0; i < decoder.num_components; ++i) {
+    if (!decoder.comp_info[i].quant_table) object(decoding, MissingScan);  // no scan has brought it
   }
+  jpeg_finish_decompress(&decoder);
+  checkTables(decoding);
+  if (decoder.src->bytes_in_buffer > 0) object(decoding, Trailer);
+  return true;
+}
 
-  bool readFrame() {
-    if (!components_.isEmpty()) return refuse(QStringLiteral("has two frames"));
-    if (end_ - place_ < 6) return false;
-    const int count = byteAt(place_ + 5);
-    if (end_ - place_ != 6 + 3 * count) return false;
-    if (byteAt(place_) != 8) return refuse(QStringLiteral("has not 8 bits a sample"));
-    image_.rows = numberAt(place_ + 1);
-    image_.columns = numberAt(place_ + 3);
-    if (image_.rows == 0 || image_.columns == 0) return refuse(QStringLiteral("has no size"));
-    if (count != 1 && count != 3) return refuse(QStringLiteral("has %1 colours, not 1 or 3").arg(count));
-    for (int i = 0; i < count; ++i) {
-      const qsizetype at = place_ + 6 + 3 * i;
-      const Component component{byteAt(at), byteAt(at + 1) >> 4, byteAt(at + 1) & 15, byteAt(at + 2), false};
-      const auto inRange = [](int factor) { return factor >= 1 && factor <= 4; };
-      if (!inRange(component.horizontal) || !inRange(component.vertical) || component.quantization > 3)
-        return false;
-      for (const Component& other : std::as_const(components_)) {
-        if (other.identifier == component.identifier) return false;
-      }
-      components_.append(component);
-    }
-    return true;
+QString reason(const Decoding& decoding) {
+  switch (decoding.errors.msg_code) {
+    case JERR_NO_SOI:
+      return QStringLiteral("is none: it does not begin as JPEG does");
+    case JWRN_JPEG_EOF:
+      return QStringLiteral("breaks off");
+    case JERR_NO_IMAGE:
+      return QStringLiteral("has no frame");
+    case JERR_SOF_DUPLICATE:
+      return QStringLiteral("has two frames");
+    case JERR_BAD_PRECISION:
+      return QStringLiteral("has not 8 bits a sample");
+    case JERR_EMPTY_IMAGE:
+      return QStringLiteral("has no size");
+    case JERR_IMAGE_TOO_BIG:
+    case JERR_NO_BACKING_STORE:
+    case JERR_OUT_OF_MEMORY:
+      return QStringLiteral("is too large");
+    case ColourCount:
+      return QStringLiteral("has %1 colours, not 1 or 3").arg(decoding.decoder.num_components);
+    case Chrominances:
+      return QStringLiteral("has more places for its second or third colour than for its first");
+    case HuffmanTables:
+      return QStringLiteral("is not baseline JPEG (Huffman tables)");
+    case JERR_NO_HUFF_TABLE:
+    case JERR_NO_QUANT_TABLE:
+      return QStringLiteral("lacks tables that it needs");
+    case JERR_SOF_NO_SOS:
+    case JWRN_HIT_MARKER:
+    case MissingScan:
+      return QStringLiteral("is incomplete");
+    case Trailer:
+      return QStringLiteral("has something behind its end");
+    default:
+      return QStringLiteral("is damaged");
   }
+}
 
-  bool readQuantizationTables() {
-    while (place_ < end_) {
-      const int precisionAndTable = byteAt(place_);
-      if (precisionAndTable > 3) return refuse(QStringLiteral("is not baseline JPEG (quantization)"));
-      if (end_ - place_ < 65) return false;
-      quantization_[static_cast<size_t>(precisionAndTable)] = true;
-      place_ += 65;
-    }
-    return true;
-  }
-
-  bool readHuffmanTables() {
-    while (place_ < end_) {
-      if (end_ - place_ < 17) return false;
-      const int kind = byteAt(place_) >> 4;
-      const int table = byteAt(place_) & 15;
-      if (kind > 1 || table > 1) return refuse(QStringLiteral("is not baseline JPEG (Huffman tables)"));
-      int values = 0;
-      int codesLeft = 1;  // of the length at hand; one more than are used, for none consists of ones alone
-      for (int length = 1; length <= 16; ++length) {
-        const int codes = byteAt(place_ + length);
-        codesLeft = codesLeft * 2 - codes;
-        values += codes;
-        if (codesLeft < 0) return false;
-      }
-      if (values == 0 || values > 256 || end_ - place_ < 17 + values) return false;
-      huffman_[static_cast<size_t>(kind)][static_cast<size_t>(table)] = true;
-      place_ += 17 + values;
-    }
-    return true;
-  }
-
-  bool readApplicationData(int marker) {
-    const QByteArray data = jpeg_.mid(place_, end_ - place_);
-    // A shorter one is no JFIF header, to decoders neither.
-    if (marker == Application0 && data.size() >= 14 && data.startsWith(QByteArray("JFIF\0", 5))) jfif_ = true;
-    // Adobe Technical Note 5116: the colour transform is the twelfth byte.
-    if (marker == Application14 && data.size() >= 12 && data.startsWith("Adobe")) {
-      adobeTransform_ = static_cast<unsigned char>(data.at(11));
-    }
-    return true;
-  }
-
-  bool readScan() {
-    if (components_.isEmpty() || place_ >= end_) return false;
-    const int count = byteAt(place_);
-    if (count < 1 || count > 3 || end_ - place_ != 4 + 2 * count) return false;
-    int blocksInUnit = 0;
-    scanned_.clear();
-    for (int i = 0; i < count; ++i) {
-      const int identifier = byteAt(place_ + 1 + 2 * i);
-      const int tables = byteAt(place_ + 2 + 2 * i);
-      const auto component = std::find_if(components_.begin(), components_.end(), [&](const Component& each) {
-        return each.identifier == identifier;
-      });
-      if (component == components_.end() || component->scanned) return false;
-      if ((tables >> 4) > 1 || (tables & 15) > 1) return false;
-      if (!huffman_[0][static_cast<size_t>(tables >> 4)] || !huffman_[1][static_cast<size_t>(tables & 15)] ||
-          !quantization_[static_cast<size_t>(component->quantization)]) {
-        return refuse(QStringLiteral("lacks tables that it needs"));
-      }
-      component->scanned = true;
-      scanned_.append(*component);
-      blocksInUnit += component->horizontal * component->vertical;
-    }
-    if (count > 1 && blocksInUnit > 10) return false;  // B.2.3
-    const qsizetype spectral = place_ + 1 + 2 * count;
-    return byteAt(spectral) == 0 && byteAt(spectral + 1) == 63 && byteAt(spectral + 2) == 0;
-  }
-
-  /// Goes on to the marker after the scan.
-  bool passEntropyCodedData() {
-    const qsizetype start = place_;
-    for (;; ++place_) {
-      place_ = jpeg_.indexOf('\xff', place_);
-      if (place_ < 0 || place_ + 1 >= jpeg_.size()) return refuse(QStringLiteral("breaks off"));
-      const int next = byteAt(place_ + 1);
-      if (next == 0xff || next == 0) continue;  // fill bytes; a byte 0xff of the data
-      if (next < Restart0 || next > Restart7) break;
-    }
-    // Each block has two codes at least, each of one bit at least.
-    qint64 fewestBits = 0;
-    for (const Component& component : std::as_const(scanned_)) fewestBits += 2 * blocksOf(component);
-    if ((place_ - start) * 8 < fewestBits) return refuse(QStringLiteral("is incomplete"));
-    return true;
-  }
-
-  /// A.1.1, A.2.2
-  qint64 blocksOf(const Component& component) const {
-    int horizontal = 1;
-    int vertical = 1;
-    for (const Component& each : components_) {
-      horizontal = std::max(horizontal, each.horizontal);
-      vertical = std::max(vertical, each.vertical);
-    }
-    const auto blocks = [](qint64 pixels, int factor, int largest) {
-      const qint64 samples = (pixels * factor + largest - 1) / largest;
-      return (samples + 7) / 8;
-    };
-    return blocks(image_.columns, component.horizontal, horizontal) *
-           blocks(image_.rows, component.vertical, vertical);
-  }
-
-  bool endImage() {
-    if (components_.isEmpty()) return refuse(QStringLiteral("has no frame"));
-    for (const Component& component : std::as_const(components_)) {
-      if (!component.scanned) return refuse(QStringLiteral("is incomplete"));
-    }
-    if (place_ != jpeg_.size()) return refuse(QStringLiteral("has something behind its end"));
-    return decideColour();
-  }
-
-  /// What decoders make of three components: JFIF means luminance and chrominances; Adobe's marker says;
-  /// without either, components named R, G and B are these.
-  bool decideColour() {
-    if (components_.size() == 1) return true;
-    const Component& first = components_.at(0);
-    for (const Component& each : std::as_const(components_)) {
-      if (each.horizontal > first.horizontal || each.vertical > first.vertical) {
-        return refuse(QStringLiteral("has more places for its second or third colour than for its first"));
-      }
-    }
-    const bool namedRgb =
-        first.identifier == 'R' && components_.at(1).identifier == 'G' && components_.at(2).identifier == 'B';
-    const bool rgb = !jfif_ && (adobeTransform_ >= 0 ? adobeTransform_ == 0 : namedRgb);
-    image_.colour = rgb ? JpegImage::Colour::Rgb : JpegImage::Colour::YCbCr;
-    return true;
-  }
-
-  const QByteArray jpeg_;
-  qsizetype place_ = 0;
-  qsizetype end_ = 0;  ///< of the segment at hand
-  JpegImage image_;
-  QList<Component> components_;
-  QList<Component> scanned_;  ///< by the scan at hand
-  std::array<bool, 4> quantization_{};
-  std::array<std::array<bool, 2>, 2> huffman_{};
-  bool jfif_ = false;
-  int adobeTransform_ = -1;
-};
+JpegImage::Colour colourOf(J_COLOR_SPACE space) {
+  if (space == JCS_GRAYSCALE) return JpegImage::Colour::Grey;
+  return space == JCS_RGB ? JpegImage::Colour::Rgb : JpegImage::Colour::YCbCr;
+}
 
 }  // namespace
 
-JpegImage jpegImage(const QByteArray& jpeg) { return JpegReader(jpeg).read(); }
+Result<JpegImage> jpegImage(const QByteArray& jpeg) {
+  if (jpeg.isEmpty()) return refusal(QStringLiteral("is empty"));
+  if (jpeg.startsWith("\xff\xd8")) {
+    const Result<> baseline = checkBaseline(jpeg);
+    if (!baseline.ok()) return baseline.failure();
+  }
+  Decoding decoding{};
+  const bool isWhole = whole(decoding, reinterpret_cast<const unsigned char*>(jpeg.constData()),
+                             static_cast<unsigned long>(jpeg.size()));
+  const jpeg_decompress_struct& decoder = decoding.decoder;
+  const JpegImage image{static_cast<int>(decoder.image_width), static_cast<int>(decoder.image_height),
+                        colourOf(decoder.jpeg_color_space)};
+  const QString why = isWhole ? QString() : reason(decoding);
+  jpeg_destroy_decompress(&decoding.decoder);
+  if (!isWhole) return refusal(why);
+  return image;
+}
 
 }  // namespace bridge

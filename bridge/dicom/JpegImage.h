@@ -2,7 +2,8 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
+
+#include "base/Result.h"
 
 namespace bridge {
 
@@ -10,21 +11,18 @@ namespace bridge {
 struct JpegImage {
   enum class Colour {
     Grey,
-    YCbCr,  ///< luminance and two chrominances, these in as many places or in fewer
+    YCbCr,  ///< luminance and two chrominances, sampled as finely or more coarsely
     Rgb,
   };
-  int columns = 0;  ///< 1 to 65535
-  int rows = 0;     ///< 1 to 65535
+  int columns = 0;  ///< 1 to 65500
+  int rows = 0;     ///< 1 to 65500
   Colour colour = Colour::Grey;
-  QString error;  ///< why it cannot become a DICOM object; null when it can
-  bool ok() const { return error.isNull(); }
-  int samplesPerPixel() const { return colour == Colour::Grey ? 1 : 3; }
+  int samplesPerPixel() const noexcept { return colour == Colour::Grey ? 1 : 3; }
 };
 
-/// Looks through one JPEG file image from its first marker to its last and refuses what is not a whole image
-/// in the baseline process with 8 bits a sample: other processes, four colours, missing tables, an end that
-/// is missing or not the end, fewer bytes than an image of its size can have. The pixels themselves are not
-/// decoded.
-JpegImage jpegImage(const QByteArray& jpeg);
+/// Decodes one JPEG file image and refuses, in words for the user, whatever is not a whole image in the
+/// baseline process with 8 bits a sample: other processes, four colours, missing tables, an end that is
+/// missing or not the end, pixels that are missing or damaged.
+velmora::base::Result<JpegImage> jpegImage(const QByteArray& jpeg);
 
 }  // namespace bridge

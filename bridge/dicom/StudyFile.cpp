@@ -1,64 +1,58 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "bridge/dicom/StudyFile.h"
 
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStringList>
 
-#include "bridge/dicom/DicomHeader.h"
+#include "bridge/dicom/StudyReader.h"
 
 namespace bridge {
 namespace {
 
-StudyFileResult failed(const QString& error) { return {Study(), error}; }
+using velmora::base::Failure;
+using velmora::base::Result;
 
-StudyFileResult studyFromDevice(QIODevice& device) {
-  const DicomHeader header = readDicomHeader(device);
-  const Study study = studyOf(header.values);
-  // The identifier of the study stands behind all about the patient: with it, those have been read.
-  if (!study.studyInstanceUID.isEmpty()) return {study, QString()};
-  if (!header.error.isNull()) return failed(header.error);
-  return failed(QStringLiteral("it is of no study (no Study Instance UID)"));
-}
-
-StudyFileResult studyFromFile(const QString& path) {
+Result<Study> studyFromFile(const QString& path) {
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return failed(file.errorString());
+  if (!file.open(QIODevice::ReadOnly)) return Failure{file.errorString()};
   return studyFromDevice(file);
 }
 
 /// Collects the studies of a folder's files.
 class FolderStudies {
  public:
-  /// A null string, or why the folder cannot be looked through.
-  QString lookThrough(const QString& path, int depth = 0) {
-    if (depth > DeepestFolder)
-      return QStringLiteral("there are folders in folders more than %1 deep").arg(DeepestFolder);
+  Result<> lookThrough(const QString& path, int depth = 0) {
+    if (depth > DeepestFolder) {
+      return Failure{QStringLiteral("there are folders in folders more than %1 deep").arg(DeepestFolder)};
+    }
     // Ordered, so that the same folder gives the same study, whatever the file system.
     const QFileInfoList entries = QDir(path).entryInfoList(
         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
     for (const QFileInfo& entry : entries) {
       if (entry.isSymLink()) continue;
       if (entry.isDir()) {
-        const QString error = lookThrough(entry.filePath(), depth + 1);
-        if (!error.isNull()) return error;
+        const Result<> below = lookThrough(entry.filePath(), depth + 1);
+        if (!below.ok()) return below;
       } else if (entry.isFile()) {
-        if (++files_ > MostFiles) return QStringLiteral("it holds more than %1 files").arg(MostFiles);
-        const StudyFileResult file = studyFromFile(entry.filePath());
-        if (file.ok()) add(file.study);
+        if (++files_ > MostFiles) {
+          return Failure{QStringLiteral("it holds more than %1 files").arg(MostFiles)};
+        }
+        const Result<Study> study = studyFromFile(entry.filePath());
+        if (study.ok()) add(*study);
       }
     }
-    return QString();
+    return {};
   }
 
-  StudyFileResult result() const {
-    if (studies_.isEmpty()) return failed(QStringLiteral("no file in it is a DICOM file of a study"));
+  Result<Study> result() const {
+    if (studies_.isEmpty()) return Failure{QStringLiteral("no file in it is a DICOM file of a study")};
     if (!contradictory_.isNull()) {
-      return failed(QStringLiteral("its files name different patients for the study %1").arg(contradictory_));
+      return Failure{
+          QStringLiteral("its files name different patients for the study %1").arg(contradictory_)};
     }
-    if (studies_.size() == 1) return {studies_.constFirst(), QString()};
+    if (studies_.size() == 1) return studies_.constFirst();
     QStringList lines;
     for (const Study& study : studies_) {
       lines.append(
@@ -69,7 +63,7 @@ class FolderStudies {
                    study.patientID.isEmpty() ? QStringLiteral("without identifier") : study.patientID));
     }
     if (more_) lines.append(QStringLiteral("and more"));
-    return failed(QStringLiteral("it holds several studies: %1").arg(lines.join(QStringLiteral("; "))));
+    return Failure{QStringLiteral("it holds several studies: %1").arg(lines.join(QStringLiteral("; ")))};
   }
 
  private:
@@ -93,30 +87,26 @@ class FolderStudies {
   int files_ = 0;
 };
 
-}  // namespace
-
-StudyFileResult studyFromPath(const QString& path) {
-  const QFileInfo info(path);
-  StudyFileResult result;
-  if (info.isFile()) {
-    result = studyFromFile(path);
-  } else if (info.isDir()) {
-    FolderStudies studies;
-    const QString error = studies.lookThrough(path);
-    result = error.isNull() ? studies.result() : failed(error);
-  } else {
-    result = failed(info.exists() ? QStringLiteral("it is neither a file nor a folder")
-                                  : QStringLiteral("there is no such file or folder"));
-  }
-  if (!result.ok()) result.error = QStringLiteral("%1: %2").arg(path, result.error);
-  return result;
+Result<Study> studyFromFolder(const QString& path) {
+  FolderStudies studies;
+  const Result<> looked = studies.lookThrough(path);
+  return looked.ok() ? studies.result() : looked.failure();
 }
 
-StudyFileResult studyFromBytes(const QByteArray& file) {
-  QBuffer buffer;
-  buffer.setData(file);
-  buffer.open(QIODevice::ReadOnly);
-  return studyFromDevice(buffer);
+Result<Study> studyFromFileOrFolder(const QString& path) {
+  const QFileInfo info(path);
+  if (info.isFile()) return studyFromFile(path);
+  if (info.isDir()) return studyFromFolder(path);
+  return Failure{info.exists() ? QStringLiteral("it is neither a file nor a folder")
+                               : QStringLiteral("there is no such file or folder")};
+}
+
+}  // namespace
+
+Result<Study> studyFromPath(const QString& path) {
+  const Result<Study> study = studyFromFileOrFolder(path);
+  if (study.ok()) return study;
+  return Failure{QStringLiteral("%1: %2").arg(path, study.error())};
 }
 
 }  // namespace bridge

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include <QUuid>
+#include "bridge/dicom/Uid.h"
 
-#include "bridge/dicom/Capture.h"
+#include <QRegularExpression>
+#include <QUuid>
 
 namespace bridge {
 namespace {
@@ -34,6 +35,11 @@ QString uidOf(const QString& text) {
   // The name space of the UIDs of this system; changing it would give every series a second one.
   static const QUuid names(QStringLiteral("{6a1d2c0e-4f0b-4f7e-9f6b-7c1b8d3f52a4}"));
   return uidFrom(QUuid::createUuidV5(names, text));
+}
+
+bool isUid(const QString& text) {
+  static const QRegularExpression form(QStringLiteral("\\A[0-9]+(\\.[0-9]+)+\\z"));
+  return text.size() <= 64 && form.match(text).hasMatch();
 }
 
 }  // namespace bridge

@@ -7,7 +7,6 @@
 #include <dcmtk/oflog/oflog.h>
 #include <signal.h>
 
-#include <QtEndian>
 #include <algorithm>
 #include <vector>
 
@@ -34,36 +33,6 @@ void setUpOnce() {
 
 T_ASC_PresentationContextID contextAt(int place) {
   return static_cast<T_ASC_PresentationContextID>(2 * place + 1);  // odd by PS3.8 9.3.2.2
-}
-
-void append(QByteArray& set, quint16 number, QByteArray value) {
-  if (value.size() % 2 != 0) value.append('\0');
-  QByteArray header(8, '\0');  // implicit little endian, group 0000
-  qToLittleEndian<quint16>(number, header.data() + 2);
-  qToLittleEndian<quint32>(static_cast<quint32>(value.size()), header.data() + 4);
-  set += header + value;
-}
-
-void append(QByteArray& set, quint16 number, quint16 value) {
-  QByteArray bytes(2, '\0');
-  qToLittleEndian<quint16>(value, bytes.data());
-  append(set, number, bytes);
-}
-
-/// The command set of a request (PS3.7 9.3 and E.1).
-QByteArray commandSet(const DimseRequest& request, quint16 message, bool hasDataset) {
-  QByteArray set;
-  append(set, 0x0002, request.sopClassUID);
-  append(set, 0x0100, static_cast<quint16>(request.command));
-  append(set, 0x0110, message);
-  if (request.command != DIMSE_C_ECHO_RQ) append(set, 0x0700, static_cast<quint16>(DIMSE_PRIORITY_MEDIUM));
-  append(set, 0x0800, static_cast<quint16>(hasDataset ? DIMSE_DATASET_PRESENT : DIMSE_DATASET_NULL));
-  if (!request.sopInstanceUID.isEmpty()) append(set, 0x1000, request.sopInstanceUID);
-  QByteArray length(4, '\0');
-  qToLittleEndian<quint32>(static_cast<quint32>(set.size()), length.data());
-  QByteArray whole;
-  append(whole, 0x0000, length);
-  return whole + set;
 }
 
 bool isOneOf(const OFCondition& condition, std::initializer_list<OFConditionConst> conditions) {
@@ -218,35 +187,23 @@ QByteArray DimseAssociation::transferSyntax(int place) const {
   return QByteArray(context.acceptedTransferSyntax).trimmed();
 }
 
-PacsResult DimseAssociation::send(int place, const DimseRequest& request, const QByteArray& dataset) {
-  limit(settings_.timeFor(dataset.size()), MostOfAnswers);
+PacsResult DimseAssociation::send(int place, T_DIMSE_Message& request, DcmDataset* dataset, qint64 size) {
+  limit(settings_.timeFor(size), MostOfAnswers);
   ++message_;
-  const QByteArray command = commandSet(request, message_, !dataset.isEmpty());
-  PacsResult result = sendPart(contextAt(place), DUL_COMMANDPDV, command);
-  if (result.done() && !dataset.isEmpty()) result = sendPart(contextAt(place), DUL_DATASETPDV, dataset);
-  return result;
-}
-
-PacsResult DimseAssociation::sendPart(T_ASC_PresentationContextID context, DUL_DATAPDV type,
-                                      const QByteArray& bytes) {
-  // Fragments are of even length by PS3.8 annex E, as the whole is.
-  const qsizetype most = static_cast<qsizetype>(association_->sendPDVLength & ~1UL);
-  if (most <= 0) return failed(DIMSE_ILLEGALASSOCIATION);
-  for (qsizetype offset = 0; offset < bytes.size(); offset += most) {
-    QByteArray fragment = bytes.mid(offset, most);
-    DUL_PDV pdv{};
-    pdv.fragmentLength = static_cast<unsigned long>(fragment.size());
-    pdv.presentationContextID = context;
-    pdv.pdvType = type;
-    pdv.lastPDV = offset + fragment.size() == bytes.size() ? OFTrue : OFFalse;
-    pdv.data = fragment.data();
-    DUL_PDVLIST list{};
-    list.count = 1;
-    list.pdv = &pdv;
-    const OFCondition condition = DUL_WritePDVs(&association_->DULassociation, &list);
-    if (condition.bad()) return failed(condition);
+  const T_DIMSE_DataSetType follows = dataset != nullptr ? DIMSE_DATASET_PRESENT : DIMSE_DATASET_NULL;
+  if (request.CommandField == DIMSE_C_ECHO_RQ) {
+    request.msg.CEchoRQ.MessageID = message_;
+    request.msg.CEchoRQ.DataSetType = follows;
+  } else if (request.CommandField == DIMSE_C_FIND_RQ) {
+    request.msg.CFindRQ.MessageID = message_;
+    request.msg.CFindRQ.DataSetType = follows;
+  } else {
+    request.msg.CStoreRQ.MessageID = message_;
+    request.msg.CStoreRQ.DataSetType = follows;
   }
-  return {};
+  const OFCondition condition = DIMSE_sendMessageUsingMemoryData(association_, contextAt(place), &request,
+                                                                 nullptr, dataset, nullptr, nullptr);
+  return condition.good() ? PacsResult{} : failed(condition);
 }
 
 PacsResult DimseAssociation::receive(T_DIMSE_Command type, T_DIMSE_Message& answer) {

@@ -8,9 +8,9 @@
 #include <QByteArray>
 #include <QList>
 
+#include "bridge/pacs/PacsSettings.h"
 #include "bridge/pacs/DimseConnection.h"
 #include "bridge/pacs/Pacs.h"
-#include "bridge/pacs/PacsSettings.h"
 
 namespace bridge {
 
@@ -21,17 +21,12 @@ struct DimseContext {
   QList<QByteArray> transferSyntaxUIDs;
 };
 
-struct DimseRequest {
-  T_DIMSE_Command command = DIMSE_C_ECHO_RQ;  // the number that DICOM gives it
-  QByteArray sopClassUID;
-  QByteArray sopInstanceUID;  ///< C-STORE only
-};
-
 /// One conversation with an archive over DIMSE. The configured time-out holds for reaching it, and then for
 /// each exchange as a whole, however little at a time the archive takes or says.
 ///
-/// The DICOM toolkit's log is off: it would name patients. What is read from the network is bounded, and
-/// never parsed by the toolkit but for the command sets, which have no sequences.
+/// The DICOM toolkit's log is off: it would name patients. Of what is received it parses the command sets
+/// only, which have no sequences. Data sets stay bytes, up to a limit, so that DIMSE_findUser() cannot serve:
+/// it parses them, sequences within sequences by recursion without a limit.
 ///
 /// What an administrator can mend (an AE title, a port, a permission) is TryAgain: a slip in the
 /// configuration sets no chart aside.
@@ -52,8 +47,10 @@ class DimseAssociation {
   /// The transfer syntax of an accepted context.
   QByteArray transferSyntax(int place) const;
 
-  /// Sends a request, followed by the data set's bytes, as they are, unless there are none.
-  PacsResult send(int place, const DimseRequest& request, const QByteArray& dataset);
+  /// Sends a C-ECHO, C-FIND or C-STORE request, followed by the data set unless there is none. The message's
+  /// number and what it says of a data set are filled in here. `size`, in bytes, decides how long it may
+  /// take.
+  PacsResult send(int place, T_DIMSE_Message& request, DcmDataset* dataset = nullptr, qint64 size = 0);
   /// Waits for an answer to the last request. `type` is what it must be.
   PacsResult receive(T_DIMSE_Command type, T_DIMSE_Message& answer);
   /// Reads the data set that follows an answer.
@@ -65,7 +62,6 @@ class DimseAssociation {
  private:
   PacsResult failed(const OFCondition& condition);
   PacsResult refused() const;
-  PacsResult sendPart(T_ASC_PresentationContextID context, DUL_DATAPDV type, const QByteArray& bytes);
   QString peer() const;
   int secondsLeft() const;
   void limit(std::chrono::seconds time, qint64 bytesToRead);

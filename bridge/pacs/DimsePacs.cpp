@@ -3,12 +3,13 @@
 
 #include <dcmtk/config/osconfig.h>
 #include <dcmtk/dcmdata/dctk.h>
-#include <dcmtk/dcmdata/dcostrmb.h>
+#include <dcmtk/dcmdata/dcistrmb.h>
 
 #include <algorithm>
 
-#include "bridge/dicom/StudyFile.h"
-#include "bridge/pacs/DicomFileParts.h"
+#include "bridge/dicom/DicomText.h"
+#include "bridge/dicom/StudyAttributes.h"
+#include "bridge/dicom/StudyReader.h"
 #include "bridge/pacs/DimseAssociation.h"
 #include "bridge/pacs/DimseStatus.h"
 #include "bridge/pacs/StudyMatch.h"
@@ -25,13 +26,20 @@ DimseContext findContext() {
           {UID_LittleEndianExplicitTransferSyntax, UID_LittleEndianImplicitTransferSyntax}};
 }
 
+template <std::size_t Size>
+void copyUid(char (&field)[Size], const QByteArray& uid) {
+  qstrncpy(field, uid.constData(), Size);
+}
+
 /// The identifier of the C-FIND request: what must match, and, empty, all else that a Study holds (PS3.4
 /// C.2.2.2).
-QByteArray identifierOf(const StudyQuery& query, const QByteArray& transferSyntax) {
-  DcmDataset keys;
+void putKeys(DcmDataset& keys, const StudyQuery& query) {
   const auto put = [&](const DcmTagKey& tag, const QString& text) {
     keys.putAndInsertString(tag, text.toUtf8().constData());
   };
+  for (const Tag tag : StudyAttributes) {
+    put(DcmTagKey(static_cast<Uint16>(tag >> 16), static_cast<Uint16>(tag & 0xffff)), QString());
+  }
   const QString texts = query.accessionNumber + query.patientID + query.studyInstanceUID;
   const bool isAscii = std::all_of(texts.begin(), texts.end(), [](QChar c) { return c.unicode() < 0x80; });
   if (!isAscii) put(DCM_SpecificCharacterSet, QStringLiteral("ISO_IR 192"));
@@ -39,22 +47,25 @@ QByteArray identifierOf(const StudyQuery& query, const QByteArray& transferSynta
   put(DCM_StudyInstanceUID, query.studyInstanceUID);
   put(DCM_AccessionNumber, query.accessionNumber);
   put(DCM_PatientID, query.patientID);
-  put(DCM_StudyDate,
-      query.studyDate.isValid() ? query.studyDate.toString(QStringLiteral("yyyyMMdd")) : QString());
-  for (const DcmTagKey& tag :
-       {DCM_StudyTime, DCM_ReferringPhysicianName, DCM_StudyDescription, DCM_PatientName,
-        DCM_IssuerOfPatientID, DCM_PatientBirthDate, DCM_PatientSex, DCM_StudyID}) {
-    put(tag, QString());
-  }
-  const E_TransferSyntax syntax = DcmXfer(transferSyntax.constData()).getXfer();
-  const Uint32 size = keys.calcElementLength(syntax, EET_ExplicitLength);
-  QByteArray bytes(static_cast<qsizetype>(size), '\0');
-  DcmOutputBufferStream stream(bytes.data(), bytes.size());
-  keys.transferInit();
-  keys.write(stream, syntax, EET_ExplicitLength, nullptr);
-  keys.transferEnd();
-  bytes.truncate(static_cast<qsizetype>(stream.tell()));
-  return bytes;
+  put(DCM_StudyDate, dicomDate(query.studyDate));
+}
+
+/// Reads a file that has a meta header. False when the bytes are none.
+bool readFile(DcmFileFormat& object, const QByteArray& file) {
+  DcmInputBufferStream stream;
+  stream.setBuffer(file.constData(), file.size());
+  stream.setEos();
+  object.setReadMode(ERM_fileOnly);
+  object.transferInit();
+  const OFCondition condition = object.read(stream);
+  object.transferEnd();
+  return condition.good();
+}
+
+QByteArray uidIn(DcmDataset& dataset, const DcmTagKey& tag) {
+  const char* uid = nullptr;
+  dataset.findAndGetString(tag, uid);
+  return QByteArray(uid).trimmed();
 }
 
 }  // namespace
@@ -73,9 +84,13 @@ PacsResult DimsePacs::findStudies(const StudyQuery& query, QList<Study>& studies
 
 PacsResult DimsePacs::find(DimseAssociation& association, int place, const StudyQuery& query,
                            QList<Study>& studies) const {
-  const QByteArray syntax = association.transferSyntax(place);
-  const DimseRequest request{DIMSE_C_FIND_RQ, findContext().sopClassUID, {}};
-  PacsResult result = association.send(place, request, identifierOf(query, syntax));
+  DcmDataset keys;
+  putKeys(keys, query);
+  T_DIMSE_Message request{};
+  request.CommandField = DIMSE_C_FIND_RQ;
+  request.msg.CFindRQ.Priority = DIMSE_PRIORITY_MEDIUM;
+  copyUid(request.msg.CFindRQ.AffectedSOPClassUID, findContext().sopClassUID);
+  PacsResult result = association.send(place, request, &keys);
   int answers = 0;
   while (result.done()) {
     T_DIMSE_Message answer{};
@@ -89,30 +104,37 @@ PacsResult DimsePacs::find(DimseAssociation& association, int place, const Study
     if (++answers > MostStudies) {
       return never(QStringLiteral("more than %1 studies match: ask for something narrower").arg(MostStudies));
     }
-    const StudyFileResult read = studyFromBytes(fileOf(dataset, syntax));
+    const auto study = studyFromDataset(dataset, association.transferSyntax(place));
     // Whoever counts studies must not miss one.
-    if (!read.ok())
+    if (!study.ok()) {
       return tryAgain(QStringLiteral("the archive's answer holds a study without a Study Instance UID"));
-    if (matches(read.study, query) && !studies.contains(read.study)) studies.append(read.study);
+    }
+    if (matches(*study, query) && !studies.contains(*study)) studies.append(*study);
   }
   return result;
 }
 
 PacsResult DimsePacs::store(const QByteArray& file, const QString& sopClassUID,
                             const QString& sopInstanceUID) {
-  const auto parts = partsOf(file);
-  if (!parts || parts->dataset.size() % 2 != 0) return never(QStringLiteral("it is not a DICOM file"));
+  DcmFileFormat object;
+  if (!readFile(object, file)) return never(QStringLiteral("it is not a DICOM file"));
+  DcmDataset& dataset = *object.getDataset();
   const QByteArray sopClass = sopClassUID.toLatin1();
   const QByteArray sopInstance = sopInstanceUID.toLatin1();
   // An archive files the object under what it reads in it, and confirms what the request says.
-  if (parts->sopClassUID != sopClass || parts->sopInstanceUID != sopInstance) {
+  if (uidIn(dataset, DCM_SOPClassUID) != sopClass || uidIn(dataset, DCM_SOPInstanceUID) != sopInstance) {
     return never(QStringLiteral("the DICOM file holds another object than %1").arg(sopInstanceUID));
   }
   DimseAssociation association(settings_);
-  PacsResult result = association.open({{sopClass, {parts->transferSyntaxUID}}});
+  PacsResult result = association.open({{sopClass, {DcmXfer(dataset.getOriginalXfer()).getXferID()}}});
   if (result.done()) result = association.accepted(0);
   if (!result.done()) return result;
-  result = association.send(0, {DIMSE_C_STORE_RQ, sopClass, sopInstance}, parts->dataset);
+  T_DIMSE_Message request{};
+  request.CommandField = DIMSE_C_STORE_RQ;
+  request.msg.CStoreRQ.Priority = DIMSE_PRIORITY_MEDIUM;
+  copyUid(request.msg.CStoreRQ.AffectedSOPClassUID, sopClass);
+  copyUid(request.msg.CStoreRQ.AffectedSOPInstanceUID, sopInstance);
+  result = association.send(0, request, &dataset, file.size());
   T_DIMSE_Message answer{};
   if (result.done()) result = association.receive(DIMSE_C_STORE_RSP, answer);
   if (!result.done()) return result;
@@ -136,7 +158,10 @@ PacsResult DimsePacs::check() {
                         {UID_SecondaryCaptureImageStorage, {UID_JPEGProcess1TransferSyntax}}});
   for (int place = 0; place < 3 && result.done(); ++place) result = association.accepted(place);
   if (!result.done()) return result;
-  result = association.send(0, {DIMSE_C_ECHO_RQ, UID_VerificationSOPClass, {}}, QByteArray());
+  T_DIMSE_Message request{};
+  request.CommandField = DIMSE_C_ECHO_RQ;
+  copyUid(request.msg.CEchoRQ.AffectedSOPClassUID, UID_VerificationSOPClass);
+  result = association.send(0, request);
   T_DIMSE_Message answer{};
   if (result.done()) result = association.receive(DIMSE_C_ECHO_RSP, answer);
   if (!result.done()) return result;

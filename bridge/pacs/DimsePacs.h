@@ -17,8 +17,9 @@ class DimsePacs final : public Pacs {
   /// A study must match every member that is not empty letter by letter; a wildcard in them is an ordinary
   /// character.
   PacsResult findStudies(const StudyQuery& query, QList<Study>& studies) override;
-  /// The data set's bytes are sent as they are in the file, in its transfer syntax. An archive that takes the
-  /// class of objects or the transfer syntax not at all is Never.
+  /// The file is one that was made here: the DICOM toolkit reads it, as it reads nothing that was received.
+  /// It is sent in its transfer syntax. Never when the archive takes no objects of the class, or none in that
+  /// transfer syntax.
   PacsResult store(const QByteArray& file, const QString& sopClassUID,
                    const QString& sopInstanceUID) override;
   /// Echoes, asks for a study that is nowhere, and asks whether a chart could be stored.

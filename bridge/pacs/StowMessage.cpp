@@ -6,22 +6,24 @@
 #include <QJsonObject>
 #include <QUuid>
 
+#include "bridge/dicom/DicomText.h"
 #include "bridge/pacs/QidoAnswer.h"
 
 namespace bridge {
 namespace {
 
-constexpr const char* ReferencedSOPInstanceUID = "00081155";
-constexpr const char* FailureReason = "00081197";
-constexpr const char* FailedSOPSequence = "00081198";
-constexpr const char* ReferencedSOPSequence = "00081199";
+constexpr Tag ReferencedSOPInstanceUID = 0x00081155;
+constexpr Tag FailureReason = 0x00081197;
+constexpr Tag FailedSOPSequence = 0x00081198;
+constexpr Tag ReferencedSOPSequence = 0x00081199;
 
 /// The item of a sequence that speaks of an instance; empty when there is none.
-QJsonObject itemAbout(const QJsonObject& dataset, const char* sequence, const QString& sopInstanceUID) {
+QJsonObject itemAbout(const QJsonObject& dataset, Tag sequence, const QString& sopInstanceUID) {
   const QJsonArray items =
-      dataset.value(QLatin1String(sequence)).toObject().value(QLatin1String("Value")).toArray();
+      dataset.value(tagInWeb(sequence)).toObject().value(QLatin1String("Value")).toArray();
   for (const auto& item : items) {
-    if (firstText(item.toObject(), ReferencedSOPInstanceUID) == sopInstanceUID) return item.toObject();
+    const QString uid = valuesIn(item.toObject(), ReferencedSOPInstanceUID);
+    if (withoutPadding(uid) == sopInstanceUID) return item.toObject();
   }
   return {};
 }
@@ -50,7 +52,7 @@ StowVerdict stowVerdict(const QByteArray& json, const QString& sopInstanceUID) {
   const QJsonObject failed = itemAbout(dataset, FailedSOPSequence, sopInstanceUID);
   if (!failed.isEmpty()) {
     verdict.said = StowVerdict::Said::Failed;
-    verdict.failureReason = firstText(failed, FailureReason).toUShort();
+    verdict.failureReason = valuesIn(failed, FailureReason).toUShort();
   } else if (!itemAbout(dataset, ReferencedSOPSequence, sopInstanceUID).isEmpty()) {
     verdict.said = StowVerdict::Said::Stored;
   }

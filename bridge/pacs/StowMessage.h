@@ -16,8 +16,10 @@ struct StowMessage {
 /// The boundary that is taken unless the file holds it: different each time, never guessable from the file.
 QByteArray randomBoundary();
 
-/// The message for a file, which stands in it as it is. Candidates for the boundary are asked for until one
-/// does not occur in the file. An empty file gives a message without a part, which stores nothing.
+/// The message for a file, which stands in it as it is. By hand, since QHttpMultiPart gives no bytes to look
+/// at, sends no message without a part, and does not look whether its boundary stands in a part. Candidates
+/// for the boundary are asked for until one does not occur in the file. An empty file gives a message without
+/// a part, which stores nothing.
 StowMessage stowMessage(const QByteArray& file,
                         const std::function<QByteArray()>& candidate = &randomBoundary);
 

@@ -5,6 +5,7 @@
 #include <QUrl>
 #include <algorithm>
 
+#include "bridge/dicom/DicomText.h"
 #include "bridge/pacs/DimseStatus.h"
 #include "bridge/pacs/QidoAnswer.h"
 #include "bridge/pacs/StowMessage.h"
@@ -64,8 +65,6 @@ StudyQuery withWildcards(StudyQuery query) {
 bool sameTexts(const StudyQuery& a, const StudyQuery& b) {
   return a.patientID == b.patientID && a.accessionNumber == b.accessionNumber;
 }
-
-QString dicomDay(QDate day) { return day.isValid() ? day.toString(QStringLiteral("yyyyMMdd")) : QString(); }
 
 /// What an answer means that is no success and says nothing of its own.
 PacsResult refusal(const WebAnswer& answer, const QUrl& url) {
@@ -132,8 +131,10 @@ QUrl searchUrl(const QUrl& studies, const StudyQuery& query) {
   add("StudyInstanceUID", query.studyInstanceUID);
   add("AccessionNumber", query.accessionNumber);
   add("PatientID", query.patientID);
-  add("StudyDate", dicomDay(query.studyDate));
-  for (const QByteArray& attribute : studyAttributes()) add("includefield", QString::fromLatin1(attribute));
+  add("StudyDate", dicomDate(query.studyDate));
+  for (const Tag tag : StudyAttributes) {
+    if (tag != tags::StudyInstanceUID) add("includefield", tagInWeb(tag));  // it always comes along
+  }
   // One more than we take, to know whether there are more.
   add("limit", QString::number(Pacs::MostStudies + 1));
   QUrl url = studies;
@@ -149,10 +150,10 @@ PacsResult search(const PacsSettings& settings, const StudyQuery& asked, const S
   if (answer.status == 204) return {};
   if (answer.status != 200) return refusal(answer, url);
   if (leftSomeOut(answer)) return tooMany();
-  const QidoAnswer found = studiesFromJson(answer.body);
-  if (!found.ok()) return {Outcome::TryAgain, found.error};
-  if (found.studies.size() > Pacs::MostStudies) return tooMany();
-  for (const Study& study : found.studies) {
+  const auto found = studiesFromJson(answer.body);
+  if (!found.ok()) return {Outcome::TryAgain, found.error()};
+  if (found->size() > Pacs::MostStudies) return tooMany();
+  for (const Study& study : *found) {
     if (matches(study, meant) && !studies.contains(study)) studies.append(study);
   }
   return {};

@@ -11,12 +11,6 @@
 using namespace velmora;
 
 namespace bridge {
-namespace {
-
-/// Secondary Capture Image Storage (PS3.4 B.5).
-const QString SecondaryCapture = QStringLiteral("1.2.840.10008.5.1.4.1.1.7");
-
-}  // namespace
 
 Sender::Sender(Spool& spool, Pacs& pacs, Report report, WallClock wallClock, QStringList chartsWithoutPatient)
     : spool_(spool),
@@ -100,11 +94,11 @@ Sender::End Sender::send(const SpoolItem& item) {
   const Decision& decision = *state.decision;
   const CaptureIdentity identity{reply->sopInstanceUID, decision.seriesInstanceUID, decision.instanceNumber,
                                  decision.seriesNumber, reply->arrival};
-  const CaptureResult capture = secondaryCapture(
+  const auto capture = secondaryCapture(
       decision.study, {reply->jpeg, reply->description, reply->application, decision.showsPatient}, identity);
-  if (!capture.ok()) return setAside(item, state, capture.error);
+  if (!capture.ok()) return setAside(item, state, capture.error());
 
-  const PacsResult result = pacs_.store(capture.file, SecondaryCapture, reply->sopInstanceUID);
+  const PacsResult result = pacs_.store(*capture, CaptureSopClassUID, reply->sopInstanceUID);
   const auto safe = [&](const QString& text) { return withoutPatient(text, *reply, &decision.study); };
   if (result.outcome == PacsResult::Outcome::TryAgain) return later(item, state, safe(result.reason));
   if (result.outcome == PacsResult::Outcome::Never) return setAside(item, state, safe(result.reason));

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "bridge/service/WhichStudy.h"
 
-#include <QRegularExpression>
 #include <QStringList>
 #include <algorithm>
 
+#include "bridge/dicom/Uid.h"
 #include "bridge/spool/RequestMemory.h"
 
 namespace bridge {
@@ -89,11 +89,6 @@ PacsResult ofPatient(const QString& identifier, Pacs& pacs, QList<Study>& studie
 
 }  // namespace
 
-bool namesOneStudy(const QString& text) {
-  static const QRegularExpression form(QStringLiteral("\\A[0-9]+(\\.[0-9]+)*\\z"));
-  return text.size() <= 64 && form.match(text).hasMatch();
-}
-
 QString contradiction(const SpooledReply& reply, const Study& study) {
   const QString ours = applicationIdentifier(reply.identifier);
   const QString theirs = applicationIdentifier(study.patientID);
@@ -113,7 +108,7 @@ QString contradiction(const SpooledReply& reply, const Study& study) {
 }
 
 StudyAnswer studyOfUID(const QString& uid, const SpooledReply& reply, Pacs& pacs) {
-  if (!namesOneStudy(uid)) return aside(QStringLiteral("its study ID is not a Study Instance UID"));
+  if (!isUid(uid)) return aside(QStringLiteral("its study ID is not a Study Instance UID"));
   StudyQuery query;
   query.studyInstanceUID = uid;
   QList<Study> studies;

@@ -21,9 +21,6 @@ struct StudyAnswer {
   QString reason;
 };
 
-/// Whether the text has the form of a UID (PS3.5 9.1): it can be asked for without matching anything else.
-bool namesOneStudy(const QString& text);
-
 /// Why a chart must not go into a study; null when nothing speaks against it. The identifiers must be there
 /// and agree, "/" taken for "-"; birth dates must agree where both are known. An identifier that the reply
 /// has in capitals agrees when both birth dates are known and the same.

@@ -4,7 +4,7 @@
 #include <QFile>
 #include <limits>
 
-#include "bridge/dicom/Capture.h"
+#include "bridge/dicom/Uid.h"
 #include "bridge/spool/SpoolFile.h"
 
 using namespace velmora;

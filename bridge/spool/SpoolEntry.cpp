@@ -5,6 +5,7 @@
 #include <QJsonObject>
 #include <QStringList>
 
+#include "bridge/dicom/Uid.h"
 #include "bridge/spool/SpoolFile.h"
 #include "base/CalendarDay.h"
 #include "link/protocol/LinkProtocol.h"

@@ -8,7 +8,6 @@
 #include <QVariantMap>
 #include <optional>
 
-#include "bridge/dicom/Capture.h"
 #include "bridge/dicom/Study.h"
 
 namespace bridge {

@@ -7,7 +7,8 @@
 #include "bridge/dicom/Capture.h"
 #include "bridge/dicom/JpegImage.h"
 #include "bridge/dicom/PersonName.h"
-#include "bridge/dicom/StudyFile.h"
+#include "bridge/dicom/StudyReader.h"
+#include "bridge/dicom/Uid.h"
 #include "tests/fuzz/FuzzTargets.h"
 
 namespace {
@@ -34,40 +35,39 @@ QByteArray smallJpeg() {
 
 /// What was written is of the same study and patient, and the frame is in it as it came.
 void requireWellFiled(const QByteArray& file, const bridge::Study& study, const QByteArray& jpeg) {
-  const bridge::StudyFileResult again = bridge::studyFromBytes(file);
+  const auto again = bridge::studyFromBytes(file);
   fuzz::require(again.ok(), "what was written can be read");
-  fuzz::require(again.study.studyInstanceUID == study.studyInstanceUID, "it is of the same study");
-  fuzz::require(again.study.patientID == study.patientID, "it is of the same patient");
-  fuzz::require(again.study.issuerOfPatientID == study.issuerOfPatientID, "and of the same issuer");
+  fuzz::require(again->studyInstanceUID == study.studyInstanceUID, "it is of the same study");
+  fuzz::require(again->patientID == study.patientID, "it is of the same patient");
+  fuzz::require(again->issuerOfPatientID == study.issuerOfPatientID, "and of the same issuer");
   fuzz::require(file.contains(jpeg), "the frame is the JPEG");
 }
 
 void readStudy(const QByteArray& input) {
   static const QByteArray jpeg = smallJpeg();
-  const bridge::StudyFileResult result = bridge::studyFromBytes(input);
+  const auto result = bridge::studyFromBytes(input);
   if (!result.ok()) return;
-  const bridge::Study& study = result.study;
+  const bridge::Study& study = *result;
   for (const QString& name : {study.patientName, study.referringPhysician}) {
     for (const QChar c : bridge::readablePersonName(name)) {
       fuzz::require(c.category() != QChar::Other_Control, "a name stays on its line");
     }
   }
   const bridge::Chart chart{jpeg, study.description, study.accessionNumber};
-  const bridge::CaptureResult capture = bridge::secondaryCapture(study, chart, identity());
-  fuzz::require(capture.ok() != capture.file.isEmpty(), "a refusal has no file");
-  if (capture.ok()) requireWellFiled(capture.file, study, jpeg);
+  const auto capture = bridge::secondaryCapture(study, chart, identity());
+  if (capture.ok()) requireWellFiled(*capture, study, jpeg);
 }
 
 void readJpeg(const QByteArray& input) {
-  const bridge::JpegImage image = bridge::jpegImage(input);
+  const auto image = bridge::jpegImage(input);
   bridge::Study study;
   study.studyInstanceUID = QStringLiteral("1.2.3");
   study.patientID = QStringLiteral("1");
   const bridge::Chart chart{input, QStringLiteral("Chart"), QStringLiteral("org.velmora.growth")};
-  const bridge::CaptureResult capture = bridge::secondaryCapture(study, chart, identity());
+  const auto capture = bridge::secondaryCapture(study, chart, identity());
   fuzz::require(capture.ok() == image.ok(), "a sound JPEG becomes an object, another does not");
   if (!image.ok()) return;
-  requireWellFiled(capture.file, study, input);
+  requireWellFiled(*capture, study, input);
 
   // A decoder sees what the object says.
   const std::unique_ptr<void, int (*)(tjhandle)> decompressor(tjInitDecompress(), tjDestroy);
@@ -78,12 +78,12 @@ void readJpeg(const QByteArray& input) {
   tjDecompressHeader3(decompressor.get(), reinterpret_cast<const unsigned char*>(input.constData()),
                       static_cast<unsigned long>(input.size()), &width, &height, &sampling, &colours);
   if (colours < 0 || width == 0) return;  // an unusual sampling, which this decoder does not name
-  fuzz::require(width == image.columns && height == image.rows, "the size is the decoder's");
+  fuzz::require(width == image->columns && height == image->rows, "the size is the decoder's");
   using Colour = bridge::JpegImage::Colour;
   const Colour expected = colours == TJCS_GRAY  ? Colour::Grey
                           : colours == TJCS_RGB ? Colour::Rgb
                                                 : Colour::YCbCr;
-  fuzz::require(image.colour == expected, "the colours are the decoder's");
+  fuzz::require(image->colour == expected, "the colours are the decoder's");
 }
 
 /// The beginning of a DICOM file of this transfer syntax.

@@ -3,7 +3,8 @@
 // DIMSE with a real archive.
 #include <gtest/gtest.h>
 
-#include "bridge/pacs/DicomFileParts.h"
+#include <QtEndian>
+
 #include "bridge/pacs/DimsePacs.h"
 #include "tests/unit/bridge/pacs/LoopbackPeer.h"
 #include "bridge/testing/Orthanc.h"
@@ -31,6 +32,12 @@ void PrintTo(const Study& study, std::ostream* stream) {
 namespace {
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+
+/// All of a file that follows its meta header, whose length stands in its first element (PS3.10 7.1).
+QByteArray datasetOf(const QByteArray& file) {
+  constexpr qsizetype LengthAt = 128 + 4 + 8;
+  return file.mid(LengthAt + 4 + qFromLittleEndian<quint32>(file.constData() + LengthAt));
+}
 
 }  // namespace
 
@@ -143,11 +150,9 @@ TEST_F(DimseWithOrthanc, StoresAnObjectByteForByte) {
   const Study study = inventedStudy();
   const PacsResult result = store(orthanc_->dimse(), study, 1, 700);  // several fragments
   EXPECT_TRUE(result.done()) << qPrintable(result.reason);
-  const auto sent = bridge::partsOf(syntheticStudy(study, 1, 700));
-  const auto kept = bridge::partsOf(orthanc_->fileOf(syntheticUID(study)));
-  ASSERT_TRUE(sent && kept);
-  EXPECT_EQ(kept->transferSyntaxUID, sent->transferSyntaxUID);
-  EXPECT_TRUE(kept->dataset == sent->dataset);
+  const QByteArray sent = datasetOf(syntheticStudy(study, 1, 700));
+  EXPECT_GT(sent.size(), 700 * 700);
+  EXPECT_TRUE(datasetOf(orthanc_->fileOf(syntheticUID(study))) == sent);
 }
 
 TEST_F(DimseWithOrthanc, StoringTwiceIsNoErrorAndLeavesOneObject) {

@@ -5,7 +5,7 @@
 
 #include <QJsonArray>
 
-#include "bridge/dicom/StudyFile.h"
+#include "bridge/dicom/StudyReader.h"
 #include "bridge/testing/Orthanc.h"
 #include "bridge/testing/SyntheticStudy.h"
 
@@ -20,7 +20,7 @@ TEST(TestArchive, KeepsWhatWasPutIntoItOverItsEnd) {
   EXPECT_THROW(orthanc.instances(), std::runtime_error);
   orthanc.start();
   EXPECT_EQ(orthanc.instancesOf(study.studyInstanceUID), QStringList{syntheticUID(study)});
-  EXPECT_EQ(bridge::studyFromBytes(orthanc.fileOf(syntheticUID(study))).study, study);
+  EXPECT_EQ(bridge::studyFromBytes(orthanc.fileOf(syntheticUID(study))).value(), study);
   orthanc.clear();
   EXPECT_TRUE(orthanc.instances().isEmpty());
 }

@@ -123,10 +123,10 @@ class Page {
     identity.seriesNumber = 9001;
     identity.captured = captured;
     const QByteArray jpeg = jpegOf(number % 2 == 1 ? Qt::darkCyan : Qt::darkYellow);
-    const bridge::CaptureResult capture =
+    const auto capture =
         bridge::secondaryCapture(study, {jpeg, description, QStringLiteral("org.velmora.growth")}, identity);
-    EXPECT_TRUE(capture.ok()) << qPrintable(capture.error);
-    return capture.file;
+    EXPECT_TRUE(capture.ok()) << qPrintable(capture.error());
+    return *capture;
   }
 
   /// Orthanc's own name for a study.

@@ -12,7 +12,8 @@
 #include <array>
 #include <memory>
 
-#include "bridge/dicom/StudyValues.h"
+#include "bridge/dicom/StudyAttributes.h"
+#include "bridge/dicom/Uid.h"
 
 namespace dicom_testing {
 namespace {
@@ -200,15 +201,25 @@ QByteArray dataset(const QList<Element>& elements, Syntax syntax) {
   return bytes;
 }
 
+QByteArray transferSyntax(Syntax syntax) {
+  switch (syntax) {
+    case Syntax::ImplicitLittle:
+      return "1.2.840.10008.1.2";
+    case Syntax::ExplicitBig:
+      return "1.2.840.10008.1.2.2";
+    case Syntax::Deflated:
+      return "1.2.840.10008.1.2.1.99";
+    case Syntax::ExplicitLittle:
+      break;
+  }
+  return "1.2.840.10008.1.2.1";
+}
+
 QByteArray dicomFile(const QList<Element>& elements, Syntax syntax) {
-  const QByteArray uid = syntax == Syntax::ImplicitLittle   ? "1.2.840.10008.1.2"
-                         : syntax == Syntax::ExplicitLittle ? "1.2.840.10008.1.2.1"
-                         : syntax == Syntax::ExplicitBig    ? "1.2.840.10008.1.2.2"
-                                                            : "1.2.840.10008.1.2.1.99";
   const QByteArray meta = dataset({{0x00020001, "OB", QByteArray("\0\1", 2)},
                                    {0x00020002, "UI", "1.2.840.10008.5.1.4.1.1.7"},
                                    {0x00020003, "UI", "2.25.1"},
-                                   {0x00020010, "UI", uid}});
+                                   {0x00020010, "UI", transferSyntax(syntax)}});
   const QByteArray length = number32(static_cast<quint32>(meta.size()), false);
   const QByteArray body = dataset(elements, syntax);
   return QByteArray(128, '\0') + "DICM" + dataset({{0x00020000, "UL", length}}) + meta +

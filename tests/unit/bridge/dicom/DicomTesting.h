@@ -37,6 +37,9 @@ struct Element {
 
 enum class Syntax { ImplicitLittle, ExplicitLittle, ExplicitBig, Deflated };
 
+/// Its UID.
+QByteArray transferSyntax(Syntax syntax);
+
 /// A DICOM file of these elements, as they stand.
 QByteArray dicomFile(const QList<Element>& elements, Syntax syntax = Syntax::ExplicitLittle);
 /// The data set alone.

@@ -8,7 +8,6 @@
 #include <chrono>
 #include <string>
 
-#include "bridge/pacs/DicomFileParts.h"
 #include "bridge/pacs/DimsePacs.h"
 #include "bridge/pacs/DimseStatus.h"
 #include "tests/unit/bridge/pacs/LoopbackPeer.h"
@@ -281,23 +280,15 @@ TEST(DimseQuestion, SaysInWhichCharactersItIsWritten) {
   }
 }
 
-TEST(DicomFileParts, TakesAFileApartAndPutsOneTogether) {
-  const QByteArray file = syntheticStudy(inventedStudy());
-  const auto parts = bridge::partsOf(file);
-  ASSERT_TRUE(parts);
-  EXPECT_TRUE(file.endsWith(parts->dataset));
-  EXPECT_EQ(parts->sopInstanceUID, syntheticUID(inventedStudy()).toLatin1());
-  const auto again = bridge::partsOf(bridge::fileOf(parts->dataset, parts->transferSyntaxUID));
-  ASSERT_TRUE(again);
-  EXPECT_EQ(again->transferSyntaxUID, parts->transferSyntaxUID);
-  EXPECT_TRUE(again->dataset == parts->dataset);
-}
-
-TEST(DicomFileParts, KnowsWhatIsNoFileWhereverItEnds) {
-  const QByteArray file = syntheticStudy(inventedStudy());
-  const qsizetype header = file.size() - bridge::partsOf(file)->dataset.size();
+TEST(DimseStore, AsksNobodyToStoreAFileWhoseBeginningIsBroken) {
+  const Study study = inventedStudy();
+  const QByteArray file = syntheticStudy(study);
+  DimsePacs pacs(bridge::PacsSettings{});
+  // Up to the first element of the data set, its character set.
+  const qsizetype header = file.indexOf(QByteArray("\x08\0\x05\0CS", 6));
+  ASSERT_GT(header, 132);
   for (qsizetype size = 0; size <= header; ++size) {
-    const auto parts = bridge::partsOf(file.left(size));
-    EXPECT_FALSE(parts) << size;
+    const PacsResult result = pacs.store(file.left(size), SecondaryCaptureClass, syntheticUID(study));
+    EXPECT_EQ(result.outcome, Outcome::Never) << size;
   }
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "bridge/dicom/CaptureText.h"
+#include "bridge/dicom/DicomText.h"
 
 #include <QList>
 #include <QRegularExpression>
@@ -15,11 +15,6 @@ constexpr qsizetype ShortStringCharacters = 16;
 bool isAllowed(uint character) {
   if (character == '\\' || character < 0x20 || (character >= 0x7f && character < 0xa0)) return false;
   return !QChar::isNonCharacter(character);
-}
-
-bool fits(const QString& text, qsizetype characters) {
-  const QList<uint> all = text.toUcs4();
-  return text.isValidUtf16() && all.size() <= characters && std::all_of(all.begin(), all.end(), isAllowed);
 }
 
 /// DICOM counts characters, not bytes and not UTF-16 units.
@@ -38,23 +33,46 @@ QString withoutTrailing(QString text, QChar separator) {
   return text;
 }
 
-bool matches(const QString& text, const QRegularExpression& form) { return form.match(text).hasMatch(); }
-
 }  // namespace
 
-bool isLongString(const QString& text) { return fits(text, LongStringCharacters); }
+bool isOneValue(const QString& text) {
+  const QList<uint> all = text.toUcs4();
+  return text.isValidUtf16() && std::all_of(all.begin(), all.end(), isAllowed);
+}
 
-bool isShortString(const QString& text) { return fits(text, ShortStringCharacters); }
+bool isLongString(const QString& text) {
+  return isOneValue(text) && text.toUcs4().size() <= LongStringCharacters;
+}
 
-bool isUid(const QString& text) {
-  static const QRegularExpression form(QStringLiteral("\\A[0-9]+(\\.[0-9]+)+\\z"));
-  return text.size() <= 64 && matches(text, form);
+bool isShortString(const QString& text) {
+  return isOneValue(text) && text.toUcs4().size() <= ShortStringCharacters;
 }
 
 bool isTime(const QString& text) {
   static const QRegularExpression form(
       QStringLiteral("\\A([01][0-9]|2[0-3])([0-5][0-9](([0-5][0-9]|60)(\\.[0-9]{1,6})?)?)?\\z"));
-  return matches(text, form);
+  return form.match(text).hasMatch();
+}
+
+QString withoutPadding(const QString& text) {
+  qsizetype end = text.size();
+  while (end > 0 && (text.at(end - 1) == QLatin1Char(' ') || text.at(end - 1) == QChar::Null)) --end;
+  qsizetype begin = 0;
+  while (begin < end && text.at(begin) == QLatin1Char(' ')) ++begin;
+  return text.mid(begin, end - begin);
+}
+
+QDate dateFromDicom(const QString& text) {
+  static const QRegularExpression form(
+      QStringLiteral("\\A(?:([0-9]{4})([0-9]{2})([0-9]{2})|([0-9]{4})\\.([0-9]{2})\\.([0-9]{2}))\\z"));
+  const QRegularExpressionMatch match = form.match(text);
+  const int first = match.hasCaptured(1) ? 1 : 4;
+  return QDate(match.captured(first).toInt(), match.captured(first + 1).toInt(),
+               match.captured(first + 2).toInt());
+}
+
+QString dicomDate(QDate date) {
+  return date.isValid() ? date.toString(QStringLiteral("yyyyMMdd")) : QString();
 }
 
 QString asLongString(const QString& text) { return cleaned(text, LongStringCharacters); }
@@ -67,6 +85,15 @@ QString asPersonName(const QString& name) {
     for (QString& component : components) component = cleaned(component, LongStringCharacters);
     groups.append(
         withoutTrailing(cleaned(components.join(QLatin1Char('^')), LongStringCharacters), QLatin1Char('^')));
+  }
+  return withoutTrailing(groups.join(QLatin1Char('=')), QLatin1Char('='));
+}
+
+QString withoutEmptyGroups(const QString& name) {
+  QStringList groups = name.split(QLatin1Char('='));
+  for (QString& group : groups) {
+    group = withoutPadding(group);
+    if (group.count(QLatin1Char('^')) == group.size()) group.clear();
   }
   return withoutTrailing(groups.join(QLatin1Char('=')), QLatin1Char('='));
 }

@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "bridge/dicom/DicomHeader.h"
+#include "bridge/dicom/StudyReader.h"
 
+#include <QBuffer>
 #include <QList>
 #include <QtEndian>
 #include <algorithm>
-#include <memory>
 
 #include "bridge/dicom/ByteSource.h"
 #include "bridge/dicom/Inflater.h"
+#include "bridge/dicom/StudyAttributes.h"
 
 namespace bridge {
 namespace {
+
+using velmora::base::Failure;
+using velmora::base::Result;
 
 constexpr quint32 UndefinedLength = 0xffffffff;
 constexpr Tag Item = 0xfffee000;
@@ -19,8 +23,8 @@ constexpr Tag SequenceEnd = 0xfffee0dd;
 constexpr Tag TransferSyntaxUID = 0x00020010;
 
 constexpr qsizetype DeepestSequence = 64;
-constexpr int MostElements =
-    200000;  // a header of a few hundred is usual; enhanced objects have some ten thousand
+constexpr int MostElements = 200000;  // a few hundred are usual; enhanced objects have some ten thousand
+constexpr quint32 LongestValue = 1024 * 1024;
 
 struct Encoding {
   bool implicitVR = false;
@@ -68,10 +72,9 @@ class ElementReader {
   }
 
   bool readValue(const Element& element, QByteArray& value) {
-    if (element.length == UndefinedLength) return false;
-    const qint64 kept = std::min<qint64>(element.length, LongestValue);
-    value.resize(kept);
-    return source_.read(value.data(), kept) && source_.skip(element.length - kept);
+    if (element.length > LongestValue) return false;
+    value.resize(element.length);
+    return source_.read(value.data(), value.size());
   }
 
  private:
@@ -81,7 +84,7 @@ class ElementReader {
       bool isItem;
       bool implicitVR;
     };
-    // What is in an element of unknown kind is in implicit VR (PS3.5 6.2.2, note 2).
+    // Within an element of unknown kind everything is in implicit VR (PS3.5 6.2.2, note 2).
     const auto implicitWithin = [](const Element& element, bool around) {
       return around || element.vr == "UN";
     };
@@ -144,54 +147,70 @@ QByteArray readTransferSyntax(QIODevice& file) {
   return uid;
 }
 
-void readDataset(ByteSource& source, Encoding encoding, DicomHeader& header) {
+Result<Study> readDataset(ByteSource& source, Encoding encoding) {
   ElementReader reader(source, encoding);
-  const QString damaged = QStringLiteral("its attributes are damaged");
+  QMap<Tag, QByteArray> values;
+  bool damaged = false;
   Element element;
-  while (!header.values.contains(studyTags.back())) {
+  while (!damaged && !values.contains(StudyAttributes.back())) {
     const ElementReader::Next next = reader.next(element);
-    if (next == ElementReader::Next::Damaged) header.error = damaged;
-    if (next != ElementReader::Next::Element || element.tag > studyTags.back()) return;
-    const bool wanted = std::find(studyTags.begin(), studyTags.end(), element.tag) != studyTags.end() &&
-                        !header.values.contains(element.tag);
-    QByteArray value;
-    if (!(wanted ? reader.readValue(element, value) : reader.skipValue(element))) {
-      header.error = damaged;
-      return;
+    damaged = next == ElementReader::Next::Damaged;
+    if (next != ElementReader::Next::Element || element.tag > StudyAttributes.back()) break;
+    const bool wanted =
+        element.tag == tags::SpecificCharacterSet ||
+        std::find(StudyAttributes.begin(), StudyAttributes.end(), element.tag) != StudyAttributes.end();
+    if (wanted && !values.contains(element.tag)) {
+      QByteArray value;
+      damaged = !reader.readValue(element, value);
+      if (!damaged) values.insert(element.tag, value);
+    } else {
+      damaged = !reader.skipValue(element);
     }
-    if (wanted) header.values.insert(element.tag, value);
   }
+  Study study = studyOf(values);
+  // The identifier of the study stands behind all about the patient: with it, those have been read.
+  if (!study.studyInstanceUID.isEmpty()) return study;
+  if (damaged) return Failure{QStringLiteral("its attributes are damaged")};
+  return Failure{QStringLiteral("it is of no study (no Study Instance UID)")};
+}
+
+Result<Study> readDataset(QIODevice& dataset, const QByteArray& transferSyntaxUID) {
+  // PS3.5 A.1 to A.5; all other transfer syntaxes concern the pixels alone.
+  Encoding encoding;
+  encoding.implicitVR = transferSyntaxUID == "1.2.840.10008.1.2";
+  encoding.bigEndian = transferSyntaxUID == "1.2.840.10008.1.2.2";
+  if (transferSyntaxUID == "1.2.840.10008.1.2.1.99" || transferSyntaxUID == "1.2.840.10008.1.2.4.95") {
+    Inflater inflater(dataset);
+    return readDataset(inflater, encoding);
+  }
+  DeviceSource source(dataset);
+  return readDataset(source, encoding);
 }
 
 }  // namespace
 
-DicomHeader readDicomHeader(QIODevice& file) {
-  DicomHeader header;
+Result<Study> studyFromDevice(QIODevice& file) {
   constexpr qint64 Preamble = 128;
   if (file.read(Preamble).size() != Preamble || file.read(4) != "DICM") {
-    header.error = QStringLiteral("it is not a DICOM file");
-    return header;
+    return Failure{QStringLiteral("it is not a DICOM file")};
   }
-  header.isDicom = true;
   const QByteArray transferSyntax = readTransferSyntax(file);
-  if (transferSyntax.isEmpty()) {
-    header.error = QStringLiteral("it does not say how it is encoded");
-    return header;
-  }
-  // PS3.5 A.1 to A.5; all other transfer syntaxes concern the pixels alone.
-  Encoding encoding;
-  encoding.implicitVR = transferSyntax == "1.2.840.10008.1.2";
-  encoding.bigEndian = transferSyntax == "1.2.840.10008.1.2.2";
-  const bool deflated =
-      transferSyntax == "1.2.840.10008.1.2.1.99" || transferSyntax == "1.2.840.10008.1.2.4.95";
-  std::unique_ptr<ByteSource> source;
-  if (deflated) {
-    source = std::make_unique<Inflater>(file);
-  } else {
-    source = std::make_unique<DeviceSource>(file);
-  }
-  readDataset(*source, encoding, header);
-  return header;
+  if (transferSyntax.isEmpty()) return Failure{QStringLiteral("it does not say how it is encoded")};
+  return readDataset(file, transferSyntax);
+}
+
+Result<Study> studyFromBytes(const QByteArray& file) {
+  QBuffer buffer;
+  buffer.setData(file);
+  buffer.open(QIODevice::ReadOnly);
+  return studyFromDevice(buffer);
+}
+
+Result<Study> studyFromDataset(const QByteArray& dataset, const QByteArray& transferSyntaxUID) {
+  QBuffer buffer;
+  buffer.setData(dataset);
+  buffer.open(QIODevice::ReadOnly);
+  return readDataset(buffer, transferSyntaxUID);
 }
 
 }  // namespace bridge
