@@ -32,10 +32,9 @@ void ask(const GrowthReference& reference) {
 }
 
 void read(const QByteArray& bytes) {
-  QString error;
-  const auto reference = GrowthReference::fromBytes(bytes, &error);
-  fuzz::require(reference.has_value() == error.isEmpty(), "a refusal says why");
-  if (reference) ask(*reference);
+  const auto reference = GrowthReference::fromBytes(bytes);
+  fuzz::require(reference.ok() == reference.error().isEmpty(), "a refusal says why");
+  if (reference.ok()) ask(*reference);
 }
 
 }  // namespace

@@ -213,5 +213,8 @@ void GrowthDocument::noteSelectedChart() {
 }
 
 base::Result<> GrowthDocument::contentFromJson(const QJsonObject& content, int) {
-  return growth::GrowthRecord::fromJson(content, record_);
+  base::Result<growth::GrowthRecord> read = growth::GrowthRecord::fromJson(content);
+  if (!read.ok()) return read.failure();
+  record_ = std::move(read).value();
+  return {};
 }

@@ -20,7 +20,7 @@ using velmora::base::Result;
 
 namespace {
 
-Result<> damaged(const QString& what) {
+Failure damaged(const QString& what) {
   return Failure{platform::localizedString("VelmoraDocument", "The file is damaged (%1).").arg(what)};
 }
 
@@ -46,7 +46,8 @@ QJsonObject examinationToJson(const Examination& examination) {
   return json;
 }
 
-Result<> examinationFromJson(const QJsonValue& json, Examination& examination) {
+Result<Examination> examinationFromJson(const QJsonValue& json) {
+  Examination examination;
   if (!json.isObject()) return damaged(QStringLiteral("examinations"));
   const QJsonValue date = json[QStringLiteral("date")];
   if (!date.isUndefined() && !date.isString()) return damaged(QStringLiteral("date"));
@@ -62,7 +63,7 @@ Result<> examinationFromJson(const QJsonValue& json, Examination& examination) {
       return damaged(wordFor(measure));
     }
   }
-  return {};
+  return examination;
 }
 
 }  // namespace
@@ -98,7 +99,7 @@ QJsonObject GrowthRecord::toJson() const {
   return json;
 }
 
-Result<> GrowthRecord::fromJson(const QJsonObject& json, GrowthRecord& record) {
+Result<GrowthRecord> GrowthRecord::fromJson(const QJsonObject& json) {
   GrowthRecord read;
   const QJsonValue identifier = json.value(QStringLiteral("identifier"));
   // Half a character would be left out of the file's name, and the record be saved as another patient's.
@@ -120,13 +121,11 @@ Result<> GrowthRecord::fromJson(const QJsonObject& json, GrowthRecord& record) {
   if (examinations.isEmpty()) return damaged(QStringLiteral("examinations"));
   read.examinations.clear();
   for (const auto& each : examinations) {
-    Examination examination;
-    const Result<> result = examinationFromJson(each, examination);
-    if (!result.ok()) return result;
-    read.examinations.append(examination);
+    const Result<Examination> examination = examinationFromJson(each);
+    if (!examination.ok()) return examination.failure();
+    read.examinations.append(*examination);
   }
-  record = read;
-  return {};
+  return read;
 }
 
 Measurement measurementFromText(const QString& text) {

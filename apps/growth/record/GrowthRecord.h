@@ -51,7 +51,7 @@ struct GrowthRecord {
 
   QJsonObject toJson() const;
   /// Dates are "YYYY-MM-DD", weights kilograms, heights and head circumferences centimetres.
-  static velmora::base::Result<> fromJson(const QJsonObject& json, GrowthRecord& record);
+  static velmora::base::Result<GrowthRecord> fromJson(const QJsonObject& json);
 
   bool operator==(const GrowthRecord&) const = default;
 };

@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "apps/growth/reference/Lms.h"
+#include "base/Result.h"
 
 namespace growth {
 
@@ -58,9 +59,9 @@ struct GrowthReferenceHeading {
 /// is ever extrapolated.
 class GrowthReference {
  public:
-  /// Reads a reference file. Nothing when it is damaged, foreign or of a newer format; `error` then says why,
-  /// with the line.
-  static std::optional<GrowthReference> fromBytes(const QByteArray& bytes, QString* error);
+  /// Reads a reference file. Fails when it is damaged, foreign or of a newer format, and says why, with the
+  /// line.
+  static velmora::base::Result<GrowthReference> fromBytes(const QByteArray& bytes);
 
   const GrowthReferenceHeading& heading() const { return heading_; }
   /// The tables in the order in which they follow each other.

@@ -9,6 +9,8 @@
 namespace growth {
 
 using namespace Qt::StringLiterals;
+using velmora::base::Failure;
+using velmora::base::Result;
 
 namespace {
 
@@ -28,20 +30,14 @@ std::optional<double> numberIn(const QString& text) {
 
 }  // namespace
 
-std::optional<GrowthReference> GrowthReference::fromBytes(const QByteArray& bytes, QString* error) {
-  GrowthReferenceReader reader(bytes);
-  std::optional<GrowthReference> reference = reader.read();
-  if (error) *error = reader.error();
-  return reference;
+Result<GrowthReference> GrowthReference::fromBytes(const QByteArray& bytes) {
+  return GrowthReferenceReader(bytes).read();
 }
 
-std::optional<GrowthReference> GrowthReferenceReader::read() {
-  if (bytes_.size() > maximumSize) {
-    error_ = u"The file is larger than %1 bytes."_s.arg(maximumSize);
-    return std::nullopt;
-  }
+Result<GrowthReference> GrowthReferenceReader::read() {
+  if (bytes_.size() > maximumSize) return Failure{u"The file is larger than %1 bytes."_s.arg(maximumSize)};
   if (!readFirstLine() || !readHeading() || !readTables() || !checkJoins() || !checkDigest())
-    return std::nullopt;
+    return Failure{error_};
   return reference_;
 }
 

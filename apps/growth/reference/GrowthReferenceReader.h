@@ -13,9 +13,7 @@ class GrowthReferenceReader {
  public:
   explicit GrowthReferenceReader(const QByteArray& bytes) : bytes_(bytes) {}
 
-  /// The reference, or nothing; then `error()` says why.
-  std::optional<GrowthReference> read();
-  const QString& error() const { return error_; }
+  velmora::base::Result<GrowthReference> read();
 
   /// Largest file taken, in bytes. The largest reference shipped has about 23,000.
   static constexpr qsizetype maximumSize = 1024 * 1024;

@@ -23,11 +23,13 @@ QString wordFor(Measure measure) {
 GrowthReferences::GrowthReferences(const QString& folder) {
   for (const Measure measure : measures) {
     const QString path = folder + QLatin1Char('/') + wordFor(measure) + QStringLiteral(".reference");
-    const base::Result<QByteArray> read = base::FileManager().readFile(path, 16 * 1024 * 1024);
-    QString error = read.error();
-    auto& reference = references_[static_cast<std::size_t>(measure)];
-    if (read.ok()) reference = GrowthReference::fromBytes(*read, &error);
-    if (!reference) base::logLine(QStringLiteral("Reference %1: %2").arg(path, error));
+    const base::Result<QByteArray> bytes = base::FileManager().readFile(path, 16 * 1024 * 1024);
+    const base::Result<GrowthReference> reference =
+        bytes.ok() ? GrowthReference::fromBytes(*bytes) : bytes.failure();
+    if (reference.ok())
+      references_[static_cast<std::size_t>(measure)] = *reference;
+    else
+      base::logLine(QStringLiteral("Reference %1: %2").arg(path, reference.error()));
   }
 }
 

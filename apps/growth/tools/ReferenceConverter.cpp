@@ -9,11 +9,13 @@
 namespace growth {
 
 using namespace Qt::StringLiterals;
+using velmora::base::Failure;
+using velmora::base::Result;
 
 namespace {
 
 // The rows of a published table in the lines of a reference file: first the boys, then the girls.
-std::optional<QByteArray> rowsOfPublishedTable(const QByteArray& table, QString* error) {
+Result<QByteArray> rowsOfPublishedTable(const QByteArray& table) {
   QList<QByteArray> rows[2];
   int lineNumber = 0;
   for (const QByteArray& line : table.split('\n')) {
@@ -22,16 +24,13 @@ std::optional<QByteArray> rowsOfPublishedTable(const QByteArray& table, QString*
     if (lineNumber == 1) {
       if (fields.size() < 5 || fields[0] != "Sex" ||
           fields.sliced(2, 3) != QList<QByteArray>{"L", "M", "S"}) {
-        *error = u"line 1 does not begin with the columns Sex, x, L, M, S"_s;
-        return std::nullopt;
+        return Failure{u"line 1 does not begin with the columns Sex, x, L, M, S"_s};
       }
       continue;
     }
     if (fields == QList<QByteArray>{QByteArray()}) continue;
-    if (fields.size() < 5 || (fields[0] != "1" && fields[0] != "2")) {
-      *error = u"line %1 is no row of a boy or a girl"_s.arg(lineNumber);
-      return std::nullopt;
-    }
+    if (fields.size() < 5 || (fields[0] != "1" && fields[0] != "2"))
+      return Failure{u"line %1 is no row of a boy or a girl"_s.arg(lineNumber)};
     rows[fields[0] == "1" ? 0 : 1].append(fields.sliced(1, 4).join(' '));
   }
 
@@ -46,8 +45,7 @@ std::optional<QByteArray> rowsOfPublishedTable(const QByteArray& table, QString*
 
 }  // namespace
 
-std::optional<QByteArray> convertReference(const QByteArray& heading, const PublishedTables& tables,
-                                           QString* error) {
+Result<QByteArray> convertReference(const QByteArray& heading, const PublishedTables& tables) {
   QByteArray reference;
   QByteArray rows;
   for (const QByteArray& line : heading.trimmed().split('\n')) {
@@ -59,23 +57,17 @@ std::optional<QByteArray> convertReference(const QByteArray& heading, const Publ
     if (!line.startsWith("figures: ")) continue;
     const QString fileName = QString::fromUtf8(line.mid(9).trimmed());
     const std::optional<QByteArray> table = tables(fileName);
-    if (!table) {
-      *error = u"There is no \"%1\"."_s.arg(fileName);
-      return std::nullopt;
-    }
-    QString reason;
-    const std::optional<QByteArray> lines = rowsOfPublishedTable(*table, &reason);
-    if (!lines) {
-      *error = u"%1: %2."_s.arg(fileName, reason);
-      return std::nullopt;
-    }
+    if (!table) return Failure{u"There is no \"%1\"."_s.arg(fileName)};
+    const Result<QByteArray> lines = rowsOfPublishedTable(*table);
+    if (!lines.ok()) return Failure{u"%1: %2."_s.arg(fileName, lines.error())};
     rows = *lines;
   }
   reference += rows + '\n';
   reference += "sha256: " + QCryptographicHash::hash(reference, QCryptographicHash::Sha256).toHex() + '\n';
 
   // What is written here can be read there.
-  if (!GrowthReference::fromBytes(reference, error)) return std::nullopt;
+  const Result<GrowthReference> read = GrowthReference::fromBytes(reference);
+  if (!read.ok()) return read.failure();
   return reference;
 }
 

@@ -36,10 +36,9 @@ int main(int argc, char** argv) {
   const std::optional<QByteArray> heading = contentsOf(headingPath);
   if (!heading) return complain(QStringLiteral("%1 cannot be read.").arg(headingPath));
 
-  QString error;
   const auto tables = [&folder](const QString& name) { return contentsOf(folder.filePath(name)); };
-  const std::optional<QByteArray> reference = growth::convertReference(*heading, tables, &error);
-  if (!reference) return complain(QStringLiteral("%1: %2").arg(headingPath, error));
+  const auto reference = growth::convertReference(*heading, tables);
+  if (!reference.ok()) return complain(QStringLiteral("%1: %2").arg(headingPath, reference.error()));
 
   QSaveFile file(referencePath);
   const bool isWritten =

@@ -9,10 +9,9 @@ namespace {
 
 // Why a file is refused; empty when it is taken.
 std::string refusal(const QByteArray& bytes) {
-  QString error;
-  const bool isTaken = GrowthReference::fromBytes(bytes, &error).has_value();
-  EXPECT_EQ(isTaken, error.isEmpty()) << qPrintable(error);
-  return isTaken ? std::string() : error.toStdString();
+  const auto reference = GrowthReference::fromBytes(bytes);
+  EXPECT_EQ(reference.ok(), reference.error().isEmpty()) << qPrintable(reference.error());
+  return reference.error().toStdString();
 }
 
 // The small reference with a text in it replaced, and a digest that fits.
@@ -34,8 +33,8 @@ TEST(ReferenceFile, MayCoverOneSexOnly) {
   QByteArray text = smallReference();
   text.replace("rows girls 2\n0 1 10 0.1\n12 1 22 0.1\n", "")
       .replace("rows girls 2\n10 1 20 0.1\n20 1 30 0.1\n", "");
-  const auto reference = GrowthReference::fromBytes(sealed(text), nullptr);
-  ASSERT_TRUE(reference);
+  const auto reference = GrowthReference::fromBytes(sealed(text));
+  ASSERT_TRUE(reference.ok());
   EXPECT_TRUE(reference->range(growth::Sex::Male));
   EXPECT_FALSE(reference->range(growth::Sex::Female));
   EXPECT_FALSE(reference->parametersAt(growth::Sex::Female, 5));

@@ -17,7 +17,7 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 double justBelow(double x) { return std::nextafter(x, -infinity); }
 double justAbove(double x) { return std::nextafter(x, infinity); }
 
-GrowthReference small() { return GrowthReference::fromBytes(sealed(smallReference()), nullptr).value(); }
+GrowthReference small() { return GrowthReference::fromBytes(sealed(smallReference())).value(); }
 
 qsizetype gapsIn(const QList<QPointF>& curve) {
   return std::count_if(curve.begin(), curve.end(),

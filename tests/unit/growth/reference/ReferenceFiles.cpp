@@ -12,11 +12,10 @@ QByteArray referenceFolderFile(const QString& path) {
 }
 
 growth::GrowthReference shippedReference(const QString& name) {
-  QString error;
   const auto reference =
-      growth::GrowthReference::fromBytes(referenceFolderFile(name + QStringLiteral(".reference")), &error);
-  EXPECT_TRUE(reference) << qPrintable(error);
-  return reference.value_or(growth::GrowthReference());
+      growth::GrowthReference::fromBytes(referenceFolderFile(name + QStringLiteral(".reference")));
+  EXPECT_TRUE(reference.ok()) << qPrintable(reference.error());
+  return reference.valueOr(growth::GrowthReference());
 }
 
 QByteArray sealed(const QByteArray& text) {

@@ -26,11 +26,11 @@ QString inReferenceFolder(const QString& path) { return QStringLiteral(GROWTH_RE
 
 // The complaint about a published table with these bytes, under a good heading.
 std::string complaintAbout(const QByteArray& table) {
-  QString error;
   const auto tables = [&](const QString&) { return std::optional(table); };
   const QByteArray heading = referenceFolderFile(QStringLiteral("headings/head.heading"));
-  EXPECT_FALSE(growth::convertReference(heading, tables, &error));
-  return error.toStdString();
+  const auto reference = growth::convertReference(heading, tables);
+  EXPECT_FALSE(reference.ok());
+  return reference.error().toStdString();
 }
 
 }  // namespace
