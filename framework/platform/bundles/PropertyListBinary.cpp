@@ -91,29 +91,29 @@ class Reader {
     const auto head = place ? headAt(*place) : std::nullopt;
     if (!head) return std::nullopt;
     switch (head->type) {
-      case 0x0:  // kCFBinaryPlistMarkerNull, False, True
+      case 0x0:  // 8 is false, 9 true
         if (head->count == 8 || head->count == 9) return QVariant(head->count == 9);
         return std::nullopt;
-      case 0x1:  // Int
+      case 0x1:
         return integer(*head);
-      case 0x2:  // Real
+      case 0x2:
         return real(*head);
-      case 0x3:  // Date
+      case 0x3:
         return date(*head);
-      case 0x4:  // Data
+      case 0x4:  // data
         if (!holds(head->place, head->count)) return std::nullopt;
         return QVariant(bytes(head->place, head->count).toByteArray());
-      case 0x5:  // ASCIIString
+      case 0x5:  // text in ASCII
         if (!holds(head->place, head->count)) return std::nullopt;
         return QVariant(QString::fromLatin1(bytes(head->place, head->count)));
-      case 0x6:  // Unicode16String
+      case 0x6:  // text in UTF-16
         if (head->count > static_cast<quint64>(data_.size()) || !holds(head->place, 2 * head->count))
           return std::nullopt;
         return QVariant(
             QString(QStringDecoder(QStringDecoder::Utf16BE)(bytes(head->place, 2 * head->count))));
-      case 0xA:  // Array
+      case 0xA:
         return array(*head, depth);
-      case 0xD:  // Dict
+      case 0xD:
         return dictionary(*head, depth);
       default:
         return std::nullopt;

@@ -12,9 +12,15 @@ inline constexpr int MostPropertyListValues = 100000;
 
 /// The value that a binary property list ("bplist00") holds; invalid when it is none or is damaged anywhere.
 ///
-/// The file is objects, a table of their places, and 32 bytes about that table at the end, all numbers
-/// big-endian; an object begins with a byte that holds its type and its size. As Apple's CFBinaryPList.c
-/// (Core Foundation) describes it, whose type names stand beside the codes.
+/// Such a file begins with the letters "bplist" and two digits of its version. Then come the objects, then a
+/// table that gives the place of each object, counted from the start of the file, and last 32 bytes that say
+/// how many bytes a place and an object's index take, how many objects there are, which of them is the value
+/// of the whole list, and where the table begins. All numbers are big-endian.
+///
+/// The upper half of an object's first byte is its type, the lower half its size; 15 there means that the
+/// size follows as an integer object. Integers and reals give their size as a power of two, strings and data
+/// in characters and bytes. An array is a row of indices, a dictionary a row of those of its keys and then
+/// one of those of its values.
 QVariant valueOfBinaryPropertyList(const QByteArray& data);
 
 }  // namespace velmora::platform
