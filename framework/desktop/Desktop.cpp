@@ -30,7 +30,7 @@
 #include "desktop/web/HelpPages.h"
 #include "desktop/alerts/QtAlerts.h"
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "desktop/alerts/QtEffects.h"
+#include "desktop/alerts/QtFeedback.h"
 #include "desktop/alerts/QtPanels.h"
 #include "desktop/printing/QtPrinter.h"
 #include "desktop/runloop/QtRunLoop.h"
@@ -165,7 +165,7 @@ struct Desktop::Parts {
   platform::GraphicsContext graphics;
   QtPrinter printer;
   platform::PrintInfo sharedPrintInfo;
-  QtEffects effects;
+  QtFeedback feedback;
   platform::InterfaceFiles interfaceFiles;
   RunningApplication application;
   QtScripts scripts{runLoop};
@@ -181,7 +181,7 @@ struct Desktop::Parts {
                               mainBundle,
                               printer,
                               sharedPrintInfo,
-                              effects,
+                              feedback,
                               graphics,
                               interfaceFiles,
                               application,

@@ -16,7 +16,7 @@ class Workspace;
 class RunLoop;
 class Bundle;
 class Printer;
-class Effects;
+class Feedback;
 class GraphicsContext;
 class InterfaceFiles;
 class Application;
@@ -39,7 +39,7 @@ struct Services {
   const Bundle& mainBundle;
   Printer& printer;
   PrintInfo& sharedPrintInfo;
-  Effects& effects;
+  Feedback& feedback;
   GraphicsContext& graphics;
   InterfaceFiles& interfaceFiles;
   Application& application;

@@ -8,7 +8,7 @@
 
 #include "platform/controls/Alert.h"
 #include "platform/documents/Application.h"
-#include "platform/controls/Effects.h"
+#include "platform/controls/Feedback.h"
 #include "platform/notifications/NotificationCenter.h"
 #include "platform/controls/Panels.h"
 #include "platform/printing/Printing.h"
@@ -183,7 +183,7 @@ class RecordingPrinter : public platform::Printer {
   bool hasPrinter() const override { return available; }
 };
 
-class RecordingEffects : public platform::Effects {
+class RecordingFeedback : public platform::Feedback {
  public:
   int beeps = 0;
   QList<QPoint> poofs;

@@ -35,7 +35,7 @@ struct TestServices {
   platform::Bundle mainBundle;
   RecordingPrinter printer;
   platform::PrintInfo sharedPrintInfo;
-  RecordingEffects effects;
+  RecordingFeedback feedback;
   platform::GraphicsContext graphics;
   platform::InterfaceFiles interfaceFiles;
   RecordingApplication application;
@@ -52,7 +52,7 @@ struct TestServices {
                               mainBundle,
                               printer,
                               sharedPrintInfo,
-                              effects,
+                              feedback,
                               graphics,
                               interfaceFiles,
                               application,

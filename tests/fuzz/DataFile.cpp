@@ -3,7 +3,7 @@
 
 #include "apps/growth/document/GrowthCharts.h"
 #include "apps/growth/document/GrowthDocument.h"
-#include "orv/updates/OrvChecksum.h"
+#include "orv/documents/OrvChecksum.h"
 #include "testing/TestServices.h"
 #include "tests/fuzz/FuzzTargets.h"
 #include "velmora/document/VelmoraApplicationDelegate.h"
@@ -53,10 +53,10 @@ void read(World& world, const QByteArray& file) {
   if (!document->readFromData(file, Type).ok()) return;
   fuzz::require(!document->record().examinations.isEmpty(), "a record has an examination");
   show(document->record(), world.references);
-  QByteArray written;
-  fuzz::require(document->dataOfType(Type, written).ok(), "what was read can be written");
+  const auto written = document->dataOfType(Type);
+  fuzz::require(written.ok(), "what was read can be written");
   const auto again = world.document();
-  fuzz::require(again->readFromData(written, Type).ok(), "what was written can be read");
+  fuzz::require(again->readFromData(*written, Type).ok(), "what was written can be read");
   fuzz::require(again->record() == document->record(), "what was written is what was read");
 }
 

@@ -168,7 +168,7 @@ QStringList Comparison::check(const Model& model, const Player& player) {
   QStringList charts = QDir(player.home() + QStringLiteral("/Charts")).entryList(QDir::Files | QDir::Hidden);
   charts.removeAll(QStringLiteral("free.jpg"));
   differences.compare(QStringLiteral("charts"), sorted(charts), sorted(model.charts().values()));
-  differences.compare(QStringLiteral("beeps"), QString::number(player.desktop().effects.beeps),
+  differences.compare(QStringLiteral("beeps"), QString::number(player.desktop().feedback.beeps),
                       QString::number(model.beeps()));
 
   // Every examination is somewhere, and under an identifier under which it may be.

@@ -104,7 +104,7 @@ struct Desktop {
       {}};
   velmora::testkit::RecordingPrinter printer;
   velmora::platform::PrintInfo sharedPrintInfo;
-  velmora::testkit::RecordingEffects effects;
+  velmora::testkit::RecordingFeedback feedback;
   velmora::platform::GraphicsContext graphics;
   velmora::platform::InterfaceFiles interfaceFiles;
   velmora::testkit::RecordingApplication application;
@@ -121,7 +121,7 @@ struct Desktop {
                                        mainBundle,
                                        printer,
                                        sharedPrintInfo,
-                                       effects,
+                                       feedback,
                                        graphics,
                                        interfaceFiles,
                                        application,

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <numeric>
 
-#include "orv/updates/OrvChecksum.h"
+#include "orv/documents/OrvChecksum.h"
 
 using namespace velmora;
 

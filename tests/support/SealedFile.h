@@ -3,7 +3,7 @@
 
 #include <QByteArray>
 
-#include "orv/updates/OrvChecksum.h"
+#include "orv/documents/OrvChecksum.h"
 
 namespace testing_support {
 

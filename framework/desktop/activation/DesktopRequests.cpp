@@ -90,10 +90,11 @@ int DesktopRequests::printAlone(const QStringList& files, const std::function<in
     status = 1;
     // Whoever prints says nothing of a file that does not open: asked here again for the reason.
     base::guarded("print", [&] {
-      if (platform::Document* opened =
-              controller_.openDocumentWithContentsOfURL(QUrl::fromLocalFile(file), false, &error)) {
-        opened->close();
-      }
+      const auto opened = controller_.openDocumentWithContentsOfURL(QUrl::fromLocalFile(file), false);
+      if (opened.ok())
+        (*opened)->close();
+      else
+        error = opened.error();
     });
     tellOnStandardError(
         platform::formatted(platform::localizedString("Document", "The file '%@' was not printed."),

@@ -6,7 +6,7 @@
 #include <QPainter>
 #include <memory>
 
-namespace velmora::platform {
+namespace velmora::orv {
 
 QByteArray encodeJpeg(const QImage& image, int quality) {
   if (image.isNull()) return {};
@@ -31,4 +31,4 @@ QByteArray encodeJpeg(const QImage& image, int quality) {
   return QByteArray(reinterpret_cast<const char*>(bytes), static_cast<qsizetype>(size));
 }
 
-}  // namespace velmora::platform
+}  // namespace velmora::orv

@@ -4,7 +4,7 @@
 #include <QByteArray>
 #include <QImage>
 
-namespace velmora::platform {
+namespace velmora::orv {
 
 /// The picture as a baseline JPEG file with full colour resolution (4:4:4), over white where it is
 /// transparent. `quality` 1 to 100. Empty when the picture is. The same picture gives the same bytes.
@@ -13,4 +13,4 @@ namespace velmora::platform {
 /// coloured curves, and turns what is transparent black.
 QByteArray encodeJpeg(const QImage& image, int quality);
 
-}  // namespace velmora::platform
+}  // namespace velmora::orv

@@ -5,10 +5,13 @@
 #include <cmath>
 #include <utility>
 
-#include "orv/chart/graphPlot.h"
+#include "orv/chart/GraphPlot.h"
 #include "base/log/Guard.h"
 
 using namespace velmora;
+
+using velmora::orv::GraphMark;
+using velmora::orv::GraphPlot;
 
 OrvGraphView::OrvGraphView(QWidget* parent) : QWidget(parent), plot_(std::make_unique<GraphPlot>()) {
   // Clicking the chart ends the edit of a field, so that what was typed belongs to the examination it was

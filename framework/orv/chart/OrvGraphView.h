@@ -1,28 +1,16 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-#include <QList>
-#include <QPointF>
-#include <QString>
 #include <QWidget>
 #include <functional>
 #include <memory>
 #include <optional>
 
+#include "orv/chart/OrvGraphData.h"
+
+namespace velmora::orv {
 class GraphPlot;
-
-/// One curve of the reference behind the patient's points.
-struct OrvReferenceCurve {
-  QString label;          ///< written at the right end of the curve, for example "50"
-  QList<QPointF> points;  ///< in order of x; a point that is not finite interrupts the curve
-  bool emphasised;        ///< drawn stronger than the others: the median
-};
-
-/// The part of an axis that is shown.
-struct OrvGraphRange {
-  double lower;
-  double upper;
-};
+}
 
 /// The chart view of a document: the patient's data points, joined by a line, over the curves of a reference,
 /// with a ring around the point of the examination shown. It is drawn in the colours of print, black on
@@ -80,7 +68,7 @@ class OrvGraphView : public QWidget {
  private:
   void describe();
 
-  std::unique_ptr<GraphPlot> plot_;
+  std::unique_ptr<velmora::orv::GraphPlot> plot_;
   std::optional<qsizetype> highlighted_;
   std::function<bool()> shouldShowHighlight_;
   QString xTitle_, yTitle_, patientTitle_, referenceTitle_;

@@ -5,6 +5,8 @@
 
 #include "orv/documents/OrvKeptCopies.h"
 #include "orv/documents/OrvPrivateFolder.h"
+#include "orv/documents/OrvRecordFile.h"
+#include "orv/documents/OrvRescue.h"
 #include "orv/documents/OrvWrittenFolders.h"
 #include "platform/documents/Document.h"
 
@@ -21,7 +23,7 @@ class OrvDocument : public velmora::platform::Document {
 
   velmora::base::Result<> readFromURL(const QUrl& url) override;
   velmora::base::Result<> readFromData(const QByteArray& data, const QString& typeName) override;
-  velmora::base::Result<> dataOfType(const QString& typeName, QByteArray& data) override;
+  velmora::base::Result<QByteArray> dataOfType(const QString& typeName) override;
 
   void keepUnsavedChanges() override;
   /// Closes, because another window has saved this record's file. Unsaved changes leave a rescue copy, of
@@ -42,52 +44,34 @@ class OrvDocument : public velmora::platform::Document {
   virtual velmora::base::Result<> contentFromJson(const QJsonObject& content, int version) = 0;
 
   qint64 largestFile() const override { return 64LL * 1024 * 1024; }
-  void didReadFile(const QByteArray& data) override;
+  void didReadFile(const QByteArray& data) override { recordFile_.setKnownContents(data); }
 
-  /// What became of content that is about to be dropped.
-  struct Rescue {
-    velmora::platform::Whereabouts content;
-    QString copy;  ///< the path of the rescue copy; null when there is none
-  };
+  using Rescue = OrvRescue::Outcome;
   /// Keeps the content as it is now outside the save folder, because it is about to be dropped. When no copy
   /// can be made the user may save it elsewhere, give it up, or leave it where it is: then it must not be
   /// dropped.
   Rescue keepRescueCopy();
   /// Tells the user where the unsaved changes of a closed record are kept; nothing when there is no copy.
-  void tellAboutKeptCopy(const QString& name, const QString& copy);
+  void tellAboutKeptCopy(const QString& name, const QString& copy) { rescue_.tellAboutCopy(name, copy); }
 
   /// Writes a file for the user, durably, and remembers its folder: what a write that is cut off leaves there
   /// is removed at the next start.
-  velmora::base::Result<> writeFile(const QString& path, const QByteArray& contents,
-                                    const velmora::base::FileManager::FinalCheck& lastLook = {});
+  velmora::base::Result<> writeFile(const QString& path, const QByteArray& contents) {
+    return writtenFolders_.write(path, contents);
+  }
   velmora::base::Result<> writeToURL(const QUrl& url, const QByteArray& data,
                                      velmora::platform::SaveOperation operation) override;
-  velmora::platform::Whereabouts presentSaveError(const QUrl& url, const QByteArray& data,
+  velmora::platform::SaveOutcome presentSaveError(const QUrl& url, const QByteArray& data,
                                                   const QString& reason) override;
 
  private:
-  /// What a save finds in the place of its file.
-  struct Replaced {
-    bool looked = false;
-    QByteArray seen;              ///< checksum of what stood there at the last look; empty where nothing did
-    QStringList copiesOfAnother;  ///< of what the user has neither seen nor agreed to replace
-  };
-  /// Keeps what stands there, unless it is what has been seen before. A failure: it may not be replaced.
-  velmora::base::Result<> keepWhatStandsAt(const QString& path, Replaced& replaced);
-  bool isOwnFile(const QString& path) const;
   void tellAboutRemovalByAnother(const QString& path);
   void tellAboutAnother(const QString& path, const QString& copy);
-  velmora::platform::Whereabouts askWhereToSave(const QByteArray& data, const QString& message,
-                                                const QString& information);
-  bool saveElsewhere(const QByteArray& data);
-  QString fileNameForCopies() const;
+  OrvRescue::Content rescuable(const QByteArray& data) const;
 
   OrvPrivateFolder privateFolder_;
   OrvKeptCopies keptCopies_;
   OrvWrittenFolders writtenFolders_;
-  /// Checksum of what this document last read from its file or wrote there; empty while it has no file.
-  QByteArray knownContents_;
-  /// Checksum of what this document last tried to write: a save may fail when that stands in its place
-  /// already.
-  QByteArray attemptedContents_;
+  OrvRecordFile recordFile_;
+  OrvRescue rescue_;
 };

@@ -5,8 +5,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "base/files/FileManager.h"
-
 using namespace velmora;
 
 OrvWrittenFolders::OrvWrittenFolders(base::FileManager& files, const QString& bundleIdentifier)
@@ -25,6 +23,12 @@ QStringList OrvWrittenFolders::all() const {
     if (folder.isString()) folders.append(folder.toString());
   }
   return folders;
+}
+
+base::Result<> OrvWrittenFolders::write(const QString& path, const QByteArray& contents,
+                                        const base::FileManager::FinalCheck& check) {
+  add(path);
+  return files_.writeDurably(path, contents, check);
 }
 
 void OrvWrittenFolders::add(const QString& file) {

@@ -3,6 +3,7 @@
 
 #include <QStringList>
 
+#include "base/files/FileManager.h"
 #include "orv/documents/OrvPrivateFolder.h"
 
 /// The folders in which files have been saved, also those that were only chosen in a panel once: what a save
@@ -12,6 +13,9 @@ class OrvWrittenFolders {
   /// The list stands in the application's private folder.
   OrvWrittenFolders(velmora::base::FileManager& files, const QString& bundleIdentifier);
 
+  /// Writes a file for the user, durably, and remembers its folder.
+  velmora::base::Result<> write(const QString& path, const QByteArray& contents,
+                                const velmora::base::FileManager::FinalCheck& check = {});
   /// Remembers the folder of a file that is about to be written. At most MostFolders are remembered; those
   /// that were added first go first. A folder that cannot be remembered stops nothing.
   void add(const QString& file);

@@ -5,7 +5,9 @@
 #include <QScopeGuard>
 #include <exception>
 
+#include "base/log/Guard.h"
 #include "platform/controls/Alert.h"
+#include "platform/controls/Panels.h"
 #include "platform/documents/DocumentController.h"
 #include "platform/text/Localization.h"
 #include "platform/runloop/RunLoop.h"
@@ -14,6 +16,22 @@
 #include "platform/documents/WindowController.h"
 
 namespace velmora::platform {
+
+namespace {
+
+/// What the call gives; an exception that it throws is a failure.
+template <typename Call>
+auto attempted(Call call) -> decltype(call()) {
+  try {
+    return call();
+  } catch (const std::exception& failure) {
+    return base::Failure{QString::fromUtf8(failure.what())};
+  } catch (...) {
+    return base::Failure{QString()};
+  }
+}
+
+}  // namespace
 
 Document::Document(Services& services) : services_(services) {}
 Document::~Document() = default;
@@ -33,12 +51,7 @@ base::Result<> Document::readFromURL(const QUrl& url) {
   const QString path = url.toLocalFile();
   const base::Result<QByteArray> data = services_.fileManager.readFile(path, largestFile());
   if (!data.ok()) return data.failure();
-  base::Result<> result;
-  try {
-    result = readFromData(*data, base::pathExtension(path));
-  } catch (const std::exception& failure) {
-    result = base::Failure{QString::fromUtf8(failure.what())};
-  }
+  const base::Result<> result = attempted([&] { return readFromData(*data, base::pathExtension(path)); });
   if (!result.ok()) return result;
   fileType_ = base::pathExtension(path);
   setFileURL(url);
@@ -94,6 +107,94 @@ QWidget* Document::windowForSheet() const {
 
 QWidget* Document::window() const {
   return windowControllers_.empty() ? nullptr : windowControllers_.front()->window();
+}
+
+void Document::saveDocument(DidSave didSave) {
+  if (fileURL_.isEmpty()) {
+    runModalSavePanelForSaveOperation(SaveOperation::SaveAs, std::move(didSave));
+  } else {
+    saveToURL(fileURL_, fileType_, SaveOperation::Save, std::move(didSave));
+  }
+}
+
+void Document::saveDocumentAs(DidSave didSave) {
+  runModalSavePanelForSaveOperation(SaveOperation::SaveAs, std::move(didSave));
+}
+
+bool Document::prepareSavePanel(SavePanel&) { return true; }
+
+void Document::runModalSavePanelForSaveOperation(SaveOperation operation, DidSave didSave) {
+  SavePanel panel;
+  panel.title = localizedString("Document", "Save");
+  panel.prompt = localizedString("Document", "Save");
+  const QUrl fileBefore = fileURL_;
+  bool chosen = false;
+  // A panel that could not be set up, for want of a folder that can be named, still lets the record be saved.
+  if (!base::guarded("save panel", [&] { chosen = prepareSavePanel(panel); })) chosen = true;
+  if (chosen) {
+    panel.requiredFileType = fileTypeFromLastRunSavePanel();
+    panel.nameFieldStringValue = QFileInfo(fileURL_.toLocalFile()).fileName();
+    if (fileURL_.isEmpty()) panel.nameFieldStringValue = displayName();
+    chosen = services_.panels.runModal(panel) == PanelOKButton;
+  }
+  setFileURL(fileBefore);
+  if (!chosen) {
+    if (didSave) didSave(this, false);
+    return;
+  }
+  replacementConfirmed_ = true;
+  const auto saved = qScopeGuard([this] { replacementConfirmed_ = false; });
+  saveToURL(panel.url, fileTypeFromLastRunSavePanel(), operation, std::move(didSave));
+}
+
+base::Result<QByteArray> Document::contentToKeep(const QString& typeName) {
+  return attempted([&] {
+    takeFromWindows();
+    return dataOfType(typeName);
+  });
+}
+
+void Document::saveToURL(const QUrl& url, const QString& typeName, SaveOperation operation, DidSave didSave) {
+  const base::Result<QByteArray> content = contentToKeep(typeName);
+  const QByteArray data = content.valueOr({});
+  base::Result<> result;
+  if (content.ok()) {
+    result = attempted([&] { return writeToURL(url, data, operation); });
+  } else {
+    result = content.failure();
+  }
+  lastSave_ = SaveOutcome::Unsaved;
+  lastSave_ = result.ok() ? SaveOutcome::Kept : presentSaveError(url, data, result.error());
+  if (result.ok() && operation != SaveOperation::SaveTo) {
+    fileType_ = typeName;
+    setFileURL(url);
+    updateChangeCount(ChangeType::Cleared);
+    replaceOtherDocumentsOf(url);
+    if (services_.documentController) services_.documentController->noteNewRecentDocumentURL(url);
+  }
+  if (didSave) didSave(this, result.ok());
+}
+
+void Document::replaceOtherDocumentsOf(const QUrl& url) {
+  // Two windows on one file would each overwrite what the other saves.
+  if (!services_.documentController) return;
+  for (Document* other : services_.documentController->documentsForURL(url)) {
+    if (other != this) other->fileWasReplaced();
+  }
+}
+
+void Document::documentDidSave(Document*, bool) {}
+
+base::Result<> Document::writeToURL(const QUrl& url, const QByteArray& data, SaveOperation) {
+  return services_.fileManager.writeDurably(url.toLocalFile(), data);
+}
+
+SaveOutcome Document::presentSaveError(const QUrl& url, const QByteArray&, const QString& reason) {
+  services_.alerts.runModal(
+      {formatted(localizedString("Document", "The document could not be saved as '%@'."),
+                 {QFileInfo(url.toLocalFile()).fileName()}),
+       localizedString("OrvVersion", "OK"), QString(), QString(), reason});
+  return SaveOutcome::Unsaved;
 }
 
 void Document::canCloseDocument(ShouldClose shouldClose) {

@@ -23,11 +23,11 @@ class WindowController;
 
 enum class SaveOperation { Save, SaveAs, SaveTo };
 enum class ChangeType { Done, Undone, Cleared };
-/// Where content is that was to be saved.
-enum class Whereabouts {
-  Kept,     ///< in a file: its own, a copy, or one that the user has named
-  GivenUp,  ///< nowhere else, and the user does not want it
-  OnlyHere  ///< nowhere but in this document, which must not close over it
+/// What became of content that was to be saved.
+enum class SaveOutcome {
+  Kept,     ///< it is in a file: the document's own, a copy, or one that the user has named
+  GivenUp,  ///< it is in no file, and the user does not want it
+  Unsaved   ///< it is in no file: the document must not close over it
 };
 
 /// One document: a file (or none yet), its content in memory, its windows, and whether it has unsaved
@@ -58,14 +58,14 @@ class Document : public QObject {
   /// Takes the content from bytes. A failure says why in words for the user and leaves the document unusable.
   virtual base::Result<> readFromData(const QByteArray& data, const QString& typeName) = 0;
   /// The content as bytes.
-  virtual base::Result<> dataOfType(const QString& typeName, QByteArray& data) = 0;
+  virtual base::Result<QByteArray> dataOfType(const QString& typeName) = 0;
   /// Reads the file; on success it is the document's file and the document has no changes.
   virtual base::Result<> readFromURL(const QUrl& url);
 
   // Changes.
 
   void updateChangeCount(ChangeType change);
-  bool isDocumentEdited() const { return changeCount_ != 0; }
+  bool isDocumentEdited() const noexcept { return changeCount_ != 0; }
 
   // Windows.
 
@@ -113,7 +113,7 @@ class Document : public QObject {
   void performClose();
   /// Closes without a question. Closing twice does nothing more.
   virtual void close();
-  bool isClosed() const { return closed_; }
+  bool isClosed() const noexcept { return closed_; }
   /// Another window has written a new version to this document's file: what is shown here is the past. The
   /// base closes.
   virtual void fileWasReplaced() { close(); }
@@ -123,7 +123,7 @@ class Document : public QObject {
   /// document.
   void releaseWindows();
   /// Whether it was the window's close button (or its command) that set the closing going.
-  bool wasClosedByUser() const { return closedByUser_; }
+  bool wasClosedByUser() const noexcept { return closedByUser_; }
 
   // Printing.
 
@@ -140,9 +140,9 @@ class Document : public QObject {
   /// Takes what stands in the windows into the content, because that is about to be saved or kept. The base
   /// does nothing.
   virtual void takeFromWindows() {}
-  /// The content as it is to be saved or kept: takeFromWindows() and dataOfType(). What they throw is a
-  /// failure; after a failure `data` is empty.
-  base::Result<> contentToKeep(const QString& typeName, QByteArray& data);
+  /// The content as it is to be saved or kept: takeFromWindows(), then dataOfType(). An exception that these
+  /// throw is a failure.
+  base::Result<QByteArray> contentToKeep(const QString& typeName);
   /// Told of the bytes of the document's file once they have been read and understood. The base does nothing.
   virtual void didReadFile(const QByteArray&) {}
   /// Whether the user has agreed, in the save panel, to replace what stands at the place of the save in
@@ -152,10 +152,10 @@ class Document : public QObject {
   virtual base::Result<> writeToURL(const QUrl& url, const QByteArray& data, SaveOperation operation);
   /// Tells the user that saving to `url` failed. `data` is the content, empty when that could not be had. An
   /// override may put it elsewhere; the base does not.
-  virtual Whereabouts presentSaveError(const QUrl& url, const QByteArray& data, const QString& reason);
-  /// Where the content is since the last save that was tried; nothing when none was since forgetLastSave().
-  std::optional<Whereabouts> sinceLastSave() const { return sinceLastSave_; }
-  void forgetLastSave() { sinceLastSave_.reset(); }
+  virtual SaveOutcome presentSaveError(const QUrl& url, const QByteArray& data, const QString& reason);
+  /// How the last attempt to save ended; nothing when there was none since forgetLastSave().
+  std::optional<SaveOutcome> lastSave() const noexcept { return lastSave_; }
+  void forgetLastSave() noexcept { lastSave_.reset(); }
   /// Shows name and changed state in the windows' titles.
   void synchronizeWindowTitle();
   const std::vector<std::unique_ptr<WindowController>>& windowControllers() const {
@@ -174,7 +174,7 @@ class Document : public QObject {
   bool closedByUser_ = false;
   bool askingToClose_ = false;
   bool replacementConfirmed_ = false;
-  std::optional<Whereabouts> sinceLastSave_;
+  std::optional<SaveOutcome> lastSave_;
   std::vector<std::unique_ptr<WindowController>> windowControllers_;
 };
 

@@ -115,13 +115,10 @@ bool DocumentController::openDocuments(const QList<QUrl>& urls) {
   bool openedOne = false;
   for (const QUrl& url : urls) {
     base::guarded("open", [&] {
-      QString error;
-      if (openDocumentWithContentsOfURL(url, true, &error)) {
-        openedOne = true;
-        noteNewRecentDocumentURL(url);
-      } else {
-        presentOpenError(url, error);
-      }
+      const base::Result<Document*> opened = openDocumentWithContentsOfURL(url, true);
+      if (!opened.ok()) return presentOpenError(url, opened.error());
+      openedOne = true;
+      noteNewRecentDocumentURL(url);
     });
   }
   // An untouched blank window has served its purpose once a record is open.
@@ -146,7 +143,7 @@ int DocumentController::firstFreeUntitledNumber() const {
   }
 }
 
-Document* DocumentController::openDocumentWithContentsOfURL(const QUrl& url, bool display, QString* error) {
+base::Result<Document*> DocumentController::openDocumentWithContentsOfURL(const QUrl& url, bool display) {
   if (Document* open = documentForURL(url)) {
     if (display) open->showWindows();
     return open;
@@ -154,10 +151,7 @@ Document* DocumentController::openDocumentWithContentsOfURL(const QUrl& url, boo
   base::requireValue(static_cast<bool>(factory_), "DocumentController");
   auto document = factory_();
   const base::Result<> read = document->readFromURL(url);
-  if (!read.ok()) {
-    if (error) *error = read.error();
-    return nullptr;
-  }
+  if (!read.ok()) return read.failure();
   return adopt(std::move(document), display);
 }
 

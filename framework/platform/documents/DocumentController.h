@@ -50,9 +50,8 @@ class DocumentController : public QObject {
   bool openDocuments(const QList<QUrl>& urls);
   Document* openUntitledDocument(bool display);
   /// Opens a file; one that is open already is given back, not opened twice, and comes to the front if
-  /// displayed. None when it cannot be opened: then `error`, if given, says why; without `error` nobody is
-  /// told.
-  Document* openDocumentWithContentsOfURL(const QUrl& url, bool display, QString* error = nullptr);
+  /// displayed. A failure is told to nobody: the caller decides who should know.
+  base::Result<Document*> openDocumentWithContentsOfURL(const QUrl& url, bool display);
   /// Runs the open panel; an override may set it up first.
   virtual int runModalOpenPanel(OpenPanel& panel, const QStringList& fileTypes);
   /// The extensions offered in the open panel.

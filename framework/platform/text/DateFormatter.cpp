@@ -95,8 +95,6 @@ QDate spelledDate(const QLocale& locale, const QString& text, const QString& for
 
 }  // namespace
 
-DateFormatter::DateFormatter(const QLocale& locale, const QDate& today) : locale_(locale), today_(today) {}
-
 QString DateFormatter::stringFromDate(const QDateTime& date) const {
   if (!date.isValid()) return {};
   const QDateTime local = date.toLocalTime();
@@ -111,14 +109,16 @@ QString DateFormatter::stringFromDate(const QDate& day) const {
   return locale_.toString(day, fourDigitYearFormat(locale_));
 }
 
-QDateTime DateFormatter::dateFromString(const QString& text) const { return noonOf(dayFromString(text)); }
+QDateTime DateFormatter::dateFromString(const QString& text, const QDate& today) const {
+  return noonOf(dayFromString(text, today));
+}
 
-QDate DateFormatter::dayFromString(const QString& text) const {
+QDate DateFormatter::dayFromString(const QString& text, const QDate& today) const {
   const QString trimmed = text.trimmed();
   if (trimmed.isEmpty() || dateStyle_ != Style::Short) return {};
   const QString format = fourDigitYearFormat(locale_);
-  QDate date = numericDate(trimmed, numericOrder(format), today_);
-  if (!date.isValid()) date = spelledDate(locale_, trimmed, format, today_);
+  QDate date = numericDate(trimmed, numericOrder(format), today);
+  if (!date.isValid()) date = spelledDate(locale_, trimmed, format, today);
   return date.isValid() && date.year() >= 1 ? date : QDate();
 }
 

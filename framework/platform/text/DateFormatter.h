@@ -14,12 +14,12 @@ namespace velmora::platform {
 ///
 /// The short date style always has the year in four digits, for showing and for parsing alike: these are
 /// birth dates, and a two-digit year would be read a century off. When two digits are typed they mean the
-/// year from 80 years back to 20 years ahead of `today`.
+/// year from 80 years back to 20 years ahead of the `today` given with the text.
 class DateFormatter {
  public:
   enum class Style { None, Short };
 
-  explicit DateFormatter(const QLocale& locale = QLocale(), const QDate& today = QDate::currentDate());
+  explicit DateFormatter(const QLocale& locale = QLocale()) : locale_(locale) {}
 
   void setDateStyle(Style style) { dateStyle_ = style; }
   void setTimeStyle(Style style) { timeStyle_ = style; }
@@ -30,16 +30,15 @@ class DateFormatter {
   /// The text for a calendar day, which no time zone can touch. Date style only.
   QString stringFromDate(const QDate& day) const;
   /// The calendar day that the text stands for; invalid when it is no date in this style. Date style only.
-  QDate dayFromString(const QString& text) const;
+  QDate dayFromString(const QString& text, const QDate& today) const;
   /// The point in time that the text stands for: noon of that day, local time, so that no change of time zone
   /// within reason turns it into its neighbour. Invalid when the text is no date in this style, and for the
   /// few days that a time zone left out when it moved across the date line; date() is that day all the same.
   /// Date style only.
-  QDateTime dateFromString(const QString& text) const;
+  QDateTime dateFromString(const QString& text, const QDate& today) const;
 
  private:
   QLocale locale_;
-  QDate today_;
   Style dateStyle_ = Style::None;
   Style timeStyle_ = Style::None;
 };

@@ -7,6 +7,7 @@
 #include "platform/documents/DocumentController.h"
 #include "platform/notifications/NotificationCenter.h"
 #include "velmora/app/DatabaseFileCache.h"
+#include "velmora/app/MenuCommands.h"
 #include "velmora/app/RecentDocuments.h"
 #include "velmora/app/StartupScript.h"
 #include "velmora/app/VersionCheck.h"
@@ -29,7 +30,9 @@ class UserDefaults;
 /// It registers the settings, asks the first-run questions, shows the splash, runs the steps of the start-up,
 /// hears link requests, paces link replies, and answers the menus. An application makes one, tells it how its
 /// documents are made (setDocumentFactory) and runs it on a desktop.
-class VelmoraAppController : public velmora::platform::DocumentController, public VelmoraApplicationDelegate {
+class VelmoraAppController : public velmora::platform::DocumentController,
+                             public VelmoraApplicationDelegate,
+                             public velmora::MenuCommands {
  public:
   /// Registers the defaults of the framework's settings. Done by the constructor, before anything reads a
   /// setting.
@@ -79,29 +82,28 @@ class VelmoraAppController : public velmora::platform::DocumentController, publi
 
   void doLaunchScript() { startupScript_.doLaunchScript(); }
   void autoCheckForNewVersion() { versionCheck_.autoCheckForNewVersion(); }
-  /// Looks for a newer version; without telling the result when the controller itself is the sender.
-  void doCheckForNewVersion(const QObject* sender) { versionCheck_.doCheckForNewVersion(sender == this); }
+  /// Without telling the result when the controller itself is the sender.
+  void doCheckForNewVersion(const QObject* sender) override {
+    versionCheck_.doCheckForNewVersion(sender == this);
+  }
   void versionCheckSuccessful() { versionCheck_.versionCheckSuccessful(); }
   void versionCheckUnsuccessful() { versionCheck_.versionCheckUnsuccessful(); }
 
   // Commands of the menus.
 
-  /// Shows the about window; at the start it is the splash.
-  void doSplashAboutBox(const QObject* sender);
-  void doPreferences(const QObject* sender);
-  void doBatchExport(const QObject* sender);
+  void doSplashAboutBox(const QObject* sender) override;
+  void doPreferences(const QObject* sender) override;
+  void doBatchExport(const QObject* sender) override;
   /// Exports the chart of the current document.
   void doExport(const QObject* sender);
-  /// Closes every document, each asking its question.
-  void doCloseAllDocuments(const QObject* sender);
+  void doCloseAllDocuments(const QObject* sender) override;
   /// Close-all has ended, with all documents closed or not. There is nothing to do then.
   void documentControllerDidCloseAll(bool didCloseAll);
-  void doGoToWebSite(const QObject* sender);
-  /// Begins a mail to the support address, its subject naming the application and its version.
-  void doMailAuthor(const QObject* sender);
+  void doGoToWebSite(const QObject* sender) override;
+  void doMailAuthor(const QObject* sender) override;
   /// Items whose title begins with "Export", in the user's language, need a current document; all others are
   /// enabled.
-  bool validateMenuItem(const QString& title) const;
+  bool validateMenuItem(const QString& title) const override;
 
   /// Prints a file that the desktop asks to print: opens it, prints it without a panel, and closes it, also
   /// when it was open before. Always true: the request has been dealt with.
@@ -112,11 +114,9 @@ class VelmoraAppController : public velmora::platform::DocumentController, publi
 
   // Recent documents.
 
-  velmora::RecentDocuments& recentDocuments() { return recentDocuments_; }
+  velmora::RecentDocuments& recentDocuments() override { return recentDocuments_; }
   void noteNewRecentDocumentURL(const QUrl& url) override { recentDocuments_.note(url); }
-  /// Opens a file of the menu of recent documents. One that is no longer there leaves the menu, and the user
-  /// is told.
-  void openRecentDocument(const QString& path);
+  void openRecentDocument(const QString& path) override;
 
   int runModalOpenPanel(velmora::platform::OpenPanel& panel, const QStringList& fileTypes) override;
   QStringList openableFileTypes() const override;
@@ -133,11 +133,9 @@ class VelmoraAppController : public velmora::platform::DocumentController, publi
   BatchExportController* batchExportController() const { return batchExportController_.get(); }
 
  private:
-  // The questions of the start-up. False when the program ends while one is open: then it starts no further.
-  bool askFirstRunQuestions();
-  bool offerPluginUpdate();
-  void setUpDatabase();
-  void removeAbandonedFiles();
+  /// Shows a window of the application, making its controller by `make` when there is none yet.
+  template <typename Controller, typename Make>
+  void showWindowOf(std::unique_ptr<Controller>& controller, Make make);
   void showStatusString(const QString& status);
 
   OrvVersion orvVersion_;

@@ -8,6 +8,7 @@
 
 #include "orv/documents/OrvAutoNameDocument.h"
 #include "platform/controls/TextFieldEditing.h"
+#include "velmora/document/ExaminationHooks.h"
 
 class QAbstractButton;
 class QLabel;
@@ -19,15 +20,21 @@ class VelmoraApplicationDelegate;
 ///
 /// The class owns what every application of the family shares: the fields of the window, stepping through
 /// examinations, the look-up of an earlier data file, the export of the chart, saving, closing and printing.
-/// The examinations themselves belong to the application's subclass, which is driven through the hooks under
-/// "The subclass contract". By itself the class is a complete document with exactly one, empty examination.
+/// The examinations themselves belong to the application's subclass, which is driven through ExaminationHooks
+/// and the operations under "The subclass contract". By itself the class is a complete document with exactly
+/// one, empty examination.
+///
+/// Each job is done by a class of its own: ExaminationNavigator, PatientLookUp, ChartRenderer, ChartExporter,
+/// RecordFolder, RecordSaving, PrintNotice.
 ///
 /// The window is loaded from the interface file "VelmoraDocument"; its outlets are found by object name
 /// (referenceIDField, birthDateField, examDateField, ageField, examNumberField, tabView, previousStudyButton,
 /// nextStudyButton, newStudyButton, deleteStudyButton). A missing one is tolerated everywhere. The document
 /// is the delegate of every text field of the window that the user can edit, except those with the property
 /// "ownDelegate".
-class VelmoraDocument : public OrvAutoNameDocument, public velmora::platform::TextFieldDelegate {
+class VelmoraDocument : public OrvAutoNameDocument,
+                        public velmora::ExaminationHooks,
+                        public velmora::platform::TextFieldDelegate {
  public:
   VelmoraDocument(velmora::platform::Services& services, VelmoraApplicationDelegate& delegate);
   ~VelmoraDocument() override;
@@ -36,8 +43,8 @@ class VelmoraDocument : public OrvAutoNameDocument, public velmora::platform::Te
   /// Sets the window up. An override calls this first and then fills the window from its data.
   void windowControllerDidLoadNib(velmora::platform::WindowController& windowController) override;
   void windowIsSetUp() override;
-  void setDataFileExtension(const QString& extension) { dataFileExtension_ = extension; }
-  const QString& dataFileExtension() const { return dataFileExtension_; }
+  void setDataFileExtension(const QString& extension);
+  const QString& dataFileExtension() const;
 
   // The patient. No setter marks the document changed: callers that want that send
   // directUpdateDisplayAndSetDirty.
@@ -53,26 +60,12 @@ class VelmoraDocument : public OrvAutoNameDocument, public velmora::platform::Te
   void setOsiriXStudyID(const QVariant& studyID) { osiriXStudyID_ = studyID; }
   const QVariant& osiriXStudyID() const { return osiriXStudyID_; }
 
-  // The subclass contract. The base class of each hook does nothing unless it says otherwise.
+  // The subclass contract, with the hooks of ExaminationHooks.
 
   /// The index of the examination shown, from 0.
-  quint64 currentExam() const { return currentExam_; }
-  /// The index of the last examination: their number less one. The base answers 0.
-  virtual quint64 lastExam() const { return 0; }
-  /// Fill fields and chart, and setCurrentDataPointsVisible, from the examination at currentExam. Called
-  /// after every change of currentExam, after adding and deleting, and before deleting.
-  virtual void synchronizeFromData() {}
-  /// Store the fields into the examination at currentExam. Called before every change of currentExam, before
-  /// adding, refreshing the display, printing and saving.
-  virtual void synchronizeToData() {}
-  /// Add an examination. Who wants it shown moves currentExam (setCurrentExam) here.
-  virtual void addExamination() {}
-  /// Remove the examination at currentExam.
-  virtual void deleteCurrentExamination() {}
-  /// Bring the examinations back into their order after an edit.
-  virtual void updateArrayOrder() {}
-  /// Choose the examination that a click on the chart designates, given in the chart's data coordinates. The
-  /// base stores to data, goes to examination 0 and loads from data.
+  quint64 currentExam() const;
+  /// Choose the examination that a click on the chart designates, given in the chart's data coordinates. An
+  /// override stores to data before it moves and loads from data afterwards; the base goes to examination 0.
   virtual void setCurrentRecordFromClick(const QPointF& point);
   /// The base stores to data and shows the number of the examination; an override calls it and refreshes its
   /// own.
@@ -104,7 +97,7 @@ class VelmoraDocument : public OrvAutoNameDocument, public velmora::platform::Te
 
   /// Looks for the data file of `identifier` in the save folder. True when there is one and it will be opened
   /// in place of this document, which then closes without a question, after the current event.
-  /// If the user was asked and the record in it turns out to be another patient's, he is told.
+  /// A user who was asked is told when the record in it turns out to be another patient's.
   bool lookUp(const QString& identifier, bool askForConfirmation);
   /// Where the data file of `identifier` stands or would stand.
   QString dataFilePath(const QString& identifier) const;
@@ -136,7 +129,7 @@ class VelmoraDocument : public OrvAutoNameDocument, public velmora::platform::Te
   /// whether the record shall have a new file, so that no patient's file turns into another's unseen.
   void saveDocument(DidSave didSave = {}) override;
   bool prepareSavePanel(velmora::platform::SavePanel& panel) override;
-  QString fileTypeFromLastRunSavePanel() const override { return dataFileExtension_; }
+  QString fileTypeFromLastRunSavePanel() const override { return dataFileExtension(); }
   /// With "Auto Save" on, an identifier and the save folder present, saves there without a panel, closes and
   /// opens the file again. A record that could not be saved and is safe nowhere else stays open.
   void runModalSavePanelForSaveOperation(velmora::platform::SaveOperation operation,
@@ -155,13 +148,13 @@ class VelmoraDocument : public OrvAutoNameDocument, public velmora::platform::Te
   void printDocument(const QVariantMap& settings, bool showPrintPanel, DidPrint didPrint = {}) override;
 
  protected:
-  void setCurrentExam(quint64 index) { currentExam_ = index; }
+  void setCurrentExam(quint64 index);
   /// Shows which of how many examinations is shown. A subclass calls it in synchronizeFromData.
   void showExamNumber();
   /// The text of a date as the window shows it, and the day that such a text stands for (invalid when it is
   /// none).
   static QString shownDate(const QDate& day);
-  static QDate dayOfShownDate(const QString& text);
+  QDate dayOfShownDate(const QString& text) const;
 
   void takeFromWindows() override { synchronizeToData(); }
   // The base document without data of its own has nothing to write; a subclass overrides both.
@@ -179,32 +172,23 @@ class VelmoraDocument : public OrvAutoNameDocument, public velmora::platform::Te
   QPointer<QAbstractButton> nextStudyButton_;
 
  private:
+  struct Collaborators;
+
   void connectOutlets(QWidget* window);
   void becomeDelegateOfTextFields(QWidget* window);
   void connectButton(QAbstractButton* button, void (VelmoraDocument::*command)(const QObject*));
-  void showDate(QLineEdit* field, const QDateTime& date);
-  void displayTabView();
+  void markChanged();
   void closeInFavourOf(const QUrl& file);
   void tellIfAnothersRecord(const QString& path, const QString& identifier);
   void continueFrom(VelmoraDocument& earlier);
   bool savesAutomatically() const;
   bool savedForClosing();
-  /// Whether the last save that was tried leaves nothing that the closing of the window would lose.
   bool mayCloseAfterSave() const;
 
   VelmoraApplicationDelegate& delegate_;
-  QString dataFileExtension_;
+  std::unique_ptr<Collaborators> with_;
   QString patientName_;
   QVariant osiriXStudyID_;
-  bool showGraphHilite_ = false;
   bool currentDataPointsVisible_ = false;
   bool lookUpRequired_ = false;
-  bool closeRequested_ = false;
-  bool closeAfterSave_ = false;
-  quint64 currentExam_ = 0;
-  QDateTime lastPrintedDate_;
-  /// The automatic file name under which the record was read or last saved.
-  QString savedName_;
-  /// Whether more than an identifier was entered since the record was read or last saved.
-  bool holdsMoreThanIdentifier_ = false;
 };

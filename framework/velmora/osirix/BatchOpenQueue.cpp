@@ -34,7 +34,8 @@ void BatchOpenQueue::delayBatchOpen() {
     services_.runLoop.performAfterDelay(this, 0, [this] { delayBatchOpen(); });
   });
   // Exporting may ask a question, and what is asked may close the document.
-  const QPointer<platform::Document> document = controller_.openDocumentWithContentsOfURL(url, true);
+  const QPointer<platform::Document> document(
+      controller_.openDocumentWithContentsOfURL(url, true).valueOr(nullptr));
   auto* record = dynamic_cast<VelmoraDocument*>(document.data());
   if (!record) return;
   const auto thenClose = qScopeGuard([this, document] {

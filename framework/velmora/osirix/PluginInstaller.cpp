@@ -11,6 +11,7 @@
 #include "platform/text/Localization.h"
 #include "base/log/Log.h"
 #include "platform/bundles/PropertyList.h"
+#include "platform/runloop/RunLoop.h"
 #include "platform/Services.h"
 #include "velmora/osirix/Osirix.h"
 
@@ -88,8 +89,7 @@ void PluginInstaller::removeLeftovers() {
   // The names under which the file manager takes folders away and copies them, whole plugins each. Young ones
   // may be another installation's, which is at work just now.
   static const QRegularExpression temporary(QStringLiteral("\\A\\.(?:removed|unfinished)-[A-Za-z]{6}\\z"));
-  const QDateTime youngest =
-      QDateTime::currentDateTime().addSecs(-60 * base::FileManager::AbandonedAfterMinutes);
+  const QDateTime youngest = services_.runLoop.now().addSecs(-60 * base::FileManager::AbandonedAfterMinutes);
   for (const QString& name : services_.fileManager.contentsOfDirectoryAtPath(installedFolder())) {
     const QString path = installedFolder() + QLatin1Char('/') + name;
     if (!temporary.match(name).hasMatch() || QFileInfo(path).isSymLink()) continue;

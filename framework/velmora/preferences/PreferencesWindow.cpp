@@ -18,7 +18,7 @@
 #include "platform/text/Localization.h"
 #include "platform/notifications/NotificationCenter.h"
 #include "platform/Services.h"
-#include "platform/controls/WidgetHabits.h"
+#include "platform/controls/EventFilters.h"
 #include "velmora/preferences/PreferencesController.h"
 
 using namespace velmora;

@@ -34,10 +34,7 @@ class Record : public OrvDocument {
  public:
   using OrvDocument::OrvDocument;
   base::Result<> readFromData(const QByteArray&, const QString&) override { return {}; }
-  base::Result<> dataOfType(const QString&, QByteArray& data) override {
-    data = "edited";
-    return {};
-  }
+  base::Result<QByteArray> dataOfType(const QString&) override { return QByteArray("edited"); }
 
  protected:
   QJsonObject contentToJson() const override { return {}; }

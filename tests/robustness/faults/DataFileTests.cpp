@@ -9,7 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "orv/updates/OrvChecksum.h"
+#include "orv/documents/OrvChecksum.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 
 using namespace velmora;

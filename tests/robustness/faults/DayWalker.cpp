@@ -14,8 +14,9 @@ using namespace velmora;
 namespace {
 
 bool holds(const platform::DateFormatter& formatter, const QDate& day) {
+  const QDate today = QDate::currentDate();
   // From a data file: the zone has no say.
-  if (formatter.dayFromString(formatter.stringFromDate(day)) != day) return false;
+  if (formatter.dayFromString(formatter.stringFromDate(day), today) != day) return false;
   // As the viewer sends it; a day that the zone left out has no noon, and no viewer of this zone can send it.
   const QDateTime noon = platform::noonOf(day);
   if (!noon.isValid()) return noon.date() == day;
@@ -23,7 +24,7 @@ bool holds(const platform::DateFormatter& formatter, const QDate& day) {
   const QString shown = formatter.stringFromDate(received);
   if (shown != formatter.stringFromDate(day)) return false;
   // As it is sent back.
-  return formatter.dateFromString(shown).toMSecsSinceEpoch() == noon.toMSecsSinceEpoch();
+  return formatter.dateFromString(shown, today).toMSecsSinceEpoch() == noon.toMSecsSinceEpoch();
 }
 
 }  // namespace

@@ -41,7 +41,7 @@ platform::Services with(const platform::Services& services, platform::Alerts& al
           services.mainBundle,
           services.printer,
           services.sharedPrintInfo,
-          services.effects,
+          services.feedback,
           services.graphics,
           services.interfaceFiles,
           services.application,
@@ -123,27 +123,24 @@ GrowthDocument& GrowthDesk::savedRecord(const QString& identifier) {
 }
 
 GrowthDocument& GrowthDesk::opened(const QString& path) {
-  QString error;
-  auto* document = dynamic_cast<GrowthDocument*>(
-      controller.openDocumentWithContentsOfURL(QUrl::fromLocalFile(path), false, &error));
-  if (!document) throw std::runtime_error("does not open: " + error.toStdString());
+  const auto opened = controller.openDocumentWithContentsOfURL(QUrl::fromLocalFile(path), false);
+  auto* document = dynamic_cast<GrowthDocument*>(opened.valueOr(nullptr));
+  if (!document) throw std::runtime_error("does not open: " + opened.error().toStdString());
   document->window();
   return *document;
 }
 
 QString GrowthDesk::whyNotOpened(const QString& path) {
   const auto before = controller.documents().size();
-  QString error;
-  platform::Document* document =
-      controller.openDocumentWithContentsOfURL(QUrl::fromLocalFile(path), false, &error);
-  if (document) {
-    document->close();
+  const auto opened = controller.openDocumentWithContentsOfURL(QUrl::fromLocalFile(path), false);
+  if (opened.ok()) {
+    (*opened)->close();
     desktop.runLoop.settle();
     return {};
   }
   if (controller.documents().size() != before) throw std::runtime_error("something was opened all the same");
-  if (error.isEmpty()) throw std::runtime_error("nothing was opened, and nobody was told why");
-  return error;
+  if (opened.error().isEmpty()) throw std::runtime_error("nothing was opened, and nobody was told why");
+  return opened.error();
 }
 
 void GrowthDesk::enterWeight(GrowthDocument& document, const QString& weight) {

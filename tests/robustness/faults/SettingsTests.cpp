@@ -229,7 +229,7 @@ TEST_F(SettingsFile, WithAWrongValueUnderAnyKeyStillStartsAndSaves) {
                                   desk.services.mainBundle,
                                   desk.services.printer,
                                   desk.services.sharedPrintInfo,
-                                  desk.services.effects,
+                                  desk.services.feedback,
                                   desk.services.graphics,
                                   desk.services.interfaceFiles,
                                   desk.services.application,

@@ -48,7 +48,7 @@ class Replies : public ::testing::Test {
                                desktop_.mainBundle,
                                desktop_.printer,
                                desktop_.sharedPrintInfo,
-                               desktop_.effects,
+                               desktop_.feedback,
                                desktop_.graphics,
                                desktop_.interfaceFiles,
                                desktop_.application,

@@ -15,7 +15,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "orv/updates/OrvChecksum.h"
+#include "orv/documents/OrvChecksum.h"
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
@@ -132,7 +132,8 @@ RecordingDocument& Application::newRecord() {
 
 RecordingDocument& Application::openRecord(const QString& name) {
   auto* document = dynamic_cast<RecordingDocument*>(
-      controller_->openDocumentWithContentsOfURL(QUrl::fromLocalFile(pathOfRecord(name)), true));
+      controller_->openDocumentWithContentsOfURL(QUrl::fromLocalFile(pathOfRecord(name)), true)
+          .valueOr(nullptr));
   if (!document) throw std::runtime_error("the record does not open");
   user::bringToFront(*document);
   return *document;

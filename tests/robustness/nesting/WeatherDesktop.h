@@ -77,7 +77,7 @@ struct Desktop {
   velmora::platform::Bundle mainBundle;
   velmora::testkit::RecordingPrinter printer;
   velmora::platform::PrintInfo sharedPrintInfo;
-  velmora::testkit::RecordingEffects effects;
+  velmora::testkit::RecordingFeedback feedback;
   velmora::platform::GraphicsContext graphics;
   velmora::platform::InterfaceFiles interfaceFiles;
   velmora::testkit::RecordingApplication application;
@@ -94,7 +94,7 @@ struct Desktop {
                                        mainBundle,
                                        printer,
                                        sharedPrintInfo,
-                                       effects,
+                                       feedback,
                                        graphics,
                                        interfaceFiles,
                                        application,

@@ -31,7 +31,7 @@ class EmptyDocument : public platform::Document {
  public:
   using Document::Document;
   base::Result<> readFromData(const QByteArray&, const QString&) override { return {}; }
-  base::Result<> dataOfType(const QString&, QByteArray&) override { return {}; }
+  base::Result<QByteArray> dataOfType(const QString&) override { return QByteArray(); }
 };
 
 /// Keeps what happens at start and end, and quits as soon as the application has started.

@@ -221,7 +221,7 @@ TEST(Capture, TakesTheChartOfTheApplicationsEncoder) {
   }
   painter.drawText(QPoint(30, 30), text("97"));
   painter.end();
-  const QByteArray bytes = platform::encodeJpeg(picture, 100);
+  const QByteArray bytes = orv::encodeJpeg(picture, 100);
   const QByteArray file = capture(study(), chart(bytes));
   EXPECT_EQ(complaintsOf(validatorsWords(file)), QString());
   EXPECT_EQ(valueOf(file, DCM_PhotometricInterpretation), text("YBR_FULL_422"));

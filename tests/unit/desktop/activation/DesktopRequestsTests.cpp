@@ -29,7 +29,7 @@ class TextDocument : public platform::Document {
   base::Result<> readFromData(const QByteArray& data, const QString&) override {
     return data == "bad" ? base::Failure{"It is damaged."} : base::Result<>();
   }
-  base::Result<> dataOfType(const QString&, QByteArray&) override { return {}; }
+  base::Result<QByteArray> dataOfType(const QString&) override { return QByteArray(); }
 };
 
 /// Says what is asked of it.
@@ -48,7 +48,7 @@ class Application : public platform::DocumentController {
     said.append("prints " + path);
     tokens.append(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"));
     if (jams) throw std::runtime_error("paper jam");
-    const bool opens = openDocumentWithContentsOfURL(QUrl::fromLocalFile(path), false) != nullptr;
+    const bool opens = openDocumentWithContentsOfURL(QUrl::fromLocalFile(path), false).ok();
     if (prints && opens) desktop.printer.jobs.append(testkit::RecordingPrinter::Job());
     return true;
   }

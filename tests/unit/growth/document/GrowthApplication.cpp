@@ -57,7 +57,7 @@ GrowthDocument& GrowthApplication::saveAndReopen() {
   const QUrl file = front().fileURL();
   front().close();
   desktop.runLoop.settle();
-  if (!controller.openDocumentWithContentsOfURL(file, true))
+  if (!controller.openDocumentWithContentsOfURL(file, true).ok())
     throw std::runtime_error("the record does not open");
   user::bringToFront(front());
   return front();
@@ -66,14 +66,12 @@ GrowthDocument& GrowthApplication::saveAndReopen() {
 QString GrowthApplication::whyNotOpened(const QByteArray& file) {
   const QString path = pathOfRecord(QStringLiteral("given"));
   writeFile(path, file);
-  QString reason;
-  if (platform::Document* opened =
-          controller.openDocumentWithContentsOfURL(QUrl::fromLocalFile(path), true, &reason)) {
-    opened->close();
+  const auto opened = controller.openDocumentWithContentsOfURL(QUrl::fromLocalFile(path), true);
+  if (opened.ok()) {
+    (*opened)->close();
     desktop.runLoop.settle();
-    return {};
   }
-  return reason;
+  return opened.error();
 }
 
 void GrowthApplication::chooseStudy(const QString& identifier, const QDate& birth, const QDate& study) {

@@ -196,7 +196,7 @@ TEST(GrowthDocument, RemovesAnExaminationAfterTheQuestion) {
   EXPECT_EQ(textOf(document, "weightField"), "10");
   EXPECT_EQ(textOf(document, "examNumberField"), "1 of 1");
   user::click(user::button(document, "deleteStudyButton"));
-  EXPECT_EQ(application.desktop.effects.beeps, 1) << "the only one is never removed";
+  EXPECT_EQ(application.desktop.feedback.beeps, 1) << "the only one is never removed";
 }
 
 TEST(GrowthDocument, AsksBeforeIdentityIsEditedAndNotBeforeMeasurements) {

@@ -4,8 +4,10 @@
 #include <cmath>
 #include <limits>
 
-#include "orv/chart/graphLabels.h"
-#include "orv/chart/graphRanges.h"
+#include "orv/chart/GraphLabels.h"
+#include "orv/chart/GraphRanges.h"
+
+using namespace velmora::orv;
 
 namespace {
 

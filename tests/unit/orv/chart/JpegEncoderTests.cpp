@@ -9,7 +9,7 @@
 #include "orv/chart/JpegEncoder.h"
 #include "tests/unit/platform/Shown.h"
 
-using velmora::platform::encodeJpeg;
+using velmora::orv::encodeJpeg;
 
 namespace {
 

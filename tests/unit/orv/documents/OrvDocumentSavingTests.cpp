@@ -45,9 +45,7 @@ class SavingRecords : public testing_support::NoteDocuments {
   void writeFromAnotherDesk(const QString& note) {
     NoteDocument another(desktop.services);
     another.note = note;
-    QByteArray data;
-    ASSERT_TRUE(another.dataOfType("note", data).ok());
-    write(path("record.note"), data);
+    write(path("record.note"), another.dataOfType("note").value());
   }
   void expectToHearOfAnother() {
     OrvKeptCopies copies(desktop.fileManager, desktop.runLoop, "org.velmora.tests");
@@ -160,7 +158,7 @@ TEST_F(SavingRecords, LeavesTheOldFileWhenItFails) {
                           desktop.mainBundle,
                           desktop.printer,
                           desktop.sharedPrintInfo,
-                          desktop.effects,
+                          desktop.feedback,
                           desktop.graphics,
                           desktop.interfaceFiles,
                           desktop.application,
@@ -202,7 +200,7 @@ TEST_F(SavingRecords, TakesAnAlertThatEndsWithTheProgramForNeitherSavedNorGivenU
                          "Don't Save", "Cancel", "No copy of them could be kept."},
                         platform::AlertStopped);
   document.name = "record";
-  EXPECT_EQ(document.keepRescueCopy().content, platform::Whereabouts::OnlyHere);
+  EXPECT_EQ(document.keepRescueCopy().outcome, platform::SaveOutcome::Unsaved);
   EXPECT_TRUE(document.isDocumentEdited());
 }
 
@@ -273,7 +271,7 @@ class SavingAtTheSameTime : public SavingRecords {
                               desktop.mainBundle,
                               desktop.printer,
                               desktop.sharedPrintInfo,
-                              desktop.effects,
+                              desktop.feedback,
                               desktop.graphics,
                               desktop.interfaceFiles,
                               desktop.application,
@@ -354,11 +352,7 @@ class OpeningACopy : public SavingRecords {
     return OrvKeptCopies(desktop.fileManager, desktop.runLoop, "org.velmora.tests")
         .keepRescueCopy("record.note", dataOf(document));
   }
-  static QByteArray dataOf(NoteDocument& of) {
-    QByteArray data;
-    EXPECT_TRUE(of.dataOfType("note", data).ok());
-    return data;
-  }
+  static QByteArray dataOf(NoteDocument& of) { return of.dataOfType("note").value(); }
 };
 
 TEST_F(OpeningACopy, GivesADocumentWithoutAFileAndWithChanges) {

@@ -32,8 +32,7 @@ TEST_F(DataFiles, HaveAHeaderAndTheContentAsText) {
   document.note = QStringLiteral("Größe “gut” 😀\n");
   document.number = 104.3;
   document.newestVersion = 3;
-  QByteArray data;
-  ASSERT_TRUE(document.dataOfType("note", data).ok());
+  const QByteArray data = document.dataOfType("note").value();
   const QJsonObject file = QJsonDocument::fromJson(data).object();
   EXPECT_EQ(file.keys(), (QStringList{"application", "checksum", "content", "format", "version"}));
   EXPECT_EQ(file.value("format").toString(), "org.velmora.tests");
@@ -104,8 +103,7 @@ TEST_F(DataFiles, AreRefusedWithTheReason) {
 TEST_F(DataFiles, AreRefusedAsDamagedWhereTheyAreCutShort) {
   NoteDocument document(desktop.services);
   document.note = "a note";
-  QByteArray data;
-  ASSERT_TRUE(document.dataOfType("note", data).ok());
+  const QByteArray data = document.dataOfType("note").value();
   ASSERT_EQ(refusal(data), QString());
   EXPECT_EQ(refusal(data.trimmed()), "The file is damaged (its checksum does not match).");
   for (qsizetype length = 1; length < data.trimmed().size(); ++length) {
@@ -119,8 +117,7 @@ TEST_F(DataFiles, AreRefusedAsDamagedWhereTheyAreCutShort) {
 TEST_F(DataFiles, AreRefusedWhenAnyBitHasFlipped) {
   NoteDocument document(desktop.services);
   document.note = "a note";
-  QByteArray data;
-  ASSERT_TRUE(document.dataOfType("note", data).ok());
+  const QByteArray data = document.dataOfType("note").value();
   for (qsizetype byte = 0; byte < data.size(); ++byte) {
     for (int bit = 0; bit < 8; ++bit) {
       QByteArray flipped = data;
@@ -149,8 +146,7 @@ TEST_F(BlankDocuments, AreBlankUntilTheyAreTouchedOrRead) {
   NoteDocument read(desktop.services);
   EXPECT_FALSE(read.readFromData("damaged", "note").ok());
   EXPECT_TRUE(read.isBlank()) << "nothing came of it";
-  QByteArray data;
-  ASSERT_TRUE(document.dataOfType("note", data).ok());
+  const QByteArray data = document.dataOfType("note").value();
   EXPECT_TRUE(read.readFromData(data, "note").ok());
   EXPECT_FALSE(read.isBlank());
 }
@@ -237,7 +233,7 @@ TEST_F(Printing, TellsTheUserWhyItFailedUnlessItWasTheUser) {
                              desktop.mainBundle,
                              printer,
                              desktop.sharedPrintInfo,
-                             desktop.effects,
+                             desktop.feedback,
                              desktop.graphics,
                              desktop.interfaceFiles,
                              desktop.application,

@@ -218,7 +218,7 @@ TEST_F(OrvVersionCheck, SaysSoWhenNothingTakesThePage) {
                               with.mainBundle,
                               with.printer,
                               with.sharedPrintInfo,
-                              with.effects,
+                              with.feedback,
                               with.graphics,
                               with.interfaceFiles,
                               with.application,

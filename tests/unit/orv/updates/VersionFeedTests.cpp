@@ -99,7 +99,7 @@ class VersionCheckOverTheWeb : public testing::Test {
                               desktop.mainBundle,
                               desktop.printer,
                               desktop.sharedPrintInfo,
-                              desktop.effects,
+                              desktop.feedback,
                               desktop.graphics,
                               desktop.interfaceFiles,
                               desktop.application,

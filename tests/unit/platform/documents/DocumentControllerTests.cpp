@@ -92,9 +92,9 @@ TEST_F(OpenDocuments, AreFoundByTheirFileEvenWhenItIsGone) {
 
 TEST_F(OpenDocuments, AreNotMadeFromAFileThatCannotBeRead) {
   write("damaged.text", "!cut short");
-  QString error;
-  EXPECT_EQ(controller.openDocumentWithContentsOfURL(url("damaged.text"), true, &error), nullptr);
-  EXPECT_EQ(error, "cut short");
+  const auto opened = controller.openDocumentWithContentsOfURL(url("damaged.text"), true);
+  EXPECT_FALSE(opened.ok());
+  EXPECT_EQ(opened.error(), "cut short");
   EXPECT_EQ(open("damaged.text"), nullptr) << "without anyone to tell it is silent";
   EXPECT_TRUE(controller.documents().isEmpty());
   EXPECT_TRUE(desktop.alerts.shown().isEmpty());
@@ -300,7 +300,7 @@ class TheBlankDocument : public Quitting {};
 
 TEST_F(TheBlankDocument, AppearsWhenTheUserHasClosedTheLastOne) {
   write("a.text", "a");
-  Document* document = counting.openDocumentWithContentsOfURL(url("a.text"), true);
+  Document* document = counting.openDocumentWithContentsOfURL(url("a.text"), true).value();
   document->performClose();
   desktop.runLoop.settle();
   ASSERT_EQ(counting.documents().size(), 1);
@@ -343,7 +343,7 @@ TEST_F(TheBlankDocument, LeavesTheOthersAloneWhenItIsClosed) {
 TEST_F(TheBlankDocument, DoesNotAppearWhenADocumentIsReplacedWithinTheEvent) {
   write("a.text", "a");
   counting.openUntitledDocument(true)->close();
-  Document* replacement = counting.openDocumentWithContentsOfURL(url("a.text"), true);
+  Document* replacement = counting.openDocumentWithContentsOfURL(url("a.text"), true).value();
   desktop.runLoop.settle();
   EXPECT_EQ(counting.documents(), QList<Document*>{replacement});
 }

@@ -32,12 +32,11 @@ class TextDocument : public velmora::platform::Document {
     text = QString::fromUtf8(data);
     return {};
   }
-  velmora::base::Result<> dataOfType(const QString& typeName, QByteArray& data) override {
+  velmora::base::Result<QByteArray> dataOfType(const QString& typeName) override {
     typeWritten = typeName;
     if (text.startsWith('!')) return velmora::base::Failure{text.mid(1)};
     if (text.startsWith('?')) throw std::runtime_error(text.mid(1).toStdString());
-    data = text.toUtf8();
-    return {};
+    return text.toUtf8();
   }
   QString windowNibName() const override { return nibName; }
   bool prepareSavePanel(velmora::platform::SavePanel& panel) override { return !prepare || prepare(panel); }
@@ -90,7 +89,8 @@ class TextDocuments : public testing::Test {
   }
   TextDocument* untitled() { return static_cast<TextDocument*>(controller.openUntitledDocument(true)); }
   TextDocument* open(const QString& name) {
-    return static_cast<TextDocument*>(controller.openDocumentWithContentsOfURL(url(name), true));
+    return static_cast<TextDocument*>(
+        controller.openDocumentWithContentsOfURL(url(name), true).valueOr(nullptr));
   }
   /// The question that closing a document with changes asks.
   static velmora::platform::Alert saveQuestion(const QString& name) {

@@ -11,11 +11,16 @@ namespace {
 
 const QDate Today(2026, 6, 1);
 
-DateFormatter shortDates(const QString& locale, const QDate& today = Today) {
-  DateFormatter formatter{QLocale(locale), today};
-  formatter.setDateStyle(DateFormatter::Style::Short);
-  return formatter;
-}
+/// A formatter of short dates that reads them on a given day.
+struct ShortDates : DateFormatter {
+  ShortDates(const QString& locale, const QDate& day) : DateFormatter(QLocale(locale)), today(day) {
+    setDateStyle(Style::Short);
+  }
+  QDateTime dateFromString(const QString& text) const { return DateFormatter::dateFromString(text, today); }
+  QDate today;
+};
+
+ShortDates shortDates(const QString& locale, const QDate& today = Today) { return {locale, today}; }
 
 const char* const Locales[] = {"en_US", "en_GB", "de_DE", "fr_FR", "es_ES", "C"};
 
@@ -35,7 +40,7 @@ TEST(DateFormatter, ShowsTheLocalesShortDateWithAFourDigitYear) {
 
 TEST(DateFormatter, ParsesEveryDateThatItShows) {
   for (const char* locale : Locales) {
-    const DateFormatter formatter = shortDates(locale);
+    const ShortDates formatter = shortDates(locale);
     // A step that meets every day of the month, every month and both ends of centuries.
     for (QDate day(1900, 1, 1); day <= QDate(2045, 12, 31); day = day.addDays(17)) {
       const QString text = formatter.stringFromDate(day);
@@ -70,10 +75,10 @@ TEST(DateFormatter, ReadsTwoDigitsAsTheYearFrom80BackTo20Ahead) {
 }
 
 TEST(DateFormatter, MovesTheWindowOfTwoDigitYearsWithToday) {
-  const DateFormatter atTheTurn = shortDates("en_US", QDate(1999, 12, 31));
+  const ShortDates atTheTurn = shortDates("en_US", QDate(1999, 12, 31));
   EXPECT_EQ(atTheTurn.dateFromString("1/1/19"), noonOf(QDate(1919, 1, 1)));
   EXPECT_EQ(atTheTurn.dateFromString("1/1/18"), noonOf(QDate(2018, 1, 1)));
-  const DateFormatter later = shortDates("en_US", QDate(2080, 1, 1));
+  const ShortDates later = shortDates("en_US", QDate(2080, 1, 1));
   EXPECT_EQ(later.dateFromString("1/1/00"), noonOf(QDate(2000, 1, 1)));
   EXPECT_EQ(later.dateFromString("1/1/99"), noonOf(QDate(2099, 1, 1)));
 }
@@ -91,7 +96,7 @@ TEST(DateFormatter, KnowsThe29thOfFebruaryOfTwoDigitYears) {
       {"es_ES", "29/2/00", "29/2/08", "29/2/01"},    {"C", "29 Feb 00", "29 Feb 08", "29 Feb 01"},
   };
   for (const Case& each : cases) {
-    const DateFormatter formatter = shortDates(each.locale);
+    const ShortDates formatter = shortDates(each.locale);
     EXPECT_EQ(formatter.dateFromString(each.in2000), noonOf(QDate(2000, 2, 29))) << each.locale;
     EXPECT_EQ(formatter.dateFromString(each.in2008), noonOf(QDate(2008, 2, 29))) << each.locale;
     EXPECT_FALSE(formatter.dateFromString(each.in2001).isValid()) << each.locale;
@@ -129,7 +134,7 @@ TEST(DateFormatter, ReadsFourDigitsInFrontAsTheYear) {
 }
 
 TEST(DateFormatter, ReadsTheDigitsOfOtherScripts) {
-  const DateFormatter arabic = shortDates("ar_EG");
+  const ShortDates arabic = shortDates("ar_EG");
   for (const QDate& day : {QDate(2009, 3, 7), QDate(1931, 12, 30)}) {
     const QString shown = arabic.stringFromDate(day);
     EXPECT_EQ(arabic.dateFromString(shown), noonOf(day)) << qPrintable(shown);
@@ -165,7 +170,7 @@ TEST(DateFormatter, RefusesWhatIsNoDate) {
 }
 
 TEST(DateFormatter, ParsesNothingWithoutADateStyle) {
-  EXPECT_FALSE(DateFormatter(QLocale("en_GB"), Today).dateFromString("07/03/2009").isValid());
+  EXPECT_FALSE(DateFormatter(QLocale("en_GB")).dateFromString("07/03/2009", Today).isValid());
 }
 
 TEST(DateFormatter, ShowsThePointInTimeAsTheCalendarHereHasIt) {
@@ -173,7 +178,7 @@ TEST(DateFormatter, ShowsThePointInTimeAsTheCalendarHereHasIt) {
   // here.
   const QDateTime lateInUtc(QDate(2009, 1, 31), QTime(23, 30), QTimeZone::utc());
   ASSERT_EQ(lateInUtc.toLocalTime().date(), QDate(2009, 2, 1));
-  DateFormatter formatter{QLocale("en_GB"), Today};
+  DateFormatter formatter{QLocale("en_GB")};
   formatter.setDateStyle(DateFormatter::Style::Short);
   formatter.setTimeStyle(DateFormatter::Style::Short);
   EXPECT_EQ(formatter.stringFromDate(lateInUtc), "01/02/2009 00:30");

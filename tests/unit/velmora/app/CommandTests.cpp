@@ -74,6 +74,21 @@ TEST(Commands, EndTheEditInProgressBeforeTheyRun) {
   EXPECT_TRUE(QFile::exists(application.exportFolder() + "/AB-1.jpg"));
 }
 
+TEST(Commands, ExportTheRecordInWhoseWindowTheyWereChosen) {
+  RecordApplication application;
+  application.turnOn(settings::AutoSave);
+  RecordingDocument& chosen = application.newRecord();
+  chosen.setIdentifier("chosen");
+  RecordingDocument& another = application.newRecord();
+  another.setIdentifier("another");
+  user::bringToFront(chosen);
+  chosen.window()->findChild<QAction*>("doExport")->trigger();
+  // Before the command runs, the viewer brings another record to the front.
+  user::bringToFront(another);
+  application.settle();
+  EXPECT_EQ(QDir(application.exportFolder()).entryList(QDir::Files), QStringList{"CHOSEN.jpg"});
+}
+
 TEST(Commands, DoNothingToADocumentThatTheEndOfTheEditHasClosed) {
   RecordApplication application;
   application.turnOn(settings::AutoSave);

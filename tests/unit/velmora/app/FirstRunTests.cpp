@@ -172,7 +172,7 @@ TEST_P(FirstRunEnded, StoresNothing) {
                               desktop.mainBundle,
                               desktop.printer,
                               desktop.sharedPrintInfo,
-                              desktop.effects,
+                              desktop.feedback,
                               desktop.graphics,
                               desktop.interfaceFiles,
                               desktop.application,

@@ -54,7 +54,7 @@ class UnsavedDocument : public platform::Document {
     updateChangeCount(platform::ChangeType::Done);
   }
   base::Result<> readFromData(const QByteArray&, const QString&) override { return {}; }
-  base::Result<> dataOfType(const QString&, QByteArray&) override { return {}; }
+  base::Result<QByteArray> dataOfType(const QString&) override { return QByteArray(); }
   void canCloseDocument(ShouldClose shouldClose) override {
     said_.append("question");
     shouldClose(this, false);
@@ -108,7 +108,7 @@ class StartupScriptOfTheShell : public testing::Test {
                               desktop.mainBundle,
                               desktop.printer,
                               desktop.sharedPrintInfo,
-                              desktop.effects,
+                              desktop.feedback,
                               desktop.graphics,
                               desktop.interfaceFiles,
                               desktop.application,

@@ -181,7 +181,7 @@ TEST_F(BatchErasing, GoesOnWhereOneFileCannotBeRemoved) {
                               desktop.mainBundle,
                               desktop.printer,
                               desktop.sharedPrintInfo,
-                              desktop.effects,
+                              desktop.feedback,
                               desktop.graphics,
                               desktop.interfaceFiles,
                               desktop.application,

@@ -137,7 +137,7 @@ TEST(DocumentSetUp, ToleratesAWindowWithoutAnyOutlet) {
   document.directUpdateDisplayAndSetDirty(nullptr);
   document.deleteAlertDidEnd(platform::AlertDefaultReturn);
   EXPECT_EQ(document.exams.size(), 1);
-  EXPECT_EQ(application.desktop.effects.poofs, QList<QPoint>{document.window()->mapToGlobal(QPoint(0, 0))})
+  EXPECT_EQ(application.desktop.feedback.poofs, QList<QPoint>{document.window()->mapToGlobal(QPoint(0, 0))})
       << "without a field to stand at";
   EXPECT_TRUE(document.getJPEGData().isEmpty());
   document.doExport(false);
@@ -155,7 +155,7 @@ TEST(FrameworkDocument, HasExactlyOneExamination) {
   document.doPreviousRecord(nullptr);
   EXPECT_EQ(document.currentExam(), 0U);
   document.doDeleteRecord(nullptr);
-  EXPECT_EQ(application.desktop.effects.beeps, 1);
+  EXPECT_EQ(application.desktop.feedback.beeps, 1);
   EXPECT_TRUE(application.desktop.alerts.shown().isEmpty());
   document.updateDisplay();
   EXPECT_EQ(textOf(document, "examNumberField"), "1 of 1");

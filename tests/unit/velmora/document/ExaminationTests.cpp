@@ -164,14 +164,14 @@ TEST_F(Examinations, StayAsTheyAreWhenTheSheetIsCancelled) {
   EXPECT_EQ(document->currentExam(), 1U);
   EXPECT_TRUE(document->calls.isEmpty());
   EXPECT_FALSE(document->isDocumentEdited());
-  EXPECT_TRUE(application.desktop.effects.poofs.isEmpty());
+  EXPECT_TRUE(application.desktop.feedback.poofs.isEmpty());
 }
 
 TEST_F(Examinations, GoUpInAPuffOfSmokeAtTheirNumber) {
   const QLabel* number = document->window()->findChild<QLabel*>("examNumberField");
   const QPoint rightMiddle = number->mapToGlobal(QPoint(number->width(), number->height() / 2));
   remove(AlertDefaultReturn);
-  EXPECT_EQ(application.desktop.effects.poofs, QList<QPoint>{rightMiddle});
+  EXPECT_EQ(application.desktop.feedback.poofs, QList<QPoint>{rightMiddle});
 }
 
 TEST_F(Examinations, ClosedWithTheSheetOpenAreNotRemoved) {
@@ -180,14 +180,14 @@ TEST_F(Examinations, ClosedWithTheSheetOpenAreNotRemoved) {
   document->close();
   application.settle();
   application.desktop.alerts.answerSheet(AlertDefaultReturn);
-  EXPECT_TRUE(application.desktop.effects.poofs.isEmpty());
+  EXPECT_TRUE(application.desktop.feedback.poofs.isEmpty());
 }
 
 TEST(OnlyExamination, IsNeverRemoved) {
   RecordApplication application;
   RecordingDocument& document = application.newRecord();
   document.doDeleteRecord(nullptr);
-  EXPECT_EQ(application.desktop.effects.beeps, 1);
+  EXPECT_EQ(application.desktop.feedback.beeps, 1);
   EXPECT_TRUE(application.desktop.alerts.shown().isEmpty());
   EXPECT_TRUE(document.calls.isEmpty());
   EXPECT_FALSE(document.isDocumentEdited());

@@ -48,12 +48,9 @@ class FailingDocument : public RecordingDocument {
     if (failsToKeep) throw std::runtime_error("no idea");
     RecordingDocument::keepUnsavedChanges();
   }
-  base::Result<> dataOfType(const QString& typeName, QByteArray& data) override {
-    if (failsToWrite) {
-      data = "half a rec";
-      throw std::runtime_error("no memory");
-    }
-    return RecordingDocument::dataOfType(typeName, data);
+  base::Result<QByteArray> dataOfType(const QString& typeName) override {
+    if (failsToWrite) throw std::runtime_error("no memory");
+    return RecordingDocument::dataOfType(typeName);
   }
 };
 

@@ -67,7 +67,7 @@ TEST(LinkNotification, ReachesOfTwoApplicationsTheOneItNames) {
                               own.mainBundle,
                               own.printer,
                               own.sharedPrintInfo,
-                              own.effects,
+                              own.feedback,
                               own.graphics,
                               own.interfaceFiles,
                               own.application,

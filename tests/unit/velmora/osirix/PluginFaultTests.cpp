@@ -79,7 +79,7 @@ class Machine {
                               .mainBundle = desktop.mainBundle,
                               .printer = desktop.printer,
                               .sharedPrintInfo = desktop.sharedPrintInfo,
-                              .effects = desktop.effects,
+                              .feedback = desktop.feedback,
                               .graphics = desktop.graphics,
                               .interfaceFiles = desktop.interfaceFiles,
                               .application = desktop.application,

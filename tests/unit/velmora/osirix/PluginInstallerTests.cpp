@@ -33,8 +33,8 @@ mode_t rightsOf(const QString& path) {
   return status.st_mode & 07777;
 }
 
-void makeOlder(const QString& path, int minutes) {
-  const timeval then{QDateTime::currentSecsSinceEpoch() - minutes * 60, 0};
+void setTime(const QString& path, const QDateTime& time) {
+  const timeval then{time.toSecsSinceEpoch(), 0};
   const timeval times[] = {then, then};
   ASSERT_EQ(::lutimes(QFile::encodeName(path).constData(), times), 0);
 }
@@ -211,8 +211,9 @@ TEST_F(Plugin, ClearsAwayWhatInstallationsThatWereCutOffHaveLeft) {
   makePlugin(installed("removed-aBcDeF"), "1");
   writeFile(installed(".removed-aaFile"), "a file");
   QFile::link(installed("removed-aBcDeF"), installed(".removed-aaLink"));
-  for (const QString& name : inViewersFolder()) makeOlder(installed(name), 11);
-  makeOlder(installed(".unfinished-Recent"), 9);
+  const QDateTime now = desktop.runLoop.now();
+  for (const QString& name : inViewersFolder()) setTime(installed(name), now.addSecs(-11 * 60));
+  setTime(installed(".unfinished-Recent"), now.addSecs(-9 * 60));
   install(Succeeded);
   EXPECT_EQ(inViewersFolder(), (QStringList{".removed-aaFile", ".removed-aaLink", ".unfinished-notones",
                                             ".unfinished-Recent", Name, "removed-aBcDeF"}));

@@ -82,7 +82,8 @@ RecordingDocument& RecordApplication::newRecord() {
 
 RecordingDocument& RecordApplication::openRecord(const QString& name) {
   auto* document = dynamic_cast<RecordingDocument*>(
-      controller.openDocumentWithContentsOfURL(QUrl::fromLocalFile(pathOfRecord(name)), true));
+      controller.openDocumentWithContentsOfURL(QUrl::fromLocalFile(pathOfRecord(name)), true)
+          .valueOr(nullptr));
   if (!document) throw std::runtime_error("the record does not open");
   user::bringToFront(*document);
   document->forgetCalls();

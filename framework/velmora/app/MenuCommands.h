@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: LGPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+class QObject;
+
+namespace velmora {
+
+class RecentDocuments;
+
+/// What the menus ask of the application, beside making, opening and closing documents.
+class MenuCommands {
+ public:
+  virtual ~MenuCommands() = default;
+
+  /// Shows the about window; at the start it is the splash.
+  virtual void doSplashAboutBox(const QObject* sender) = 0;
+  virtual void doPreferences(const QObject* sender) = 0;
+  virtual void doBatchExport(const QObject* sender) = 0;
+  /// Closes every document, each asking its question.
+  virtual void doCloseAllDocuments(const QObject* sender) = 0;
+  /// Looks for a newer version and tells the user the result.
+  virtual void doCheckForNewVersion(const QObject* sender) = 0;
+  virtual void doGoToWebSite(const QObject* sender) = 0;
+  /// Begins a mail to the support address, its subject naming the application and its version.
+  virtual void doMailAuthor(const QObject* sender) = 0;
+
+  /// Whether the item of that title, without its mnemonic, is enabled.
+  virtual bool validateMenuItem(const QString& title) const = 0;
+
+  virtual RecentDocuments& recentDocuments() = 0;
+  /// Opens a file of the menu of recent documents. One that is no longer there leaves the menu, and the user
+  /// is told.
+  virtual void openRecentDocument(const QString& path) = 0;
+};
+
+}  // namespace velmora
