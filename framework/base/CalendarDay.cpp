@@ -7,12 +7,11 @@ namespace velmora::base {
 
 QDateTime noonOf(const QDate& day) {
   if (!day.isValid()) return {};
-  QDateTime noon(day, QTime(12, 0));
+  const QDateTime noon(day, QTime(12, 0));
+  if (noon.isValid()) return noon;
   // Clocks have jumped over noon, too: Morocco's did on 3 June 1967.
-  if (!noon.isValid()) noon = QDateTime(day, QTime(13, 0));
-  // Where a zone moved across the date line a whole day is missing, and Qt answers with a neighbour.
-  if (!noon.isValid() || QDateTime::fromMSecsSinceEpoch(noon.toMSecsSinceEpoch()).date() != day) return {};
-  return noon;
+  const QDateTime later(day, QTime(13, 0));
+  return later.isValid() ? later : noon;
 }
 
 QDate dayFromIso(const QString& text) {
