@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <chrono>
 
+#include "base/log/Guard.h"
 #include "bridge/cli/Commands.h"
 #include "bridge/cli/ReplySummary.h"
 #include "bridge/cli/ReplyFolder.h"
@@ -52,13 +53,15 @@ class Receiver : public QObject {
   void hear(const QVariantMap& reply) {
     const QDateTime arrival = QDateTime::currentDateTime();
     QMetaObject::invokeMethod(
-        this, [this, reply, arrival] { take(reply, arrival); }, Qt::QueuedConnection);
+        this, [this, reply, arrival] { base::guarded("a chart that came", [&] { take(reply, arrival); }); },
+        Qt::QueuedConnection);
   }
 
   /// Returns what the program ends with.
   int run() {
     if (limits_.timeout.count() > 0) {
-      QTimer::singleShot(limits_.timeout, this, [this] { end(TimedOut); });
+      QTimer::singleShot(limits_.timeout, this,
+                         [this] { base::guarded("the time limit", [this] { end(TimedOut); }); });
     }
     return QCoreApplication::exec();
   }

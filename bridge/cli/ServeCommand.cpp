@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <mutex>
 
+#include "base/log/Guard.h"
 #include "base/process/SignalHandler.h"
 #include "bridge/cli/Commands.h"
 #include "bridge/pacs/MakePacs.h"
@@ -48,17 +49,19 @@ class Listening {
       bus_.subscribe(name, protocol::ReplyObject);
     }
     looks_.setInterval(OneLook);
-    QObject::connect(&looks_, &QTimer::timeout, [this] { look(); });
+    QObject::connect(&looks_, &QTimer::timeout, &looks_, [this] { look(); });
     looks_.start();
     QTimer::singleShot(0, &looks_, [this] { look(); });
   }
 
  private:
   void look() {
-    if (!looks_.isActive() || !bus_.flush(OneLook)) return;
-    looks_.stop();
-    done(QStringLiteral("listening for the charts of %1, spool %2")
-             .arg(config_.applications.join(QStringLiteral(", ")), config_.spoolFolder));
+    base::guarded("a look for the bus", [this] {
+      if (!looks_.isActive() || !bus_.flush(OneLook)) return;
+      looks_.stop();
+      done(QStringLiteral("listening for the charts of %1, spool %2")
+               .arg(config_.applications.join(QStringLiteral(", ")), config_.spoolFolder));
+    });
   }
 
   const Config& config_;

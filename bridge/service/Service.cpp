@@ -2,8 +2,10 @@
 #include "bridge/service/Service.h"
 
 #include <QCoreApplication>
+#include <QScopeGuard>
 #include <exception>
 
+#include "base/log/Guard.h"
 #include "link/protocol/LinkProtocol.h"
 
 using namespace velmora;
@@ -51,11 +53,14 @@ Service::Service(Spool& spool, RequestMemory& requests, Pacs& pacs, const Config
   }
   again_.setInterval(DiskRetry);
   connect(&again_, &QTimer::timeout, this, [this] {
-    if (inbox_.tryAgain()) wake();
-    if (!inbox_.keepsSome()) again_.stop();
+    base::guarded("another try of the disk", [this] {
+      if (inbox_.tryAgain()) wake();
+      if (!inbox_.keepsSome()) again_.stop();
+    });
   });
   wishes_.addPath(spool.wishesFolder());
-  connect(&wishes_, &QFileSystemWatcher::directoryChanged, this, [this] { wake(); });
+  connect(&wishes_, &QFileSystemWatcher::directoryChanged, this,
+          [this] { base::guarded("a wish", [this] { wake(); }); });
   worker_ = std::thread([this] { work(); });
 }
 
@@ -75,12 +80,14 @@ void Service::hear(const link::Message& message) {
   QMetaObject::invokeMethod(
       this,
       [this, message, arrival, size] {
-        try {
-          take(message, arrival);
-        } catch (const std::exception& exception) {
-          failed_(QStringLiteral("CHART LOST: ") + QString::fromLocal8Bit(exception.what()));
-        }
-        underway_ -= size;
+        base::guarded("a chart that came", [&] {
+          const auto taken = qScopeGuard([&] { underway_ -= size; });
+          try {
+            take(message, arrival);
+          } catch (const std::exception& exception) {
+            failed_(QStringLiteral("CHART LOST: ") + QString::fromLocal8Bit(exception.what()));
+          }
+        });
       },
       Qt::QueuedConnection);
 }
