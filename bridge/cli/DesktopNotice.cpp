@@ -7,7 +7,7 @@
 #include <QVariantMap>
 #include <chrono>
 
-#include "link/bus/BusGreeting.h"
+#include "link/bus/BusProbe.h"
 
 using namespace velmora;
 
@@ -17,9 +17,9 @@ bool showOnDesktop(const QString& title, const QString& text) {
   constexpr int Limit = 5000;  // milliseconds
   constexpr qsizetype LongestText = 1000;
   // The bus library waits half a minute for a bus that hangs.
-  link::BusGreeting greeting;
+  link::BusProbe probe;
   const QString address = link::sessionBusAddress();
-  if (address.isEmpty() || !greeting.ask(address, std::chrono::milliseconds(Limit)).isNull()) return false;
+  if (address.isEmpty() || !probe.ask(address, std::chrono::milliseconds(Limit))) return false;
   const QString name = QStringLiteral("velmora-link-notice");
   bool shown = false;
   {

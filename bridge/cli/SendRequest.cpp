@@ -6,7 +6,7 @@
 #include <chrono>
 
 #include "bridge/cli/Commands.h"
-#include "link/bus/BusGreeting.h"
+#include "link/bus/BusProbe.h"
 #include "link/bus/BusLink.h"
 #include "link/protocol/LinkProtocol.h"
 
@@ -35,9 +35,9 @@ base::Result<> sendRequest(const QString& application, const QVariantMap& detail
 bool mayBeRunning(const QString& application) {
   constexpr int Limit = 5000;  // milliseconds
   // The bus library waits half a minute for a bus that hangs.
-  link::BusGreeting greeting;
+  link::BusProbe probe;
   const QString address = link::sessionBusAddress();
-  if (address.isEmpty() || !greeting.ask(address, std::chrono::milliseconds(Limit)).isNull()) return true;
+  if (address.isEmpty() || !probe.ask(address, std::chrono::milliseconds(Limit))) return true;
   const QString name = QStringLiteral("velmora-link-question");
   bool running = true;
   {

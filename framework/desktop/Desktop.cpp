@@ -23,9 +23,9 @@
 #include "platform/notifications/NotificationCenter.h"
 #include "platform/printing/Printing.h"
 #include "platform/bundles/PropertyList.h"
-#include "desktop/activation/DesktopActivation.h"
-#include "desktop/activation/DesktopRequests.h"
-#include "desktop/activation/DesktopRestart.h"
+#include "desktop/activation/SingleInstance.h"
+#include "desktop/activation/ActivationHandler.h"
+#include "desktop/activation/Relaunch.h"
 #include "base/process/SignalHandler.h"
 #include "desktop/web/HelpPages.h"
 #include "desktop/alerts/QtAlerts.h"
@@ -88,7 +88,7 @@ void giveLargeBlocksBack() { mallopt(M_MMAP_THRESHOLD, LargeBlock); }
 constexpr std::chrono::seconds BusPatience{5};
 
 struct CommandLine {
-  DesktopRequest request;
+  ActivationRequest request;
   bool startedByBus = false;
 };
 
@@ -111,7 +111,7 @@ CommandLine readCommandLine() {
                                QStringLiteral("[FILE…]"));
   parser.process(*qApp);
 
-  using Kind = DesktopRequest::Kind;
+  using Kind = ActivationRequest::Kind;
   CommandLine line;
   line.startedByBus = parser.isSet(service);
   line.request.action = parser.value(action);
@@ -188,7 +188,7 @@ struct Desktop::Parts {
                               scripts,
                               web,
                               nullptr};
-  DesktopActivation activation;
+  SingleInstance activation;
 };
 
 Desktop::Desktop(const QString& name) : parts_(std::make_unique<Parts>(name)) {
@@ -208,9 +208,9 @@ platform::Services& Desktop::services() { return parts_->services; }
 int Desktop::run(platform::DocumentController& controller) {
   CommandLine line = readCommandLine();
   const QString identifier = parts_->mainBundle.bundleIdentifier();
-  DesktopActivation& activation = parts_->activation;
-  using Kind = DesktopRequest::Kind;
-  using Outcome = DesktopActivation::Outcome;
+  SingleInstance& activation = parts_->activation;
+  using Kind = ActivationRequest::Kind;
+  using Outcome = SingleInstance::Outcome;
   const Outcome outcome = activation.begin(identifier, line.request, line.request.kind != Kind::Print);
   if (outcome == Outcome::HandedOver) return 0;
   line.request = activation.rest();
@@ -228,23 +228,22 @@ int Desktop::run(platform::DocumentController& controller) {
     base::guarded("end", [&] { controller.applicationWillTerminate(); });
     parts_->application.stop();
   });
-  DesktopRequests requests(parts_->services, controller);
+  ActivationHandler handler(parts_->printer, controller);
   int printStatus = 0;
   QTimer::singleShot(0, qApp, [&] {
     if (line.request.kind == Kind::Print) {
       parts_->alerts.setUnattended(true);
-      printStatus =
-          requests.printAlone(line.request.files, [this] { return parts_->printer.printedViews(); });
+      printStatus = handler.printAlone(line.request.files, [this] { return parts_->printer.printedViews(); });
       parts_->application.stop();
       return;
     }
     controller.setKeepsBlankDocument(true);
-    requests.start(line.request);
+    handler.start(line.request);
     activation.deliverTo(&controller,
-                         [&requests](const DesktopRequest& request) { return requests.carryOut(request); });
+                         [&handler](const ActivationRequest& request) { return handler.carryOut(request); });
   });
   const int status = QApplication::exec();
-  const QList<DesktopRequest> left = activation.end();
+  const QList<ActivationRequest> left = activation.end();
   // Whoever ends this program by a signal wants no other in its place.
   if (!ended) leaveToAnother(left);
   return status == 0 ? printStatus : status;

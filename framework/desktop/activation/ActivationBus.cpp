@@ -7,7 +7,7 @@
 
 #include "base/log/Guard.h"
 #include "base/log/Log.h"
-#include "desktop/activation/DesktopMessages.h"
+#include "desktop/activation/ActivationMessages.h"
 #include "link/bus/BusLink.h"
 #include "link/bus/BusReceiver.h"
 
@@ -15,7 +15,7 @@ namespace velmora::desktop {
 
 namespace {
 
-using Outcome = DesktopActivation::Outcome;
+using Outcome = ActivationOutcome;
 using std::chrono::milliseconds;
 
 const QString BusName = QStringLiteral("org.freedesktop.DBus");
@@ -61,7 +61,7 @@ QString ActivationObject::introspect(const QString&) const {
 bool ActivationObject::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
   // A call without an interface means whichever has the operation; this object has only one interface of its
   // own.
-  if (message.interface() != desktopmessages::Interface && !message.interface().isEmpty()) return false;
+  if (message.interface() != activationmessages::Interface && !message.interface().isEmpty()) return false;
   base::guarded("desktop activation", [&] { answer(message, connection); });
   return true;
 }
@@ -70,22 +70,22 @@ void ActivationObject::answer(const QDBusMessage& call, const QDBusConnection& c
   const auto reply = [&](const QDBusMessage& message) {
     if (call.isReplyRequired()) connection.send(message);
   };
-  const desktopmessages::Incoming incoming = desktopmessages::fromBus(call);
+  const activationmessages::Incoming incoming = activationmessages::fromBus(call);
   if (!incoming.refusal.isNull()) {
     base::logLine(QStringLiteral("The desktop's request from %1: %2").arg(call.service(), incoming.refusal));
   }
   if (!incoming.request) return reply(call.createErrorReply(QDBusError::InvalidArgs, incoming.refusal));
-  if (incoming.deadline && desktopmessages::deadlineNow() > *incoming.deadline) {
+  if (incoming.deadline && activationmessages::deadlineNow() > *incoming.deadline) {
     // Whoever asked has gone on without us.
     base::logLine(QStringLiteral("The desktop's request from %1 comes too late").arg(call.service()));
     return reply(call.createErrorReply(QDBusError::TimedOut, QStringLiteral("too late")));
   }
   switch (accept_(*incoming.request)) {
-    case DesktopActivation::Acceptance::Taken:
+    case ActivationAcceptance::Taken:
       return reply(call.createReply());
-    case DesktopActivation::Acceptance::Full:
+    case ActivationAcceptance::Full:
       return reply(call.createErrorReply(FullError, QStringLiteral("too many requests wait already")));
-    case DesktopActivation::Acceptance::Ending:
+    case ActivationAcceptance::Ending:
       return reply(call.createErrorReply(EndingError, QStringLiteral("the application is ending")));
   }
 }
@@ -95,14 +95,11 @@ ActivationBus::ActivationBus(ActivationObject::Accept accept, milliseconds patie
 
 ActivationBus::~ActivationBus() = default;
 
-Outcome ActivationBus::begin(const QString& identifier, const DesktopRequest& request, bool serves) {
+Outcome ActivationBus::begin(const QString& identifier, const ActivationRequest& request, bool serves) {
   identifier_ = identifier;
   rest_ = request;
   refusal_.clear();
-  const QString reason = desktopmessages::objectPath(identifier).isNull()
-                             ? QStringLiteral("'%1' is no name for the bus").arg(identifier)
-                             : connectToBus();
-  if (!reason.isNull()) {
+  if (activationmessages::objectPath(identifier).isNull() || !connectToBus()) {
     // The log line about a missing bus is the link's, which looks for the same one.
     if (serves) lookAgain();
     return Outcome::Alone;
@@ -110,9 +107,7 @@ Outcome ActivationBus::begin(const QString& identifier, const DesktopRequest& re
   QElapsedTimer since;
   since.start();
   // The one that runs may just be ending: then the name is free, or another's, a moment later.
-  bool again = true;
-  while (again && !since.hasExpired(patience_.count())) {
-    again = false;
+  while (!since.hasExpired(patience_.count())) {
     const Name name = serves ? takeName() : whoHasName();
     if (name == Name::Ours) {
       if (serves) return Outcome::Serving;
@@ -120,27 +115,26 @@ Outcome ActivationBus::begin(const QString& identifier, const DesktopRequest& re
       return Outcome::Alone;
     }
     if (name == Name::Unknown) break;
-    const Outcome outcome = handOver(again);
-    if (outcome != Outcome::Alone) {
-      disconnectFromBus();
-      return outcome;
-    }
+    const HandOver handed = handOver();
+    if (handed == HandOver::NoAnswer) break;
+    if (handed == HandOver::NobodyThere) continue;
+    disconnectFromBus();
+    return handed == HandOver::Taken ? Outcome::HandedOver : Outcome::Refused;
   }
   base::logLine(QStringLiteral("%1 runs already but does not answer; this is another one").arg(identifier));
   disconnectFromBus();
   return Outcome::Alone;
 }
 
-/// Null when connected, else why not.
-QString ActivationBus::connectToBus() {
+base::Result<> ActivationBus::connectToBus() {
   const QString address = link::lastingAddress(link::sessionBusAddress());
-  const QString refusal = greeting_.ask(address, patience_);
-  if (!refusal.isNull()) return refusal;
+  const base::Result<> asked = probe_.ask(address, patience_);
+  if (!asked) return asked;
   connectionName_ = nextConnectionName();
   const QDBusConnection bus = QDBusConnection::connectToBus(address, connectionName_);
   if (!bus.isConnected()) {
     QDBusConnection::disconnectFromBus(connectionName_);
-    return QStringLiteral("it hung up");
+    return base::Failure{QStringLiteral("it hung up")};
   }
   bus_ = std::make_unique<QDBusConnection>(bus);
   receiver_ =
@@ -155,13 +149,13 @@ QString ActivationBus::connectToBus() {
                 SLOT(end()));
   // Before the name: whoever finds the name finds the object.
   object_ = std::make_unique<ActivationObject>(accept_);
-  bus_->registerVirtualObject(desktopmessages::objectPath(identifier_), object_.get());
+  bus_->registerVirtualObject(activationmessages::objectPath(identifier_), object_.get());
   return {};
 }
 
 void ActivationBus::disconnectFromBus() {
   if (!bus_) return;
-  bus_->unregisterObject(desktopmessages::objectPath(identifier_));
+  bus_->unregisterObject(activationmessages::objectPath(identifier_));
   // QtDBus takes a connection apart on a thread of its own and looks at the objects that are still on it.
   receiver_.reset();
   object_.reset();
@@ -177,12 +171,12 @@ void ActivationBus::connectionEnded() {
 }
 
 void ActivationBus::lookAgain() {
-  if (greeting_.gaveUp() || desktopmessages::objectPath(identifier_).isNull()) return;
+  if (probe_.gaveUp() || activationmessages::objectPath(identifier_).isNull()) return;
   delay_ = link::BusLink::retryAfter(delay_);
   QTimer::singleShot(delay_, this, [this] {
     base::guarded("desktop activation", [this] {
-      if (bus_ || greeting_.gaveUp()) return;
-      if (!connectToBus().isNull()) return lookAgain();
+      if (bus_ || probe_.gaveUp()) return;
+      if (!connectToBus()) return lookAgain();
       if (takeName() == Name::Ours) return;
       base::logLine(QStringLiteral("Another %1 has the name on the session bus now").arg(identifier_));
       disconnectFromBus();
@@ -215,37 +209,39 @@ ActivationBus::Name ActivationBus::whoHasName() {
   return answer.arguments().value(0).toBool() ? Name::Anothers : Name::Ours;
 }
 
-Outcome ActivationBus::handOver(bool& again) {
+ActivationBus::HandOver ActivationBus::handOver() {
   for (;;) {
-    DesktopRequest part = rest_;
-    part.files = rest_.files.mid(0, desktopmessages::MostFiles);
-    const Outcome outcome = handOverPart(part, again);
-    if (outcome != Outcome::HandedOver) return outcome;
+    ActivationRequest part = rest_;
+    part.files = rest_.files.mid(0, activationmessages::MostFiles);
+    const HandOver handed = handOverPart(part);
+    if (handed != HandOver::Taken) return handed;
     rest_.files.remove(0, part.files.size());
     rest_.activationToken.clear();  // it is good for once
-    if (rest_.files.isEmpty()) return outcome;
+    if (rest_.files.isEmpty()) return handed;
   }
 }
 
-Outcome ActivationBus::handOverPart(const DesktopRequest& request, bool& again) {
+ActivationBus::HandOver ActivationBus::handOverPart(const ActivationRequest& request) {
   // The request expires well before the wait for its answer does, so that none is both taken up there and
   // given up here.
-  const qint64 deadline = desktopmessages::deadlineNow() + patience_.count() / 2;
-  const QDBusMessage answer = ask(desktopmessages::toBus(identifier_, request, deadline), patience_);
-  if (answer.type() == QDBusMessage::ReplyMessage) return Outcome::HandedOver;
+  const qint64 deadline = activationmessages::deadlineNow() + patience_.count() / 2;
+  const QDBusMessage answer = ask(activationmessages::toBus(identifier_, request, deadline), patience_);
+  if (answer.type() == QDBusMessage::ReplyMessage) return HandOver::Taken;
   const QString error = answer.errorName();
   if (error == FullError || error == QDBusError::errorString(QDBusError::InvalidArgs)) {
     refusal_ = QStringLiteral("%1 runs already and refuses: %2").arg(identifier_, answer.errorMessage());
     if (!rest_.files.isEmpty()) refusal_ += QStringLiteral(" (files not taken: %1)").arg(rest_.files.size());
     base::logLine(refusal_);
-    return Outcome::Refused;
+    return HandOver::Refused;
   }
   // It is just going, or has gone in the middle of the answer. What it has not taken up it will not do.
-  again = error == EndingError || error == QDBusError::errorString(QDBusError::ServiceUnknown) ||
-          error == NameHasNoOwnerError || error == QDBusError::errorString(QDBusError::UnknownObject) ||
-          (error == QDBusError::errorString(QDBusError::NoReply) && whoHasName() == Name::Ours);
-  if (again) QThread::msleep(RetryMilliseconds);
-  return Outcome::Alone;
+  const bool gone = error == EndingError || error == QDBusError::errorString(QDBusError::ServiceUnknown) ||
+                    error == NameHasNoOwnerError ||
+                    error == QDBusError::errorString(QDBusError::UnknownObject) ||
+                    (error == QDBusError::errorString(QDBusError::NoReply) && whoHasName() == Name::Ours);
+  if (!gone) return HandOver::NoAnswer;
+  QThread::msleep(RetryMilliseconds);
+  return HandOver::NobodyThere;
 }
 
 void ActivationBus::end() {

@@ -9,9 +9,9 @@
 #include <functional>
 #include <memory>
 
-#include "desktop/activation/DesktopActivation.h"
-#include "desktop/activation/DesktopRequest.h"
-#include "link/bus/BusGreeting.h"
+#include "base/Result.h"
+#include "desktop/activation/ActivationRequest.h"
+#include "link/bus/BusProbe.h"
 
 namespace velmora::link {
 class BusReceiver;
@@ -24,7 +24,7 @@ namespace velmora::desktop {
 class ActivationObject : public QDBusVirtualObject {
  public:
   /// Takes a request up, or not.
-  using Accept = std::function<DesktopActivation::Acceptance(const DesktopRequest&)>;
+  using Accept = std::function<ActivationAcceptance(const ActivationRequest&)>;
 
   explicit ActivationObject(Accept accept) : accept_(std::move(accept)) {}
 
@@ -47,35 +47,37 @@ class ActivationBus : public QObject {
   ActivationBus(ActivationObject::Accept accept, std::chrono::milliseconds patience);
   ~ActivationBus() override;
 
-  /// What DesktopActivation::begin() does.
-  DesktopActivation::Outcome begin(const QString& identifier, const DesktopRequest& request, bool serves);
-  const DesktopRequest& rest() const { return rest_; }
+  /// Takes the name, or hands the request over to the program that has it; waits no longer than patience
+  /// allows. `serves` is false for a program that does not take the name.
+  ActivationOutcome begin(const QString& identifier, const ActivationRequest& request, bool serves);
+  const ActivationRequest& rest() const { return rest_; }
   const QString& refusal() const { return refusal_; }
   /// Gives the name and the connection away.
   void end();
   /// Ends the wait for a bus that does not answer. From any thread.
-  void giveUp() { greeting_.giveUp(); }
+  void giveUp() { probe_.giveUp(); }
 
  private:
   enum class Name { Ours, Anothers, Unknown };
 
-  QString connectToBus();
+  base::Result<> connectToBus();
   void disconnectFromBus();
   void connectionEnded();
   void lookAgain();
   Name takeName();
   Name whoHasName();
   QDBusMessage ask(const QDBusMessage& question, std::chrono::milliseconds limit) const;
+  enum class HandOver { Taken, Refused, NoAnswer, NobodyThere };
   /// Hands over rest_, in parts of as many files as one request may name, and takes off what was taken up.
-  DesktopActivation::Outcome handOver(bool& again);
-  DesktopActivation::Outcome handOverPart(const DesktopRequest& part, bool& again);
+  HandOver handOver();
+  HandOver handOverPart(const ActivationRequest& part);
 
   const std::chrono::milliseconds patience_;
   ActivationObject::Accept accept_;
   QString identifier_;
-  DesktopRequest rest_;
+  ActivationRequest rest_;
   QString refusal_;
-  link::BusGreeting greeting_;
+  link::BusProbe probe_;
   QString connectionName_;
   std::chrono::milliseconds delay_{0};
   // Made and destroyed on the thread; none without a bus.

@@ -6,7 +6,7 @@
 #include <QDBusConnection>
 #include <chrono>
 
-#include "link/bus/BusGreeting.h"
+#include "link/bus/BusProbe.h"
 
 namespace velmora::desktop {
 
@@ -39,7 +39,7 @@ void lookForNobody() {
 
 void prepareSessionBus() {
   const QString address = link::sessionBusAddress();
-  if (address.isEmpty() || link::BusGreeting().ask(address, Patience).isNull()) return;
+  if (address.isEmpty() || link::BusProbe().ask(address, Patience)) return;
   statedAddress() = qEnvironmentVariableIsSet(Variable) ? qgetenv(Variable) : QByteArray();
   qputenv(Variable, NobodysAddress);
   qAddPreRoutine(lookForNobody);

@@ -63,7 +63,7 @@ BusLink::BusLink(const QString& address, Received received, Log log)
 
 BusLink::~BusLink() {
   // With nothing to say there is no need to wait for a bus that is only being looked for.
-  if (unsent_ == 0) greeting_.giveUp();
+  if (unsent_ == 0) probe_.giveUp();
   enqueue([this] {
     close();
     thread_.quit();  // from here, so that nothing asked before is skipped
@@ -132,11 +132,13 @@ std::chrono::milliseconds BusLink::retryAfter(std::chrono::milliseconds previous
 }
 
 void BusLink::open() {
-  if (bus_ || greeting_.gaveUp()) return;
-  const QString reason = connectToBus();
-  if (greeting_.gaveUp()) return;
-  if (!reason.isNull()) {
-    if (!std::exchange(off_, true)) log_(QStringLiteral("No session bus, the link is off: ") + reason);
+  if (bus_ || probe_.gaveUp()) return;
+  const base::Result<> connected = connectToBus();
+  if (probe_.gaveUp()) return;
+  if (!connected) {
+    if (!std::exchange(off_, true)) {
+      log_(QStringLiteral("No session bus, the link is off: ") + connected.error());
+    }
     return tryLater();
   }
   connectedSince_.start();
@@ -144,18 +146,17 @@ void BusLink::open() {
   if (std::exchange(off_, false)) log_(QStringLiteral("The session bus is back, the link is on"));
 }
 
-/// Null when connected, else why not.
-QString BusLink::connectToBus() {
+base::Result<> BusLink::connectToBus() {
   const QString address = lastingAddress(address_.isEmpty() ? sessionBusAddress() : address_);
-  const QString refusal = greeting_.ask(address, LongestGreeting);
-  if (!refusal.isNull()) return refusal;
+  const base::Result<> asked = probe_.ask(address, LongestGreeting);
+  if (!asked) return asked;
   // A name for each attempt: the bus library may still be taking the one before apart.
   connectionName_ = nextConnectionName();
   const QDBusConnection bus = QDBusConnection::connectToBus(address, connectionName_);
   if (!bus.isConnected()) {
     const QString error = bus.lastError().message();
     QDBusConnection::disconnectFromBus(connectionName_);
-    return error.isEmpty() ? QStringLiteral("it hung up") : error;
+    return base::Failure{error.isEmpty() ? QStringLiteral("it hung up") : error};
   }
   bus_ = std::make_unique<QDBusConnection>(bus);
   neverStopReading(bus);
@@ -174,7 +175,7 @@ void BusLink::tryLater() {
 }
 
 void BusLink::close() {
-  greeting_.giveUp();  // nothing is looked for any more
+  probe_.giveUp();  // nothing is looked for any more
   if (!bus_) return;
   roundTrip(LongestGoodbye);
   letGo();

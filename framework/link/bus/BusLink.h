@@ -11,7 +11,7 @@
 #include <functional>
 #include <memory>
 
-#include "link/bus/BusGreeting.h"
+#include "link/bus/BusProbe.h"
 #include "link/wire/WireForm.h"
 
 class QDBusConnection;
@@ -63,7 +63,7 @@ class BusLink {
 
   // The link's thread only.
   void open();
-  QString connectToBus();
+  base::Result<> connectToBus();
   void close();
   void letGo();
   void ask(const QString& name, const QString& object);
@@ -82,7 +82,7 @@ class BusLink {
   Received received_;
   Log log_;
   QString address_;  // empty: the session bus
-  BusGreeting greeting_;
+  BusProbe probe_;
   std::atomic<int> unsent_{0};
 
   // The link's thread only.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "link/bus/BusGreeting.h"
+#include "link/bus/BusProbe.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -11,10 +11,11 @@
 #include <QFile>
 #include <QFileInfo>
 #include <array>
-#include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <optional>
+
+#include "base/SystemError.h"
 
 namespace velmora::link {
 namespace {
@@ -35,8 +36,6 @@ class Socket {
  private:
   int descriptor_;
 };
-
-QString systemError() { return QString::fromLocal8Bit(std::strerror(errno)); }
 
 /// The value of a key in one address ("unix:path=/run/x,guid=1"), percent signs decoded.
 QByteArray valueOf(const QByteArray& address, const QByteArray& key) {
@@ -96,36 +95,36 @@ QString lastingAddress(const QString& address) {
   return lasting.join(QLatin1Char(';'));
 }
 
-BusGreeting::BusGreeting() : given_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
-BusGreeting::~BusGreeting() { ::close(given_); }
+BusProbe::BusProbe() : given_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+BusProbe::~BusProbe() { ::close(given_); }
 
-void BusGreeting::giveUp() { ::eventfd_write(given_, 1); }
+void BusProbe::giveUp() { ::eventfd_write(given_, 1); }
 
-bool BusGreeting::gaveUp() const {
+bool BusProbe::gaveUp() const {
   pollfd given{given_, POLLIN, 0};
   return ::poll(&given, 1, 0) == 1;
 }
 
-QString BusGreeting::ask(const QString& address, std::chrono::milliseconds limit) {
+base::Result<> BusProbe::ask(const QString& address, std::chrono::milliseconds limit) {
   const auto deadline = Clock::now() + limit;
-  QString reason = QStringLiteral("nobody says where it is");
+  base::Result<> asked = base::Failure{QStringLiteral("nobody says where it is")};
   for (const QByteArray& each : address.toLocal8Bit().split(';')) {
     if (each.isEmpty()) continue;
     const QByteArray path = valueOf(each, "path");
     const QByteArray abstract = valueOf(each, "abstract");
     if (!each.startsWith("unix:") || (path.isEmpty() && abstract.isEmpty())) return {};
-    reason = askSocket(path.isEmpty() ? abstract : path, path.isEmpty(), deadline);
-    if (reason.isNull()) return {};
+    asked = askSocket(path.isEmpty() ? abstract : path, path.isEmpty(), deadline);
+    if (asked) break;
   }
-  return reason;
+  return asked;
 }
 
-QString BusGreeting::askSocket(const QByteArray& path, bool abstract, Clock::time_point deadline) const {
+base::Result<> BusProbe::askSocket(const QByteArray& path, bool abstract, Clock::time_point deadline) const {
   sockaddr_un place{};
   place.sun_family = AF_UNIX;
   const size_t first = abstract ? 1 : 0;  // an abstract name begins with a NUL
   if (static_cast<size_t>(path.size()) + first >= sizeof place.sun_path)
-    return QStringLiteral("its path is too long");
+    return base::Failure{QStringLiteral("its path is too long")};
   std::memcpy(place.sun_path + first, path.constData(), static_cast<size_t>(path.size()));
   const auto length =
       static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + static_cast<size_t>(path.size()) + 1);
@@ -133,7 +132,7 @@ QString BusGreeting::askSocket(const QByteArray& path, bool abstract, Clock::tim
   const Socket socket;
   // It does not wait: a socket that nobody listens behind any more has a full queue.
   if (::connect(socket.descriptor(), reinterpret_cast<const sockaddr*>(&place), length) != 0)
-    return systemError();
+    return base::Failure{base::systemError()};
 
   const auto say = [&socket](const QByteArray& words) {
     return ::send(socket.descriptor(), words.constData(), static_cast<size_t>(words.size()), MSG_NOSIGNAL) ==
@@ -150,7 +149,7 @@ QString BusGreeting::askSocket(const QByteArray& path, bool abstract, Clock::tim
     return QByteArray(buffer.data(), size);
   };
 
-  const QString silent = QStringLiteral("it does not answer");
+  const base::Failure silent{QStringLiteral("it does not answer")};
   if (!say(QByteArray(1, '\0') + "AUTH EXTERNAL " + QByteArray::number(::geteuid()).toHex() + "\r\n"))
     return silent;
   QByteArray answer;
@@ -159,9 +158,9 @@ QString BusGreeting::askSocket(const QByteArray& path, bool abstract, Clock::tim
     if (!more) return silent;
     answer += *more;
   }
-  if (!answer.startsWith("OK ")) return QStringLiteral("it does not let this user in");
+  if (!answer.startsWith("OK ")) return base::Failure{QStringLiteral("it does not let this user in")};
   if (!say("BEGIN\r\n" + hello())) return silent;
-  return hear() ? QString() : silent;
+  return hear() ? base::Result<>() : silent;
 }
 
 }  // namespace velmora::link

@@ -5,7 +5,7 @@
 #include <QString>
 #include <optional>
 
-#include "desktop/activation/DesktopRequest.h"
+#include "desktop/activation/ActivationRequest.h"
 
 namespace velmora::desktop {
 
@@ -15,7 +15,7 @@ namespace velmora::desktop {
 ///
 /// Whatever comes from the bus is somebody else's word: a call of another shape is refused, and what is no
 /// local file is left out.
-namespace desktopmessages {
+namespace activationmessages {
 
 inline const QString Interface = QStringLiteral("org.freedesktop.Application");
 /// The most files that one request may name.
@@ -25,7 +25,7 @@ constexpr int MostFiles = 100;
 QString objectPath(const QString& identifier);
 
 struct Incoming {
-  std::optional<DesktopRequest> request;
+  std::optional<ActivationRequest> request;
   QString
       refusal;  ///< why there is no request, or what was left out of it; null when there is nothing to say
   /// Until when whoever asks is ready to wait, in milliseconds of deadlineNow(). None: for as long as it
@@ -36,10 +36,10 @@ struct Incoming {
 Incoming fromBus(const QDBusMessage& call);
 
 /// The call that asks application `identifier` for `request`, to be taken up until `deadline` or not at all.
-QDBusMessage toBus(const QString& identifier, const DesktopRequest& request, qint64 deadline);
+QDBusMessage toBus(const QString& identifier, const ActivationRequest& request, qint64 deadline);
 
 /// Milliseconds since this machine started: the same clock in every process.
 qint64 deadlineNow();
 
-}  // namespace desktopmessages
+}  // namespace activationmessages
 }  // namespace velmora::desktop

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "desktop/activation/DesktopActivation.h"
+#include "desktop/activation/SingleInstance.h"
 
 #include <QCoreApplication>
 #include <future>
@@ -7,7 +7,7 @@
 #include "base/log/Guard.h"
 #include "platform/runloop/RunLoop.h"
 #include "desktop/activation/ActivationBus.h"
-#include "desktop/activation/DesktopRequests.h"
+#include "desktop/activation/ActivationHandler.h"
 
 namespace velmora::desktop {
 
@@ -18,16 +18,16 @@ constexpr std::size_t MostWaiting = 100;
 constexpr double RetryDelay = 0.2;
 }  // namespace
 
-DesktopActivation::DesktopActivation(platform::RunLoop& runLoop, std::chrono::milliseconds patience)
+SingleInstance::SingleInstance(platform::RunLoop& runLoop, std::chrono::milliseconds patience)
     : runLoop_(runLoop), patience_(patience) {
   thread_.setObjectName(QStringLiteral("velmora-desktop"));
 }
 
-DesktopActivation::~DesktopActivation() { end(); }
+SingleInstance::~SingleInstance() { end(); }
 
-DesktopActivation::Outcome DesktopActivation::begin(const QString& identifier, const DesktopRequest& request,
-                                                    bool serves) {
-  bus_ = std::make_unique<ActivationBus>([this](const DesktopRequest& arrived) { return accept(arrived); },
+SingleInstance::Outcome SingleInstance::begin(const QString& identifier, const ActivationRequest& request,
+                                              bool serves) {
+  bus_ = std::make_unique<ActivationBus>([this](const ActivationRequest& arrived) { return accept(arrived); },
                                          patience_);
   bus_->moveToThread(&thread_);
   thread_.start();
@@ -45,29 +45,29 @@ DesktopActivation::Outcome DesktopActivation::begin(const QString& identifier, c
   return outcome.get();
 }
 
-DesktopActivation::Acceptance DesktopActivation::accept(const DesktopRequest& request) {
+ActivationAcceptance SingleInstance::accept(const ActivationRequest& request) {
   const std::lock_guard lock(mutex_);
-  if (ended_) return Acceptance::Ending;
-  if (waiting_.size() >= MostWaiting) return Acceptance::Full;
+  if (ended_) return ActivationAcceptance::Ending;
+  if (waiting_.size() >= MostWaiting) return ActivationAcceptance::Full;
   waiting_.push_back(request);
   arrived_.notify_one();
   if (handler_) scheduleNext();
   // The questions of the start come before there is a handler.
   QMetaObject::invokeMethod(
       qApp, [] { base::guarded("desktop activation", raiseWhatIsAsked); }, Qt::QueuedConnection);
-  return Acceptance::Taken;
+  return ActivationAcceptance::Taken;
 }
 
-DesktopRequest DesktopActivation::firstRequest(std::chrono::milliseconds limit) {
+ActivationRequest SingleInstance::firstRequest(std::chrono::milliseconds limit) {
   std::unique_lock lock(mutex_);
   arrived_.wait_for(lock, limit, [this] { return !waiting_.empty(); });
   if (waiting_.empty()) return {};
-  DesktopRequest first = waiting_.front();
+  ActivationRequest first = waiting_.front();
   waiting_.pop_front();
   return first;
 }
 
-void DesktopActivation::deliverTo(const QObject* owner, Handler handler) {
+void SingleInstance::deliverTo(const QObject* owner, Handler handler) {
   const std::lock_guard lock(mutex_);
   owner_ = owner;
   handler_ = std::move(handler);
@@ -75,12 +75,12 @@ void DesktopActivation::deliverTo(const QObject* owner, Handler handler) {
 }
 
 /// Under the mutex, within which end() has not come yet, and so the owner lives.
-void DesktopActivation::scheduleNext() {
+void SingleInstance::scheduleNext() {
   runLoop_.performOnMainThread(owner_, [this] { carryOutNext(); });
 }
 
-void DesktopActivation::carryOutNext() {
-  DesktopRequest request;
+void SingleInstance::carryOutNext() {
+  ActivationRequest request;
   Handler handler;
   {
     const std::lock_guard lock(mutex_);
@@ -95,13 +95,13 @@ void DesktopActivation::carryOutNext() {
   runLoop_.performAfterDelay(owner_, RetryDelay, [this] { carryOutNext(); });
 }
 
-QList<DesktopRequest> DesktopActivation::end() {
-  QList<DesktopRequest> left;
+QList<ActivationRequest> SingleInstance::end() {
+  QList<ActivationRequest> left;
   {
     const std::lock_guard lock(mutex_);
     ended_ = true;
     handler_ = {};
-    for (const DesktopRequest& request : waiting_) left.append(request);
+    for (const ActivationRequest& request : waiting_) left.append(request);
     waiting_.clear();
   }
   if (!bus_) return left;

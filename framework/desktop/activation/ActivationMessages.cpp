@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "desktop/activation/DesktopMessages.h"
+#include "desktop/activation/ActivationMessages.h"
 
 #include <QDBusArgument>
 #include <QDBusVariant>
@@ -9,7 +9,7 @@
 #include <QVariantMap>
 #include <ctime>
 
-namespace velmora::desktop::desktopmessages {
+namespace velmora::desktop::activationmessages {
 
 namespace {
 
@@ -70,8 +70,8 @@ bool textsOf(const QVariant& arguments, QStringList& texts) {
   return true;
 }
 
-void takeFiles(const QStringList& locations, DesktopRequest::Kind kind, Incoming& incoming) {
-  DesktopRequest request;
+void takeFiles(const QStringList& locations, ActivationRequest::Kind kind, Incoming& incoming) {
+  ActivationRequest request;
   request.kind = kind;
   request.files = filesOf(locations, incoming.refusal);
   if (request.files.isEmpty()) {
@@ -87,12 +87,12 @@ void takeAction(const QDBusMessage& call, Incoming& incoming) {
   if (!textsOf(call.arguments().value(1), texts)) {
     incoming.refusal = QStringLiteral("an action takes texts only");
   } else if (action == PrintAction) {
-    takeFiles(texts, DesktopRequest::Kind::Print, incoming);
+    takeFiles(texts, ActivationRequest::Kind::Print, incoming);
   } else if (action.isEmpty() || action.size() > LongestAction) {
     incoming.refusal = QStringLiteral("there is no action of that name");
   } else {
-    DesktopRequest request;
-    request.kind = DesktopRequest::Kind::Action;
+    ActivationRequest request;
+    request.kind = ActivationRequest::Kind::Action;
     request.action = action;
     incoming.request = request;
   }
@@ -125,7 +125,7 @@ Incoming fromBus(const QDBusMessage& call) {
     incoming.request.emplace();
   } else if (shape == QLatin1String("Open asa{sv}")) {
     platformData = call.arguments().value(1);
-    takeFiles(call.arguments().value(0).toStringList(), DesktopRequest::Kind::Open, incoming);
+    takeFiles(call.arguments().value(0).toStringList(), ActivationRequest::Kind::Open, incoming);
   } else if (shape == QLatin1String("ActivateAction sava{sv}")) {
     platformData = call.arguments().value(2);
     takeAction(call, incoming);
@@ -144,8 +144,8 @@ Incoming fromBus(const QDBusMessage& call) {
   return incoming;
 }
 
-QDBusMessage toBus(const QString& identifier, const DesktopRequest& request, qint64 deadline) {
-  using Kind = DesktopRequest::Kind;
+QDBusMessage toBus(const QString& identifier, const ActivationRequest& request, qint64 deadline) {
+  using Kind = ActivationRequest::Kind;
   const QString member = request.kind == Kind::Activate ? QStringLiteral("Activate")
                          : request.kind == Kind::Open   ? QStringLiteral("Open")
                                                         : QStringLiteral("ActivateAction");
@@ -174,4 +174,4 @@ qint64 deadlineNow() {
   return static_cast<qint64>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
 }
 
-}  // namespace velmora::desktop::desktopmessages
+}  // namespace velmora::desktop::activationmessages

@@ -12,7 +12,7 @@
 #include <memory>
 #include <mutex>
 
-#include "desktop/activation/DesktopRequest.h"
+#include "desktop/activation/ActivationRequest.h"
 
 namespace velmora::platform {
 class RunLoop;
@@ -32,55 +32,45 @@ class ActivationBus;
 /// one (end()); one that was not answered in time is not carried out.
 ///
 /// Without a bus the program works by itself.
-class DesktopActivation {
+class SingleInstance {
  public:
-  enum class Outcome {
-    Serving,     ///< this is the one: go on, requests will come
-    HandedOver,  ///< another one runs and has taken the request over: end
-    Refused,     ///< another one runs and will have none of it, or of the rest: end, refusal() says why
-    Alone        ///< no bus, no name, or no answer: go on without
-  };
+  using Outcome = ActivationOutcome;
 
   /// Patience: for the bus, and again for the application that runs.
-  explicit DesktopActivation(platform::RunLoop& runLoop,
-                             std::chrono::milliseconds patience = std::chrono::seconds(5));
+  explicit SingleInstance(platform::RunLoop& runLoop,
+                          std::chrono::milliseconds patience = std::chrono::seconds(5));
   /// Ends, as end() does.
-  ~DesktopActivation();
-  DesktopActivation(const DesktopActivation&) = delete;
-  DesktopActivation& operator=(const DesktopActivation&) = delete;
+  ~SingleInstance();
+  SingleInstance(const SingleInstance&) = delete;
+  SingleInstance& operator=(const SingleInstance&) = delete;
 
   /// Finds out who is the one. Waits, but not longer than patience allows. `serves` is false for a program
   /// that does something small and ends: it does not become the one.
-  Outcome begin(const QString& identifier, const DesktopRequest& request, bool serves = true);
+  Outcome begin(const QString& identifier, const ActivationRequest& request, bool serves = true);
 
   /// What is left to do of the request that begin() was given: much of it is handed over in parts, of which
   /// some may have been taken up before the other one ended.
-  const DesktopRequest& rest() const { return rest_; }
+  const ActivationRequest& rest() const { return rest_; }
   /// Why the other one will have none of it; null when it has not been refused.
   const QString& refusal() const { return refusal_; }
 
   /// The first request that comes, waiting for it for `limit` at most: for a program that the bus has started
   /// because somebody asks for something. Activation when none comes.
-  DesktopRequest firstRequest(std::chrono::milliseconds limit);
+  ActivationRequest firstRequest(std::chrono::milliseconds limit);
 
   /// Carries a request out. False when this is not the moment, because the user is being asked whether to
   /// quit: then it is tried again a little later.
-  using Handler = std::function<bool(const DesktopRequest&)>;
+  using Handler = std::function<bool(const ActivationRequest&)>;
   /// What has come and what will come goes to `handler`, on the main thread, in order, as long as `owner`
   /// lives.
   void deliverTo(const QObject* owner, Handler handler);
 
   /// Gives the name away, so that the next program becomes the one, and hears nothing more. Gives what was
   /// accepted and has not been carried out.
-  QList<DesktopRequest> end();
+  QList<ActivationRequest> end();
 
-  enum class Acceptance {
-    Taken,
-    Full,   ///< too many wait already
-    Ending  ///< it comes too late
-  };
   /// Takes up a request, on any thread.
-  Acceptance accept(const DesktopRequest& request);
+  ActivationAcceptance accept(const ActivationRequest& request);
 
  private:
   void scheduleNext();
@@ -88,13 +78,13 @@ class DesktopActivation {
 
   platform::RunLoop& runLoop_;
   const std::chrono::milliseconds patience_;
-  DesktopRequest rest_;
+  ActivationRequest rest_;
   QString refusal_;
 
   std::mutex mutex_;
   std::condition_variable arrived_;
   // Under the mutex.
-  std::deque<DesktopRequest> waiting_;
+  std::deque<ActivationRequest> waiting_;
   Handler handler_;
   QPointer<const QObject> owner_;
   bool ended_ = false;

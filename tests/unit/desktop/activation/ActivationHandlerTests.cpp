@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "desktop/activation/DesktopRequests.h"
-#include "desktop/activation/DesktopRestart.h"
+#include "desktop/activation/ActivationHandler.h"
+#include "desktop/activation/Relaunch.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -15,11 +15,11 @@
 
 using namespace velmora;
 
-using velmora::desktop::DesktopRequest;
-using velmora::desktop::DesktopRequests;
+using velmora::desktop::ActivationHandler;
+using velmora::desktop::ActivationRequest;
 using velmora::desktop::summaryForLog;
 using velmora::testkit::LogRecorder;
-using Kind = DesktopRequest::Kind;
+using Kind = ActivationRequest::Kind;
 
 namespace {
 
@@ -96,11 +96,11 @@ class Requests : public testing::Test {
   QTemporaryDir folder;
   testkit::TestServices desktop{{{"CFBundleIdentifier", "org.velmora.texts"}}};
   Application controller{desktop};
-  DesktopRequests requests{desktop.services, controller};
+  ActivationHandler requests{desktop.printer, controller};
 };
 
 TEST(DesktopRequestInTheLog, NamesNoFile) {
-  using Kind = DesktopRequest::Kind;
+  using Kind = ActivationRequest::Kind;
   const QStringList files{"/records/12-345.growth", "/records/12-346.growth"};
   EXPECT_EQ(summaryForLog({Kind::Open, files, {}, {}}), "open files (2)");
   EXPECT_EQ(summaryForLog({Kind::Print, files, {}, {}}), "print files (2)");
@@ -111,7 +111,7 @@ TEST(DesktopRequestInTheLog, NamesNoFile) {
 // What an application that ends has left undone.
 
 TEST(ALeftRequest, BecomesTheCommandLineThatAsksForIt) {
-  using Kind = DesktopRequest::Kind;
+  using Kind = ActivationRequest::Kind;
   using desktop::argumentsFor;
   EXPECT_EQ(argumentsFor({Kind::Activate, {}, {}, "token"}), QStringList());
   EXPECT_EQ(argumentsFor({Kind::Open, {"/a", "/--b"}, {}, {}}), (QStringList{"--", "/a", "/--b"}));
@@ -120,13 +120,13 @@ TEST(ALeftRequest, BecomesTheCommandLineThatAsksForIt) {
 }
 
 TEST(LeftRequests, StartTheProgramOnceToComeToTheFrontUnlessAWindowComesAnyway) {
-  using Kind = DesktopRequest::Kind;
+  using Kind = ActivationRequest::Kind;
   using desktop::startsFor;
-  using List = QList<DesktopRequest>;
-  const DesktopRequest activate;
-  const DesktopRequest open{Kind::Open, {"/a"}, {}, {}};
-  const DesktopRequest print{Kind::Print, {"/a"}, {}, {}};
-  const DesktopRequest action{Kind::Action, {}, "new", {}};
+  using List = QList<ActivationRequest>;
+  const ActivationRequest activate;
+  const ActivationRequest open{Kind::Open, {"/a"}, {}, {}};
+  const ActivationRequest print{Kind::Print, {"/a"}, {}, {}};
+  const ActivationRequest action{Kind::Action, {}, "new", {}};
   EXPECT_EQ(startsFor({}), List());
   EXPECT_EQ(startsFor({activate}), List{activate});
   EXPECT_EQ(startsFor({activate, activate}), List{activate});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "desktop/activation/DesktopRestart.h"
+#include "desktop/activation/Relaunch.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -9,9 +9,9 @@
 
 namespace velmora::desktop {
 
-using Kind = DesktopRequest::Kind;
+using Kind = ActivationRequest::Kind;
 
-QStringList argumentsFor(const DesktopRequest& request) {
+QStringList argumentsFor(const ActivationRequest& request) {
   switch (request.kind) {
     case Kind::Open:
       return QStringList{QStringLiteral("--")} + request.files;
@@ -25,13 +25,13 @@ QStringList argumentsFor(const DesktopRequest& request) {
   return {};
 }
 
-QList<DesktopRequest> startsFor(const QList<DesktopRequest>& left) {
+QList<ActivationRequest> startsFor(const QList<ActivationRequest>& left) {
   // Printing alone shows no window.
-  bool windowComes = std::any_of(left.begin(), left.end(), [](const DesktopRequest& request) {
+  bool windowComes = std::any_of(left.begin(), left.end(), [](const ActivationRequest& request) {
     return request.kind == Kind::Open || request.kind == Kind::Action;
   });
-  QList<DesktopRequest> starts;
-  for (const DesktopRequest& request : left) {
+  QList<ActivationRequest> starts;
+  for (const ActivationRequest& request : left) {
     if (request.kind == Kind::Activate && windowComes) continue;
     if (request.kind == Kind::Activate) windowComes = true;
     starts.append(request);
@@ -39,8 +39,8 @@ QList<DesktopRequest> startsFor(const QList<DesktopRequest>& left) {
   return starts;
 }
 
-void leaveToAnother(const QList<DesktopRequest>& left) {
-  for (const DesktopRequest& request : startsFor(left)) {
+void leaveToAnother(const QList<ActivationRequest>& left) {
+  for (const ActivationRequest& request : startsFor(left)) {
     if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), argumentsFor(request)))
       base::logLine(QStringLiteral("What the desktop asked for last could not be done: ") +
                     summaryForLog(request));

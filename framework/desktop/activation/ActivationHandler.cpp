@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "desktop/activation/DesktopRequests.h"
+#include "desktop/activation/ActivationHandler.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -12,7 +12,6 @@
 #include "platform/text/Localization.h"
 #include "base/log/Log.h"
 #include "platform/printing/Printing.h"
-#include "platform/Services.h"
 #include "desktop/alerts/UnattendedAlerts.h"
 
 namespace velmora::desktop {
@@ -31,34 +30,34 @@ constexpr const char* TokenVariable = "XDG_ACTIVATION_TOKEN";
 
 }  // namespace
 
-void DesktopRequests::start(const DesktopRequest& first) {
+void ActivationHandler::start(const ActivationRequest& first) {
   // Each step by itself: a file that cannot be opened must not take the rest of the start with it.
   base::guarded("start", [this] { controller_.awakeFromNib(); });
-  if (first.kind == DesktopRequest::Kind::Open)
+  if (first.kind == ActivationRequest::Kind::Open)
     base::guarded("open", [&] { controller_.openDocuments(locationsOf(first.files)); });
   if (controller_.documents().isEmpty())
     base::guarded("open", [this] { controller_.openUntitledDocument(true); });
   base::guarded("start", [this] { controller_.applicationDidFinishLaunching(); });
-  if (first.kind == DesktopRequest::Kind::Action) carryOut(first);
+  if (first.kind == ActivationRequest::Kind::Action) carryOut(first);
 }
 
-bool DesktopRequests::carryOut(const DesktopRequest& request) {
+bool ActivationHandler::carryOut(const ActivationRequest& request) {
   if (controller_.isTerminating()) return false;
   if (!request.activationToken.isEmpty()) qputenv(TokenVariable, request.activationToken.toLatin1());
   const auto used = qScopeGuard([] { qunsetenv(TokenVariable); });
   base::guarded("desktop request", [&] {
     switch (request.kind) {
-      case DesktopRequest::Kind::Activate:
+      case ActivationRequest::Kind::Activate:
         bringToFront();
         break;
-      case DesktopRequest::Kind::Open:
+      case ActivationRequest::Kind::Open:
         controller_.openDocuments(locationsOf(request.files));
         break;
-      case DesktopRequest::Kind::Print:
+      case ActivationRequest::Kind::Print:
         for (const QString& file : request.files)
           base::guarded("print", [&] { controller_.applicationPrintFile(file); });
         break;
-      case DesktopRequest::Kind::Action:
+      case ActivationRequest::Kind::Action:
         if (!controller_.applicationPerformAction(request.action))
           base::logLine(QStringLiteral("The desktop asks for '%1', which is no action of this application")
                             .arg(request.action));
@@ -68,7 +67,7 @@ bool DesktopRequests::carryOut(const DesktopRequest& request) {
   return true;
 }
 
-void DesktopRequests::bringToFront() {
+void ActivationHandler::bringToFront() {
   if (platform::Document* front = controller_.currentDocument()) {
     front->showWindows();
   } else {
@@ -76,8 +75,8 @@ void DesktopRequests::bringToFront() {
   }
 }
 
-int DesktopRequests::printAlone(const QStringList& files, const std::function<int()>& printedViews) {
-  if (!services_.printer.hasPrinter()) {
+int ActivationHandler::printAlone(const QStringList& files, const std::function<int()>& printedViews) {
+  if (!printer_.hasPrinter()) {
     tellOnStandardError(platform::localizedString("Document", "There is no printer."));
     return 1;
   }

@@ -3,27 +3,27 @@
 
 #include <functional>
 
-#include "desktop/activation/DesktopRequest.h"
+#include "desktop/activation/ActivationRequest.h"
 
 namespace velmora::platform {
 class DocumentController;
-struct Services;
+class Printer;
 }  // namespace velmora::platform
 
 namespace velmora::desktop {
 
 /// Carries out on the application what is asked of it, at its start and while it runs.
-class DesktopRequests {
+class ActivationHandler {
  public:
-  DesktopRequests(platform::Services& services, platform::DocumentController& controller)
-      : services_(services), controller_(controller) {}
+  ActivationHandler(platform::Printer& printer, platform::DocumentController& controller)
+      : printer_(printer), controller_(controller) {}
 
   /// Starts the application with the request that it was started for: interface loaded, the files named (or
   /// an untitled document) opened, launch finished. Printing is not a start; that is printAlone().
-  void start(const DesktopRequest& first);
+  void start(const ActivationRequest& first);
 
   /// What a running application does. False while it is ending: then nothing was done.
-  bool carryOut(const DesktopRequest& request);
+  bool carryOut(const ActivationRequest& request);
 
   /// Prints the files without anything else that belongs to a start: nothing is asked, nothing is listened
   /// to. What does not print is told on standard error. `printedViews` counts what has been printed. The exit
@@ -33,7 +33,7 @@ class DesktopRequests {
  private:
   void bringToFront();
 
-  platform::Services& services_;
+  platform::Printer& printer_;
   platform::DocumentController& controller_;
 };
 

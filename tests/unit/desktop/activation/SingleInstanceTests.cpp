@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "desktop/activation/DesktopActivation.h"
+#include "desktop/activation/SingleInstance.h"
 
 #include <QDBusVirtualObject>
 #include <QElapsedTimer>
@@ -17,26 +17,26 @@
 using namespace velmora;
 
 using testing_support::BusStranger;
-using velmora::desktop::DesktopActivation;
-using velmora::desktop::DesktopRequest;
+using velmora::desktop::ActivationRequest;
+using velmora::desktop::SingleInstance;
 using velmora::testkit::LogRecorder;
-using Kind = DesktopRequest::Kind;
-using Outcome = DesktopActivation::Outcome;
+using Kind = ActivationRequest::Kind;
+using Outcome = SingleInstance::Outcome;
 
 namespace {
 
 const QString Identifier = QStringLiteral("org.velmora.desk-test");
 
-DesktopRequest opening(const QStringList& files) { return {Kind::Open, files, {}, {}}; }
+ActivationRequest opening(const QStringList& files) { return {Kind::Open, files, {}, {}}; }
 
 /// A program that keeps what it is asked for.
 class Program {
  public:
   explicit Program(platform::RunLoop& runLoop, std::chrono::milliseconds patience = std::chrono::seconds(30))
       : activation(runLoop, patience) {}
-  Outcome begin(const DesktopRequest& request = {}) { return activation.begin(Identifier, request); }
+  Outcome begin(const ActivationRequest& request = {}) { return activation.begin(Identifier, request); }
   void listen() {
-    activation.deliverTo(&owner, [this](const DesktopRequest& request) {
+    activation.deliverTo(&owner, [this](const ActivationRequest& request) {
       if (!ready) return false;
       done.append(request);
       return true;
@@ -47,9 +47,9 @@ class Program {
   }
 
   bool ready = true;
-  QList<DesktopRequest> done;
+  QList<ActivationRequest> done;
   QObject owner;
-  DesktopActivation activation;
+  SingleInstance activation;
 };
 
 class ActivationOnABus : public testing::Test {
@@ -71,23 +71,23 @@ TEST_F(ActivationOnABus, HandsTheFilesOfTheSecondProgramToTheFirst) {
   Program second(runLoop);
   ASSERT_EQ(first.begin(), Outcome::Serving);
   first.listen();
-  const DesktopRequest files =
+  const ActivationRequest files =
       opening({QStringLiteral("/records/12 %2F#1?.growth"), QStringLiteral("/records/Größe & 3.growth")});
   EXPECT_EQ(second.begin(files), Outcome::HandedOver);
   ASSERT_TRUE(first.waitForRequests(1));
-  EXPECT_EQ(first.done, QList<DesktopRequest>{files});
+  EXPECT_EQ(first.done, QList<ActivationRequest>{files});
 }
 
 TEST_F(ActivationOnABus, HandsOverEveryKindOfRequestWithItsToken) {
   Program first(runLoop);
   ASSERT_EQ(first.begin(), Outcome::Serving);
   first.listen();
-  const QList<DesktopRequest> requests{
+  const QList<ActivationRequest> requests{
       {Kind::Activate, {}, {}, QStringLiteral("token-1")},
       {Kind::Open, {QStringLiteral("/a")}, {}, QStringLiteral("token_TIME7")},
       {Kind::Print, {QStringLiteral("/a"), QStringLiteral("/b")}, {}, {}},
       {Kind::Action, {}, QStringLiteral("preferences"), {}}};
-  for (const DesktopRequest& request : requests) {
+  for (const ActivationRequest& request : requests) {
     Program next(runLoop);
     EXPECT_EQ(next.begin(request), Outcome::HandedOver);
   }
@@ -106,7 +106,7 @@ TEST_F(ActivationOnABus, HandsOverMoreFilesThanOneRequestMayNameInParts) {
   EXPECT_TRUE(second.activation.rest().files.isEmpty());
   ASSERT_TRUE(first.waitForRequests(3));
   QStringList arrived;
-  for (const DesktopRequest& part : first.done) {
+  for (const ActivationRequest& part : first.done) {
     EXPECT_EQ(part.kind, Kind::Open);
     EXPECT_LE(part.files.size(), 100);
     arrived += part.files;
@@ -171,7 +171,7 @@ TEST_F(ActivationOnABus, GivesBackWhatWasAcceptedAndNotDoneAndLetsTheNextProgram
   Program first(runLoop);
   ASSERT_EQ(first.begin(), Outcome::Serving);
   EXPECT_EQ(Program(runLoop).begin(opening({QStringLiteral("/1")})), Outcome::HandedOver);
-  const QList<DesktopRequest> left = first.activation.end();
+  const QList<ActivationRequest> left = first.activation.end();
   ASSERT_EQ(left.size(), 1);
   EXPECT_EQ(left.first().files, QStringList{"/1"});
   EXPECT_EQ(Program(runLoop).begin(), Outcome::Serving);
@@ -182,7 +182,7 @@ TEST_F(ActivationOnABus, TellsTheFirstRequestToAProgramThatTheBusHasStarted) {
   ASSERT_EQ(first.begin(), Outcome::Serving);
   EXPECT_EQ(Program(runLoop).begin(opening({QStringLiteral("/1")})), Outcome::HandedOver);
   EXPECT_EQ(first.activation.firstRequest(std::chrono::seconds(30)), opening({QStringLiteral("/1")}));
-  EXPECT_EQ(first.activation.firstRequest(std::chrono::milliseconds(1)), DesktopRequest());
+  EXPECT_EQ(first.activation.firstRequest(std::chrono::milliseconds(1)), ActivationRequest());
 }
 
 TEST_F(ActivationOnABus, LeavesTheNameToOthersWhenAProgramIsSoonGone) {
@@ -213,7 +213,7 @@ TEST_F(ActivationOnABus, LetsExactlyOneOfTwoThatBeginAtOnceServe) {
     Program& serving = *programs[static_cast<size_t>(one)];
     serving.listen();
     ASSERT_TRUE(serving.waitForRequests(1));
-    EXPECT_EQ(serving.done, QList<DesktopRequest>{opening({QStringLiteral("/%1").arg(1 - one)})});
+    EXPECT_EQ(serving.done, QList<ActivationRequest>{opening({QStringLiteral("/%1").arg(1 - one)})});
   }
 }
 
@@ -280,7 +280,7 @@ TEST(ActivationWithoutABus, GoesOnAloneWithoutAnIdentifier) {
   const testing_support::PrivateBus bus;
   const testing_support::SessionBusVariable variable(bus.address());
   desktop::QtRunLoop runLoop;
-  DesktopActivation activation(runLoop);
+  SingleInstance activation(runLoop);
   EXPECT_EQ(activation.begin(QString(), {}), Outcome::Alone);
 }
 
