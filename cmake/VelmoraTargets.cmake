@@ -115,7 +115,7 @@ endfunction()
 # that option. Those of QTest are not among them: Qt defines macros for them that are different in each folder.
 function(velmora_test_headers test headers option)
   if(NOT TARGET ${headers})
-    add_executable(${headers} EXCLUDE_FROM_ALL ${VELMORA_ROOT}/tests/support/main.cpp)
+    add_executable(${headers} EXCLUDE_FROM_ALL ${VELMORA_ROOT}/framework/testing/main/main.cpp)
     target_link_libraries(${headers} PRIVATE velmora_options GTest::gtest Qt6::Widgets)
     target_compile_options(${headers} PRIVATE ${option})
     target_precompile_headers(${headers} PRIVATE <gtest/gtest.h> <QWidget> <QVariantMap> <QDateTime> <functional> <memory>)
@@ -126,14 +126,11 @@ endfunction()
 # velmora_test(NAME [ALONE] [OPTIMIZED] SOURCES ... LIBRARIES ...)
 # A GoogleTest program on the offscreen platform, one ctest test with a time-out. With ALONE each of its tests is one,
 # in a process of its own: for those that start other programs, wait for them, or may take the process with them.
-# tests/support/main.cpp gives it a home folder, settings and a runtime folder of its own.
+# framework/testing/main/main.cpp gives it a home folder, settings and a runtime folder of its own.
 function(velmora_test name)
   cmake_parse_arguments(ARG "ALONE;OPTIMIZED" "" "SOURCES;LIBRARIES" ${ARGN})
-  add_executable(${name} ${ARG_SOURCES} ${VELMORA_ROOT}/tests/support/main.cpp)
-  target_link_libraries(${name} PRIVATE velmora_options GTest::gtest Qt6::Widgets Qt6::Test ${ARG_LIBRARIES})
-  if("velmora_testing" IN_LIST ARG_LIBRARIES)
-    target_sources(${name} PRIVATE ${VELMORA_ROOT}/tests/support/ReportFailures.cpp)
-  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE velmora_options velmora_test_main Qt6::Test ${ARG_LIBRARIES})
   # Compiling is most of what a run of the tests costs; the code of the tests itself is seldom what they wait for.
   if(VELMORA_SANITIZE AND NOT ARG_OPTIMIZED)
     target_compile_options(${name} PRIVATE -O0)

@@ -9,6 +9,7 @@
 #include "platform/controls/TextFieldEditing.h"
 #include "tests/model/Player.h"
 #include "link/protocol/LinkProtocol.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -116,11 +117,8 @@ QString sorted(QStringList list) {
 
 std::map<QString, Record> filesBelow(const QString& folder) {
   std::map<QString, Record> files;
-  QDirIterator entries(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-  while (entries.hasNext()) {
-    const QString path = entries.next();
-    files[path.mid(folder.size() + 1)] = decoded(testing_support::readFile(path));
-  }
+  for (const QString& name : testkit::filesBelow(folder))
+    files[name] = decoded(testkit::readFile(folder + QLatin1Char('/') + name));
   return files;
 }
 
@@ -165,7 +163,7 @@ QStringList Comparison::check(const Model& model, const Player& player) {
   differences.compare(QStringLiteral("cache"), sorted(player.controller().cachedDatabaseArray()),
                       sorted(model.cache()));
   differences.compare(QStringLiteral("replies"), described(repliesOf(player)), described(model.replies()));
-  QStringList charts = QDir(player.home() + QStringLiteral("/Charts")).entryList(QDir::Files | QDir::Hidden);
+  QStringList charts = testkit::fileNames(player.home() + QStringLiteral("/Charts"));
   charts.removeAll(QStringLiteral("free.jpg"));
   differences.compare(QStringLiteral("charts"), sorted(charts), sorted(model.charts().values()));
   differences.compare(QStringLiteral("beeps"), QString::number(player.desktop().feedback.beeps),

@@ -15,6 +15,7 @@
 #include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -39,8 +40,7 @@ Player::Quiet::~Quiet() { qInstallMessageHandler(before_); }
 Player::Player() {
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
   for (const char* folder : {"Records", "Charts", "Elsewhere"}) home_.makeFolder(QString::fromLatin1(folder));
-  for (const auto& [file, record] : firstFiles())
-    testing_support::writeFile(home_.path(file), encoded(record));
+  for (const auto& [file, record] : firstFiles()) testkit::writeFile(home_.path(file), encoded(record));
   desktop_.defaults.registerDefaults({{settings::DataFileExtension, Extension}});
   desktop_.defaults.setObject(QStringLiteral("~/Records"), settings::SaveDirectory);
   desktop_.defaults.setObject(QStringLiteral("~/Charts"), settings::ExportDirectory);
@@ -282,10 +282,9 @@ void Player::setFull(const QString& folder, bool full) {
 }
 
 void Player::somebodySaves(const QString& path) {
-  const Record record = QFile::exists(path)
-                            ? changedByAnother(decoded(testing_support::readFile(path)), ++lastToken_)
-                            : madeByAnother(++lastToken_);
-  testing_support::writeFile(path, encoded(record));
+  const Record record = QFile::exists(path) ? changedByAnother(decoded(testkit::readFile(path)), ++lastToken_)
+                                            : madeByAnother(++lastToken_);
+  testkit::writeFile(path, encoded(record));
 }
 
 QString Player::pathOfKept(const Record& record) const {
@@ -301,10 +300,10 @@ void Player::foreign(const Step& step, const QString& path) {
   if (step.kind == Kind::ForeignRemove) {
     QFile::remove(path);
   } else if (step.kind == Kind::ForeignDamage) {
-    testing_support::writeFile(path, encoded({{}, {}, {}, true}));
+    testkit::writeFile(path, encoded({{}, {}, {}, true}));
   } else {
-    const Record record = changedByAnother(decoded(testing_support::readFile(path)), ++lastToken_);
-    testing_support::writeFile(path, encoded(record));
+    const Record record = changedByAnother(decoded(testkit::readFile(path)), ++lastToken_);
+    testkit::writeFile(path, encoded(record));
   }
 }
 

@@ -7,7 +7,7 @@
 #include "testing/LogRecorder.h"
 #include "tests/model/Desktop.h"
 #include "tests/model/TracedDocument.h"
-#include "tests/unit/velmora/support/OwnHome.h"
+#include "testing/files/TemporaryHome.h"
 #include "velmora/app/VelmoraAppController.h"
 
 namespace model {
@@ -58,7 +58,7 @@ class Player {
   };
 
   Quiet quiet_;
-  testing_support::OwnHome home_;
+  velmora::testkit::TemporaryHome home_;
   QLocale localeBefore_;
   velmora::testkit::LogRecorder log_;
   Desktop desktop_;

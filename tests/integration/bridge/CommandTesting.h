@@ -9,6 +9,7 @@
 
 #include "bridge/config/Config.h"
 #include "tests/integration/link/LinkTesting.h"
+#include "testing/files/Files.h"
 
 /// What the tests of the commands share: a folder with a configuration, a spool and a bus of their own.
 namespace command_testing {
@@ -21,13 +22,17 @@ class Commands : public ::testing::Test {
 
   /// Writes the configuration with these lines in [pacs].
   void configure(const QString& pacs) {
-    QFile file(config());
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write((text("[pacs]\n") + pacs +
-                text("[link]\napplications = org.velmora.growth\n[spool]\nfolder = ") + spool() + text("\n"))
-                   .toUtf8());
-    file.close();
-    ASSERT_TRUE(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
+    velmora::testkit::writeFile(
+        config(),
+        (text("[pacs]
+") + pacs +
+         text("[link]
+applications = org.velmora.growth
+[spool]
+folder = ") + spool() + text("
+"))
+            .toUtf8());
+    ASSERT_TRUE(QFile::setPermissions(config(), QFile::ReadOwner | QFile::WriteOwner));
   }
   /// The same for an archive that the settings describe.
   void configure(const bridge::PacsSettings& pacs) {

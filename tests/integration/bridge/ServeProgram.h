@@ -98,7 +98,7 @@ class ServeWorld {
     const QString contents =
         QStringLiteral("[pacs]\n%1timeout = 20\n\n[link]\napplications = %2, %3\n\n[spool]\nfolder = %4\n")
             .arg(archive, Growth, Vision, spool());
-    writeTo(config(), contents.toUtf8());
+    writeFile(config(), contents.toUtf8());
   }
 
   QString spool() const { return temporary_.filePath(text("spool")); }

@@ -5,6 +5,7 @@
 
 #include "bridge/spool/Spool.h"
 #include "tests/integration/bridge/CommandTesting.h"
+#include "testing/files/Files.h"
 
 using bridge::EntryState;
 using bridge::Spool;
@@ -164,11 +165,7 @@ TEST_F(RetryCommand, PutsBackWhatIsNamedAndNothingElse) {
 TEST_F(RetryCommand, LeavesWhatIsDamagedWhenAllAreMeant) {
   const QString damaged = add(SpoolState::Waiting, 1);
   const QString whole = add(SpoolState::Aside, 2, 0, text("no such study"));
-  {
-    QFile file(spool() + text("/replies/") + damaged + text(".reply"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("noise");
-  }
+  velmora::testkit::writeFile(spool() + text("/replies/") + damaged + text(".reply"), "noise");
   Spool server(spool());
   ASSERT_EQ(server.open().error(), QString());
   EXPECT_EQ(run({text("retry"), text("--all")}), 0) << qPrintable(errors_);

@@ -12,6 +12,8 @@
 #include "tests/integration/bridge/CommandTesting.h"
 #include "bridge/testing/Orthanc.h"
 #include "bridge/testing/SyntheticStudy.h"
+#include "testing/files/EnvironmentVariable.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -83,10 +85,8 @@ class StudyCommand : public Commands {
   void TearDown() override { QDBusConnection::disconnectFromBus(text("growth")); }
 
   QString file(const char* name, const QByteArray& contents) const {
-    QFile file(folder_.filePath(text(name)));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(contents);
-    return file.fileName();
+    testkit::writeFile(folder_.filePath(text(name)), contents);
+    return folder_.filePath(text(name));
   }
 
   /// The study that is to be sent, as the archive has it.
@@ -118,7 +118,7 @@ class StudyCommand : public Commands {
   }
 
   static inline Orthanc* orthanc_ = nullptr;
-  const TimeZone zone_{"Europe/Berlin"};
+  const testkit::EnvironmentVariable zone_{"TZ", "Europe/Berlin"};
   QObject application_;
   Mailbox mailbox_;
   std::unique_ptr<desktop::QtDistributedNotificationCenter> center_;

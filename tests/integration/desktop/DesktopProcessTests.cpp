@@ -14,6 +14,7 @@
 
 #include "tests/unit/desktop/activation/DesktopBus.h"
 #include "tests/support/PrivateBus.h"
+#include "testing/files/Files.h"
 
 namespace {
 
@@ -85,7 +86,7 @@ class Processes : public testing::Test {
   }
   /// What was kept of unsaved changes.
   QStringList rescueCopies() const {
-    return QDir(folder.filePath(QStringLiteral("data/%1/Rescued").arg(Identifier))).entryList(QDir::Files);
+    return velmora::testkit::fileNames(folder.filePath(QStringLiteral("data/%1/Rescued").arg(Identifier)));
   }
   /// Whether a process handles a signal itself (proc(5), SigCgt).
   static bool catches(pid_t process, int signal) {

@@ -8,6 +8,8 @@
 #include <QRegularExpression>
 #include <QXmlStreamReader>
 
+#include "testing/files/Files.h"
+
 namespace guide {
 
 namespace {
@@ -85,11 +87,6 @@ class Reader {
   bool inTitle_ = false;
 };
 
-QByteArray contentsOf(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // Neighbouring literals are one text.
 void addLiterals(const QString& source, QSet<QString>& texts) {
   static const QRegularExpression literals(
@@ -159,9 +156,9 @@ QSet<QString> textsOfSources(const QStringList& folders) {
     while (files.hasNext()) {
       const QString path = files.next();
       if (path.endsWith(".ui"))
-        addStrings(contentsOf(path), texts);
+        addStrings(velmora::testkit::readFile(path), texts);
       else
-        addLiterals(QString::fromUtf8(contentsOf(path)), texts);
+        addLiterals(QString::fromUtf8(velmora::testkit::readFile(path)), texts);
     }
   }
   return texts;

@@ -6,18 +6,13 @@
 #include <gtest/gtest.h>
 
 #include "tests/integration/dev/GuideCheck.h"
+#include "testing/files/Files.h"
 
 namespace {
 
 const QString Root = QStringLiteral(VELMORA_SOURCES);
 const QString Guide = Root + "/docs/guide";
 const QStringList ProgramFolders{Root + "/framework", Root + "/apps"};
-
-QByteArray contentsOf(const QString& path) {
-  QFile file(path);
-  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-  return file.readAll();
-}
 
 std::string lines(const QStringList& list) { return list.join('\n').toStdString(); }
 
@@ -29,7 +24,7 @@ guide::Page page(const QByteArray& body) {
 class GuideInEachLanguage : public testing::TestWithParam<const char*> {
  protected:
   QString folder_ = Guide + '/' + GetParam();
-  guide::Page page_ = guide::readPage(contentsOf(folder_ + "/index.html"));
+  guide::Page page_ = guide::readPage(velmora::testkit::readFile(folder_ + "/index.html"));
 };
 
 INSTANTIATE_TEST_SUITE_P(, GuideInEachLanguage, testing::Values("en", "de", "fr", "es"),
@@ -49,7 +44,7 @@ TEST_P(GuideInEachLanguage, HasEveryLinkAndImageThatItNames) {
 }
 
 TEST_P(GuideInEachLanguage, HasTheSectionsAndImagesOfTheEnglishOne) {
-  const guide::Page english = guide::readPage(contentsOf(Guide + "/en/index.html"));
+  const guide::Page english = guide::readPage(velmora::testkit::readFile(Guide + "/en/index.html"));
   EXPECT_EQ(page_.sections, english.sections);
   EXPECT_EQ(page_.images, english.images);
   EXPECT_EQ(page_.programTexts.size(), english.programTexts.size());
@@ -64,7 +59,7 @@ TEST_P(GuideInEachLanguage, LinksToEverySectionAndToEveryOtherLanguage) {
 }
 
 TEST_P(GuideInEachLanguage, HasNoImageThatNoPageShows) {
-  const QStringList files = QDir(folder_ + "/images").entryList(QDir::Files);
+  const QStringList files = velmora::testkit::fileNames(folder_ + "/images");
   for (const QString& file : files)
     EXPECT_TRUE(page_.images.contains("images/" + file)) << file.toStdString();
 }
@@ -75,7 +70,7 @@ TEST_P(GuideInEachLanguage, QuotesTheProgramAsItIs) {
   if (language != "en") {
     texts.clear();
     for (const char* of : {"/translations/velmora_", "/apps/growth/translations/growth_"})
-      texts += guide::textsOfTranslation(contentsOf(Root + of + language + ".ts"));
+      texts += guide::textsOfTranslation(velmora::testkit::readFile(Root + of + language + ".ts"));
   }
   EXPECT_TRUE(guide::unknownTexts(page_, texts).isEmpty()) << lines(guide::unknownTexts(page_, texts));
   EXPECT_GT(page_.programTexts.size(), 50);
@@ -92,7 +87,9 @@ TEST(Guide, IsSmallEnoughToShip) {
 
 TEST(Guide, StandsBesideTheApplication) {
   for (const char* file : {"guide.css", "en/index.html", "de/index.html", "fr/index.html", "es/index.html"})
-    EXPECT_EQ(contentsOf(QStringLiteral(GROWTH_HELP) + '/' + file), contentsOf(Guide + '/' + file)) << file;
+    EXPECT_EQ(velmora::testkit::readFile(QStringLiteral(GROWTH_HELP) + '/' + file),
+              velmora::testkit::readFile(Guide + '/' + file))
+        << file;
 }
 
 TEST(GuideCheck, FindsWhatIsNotWellFormed) {

@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "demo/Waiting.h"
+#include "testing/files/Files.h"
 
 using demo::Differs;
 using demo::SeenWindow;
@@ -26,11 +27,6 @@ const QString Identifier = "12-345-6";
 
 void expect(bool holds, const QString& what, const QString& seen) {
   if (!holds) throw Differs(what, seen);
-}
-
-QByteArray contentsOf(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 bool isEdited(const SeenWindow& window) { return window.description()["edited"].toBool(); }
@@ -63,7 +59,8 @@ QString Journey::account() {
   } catch (const std::exception& error) {
     screen = error.what();
   }
-  return screen + '\n' + QString::fromUtf8(contentsOf(folder_.filePath("trace.txt"))).right(6000);
+  return screen + '\n' +
+         QString::fromUtf8(velmora::testkit::readFile(folder_.filePath("trace.txt"))).right(6000);
 }
 
 SeenWindow Journey::document(const QString& what, const std::function<bool(const SeenWindow&)>& holds) {
@@ -167,8 +164,8 @@ void Journey::save() {
   hands_->choose({"fileMenu", "doSave"});
   document("the record saved",
            [](const SeenWindow& seen) { return !isEdited(seen) && seen.title().contains(Identifier); });
-  expect(!contentsOf(recordPath()).isEmpty(), recordPath(),
-         QDir(stage_.home() + "/Documents/Growth Data").entryList(QDir::Files).join(", "));
+  expect(!velmora::testkit::readFile(recordPath()).isEmpty(), recordPath(),
+         velmora::testkit::fileNames(stage_.home() + "/Documents/Growth Data").join(", "));
 }
 
 void Journey::changeThePreferences() {
@@ -222,7 +219,7 @@ void Journey::exportABatch() {
   press("BatchExport", "Export");
   const QString folder = stage_.home() + "/Desktop";
   expect(demo::waitUntil(Patience, [&] { return QFile::exists(chartPath()); }), chartPath(),
-         QDir(folder).entryList(QDir::Files).join(", "));
+         velmora::testkit::fileNames(folder).join(", "));
   application_->person().waitUntilScreen(
       "one window",
       [](const QList<SeenWindow>& windows) { return windows.size() == 1 && is(windows.first(), Document); },
@@ -249,14 +246,14 @@ void Journey::quit() {
 }
 
 void Journey::lookAtTheDisk() {
-  const QJsonObject record = QJsonDocument::fromJson(contentsOf(recordPath())).object();
+  const QJsonObject record = QJsonDocument::fromJson(velmora::testkit::readFile(recordPath())).object();
   const QString text = QString::fromUtf8(QJsonDocument(record).toJson(QJsonDocument::Compact));
   for (const char* part : {"\"12-345-6\"", "\"2019-01-21\"", "\"male\"", "\"2022-05-06\"", "14.6", "97.2",
                            "50.1", "\"2023-11-14\"", "17.6", "107.8", "50.9"})
     expect(text.contains(QLatin1String(part)), QLatin1String(part) + QString(" in the record"), text);
   expect(!text.contains("99.9"), "the deleted examination to be gone", text);
 
-  const QStringList charts = QDir(stage_.home() + "/Desktop").entryList(QDir::Files);
+  const QStringList charts = velmora::testkit::fileNames(stage_.home() + "/Desktop");
   expect(charts == QStringList{QFileInfo(chartPath()).fileName()}, "one chart of the patient",
          charts.join(", "));
   const QImage chart(chartPath());

@@ -11,17 +11,13 @@
 #include <QTemporaryDir>
 
 #include "tests/integration/languages/TranslationFiles.h"
+#include "testing/files/Files.h"
 
 using languages::Text;
 
 namespace {
 
 const QString Root = QStringLiteral(VELMORA_SOURCES);
-
-QByteArray contentsOf(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 std::string named(const Text& text) {
   return (text.context + ": \"" + text.source + "\" -> \"" + text.translation + '"').toStdString();
@@ -128,7 +124,8 @@ TEST(TranslationFiles, HoldTheTextsThatStandInTheSources) {
   ASSERT_TRUE(update.waitForFinished(60'000));
   ASSERT_EQ(update.exitCode(), 0) << update.readAllStandardError().toStdString();
   for (const QString& file : languages::translationFiles())
-    EXPECT_EQ(contentsOf(copy.filePath(file)).toStdString(), contentsOf(Root + '/' + file).toStdString())
+    EXPECT_EQ(velmora::testkit::readFile(copy.filePath(file)).toStdString(),
+              velmora::testkit::readFile(Root + '/' + file).toStdString())
         << file.toStdString() << ": ./dev translations has something to do";
 }
 
@@ -145,7 +142,7 @@ TEST(TranslationFiles, AreCollectedFromLookUpsWithLiterals) {
         folders.append(sub.filePath());
       for (const QFileInfo& file : dir.entryInfoList({"*.cpp", "*.h"}, QDir::Files)) {
         if (file.baseName() == "Localization") continue;
-        auto matches = call.globalMatch(QString::fromUtf8(contentsOf(file.filePath())));
+        auto matches = call.globalMatch(QString::fromUtf8(velmora::testkit::readFile(file.filePath())));
         for (; matches.hasNext(); ++found) {
           const QString arguments = matches.next().captured(1);
           EXPECT_TRUE(literals.match(arguments).hasMatch())

@@ -16,7 +16,7 @@
 #include "platform/notifications/NotificationCenter.h"
 #include "link/wire/WireForm.h"
 #include "tests/support/PrivateBus.h"
-#include "tests/support/TimeZone.h"
+#include "testing/main/Shown.h"
 
 /// What the tests of the link share.
 namespace link_testing {
@@ -171,8 +171,6 @@ class LinkProgram {
   QByteArray errors_;
 };
 
-using testing_support::TimeZone;
-
 /// Bytes that begin like a JPEG file and go on like noise, every byte value among them.
 inline QByteArray noise(qsizetype size) {
   QByteArray bytes("\xff\xd8\xff\xe0");
@@ -186,5 +184,3 @@ inline QByteArray noise(qsizetype size) {
 }
 
 }  // namespace link_testing
-
-inline void PrintTo(const QString& text, std::ostream* stream) { *stream << '"' << qPrintable(text) << '"'; }

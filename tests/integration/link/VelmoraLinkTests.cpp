@@ -13,6 +13,8 @@
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "tests/integration/link/LinkTesting.h"
+#include "testing/files/EnvironmentVariable.h"
+#include "testing/files/Files.h"
 
 using namespace link_testing;
 using velmora::desktop::QtDistributedNotificationCenter;
@@ -50,7 +52,8 @@ class VelmoraLink : public ::testing::Test {
     return path;
   }
 
-  const TimeZone zone_{"Europe/Berlin"};  // the programs that are started get it too
+  const velmora::testkit::EnvironmentVariable zone_{
+      "TZ", "Europe/Berlin"};  // the programs that are started get it too
   QTemporaryDir temporary_;
   testing_support::PrivateBus bus_;
   QtDistributedNotificationCenter application_{bus_.address()};
@@ -137,7 +140,7 @@ TEST_F(VelmoraLink, CountsOnFromAnEarlierRun) {
     application_.postNotificationName(GrowthLink, Reply, {{text("JPEG"), noise(run)}});
     EXPECT_EQ(program.finish(), 0);
   }
-  EXPECT_EQ(QDir(out()).entryList(QDir::Files | QDir::Hidden),
+  EXPECT_EQ(velmora::testkit::fileNames(out()),
             (QStringList{text("0001.jpg"), text("0001.json"), text("0002.jpg"), text("0002.json")}));
 }
 
@@ -156,7 +159,7 @@ TEST_F(VelmoraLink, HearsNeitherRequestsNorOtherApplicationsReplies) {
 TEST_F(VelmoraLink, EndsWithStatusThreeWhenTimeRunsOut) {
   LinkProgram program(bus_.environment());
   EXPECT_EQ(program.run(receive("--count 1 --timeout 0.05")), 3);
-  EXPECT_EQ(QDir(out()).entryList(QDir::Files | QDir::Hidden), QStringList());
+  EXPECT_EQ(velmora::testkit::fileNames(out()), QStringList());
 }
 
 TEST_F(VelmoraLink, EndsWhenItCannotWrite) {

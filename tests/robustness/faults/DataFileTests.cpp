@@ -11,11 +11,12 @@
 
 #include "orv/documents/OrvChecksum.h"
 #include "tests/robustness/faults/GrowthDesk.h"
+#include "testing/files/Files.h"
+#include "testing/files/OrdinaryUser.h"
 
 using namespace velmora;
 
 using faults::GrowthDesk;
-using faults::OrdinaryUser;
 
 namespace {
 
@@ -24,14 +25,14 @@ class DataFile : public testing::Test {
   DataFile() {
     desk.savedRecord(QStringLiteral("A1"));
     desk.closeAll();
-    whole = testing_support::readFile(desk.pathOf(QStringLiteral("A1")));
+    whole = testkit::readFile(desk.pathOf(QStringLiteral("A1")));
   }
 
   QString path(const QString& name = QStringLiteral("X")) const { return desk.pathOf(name); }
   QString whyNot(const QByteArray& contents) {
     // Anew each time: file systems put a file that is written over on the disk at once, which takes its time.
     QFile::remove(path());
-    testing_support::writeFile(path(), contents);
+    testkit::writeFile(path(), contents);
     return desk.whyNotOpened(path());
   }
   /// The whole record with one member of its header changed, and a checksum that is right again.
@@ -116,8 +117,8 @@ TEST_F(DataFile, Of200MegabytesIsRefusedUnread) {
 }
 
 TEST_F(DataFile, ThatMayNotBeReadIsRefused) {
-  testing_support::writeFile(path(), whole);
-  const OrdinaryUser user(desk.home.path());
+  testkit::writeFile(path(), whole);
+  const testkit::OrdinaryUser user(desk.home.path());
   QFile::setPermissions(path(), QFile::WriteOwner);
   EXPECT_EQ(desk.whyNotOpened(path()), QStringLiteral("Permission denied"));
 }

@@ -10,11 +10,11 @@
 #include <ctime>
 
 #include "platform/text/DateFormatter.h"
-#include "tests/support/TimeZone.h"
+#include "testing/files/EnvironmentVariable.h"
 #include "tests/robustness/faults/GrowthDesk.h"
+#include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
-using testing_support::TimeZone;
 
 using faults::GrowthDesk;
 using faults::recordIn;
@@ -116,7 +116,7 @@ TEST(DatesInEveryTimeZone, AreTheDaysThatWereSent) {
 
 /// On 3 June 1967 the clocks of Morocco went from noon to one o'clock.
 TEST(DatesOfARecord, OnADayWithoutNoonTravelAsThatDay) {
-  const TimeZone morocco("Africa/Casablanca");
+  const testkit::EnvironmentVariable morocco("TZ", "Africa/Casablanca");
   const QDate day(1967, 6, 3);
   const QDateTime travelling = platform::noonOf(day);
   ASSERT_TRUE(travelling.isValid());
@@ -130,7 +130,7 @@ TEST(DatesOfARecord, OnADayThatTheTimeZoneLeftOutStayWhenItIsOpenedAndSaved) {
   document.saveDocument();
   desk.closeAll();
 
-  const TimeZone samoa("Pacific/Apia");
+  const testkit::EnvironmentVariable samoa("TZ", "Pacific/Apia");
   GrowthDocument& opened = desk.opened(desk.pathOf(QStringLiteral("A1")));
   EXPECT_EQ(desk.field(opened, "birthDateField").text(), QStringLiteral("30/12/2011"));
   desk.enterWeight(opened, QStringLiteral("11"));

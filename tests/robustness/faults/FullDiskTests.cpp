@@ -2,9 +2,7 @@
 //
 // Saves on a disk that is full.
 #include <gtest/gtest.h>
-#include <csignal>
 #include <sys/mount.h>
-#include <sys/resource.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -12,6 +10,8 @@
 #include "platform/controls/Alert.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "tests/robustness/shim/SystemCalls.h"
+#include "testing/files/Files.h"
+#include "testing/files/FullDisk.h"
 
 using namespace velmora;
 
@@ -22,27 +22,6 @@ using faults::SystemCalls;
 
 namespace {
 
-/// While one lives no file of this process grows beyond that size, as if the disk were full there.
-class LargestFile {
- public:
-  explicit LargestFile(rlim_t bytes) : handlerBefore_(::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &before_);
-    rlimit limit = before_;
-    limit.rlim_cur = bytes;
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~LargestFile() {
-    ::setrlimit(RLIMIT_FSIZE, &before_);
-    ::signal(SIGXFSZ, handlerBefore_);
-  }
-  LargestFile(const LargestFile&) = delete;
-  LargestFile& operator=(const LargestFile&) = delete;
-
- private:
-  rlimit before_{};
-  void (*handlerBefore_)(int);
-};
-
 class FullDisk : public testing::Test {
  protected:
   FullDisk() : document(&desk.savedRecord(QStringLiteral("A1"))), old(oldBytes()) {
@@ -50,14 +29,14 @@ class FullDisk : public testing::Test {
   }
 
   QString file() const { return desk.pathOf(QStringLiteral("A1")); }
-  QByteArray oldBytes() const { return testing_support::readFile(file()); }
+  QByteArray oldBytes() const { return testkit::readFile(file()); }
   void expectFailedSave(const QString& reason) {
     ASSERT_FALSE(desk.alerts.shown.isEmpty());
     const platform::Alert& alert = desk.alerts.shown.last();
     EXPECT_EQ(alert.messageText, QStringLiteral("The record 'A1.growth' could not be saved."));
     EXPECT_TRUE(alert.informativeText.startsWith(reason)) << qPrintable(alert.informativeText);
     EXPECT_TRUE(document->isDocumentEdited());
-    EXPECT_EQ(testing_support::readFile(file()), old);
+    EXPECT_EQ(testkit::readFile(file()), old);
     EXPECT_EQ(desk.strayFiles(), QStringList());
   }
 
@@ -96,7 +75,7 @@ TEST_F(FullDisk, EverywhereAtEveryByteLeavesTheOldRecordAndAsksForAnotherPlace) 
   for (;; limit += step) {
     desk.alerts.shown.clear();
     {
-      const LargestFile full(static_cast<rlim_t>(limit));
+      const testkit::FullDisk full(static_cast<rlim_t>(limit));
       document->saveDocument();
     }
     if (!document->isDocumentEdited()) break;
@@ -117,8 +96,7 @@ TEST_F(FullDisk, EverywhereStillSavesElsewhere) {
     // The stick has room, the two folders that the program knows have none.
     const SystemCalls disk = SystemCalls::onDiskWithRoomFor(desk.saveFolder(), 0);
     QDir(desk.home.path(QStringLiteral(".local/share/org.velmora.growth"))).removeRecursively();
-    testing_support::writeFile(desk.home.path(QStringLiteral(".local/share/org.velmora.growth")),
-                               "no folder");
+    testkit::writeFile(desk.home.path(QStringLiteral(".local/share/org.velmora.growth")), "no folder");
     document->saveDocument();
   }
   EXPECT_EQ(firstWeight(recordIn(desk, desk.home.path(QStringLiteral("Stick/A1.growth")))),
@@ -153,7 +131,7 @@ TEST_F(FullDisk, OfARealFileSystemLeavesTheOldRecord) {
   EXPECT_TRUE(
       desk.alerts.shown.first().informativeText.startsWith(QStringLiteral("No space left on device")));
   EXPECT_TRUE(small.isDocumentEdited());
-  EXPECT_EQ(testing_support::readFile(record), old);
+  EXPECT_EQ(testkit::readFile(record), old);
   EXPECT_EQ(desk.rescued().size(), 1);
   desk.closeAll();
 }

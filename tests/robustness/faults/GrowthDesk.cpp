@@ -2,15 +2,13 @@
 #include "apps/growth/resources/GrowthResources.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 
-#include <unistd.h>
-
-#include <QDirIterator>
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <stdexcept>
 
 #include "platform/controls/Alert.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -19,7 +17,6 @@ namespace faults {
 namespace {
 
 const QString BundleIdentifier = QStringLiteral("org.velmora.growth");
-constexpr uid_t Nobody = 65534;
 
 QVariantMap information() {
   return {{QStringLiteral("CFBundleIdentifier"), BundleIdentifier},
@@ -161,23 +158,12 @@ void GrowthDesk::start() {
 void GrowthDesk::letWritesGrowOld() const {
   constexpr qint64 Seconds = 2LL * 60 * base::FileManager::AbandonedAfterMinutes;
   for (const QString& name : files()) {
-    QFile file(home.path(name));
-    if (!name.endsWith(QStringLiteral(".unfinished")) || !file.open(QIODevice::ReadWrite)) continue;
-    file.setFileTime(QDateTime::currentDateTime().addSecs(-Seconds), QFileDevice::FileModificationTime);
+    if (name.endsWith(QStringLiteral(".unfinished")))
+      testkit::setModified(home.path(name), QDateTime::currentDateTime().addSecs(-Seconds));
   }
 }
 
-QStringList GrowthDesk::files() const {
-  QStringList found;
-  QDirIterator entries(home.path(), QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                       QDirIterator::Subdirectories);
-  while (entries.hasNext()) {
-    const QString path = entries.next();
-    if (!entries.fileInfo().isDir()) found.append(path.mid(home.path().size() + 1));
-  }
-  found.sort();
-  return found;
-}
+QStringList GrowthDesk::files() const { return testkit::filesBelow(home.path()); }
 
 QStringList GrowthDesk::strayFiles() const {
   static const QRegularExpression expected(
@@ -205,22 +191,5 @@ QString firstWeight(const growth::GrowthRecord& record) {
 }
 
 bool tortures() { return qEnvironmentVariableIntValue("VELMORA_TORTURE") > 0; }
-
-OrdinaryUser::OrdinaryUser(const QString& folder) : wasSuperuser_(::geteuid() == 0) {
-  if (!wasSuperuser_) return;
-  const auto give = [](const QString& path) {
-    if (::lchown(QFile::encodeName(path).constData(), Nobody, Nobody) != 0)
-      throw std::runtime_error("lchown");
-  };
-  give(folder);
-  QDirIterator entries(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                       QDirIterator::Subdirectories);
-  while (entries.hasNext()) give(entries.next());
-  if (::setresuid(Nobody, Nobody, 0) != 0) throw std::runtime_error("setresuid");
-}
-
-OrdinaryUser::~OrdinaryUser() {
-  if (wasSuperuser_ && ::setresuid(0, 0, 0) != 0) std::abort();
-}
 
 }  // namespace faults

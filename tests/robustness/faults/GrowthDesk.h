@@ -3,17 +3,14 @@
 
 #include <QLocale>
 #include <functional>
-#include <ostream>
 
 #include "apps/growth/document/GrowthDocument.h"
 #include "apps/growth/reference/GrowthReferences.h"
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
-#include "tests/unit/velmora/support/OwnHome.h"
+#include "testing/files/TemporaryHome.h"
 #include "velmora/app/VelmoraAppController.h"
-
-/// How a text looks in the message of a failed test.
-inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+#include "testing/main/Shown.h"
 
 namespace faults {
 
@@ -42,7 +39,7 @@ class GrowthDesk {
   GrowthDesk();
   ~GrowthDesk();
 
-  testing_support::OwnHome home;
+  velmora::testkit::TemporaryHome home;
   velmora::testkit::TestServices desktop;
   AnsweringAlerts alerts;
   velmora::platform::Services services;
@@ -91,18 +88,5 @@ QString firstWeight(const growth::GrowthRecord& record);
 
 /// Whether the long forms of the tests were asked for.
 bool tortures();
-
-/// While one lives this process is an ordinary user, whom permissions stop. `folder` and what is in it are
-/// his.
-class OrdinaryUser {
- public:
-  explicit OrdinaryUser(const QString& folder);
-  ~OrdinaryUser();
-  OrdinaryUser(const OrdinaryUser&) = delete;
-  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
- private:
-  bool wasSuperuser_;
-};
 
 }  // namespace faults

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -10,6 +9,7 @@
 #include "orv/documents/OrvKeptCopies.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "tests/robustness/shim/SystemCalls.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -26,11 +26,7 @@ class KeptCopies : public testing::Test {
  protected:
   QString record() const { return home.path(QStringLiteral("Records/A1.growth")); }
   QString folder() const { return copies.earlierVersionsFolder(record()); }
-  QStringList names() const { return QDir(folder()).entryList(QDir::Files, QDir::Name); }
-  static uint rights(const QString& path) {
-    struct stat status {};
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777u : 0;
-  }
+  QStringList names() const { return testkit::fileNames(folder()); }
   /// Makes a copy look as if it had been kept then.
   static void setAge(const QString& copy, const QDateTime& then) {
     QFile file(copy);
@@ -38,7 +34,7 @@ class KeptCopies : public testing::Test {
     ASSERT_TRUE(file.setFileTime(then, QFileDevice::FileModificationTime));
   }
 
-  testing_support::OwnHome home;
+  testkit::TemporaryHome home;
   base::FileManager files;
   SetClock clock;
   OrvKeptCopies copies{files, clock, QStringLiteral("org.velmora.growth")};
@@ -47,9 +43,9 @@ class KeptCopies : public testing::Test {
 TEST_F(KeptCopies, AreReadableByTheUserAlone) {
   const QString version = copies.keepEarlierVersion(record(), "old");
   const QString rescued = copies.keepRescueCopy(QStringLiteral("A1.growth"), "unsaved");
-  EXPECT_EQ(rights(version), 0600u);
-  EXPECT_EQ(rights(rescued), 0600u);
-  EXPECT_EQ(rights(home.path(QStringLiteral(".local/share/org.velmora.growth"))), 0700u);
+  EXPECT_EQ(testkit::permissionsOf(version), 0600u);
+  EXPECT_EQ(testkit::permissionsOf(rescued), 0600u);
+  EXPECT_EQ(testkit::permissionsOf(home.path(QStringLiteral(".local/share/org.velmora.growth"))), 0700u);
 }
 
 TEST_F(KeptCopies, OfOneRecordAreAtMostTwentyTheNewest) {
@@ -58,8 +54,8 @@ TEST_F(KeptCopies, OfOneRecordAreAtMostTwentyTheNewest) {
     copies.keepEarlierVersion(record(), QByteArray::number(i));
   }
   ASSERT_EQ(names().size(), OrvKeptCopies::MostVersions);
-  EXPECT_EQ(testing_support::readFile(folder() + QLatin1Char('/') + names().first()), "30");
-  EXPECT_EQ(testing_support::readFile(folder() + QLatin1Char('/') + names().last()), "49");
+  EXPECT_EQ(testkit::readFile(folder() + QLatin1Char('/') + names().first()), "30");
+  EXPECT_EQ(testkit::readFile(folder() + QLatin1Char('/') + names().last()), "49");
 }
 
 TEST_F(KeptCopies, GoAfterAYearExceptTheNewest) {
@@ -97,14 +93,14 @@ TEST_F(KeptCopies, MadeAfterTheClockWasPutBackAreNotTheFirstToGo) {
   }
   clock.time = clock.time.addDays(-100);
   const QString copy = copies.keepEarlierVersion(record(), "of the right clock");
-  EXPECT_EQ(testing_support::readFile(copy), "of the right clock");
-  EXPECT_EQ(testing_support::readFile(folder() + QLatin1Char('/') + names().last()), "of the right clock");
+  EXPECT_EQ(testkit::readFile(copy), "of the right clock");
+  EXPECT_EQ(testkit::readFile(folder() + QLatin1Char('/') + names().last()), "of the right clock");
   EXPECT_EQ(names().size(), OrvKeptCopies::MostVersions);
 }
 
 TEST_F(KeptCopies, LeaveFilesAloneThatAreNoCopies) {
   copies.keepEarlierVersion(record(), "old");
-  testing_support::writeFile(folder() + QStringLiteral("/notes.txt"), "a person's");
+  testkit::writeFile(folder() + QStringLiteral("/notes.txt"), "a person's");
   for (int i = 0; i < 30; ++i) copies.keepEarlierVersion(record(), "newer " + QByteArray::number(i));
   EXPECT_TRUE(QFile::exists(folder() + QStringLiteral("/notes.txt")));
 }
@@ -125,11 +121,11 @@ TEST_F(KeptCopies, RescueARecordWhateverItsName) {
     const QString copy = copies.keepRescueCopy(identifier + QStringLiteral(".growth"), "unsaved");
     ASSERT_FALSE(copy.isEmpty()) << qPrintable(identifier);
     EXPECT_EQ(QFileInfo(copy).absolutePath(), copies.rescueFolder());
-    EXPECT_EQ(testing_support::readFile(copy), "unsaved") << qPrintable(copy);
+    EXPECT_EQ(testkit::readFile(copy), "unsaved") << qPrintable(copy);
     EXPECT_TRUE(copy.endsWith(QStringLiteral(".growth"))) << qPrintable(copy);
     const QString version =
         copies.keepEarlierVersion(home.path(QStringLiteral("Records/") + identifier), "old");
-    EXPECT_EQ(testing_support::readFile(version), "old") << qPrintable(version);
+    EXPECT_EQ(testkit::readFile(version), "old") << qPrintable(version);
   }
 }
 
@@ -138,8 +134,8 @@ TEST_F(KeptCopies, ThatWereCutOffAreRemoved) {
   const QString rescued = copies.keepRescueCopy(QStringLiteral("A1.growth"), "unsaved");
   const QString cutVersion = folder() + QStringLiteral("/.0123456789abcdef.growth.unfinished");
   const QString cutRescue = copies.rescueFolder() + QStringLiteral("/.0123456789abcdef.growth.unfinished");
-  testing_support::writeFile(cutVersion, "o");
-  testing_support::writeFile(cutRescue, "u");
+  testkit::writeFile(cutVersion, "o");
+  testkit::writeFile(cutRescue, "u");
   for (const QString& cut : {cutVersion, cutRescue})
     setAge(cut, QDateTime::currentDateTime().addSecs(-120 * base::FileManager::AbandonedAfterMinutes));
   copies.removeAbandonedCopies({QStringLiteral("growth")});

@@ -12,6 +12,7 @@
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "velmora/app/DatabaseFileCache.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -167,7 +168,7 @@ TEST_F(Names, OfChartsAreTheIdentifiersInCapitals) {
       EXPECT_FALSE(QFile::exists(charts + QLatin1Char('/') + file));  // an export that fails is silent
       continue;
     }
-    EXPECT_TRUE(testing_support::readFile(charts + QLatin1Char('/') + file).startsWith("\xff\xd8"))
+    EXPECT_TRUE(testkit::readFile(charts + QLatin1Char('/') + file).startsWith("\xff\xd8"))
         << qPrintable(file);
     if (!expected.contains(file)) expected.append(file);
     desk.closeAll();

@@ -9,12 +9,13 @@
 
 #include "platform/controls/Alert.h"
 #include "tests/robustness/faults/GrowthDesk.h"
+#include "testing/files/Files.h"
+#include "testing/files/OrdinaryUser.h"
 
 using namespace velmora;
 
 using faults::firstWeight;
 using faults::GrowthDesk;
-using faults::OrdinaryUser;
 using faults::recordIn;
 
 namespace {
@@ -61,17 +62,17 @@ TEST_F(SaveFolder, ThatIsMissingIsToldForAnOpenRecord) {
 TEST_F(SaveFolder, ThatIsAFileIsToldAndLeftAsItIs) {
   GrowthDocument& document = desk.newRecord(QStringLiteral("A1"));
   QDir(desk.saveFolder()).removeRecursively();
-  testing_support::writeFile(desk.saveFolder(), "not a folder");
+  testkit::writeFile(desk.saveFolder(), "not a folder");
   document.saveDocument();
   expectToldWithRescueCopy(QStringLiteral("10"));
   EXPECT_TRUE(document.isDocumentEdited());
-  EXPECT_EQ(testing_support::readFile(desk.saveFolder()), "not a folder");
+  EXPECT_EQ(testkit::readFile(desk.saveFolder()), "not a folder");
 }
 
 TEST_F(SaveFolder, ThatBecameAFileIsToldForAnOpenRecord) {
   GrowthDocument& document = desk.savedRecord(QStringLiteral("A1"));
   QDir(desk.saveFolder()).removeRecursively();
-  testing_support::writeFile(desk.saveFolder(), "not a folder");
+  testkit::writeFile(desk.saveFolder(), "not a folder");
   desk.enterWeight(document, QStringLiteral("12"));
   document.saveDocument();
   expectToldWithRescueCopy(QStringLiteral("12"));
@@ -82,7 +83,7 @@ TEST_F(SaveFolder, ThatIsReadOnlyIsToldAndKeepsTheOldRecord) {
   GrowthDocument& document = desk.savedRecord(QStringLiteral("A1"));
   desk.enterWeight(document, QStringLiteral("12"));
   {
-    const OrdinaryUser user(desk.home.path());
+    const testkit::OrdinaryUser user(desk.home.path());
     QFile::setPermissions(desk.saveFolder(), QFile::ReadOwner | QFile::ExeOwner);
     document.saveDocument();
     QFile::setPermissions(desk.saveFolder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -98,7 +99,7 @@ TEST_F(SaveFolder, WithAProtectedRecordIsToldAndKeepsIt) {
   GrowthDocument& document = desk.savedRecord(QStringLiteral("A1"));
   desk.enterWeight(document, QStringLiteral("12"));
   {
-    const OrdinaryUser user(desk.home.path());
+    const testkit::OrdinaryUser user(desk.home.path());
     QFile::setPermissions(desk.pathOf(QStringLiteral("A1")), QFile::ReadOwner);
     document.saveDocument();
   }
@@ -141,8 +142,8 @@ TEST_F(SaveFolder, ThatIsNamedNowhereIsNotTheFolderThatTheProgramStandsIn) {
   QDir::setCurrent(here);
   const auto back = qScopeGuard([&before] { QDir::setCurrent(before); });
   const QString stranger = here + QStringLiteral("/.0123456789abcdef.growth.unfinished");
-  testing_support::writeFile(stranger, "not ours");
-  testing_support::writeFile(here + QStringLiteral("/B2.growth"), "not ours");
+  testkit::writeFile(stranger, "not ours");
+  testkit::writeFile(here + QStringLiteral("/B2.growth"), "not ours");
   desk.desktop.defaults.setObject(QStringLiteral(""), QStringLiteral("Save Directory"));
   EXPECT_EQ(desk.desktop.fileManager.contentsOfDirectoryAtPath(QString()), QStringList());
   desk.start();

@@ -13,6 +13,7 @@
 #include "orv/documents/OrvKeptCopies.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "tests/robustness/shim/SystemCalls.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -219,10 +220,8 @@ TEST_F(SavingUnderFaults, AtTheNextStartLeavesAPersonsOwnFilesAlone) {
       QStringLiteral("A1.growth.backup"), QStringLiteral("A1.growth.before"),
       QStringLiteral(".hidden.growth"),   QStringLiteral("A1.growth~"),
       QStringLiteral("A1.unfinished"),    QStringLiteral(".0123456789abcdef.note.unfinished")};
-  for (const QString& name : own)
-    testing_support::writeFile(desk.saveFolder() + QLatin1Char('/') + name, "mine");
-  testing_support::writeFile(desk.saveFolder() + QStringLiteral("/.0123456789abcdef.growth.unfinished"),
-                             "cut off");
+  for (const QString& name : own) testkit::writeFile(desk.saveFolder() + QLatin1Char('/') + name, "mine");
+  testkit::writeFile(desk.saveFolder() + QStringLiteral("/.0123456789abcdef.growth.unfinished"), "cut off");
   desk.letWritesGrowOld();
   desk.start();
   for (const QString& name : own)
@@ -232,7 +231,7 @@ TEST_F(SavingUnderFaults, AtTheNextStartLeavesAPersonsOwnFilesAlone) {
 
 TEST_F(SavingUnderFaults, AtTheNextStartLeavesAloneWhatAnotherProcessIsWriting) {
   const QString unfinished = desk.saveFolder() + QStringLiteral("/.0123456789abcdef.growth.unfinished");
-  testing_support::writeFile(unfinished, "half");
+  testkit::writeFile(unfinished, "half");
   QProcess other;
   other.start(QStringLiteral("flock"), {QStringLiteral("-x"), unfinished, QStringLiteral("sh"),
                                         QStringLiteral("-c"), QStringLiteral("echo locked; read end")});
@@ -277,7 +276,7 @@ TEST_F(SavingUnderFaults, OfANewRecordDoesWithoutARenameThatReplacesNothing) {
 
 TEST_F(SavingUnderFaults, AtTheNextStartLeavesAloneWhatAnotherMachineMayBeWriting) {
   const QString unfinished = desk.saveFolder() + QStringLiteral("/.0123456789abcdef.growth.unfinished");
-  testing_support::writeFile(unfinished, "half");  // and no lock that holds here
+  testkit::writeFile(unfinished, "half");  // and no lock that holds here
   desk.start();
   EXPECT_TRUE(QFile::exists(unfinished));
   desk.letWritesGrowOld();

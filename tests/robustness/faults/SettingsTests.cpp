@@ -16,11 +16,13 @@
 #include "desktop/settings/QtUserDefaults.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
+#include "testing/files/OrdinaryUser.h"
+#include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
 
 using faults::GrowthDesk;
-using faults::OrdinaryUser;
 using velmora::desktop::QtUserDefaults;
 
 namespace settings = velmora::settings;
@@ -31,32 +33,27 @@ const QString Identifier = QStringLiteral("org.velmora.growth");
 
 class SettingsFile : public testing::Test {
  protected:
-  SettingsFile() : before_(qgetenv("XDG_CONFIG_HOME")) {
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
-  }
-  ~SettingsFile() override { qputenv("XDG_CONFIG_HOME", before_); }
-
   QString file() const { return folder.path() + QStringLiteral("/org.velmora.growth.conf"); }
-  QByteArray stored() const { return testing_support::readFile(file()); }
-  QStringList names() const { return QDir(folder.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name); }
+  QByteArray stored() const { return testkit::readFile(file()); }
+  QStringList names() const { return testkit::fileNames(folder.path()); }
 
   QTemporaryDir folder;
 
  private:
-  QByteArray before_;
+  testkit::EnvironmentVariable configuration_{"XDG_CONFIG_HOME", QFile::encodeName(folder.path())};
 };
 
 TEST_F(SettingsFile, ThatIsDamagedIsKeptAsideBeforeItIsWrittenOver) {
   const testkit::LogRecorder log;
   const QByteArray damaged = "[General]\nAuto%20Save=true\nSave%20Direc\xff\xfe\nrubbish without a sign\n";
-  testing_support::writeFile(file(), damaged);
+  testkit::writeFile(file(), damaged);
   QtUserDefaults defaults(Identifier);
   EXPECT_TRUE(defaults.boolForKey(settings::AutoSave)) << "what can be read counts";
   defaults.setInteger(7, settings::VersionCheckInterval);
   ASSERT_EQ(names().size(), 2);
   const QString copy = names().at(1);
   EXPECT_TRUE(copy.startsWith(QStringLiteral("org.velmora.growth.conf.damaged-"))) << qPrintable(copy);
-  EXPECT_EQ(testing_support::readFile(folder.path() + QLatin1Char('/') + copy), damaged);
+  EXPECT_EQ(testkit::readFile(folder.path() + QLatin1Char('/') + copy), damaged);
   EXPECT_EQ(QtUserDefaults(Identifier).integerForKey(settings::VersionCheckInterval), 7);
   EXPECT_EQ(log.lines().size(), 1);
 }
@@ -66,11 +63,11 @@ TEST_F(SettingsFile, DamagedUnderARunningProgramIsKeptAsideToo) {
   QtUserDefaults defaults(Identifier);
   defaults.setObject(true, settings::AutoSave);
   const QByteArray damaged = "[General]\nno sign here\n";
-  testing_support::writeFile(file(), damaged);
+  testkit::writeFile(file(), damaged);
   defaults.setInteger(7, settings::VersionCheckInterval);
   bool kept = false;
   for (const QString& name : names()) {
-    kept = kept || testing_support::readFile(folder.path() + QLatin1Char('/') + name) == damaged;
+    kept = kept || testkit::readFile(folder.path() + QLatin1Char('/') + name) == damaged;
   }
   EXPECT_TRUE(kept) << qPrintable(names().join(QLatin1Char(' ')));
 }
@@ -86,7 +83,7 @@ TEST_F(SettingsFile, CutAtEveryLengthNeitherStopsTheProgramNorInventsSettings) {
   const QByteArray whole = stored();
   for (qsizetype length = 0; length < whole.size(); ++length) {
     QFile::remove(file());
-    testing_support::writeFile(file(), whole.left(length));
+    testkit::writeFile(file(), whole.left(length));
     QtUserDefaults defaults(Identifier);
     defaults.registerDefaults({{settings::SaveDirectory, QStringLiteral("~/Desktop/")}});
     const QString folderName = defaults.stringForKey(settings::SaveDirectory);
@@ -99,11 +96,11 @@ TEST_F(SettingsFile, CutAtEveryLengthNeitherStopsTheProgramNorInventsSettings) {
 }
 
 TEST_F(SettingsFile, ThatIsReadOnlyIsReadAndItsRefusalLogged) {
-  testing_support::writeFile(file(), "[General]\nAuto%20Save=true\n");
+  testkit::writeFile(file(), "[General]\nAuto%20Save=true\n");
   const QByteArray before = stored();
   const testkit::LogRecorder log;
   {
-    const OrdinaryUser user(folder.path());
+    const testkit::OrdinaryUser user(folder.path());
     QFile::setPermissions(file(), QFile::ReadOwner);
     QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner);
     QtUserDefaults defaults(Identifier);
@@ -121,7 +118,7 @@ TEST_F(SettingsFile, ThatIsReadOnlyIsReadAndItsRefusalLogged) {
 
 TEST_F(SettingsFile, ThatCanBeWrittenAgainIs) {
   QtUserDefaults defaults(Identifier);
-  const OrdinaryUser user(folder.path());
+  const testkit::OrdinaryUser user(folder.path());
   {
     const testkit::LogRecorder log;
     QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner);
@@ -146,16 +143,16 @@ TEST_F(SettingsFile, ThatMayNotBeReadOrIsAFolderCountsAsEmpty) {
     EXPECT_EQ(defaults.stringForKey(settings::SaveDirectory), QStringLiteral("~/Desktop/"));
   }
   QDir().rmdir(file());
-  testing_support::writeFile(file(), "[General]\nAuto%20Save=true\n");
-  const OrdinaryUser user(folder.path());
+  testkit::writeFile(file(), "[General]\nAuto%20Save=true\n");
+  const testkit::OrdinaryUser user(folder.path());
   QFile::setPermissions(file(), QFile::Permissions());
   EXPECT_FALSE(QtUserDefaults(Identifier).boolForKey(settings::AutoSave));
 }
 
 TEST_F(SettingsFile, OfAnotherVersionKeepsWhatThisOneDoesNotKnow) {
-  testing_support::writeFile(file(),
-                             "[General]\nAuto%20Save=true\nNew%20Thing=\"a, b\"\nList=1, 2, "
-                             "3\n\n[Window]\nGeometry=@ByteArray(\\x1\\x2)\n");
+  testkit::writeFile(file(),
+                     "[General]\nAuto%20Save=true\nNew%20Thing=\"a, b\"\nList=1, 2, "
+                     "3\n\n[Window]\nGeometry=@ByteArray(\\x1\\x2)\n");
   QtUserDefaults(Identifier).setInteger(31, settings::VersionCheckInterval);
   const QtUserDefaults after(Identifier);
   EXPECT_EQ(after.stringForKey(QStringLiteral("New Thing")), QStringLiteral("a, b"));
@@ -215,7 +212,7 @@ TEST_F(SettingsFile, WithAWrongValueUnderAnyKeyStillStartsAndSaves) {
       for (const QByteArray& line : lines.split('\n')) {
         if (!line.startsWith(escaped + '=') && !line.isEmpty()) kept.append(line);
       }
-      testing_support::writeFile(file(), kept.join('\n') + '\n' + escaped + '=' + value + '\n');
+      testkit::writeFile(file(), kept.join('\n') + '\n' + escaped + '=' + value + '\n');
 
       QtUserDefaults defaults(Identifier);
       platform::Services services{defaults,

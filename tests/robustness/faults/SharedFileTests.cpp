@@ -9,6 +9,7 @@
 #include "platform/controls/Alert.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -84,11 +85,11 @@ TEST_F(SharedFile, MadeBySomebodyElseUnderTheNameOfANewRecordIsKeptAndTold) {
 
 TEST_F(SharedFile, ReplacedByRubbishIsKeptToo) {
   GrowthDocument& document = mine.opened(file());
-  testing_support::writeFile(file(), "rubbish");
+  testkit::writeFile(file(), "rubbish");
   mine.enterWeight(document, QStringLiteral("11"));
   document.saveDocument();
   EXPECT_EQ(firstWeight(recordIn(mine, file())), QStringLiteral("11"));
-  EXPECT_EQ(testing_support::readFile(pathInTheAlert(mine)), "rubbish");
+  EXPECT_EQ(testkit::readFile(pathInTheAlert(mine)), "rubbish");
 }
 
 TEST_F(SharedFile, OfSomebodyElseIsNotReplacedWhenNoCopyOfItCanBeKept) {
@@ -96,7 +97,7 @@ TEST_F(SharedFile, OfSomebodyElseIsNotReplacedWhenNoCopyOfItCanBeKept) {
   other.opened(file());
   saveWith(mine, QStringLiteral("11"));
   QDir(other.home.path(QStringLiteral(".local/share"))).removeRecursively();
-  testing_support::writeFile(other.home.path(QStringLiteral(".local/share")), "no folder");
+  testkit::writeFile(other.home.path(QStringLiteral(".local/share")), "no folder");
   qputenv("XDG_DATA_HOME", QFile::encodeName(other.home.path(QStringLiteral(".local/share"))));
   saveWith(other, QStringLiteral("12"));
   EXPECT_EQ(firstWeight(recordIn(mine, file())), QStringLiteral("11"));

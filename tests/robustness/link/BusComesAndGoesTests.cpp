@@ -11,6 +11,7 @@
 #include "tests/robustness/link/RawBus.h"
 #include "tests/robustness/link/ReturningBus.h"
 #include "tests/integration/link/LinkTesting.h"
+#include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
 
@@ -118,20 +119,16 @@ TEST_F(ABusThatReturns, MayHaveBeenAwayAtTheStart) {
 }
 
 TEST_F(ABusThatReturns, IsFoundThroughTheEnvironment) {
-  const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
   bus_.start();
-  qputenv("DBUS_SESSION_BUS_ADDRESS", bus_.statedAddress().toLocal8Bit());
-  {
-    QtDistributedNotificationCenter centre;
-    centre.addObserver(&observer_, GrowthLink, Request, mailbox_.handler());
-    expectTheLinkWorks(centre, 1);
-    bus_.stop();
-    ASSERT_TRUE(log_.waitFor(Off));
-    bus_.start();
-    ASSERT_TRUE(log_.waitFor(On));
-    expectTheLinkWorks(centre, 2);
-  }
-  qputenv("DBUS_SESSION_BUS_ADDRESS", before);
+  const testkit::EnvironmentVariable session("DBUS_SESSION_BUS_ADDRESS", bus_.statedAddress().toLocal8Bit());
+  QtDistributedNotificationCenter centre;
+  centre.addObserver(&observer_, GrowthLink, Request, mailbox_.handler());
+  expectTheLinkWorks(centre, 1);
+  bus_.stop();
+  ASSERT_TRUE(log_.waitFor(Off));
+  bus_.start();
+  ASSERT_TRUE(log_.waitFor(On));
+  expectTheLinkWorks(centre, 2);
 }
 
 TEST_F(ABusThatReturns, IsNotMissedByACentreThatEndsMeanwhile) {

@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include "tests/robustness/nesting/WeatherDesktop.h"
+#include "testing/files/Files.h"
 
 using namespace weather;
 
@@ -27,8 +28,8 @@ class Escape : public ::testing::Test {
   void fillTheDisk() {
     QFile::remove(file());
     QDir().mkpath(file());
-    testing_support::writeFile(application_.home.path(QStringLiteral(".local/share/org.velmora.recorder")),
-                               "a file");
+    velmora::testkit::writeFile(application_.home.path(QStringLiteral(".local/share/org.velmora.recorder")),
+                                "a file");
   }
   QString file() const { return application_.pathOfRecord(QStringLiteral("B2")); }
   void closeAndSave() {
@@ -52,13 +53,13 @@ class Escape : public ::testing::Test {
 }  // namespace
 
 TEST_F(Escape, AtTheQuestionOfAChangedIdentifierWritesOnePatientOverNoOther) {
-  const QByteArray before = testing_support::readFile(file());
+  const QByteArray before = velmora::testkit::readFile(file());
   application_.chooseStudy(QStringLiteral("A1"));
   waitUntil([this] { return application_.identifierInFront() == QStringLiteral("A1"); });
   expectAndEscape(QStringLiteral("The identifier of this record has changed"));
   record_->saveDocument();
   expectTheRecordStays();
-  EXPECT_EQ(testing_support::readFile(file()), before);
+  EXPECT_EQ(velmora::testkit::readFile(file()), before);
   EXPECT_FALSE(QFile::exists(application_.pathOfRecord(QStringLiteral("A1"))));
 }
 

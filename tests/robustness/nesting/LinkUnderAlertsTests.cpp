@@ -8,6 +8,7 @@
 
 #include "tests/robustness/nesting/WeatherDesktop.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -105,15 +106,13 @@ TEST_F(LinkUnderAlerts, TheQuestionBeforeAChartIsOverwritten) {
   record.setIdentifier(QStringLiteral("1"));
   record.setCurrentDataPointsVisible(true);
   record.autoExport();
-  const QString chart =
-      QDir(application_.home.path(QStringLiteral("Charts"))).entryList(QDir::Files).value(0);
+  const QString chart = testkit::fileNames(application_.home.path(QStringLiteral("Charts"))).value(0);
   ASSERT_FALSE(chart.isEmpty());
   person_.expect(QStringLiteral("A file with that name already exists"), studyIsChosen(),
                  QStringLiteral("Overwrite"));
   record.autoExport();
   // The chart of the patient that was in front, under that patient's name.
-  EXPECT_EQ(QDir(application_.home.path(QStringLiteral("Charts"))).entryList(QDir::Files),
-            QStringList{chart});
+  EXPECT_EQ(testkit::fileNames(application_.home.path(QStringLiteral("Charts"))), QStringList{chart});
   expectTheRequestIsHandled();
 }
 

@@ -18,6 +18,7 @@
 #include "orv/documents/OrvChecksum.h"
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -119,7 +120,7 @@ void Application::keepRecord(const QString& name) {
                                       {QStringLiteral("birthDate"), QStringLiteral("03/04/2020")},
                                       {QStringLiteral("exams"), QJsonArray{QStringLiteral("01/02/2023"),
                                                                            QStringLiteral("01/02/2024")}}}}};
-  testing_support::writeFile(pathOfRecord(name), orv::withChecksum(QJsonDocument(file).toJson()));
+  testkit::writeFile(pathOfRecord(name), orv::withChecksum(QJsonDocument(file).toJson()));
   controller_->addToCachedDatabaseFiles(name + QStringLiteral(".rec"));
 }
 

@@ -20,7 +20,7 @@
 #include "desktop/runloop/QtRunLoop.h"
 #include "testing/LogRecorder.h"
 #include "testing/Scripted.h"
-#include "tests/unit/velmora/support/OwnHome.h"
+#include "testing/files/TemporaryHome.h"
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "velmora/app/VelmoraAppController.h"
 
@@ -126,7 +126,7 @@ class Application {
   /// As at the end of main, or worse.
   void destroyController() { controller_.reset(); }
 
-  testing_support::OwnHome home;
+  velmora::testkit::TemporaryHome home;
   velmora::testkit::LogRecorder log;
   Desktop desktop;
   testing_support::RecordingDelegate delegate;

@@ -5,9 +5,8 @@
 
 #include <QString>
 
-#include "tests/support/TimeZone.h"
+#include "testing/files/EnvironmentVariable.h"
 
-using testing_support::TimeZone;
 using velmora::base::dayFromIso;
 using velmora::base::localDayOf;
 using velmora::base::noonOf;
@@ -29,7 +28,7 @@ TEST(CalendarDays, StayTheSameInEveryTimeZone) {
                               "2019-03-14", "2019-03-31", "2024-02-29", "2024-04-26",
                               "2024-10-27", "2035-01-01", "2099-12-31", "9999-12-31"};
   for (const Zone& zone : zones) {
-    const TimeZone guard(zone.name);
+    const velmora::testkit::EnvironmentVariable guard("TZ", zone.name);
     ASSERT_EQ(QDateTime(QDate(2024, 1, 15), QTime(12, 0)).offsetFromUtc(), zone.hoursInJanuary2024 * 3600)
         << zone.name;
     for (const char* day : days) {
@@ -54,17 +53,17 @@ TEST(CalendarDays, StayTheSameBetweenNeighbouringTimeZones) {
   for (const Row& row : rows) {
     qint64 travelling = 0;
     {
-      const TimeZone zone(row.sender);
+      const velmora::testkit::EnvironmentVariable zone("TZ", row.sender);
       travelling = noonOf(QDate(2019, 3, 14)).toMSecsSinceEpoch();
     }
-    const TimeZone zone(row.receiver);
+    const velmora::testkit::EnvironmentVariable zone("TZ", row.receiver);
     EXPECT_EQ(localDayOf(QDateTime::fromMSecsSinceEpoch(travelling, Qt::UTC)), QDate(2019, 3, 14))
         << row.sender << " to " << row.receiver;
   }
 }
 
 TEST(CalendarDays, HaveNoNoonWhereTheTimeZoneSkippedThem) {
-  const TimeZone zone("Pacific/Apia");
+  const velmora::testkit::EnvironmentVariable zone("TZ", "Pacific/Apia");
   EXPECT_TRUE(noonOf(QDate(2011, 12, 29)).isValid());
   EXPECT_FALSE(noonOf(QDate(2011, 12, 30)).isValid());
   EXPECT_TRUE(noonOf(QDate(2011, 12, 31)).isValid());
@@ -79,7 +78,7 @@ TEST(CalendarDays, AreNotReadFromWhatIsNoDay) {
 }
 
 TEST(CalendarDays, HaveOneOClockWhereTheClocksJumpedOverNoon) {
-  const TimeZone zone("Africa/Casablanca");
+  const velmora::testkit::EnvironmentVariable zone("TZ", "Africa/Casablanca");
   EXPECT_EQ(noonOf(QDate(1967, 6, 3)).time(), QTime(13, 0));
 }
 

@@ -16,8 +16,9 @@
 #include "platform/runloop/RunLoop.h"
 #include "platform/settings/UserDefaults.h"
 #include "testing/LogRecorder.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "tests/unit/desktop/alerts/ModalBox.h"
+#include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
 
@@ -51,14 +52,8 @@ class ShortLife : public DocumentController {
 
 /// There is no session bus.
 class DesktopWithoutABus : public testing::Test {
- protected:
-  DesktopWithoutABus() : before_(qgetenv("DBUS_SESSION_BUS_ADDRESS")) {
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
-  }
-  ~DesktopWithoutABus() override { qputenv("DBUS_SESSION_BUS_ADDRESS", before_); }
-
  private:
-  QByteArray before_;
+  testkit::EnvironmentVariable bus_{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus"};
 };
 
 TEST_F(DesktopWithoutABus, HasEveryPart) {

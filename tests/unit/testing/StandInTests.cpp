@@ -3,7 +3,7 @@
 
 #include "testing/Scripted.h"
 #include "testing/VirtualRunLoop.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 

@@ -7,7 +7,8 @@
 #include <QTemporaryDir>
 
 #include "base/files/FileManager.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
+#include "testing/files/Files.h"
 
 using velmora::base::Failure;
 using velmora::base::FileManager;
@@ -19,15 +20,9 @@ class Files : public testing::Test {
  protected:
   QString path(const QString& name) const { return folder.path() + '/' + name; }
   void make(const QString& name, const QByteArray& contents = "x") const {
-    QDir().mkpath(QFileInfo(path(name)).path());
-    QFile file(path(name));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    ASSERT_EQ(file.write(contents), contents.size());
+    velmora::testkit::writeFile(path(name), contents);
   }
-  QByteArray contents(const QString& name) const {
-    QFile file(path(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
-  }
+  QByteArray contents(const QString& name) const { return velmora::testkit::readFile(path(name)); }
   QStringList entries(const QString& start) const {
     QStringList all;
     files.enumeratorAtPath(start, [&all](const QString& entry) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "base/files/FileManager.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
+#include "testing/files/EnvironmentVariable.h"
 
 using velmora::base::abbreviatingWithTildeInPath;
 using velmora::base::appendingPathExtension;
@@ -10,20 +11,8 @@ using velmora::base::pathExtension;
 
 namespace {
 
-/// HOME is another folder for as long as one of these lives.
-class Home {
- public:
-  explicit Home(const char* folder) : before_(qgetenv("HOME")) { qputenv("HOME", folder); }
-  ~Home() { qputenv("HOME", before_); }
-  Home(const Home&) = delete;
-  Home& operator=(const Home&) = delete;
-
- private:
-  QByteArray before_;
-};
-
 TEST(FilePaths, ExpandTheTildeAtTheBeginningOnly) {
-  const Home home("/home/ada");
+  const velmora::testkit::EnvironmentVariable home("HOME", "/home/ada");
   struct Case {
     const char* path;
     const char* expanded;
@@ -44,7 +33,7 @@ TEST(FilePaths, ExpandTheTildeAtTheBeginningOnly) {
 }
 
 TEST(FilePaths, AbbreviateTheHomeFolder) {
-  const Home home("/home/ada");
+  const velmora::testkit::EnvironmentVariable home("HOME", "/home/ada");
   struct Case {
     const char* path;
     const char* abbreviated;
@@ -62,7 +51,7 @@ TEST(FilePaths, AbbreviateTheHomeFolder) {
 }
 
 TEST(FilePaths, AbbreviateAndExpandToTheSamePath) {
-  const Home home("/home/ada");
+  const velmora::testkit::EnvironmentVariable home("HOME", "/home/ada");
   for (const char* path : {"/home/ada", "/home/ada/Documents/Growth Data", "/srv/records"}) {
     EXPECT_EQ(expandingTildeInPath(abbreviatingWithTildeInPath(path)), path);
   }

@@ -5,7 +5,7 @@
 #include "base/log/Guard.h"
 #include "base/log/Log.h"
 #include "testing/LogRecorder.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 

@@ -14,17 +14,14 @@
 #include "link/protocol/LinkPayload.h"
 #include "bridge/cli/ReplyFolder.h"
 #include "tests/integration/link/LinkTesting.h"
+#include "testing/files/EnvironmentVariable.h"
+#include "testing/files/Files.h"
 
 using namespace link_testing;
 
 namespace {
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
-
-QByteArray contentsOf(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QVariantMap reply() {
   return {{text("Identifier"), text("12-345-6")},
@@ -76,7 +73,7 @@ TEST(LinkRequest, SaysWhatIsWrongWithAStudy) {
 }
 
 TEST(LinkReply, BecomesJsonWithoutTheChart) {
-  const TimeZone zone("Europe/Berlin");
+  const velmora::testkit::EnvironmentVariable zone("TZ", "Europe/Berlin");
   const QJsonObject json = bridge::jsonOf(reply());
   EXPECT_EQ(QJsonDocument(json).toJson(QJsonDocument::Compact),
             QByteArray(R"({"DateOfBirth":{"date":"2019-03-14","instant":"2019-03-14T11:00:00.000Z"},)"
@@ -120,12 +117,12 @@ TEST(ReplyFolder, CountsOnFromWhatIsThereAndOverwritesNothing) {
   EXPECT_EQ(replies.nextNumber(), text("0008"));
   EXPECT_EQ(replies.write(reply()).error(), QString());
   EXPECT_EQ(replies.write({{text("Identifier"), text("1")}}).error(), QString());
-  EXPECT_EQ(contentsOf(folder.filePath(text("0008.jpg"))), noise(100));
-  EXPECT_EQ(QJsonDocument::fromJson(contentsOf(folder.filePath(text("0008.json")))).object(),
+  EXPECT_EQ(velmora::testkit::readFile(folder.filePath(text("0008.jpg"))), noise(100));
+  EXPECT_EQ(QJsonDocument::fromJson(velmora::testkit::readFile(folder.filePath(text("0008.json")))).object(),
             bridge::jsonOf(reply()));
   EXPECT_FALSE(folder.exists(text("0009.jpg")));
   EXPECT_TRUE(folder.exists(text("0009.json")));
-  EXPECT_EQ(contentsOf(folder.filePath(text("0007.jpg"))), QByteArray());
+  EXPECT_EQ(velmora::testkit::readFile(folder.filePath(text("0007.jpg"))), QByteArray());
 }
 
 TEST(ReplyFolder, IsWrittenByOneReceiverAtATime) {

@@ -8,7 +8,9 @@
 #include <QTemporaryDir>
 
 #include "bridge/config/Config.h"
-#include "tests/support/OrdinaryUser.h"
+#include "testing/files/OrdinaryUser.h"
+#include "testing/files/EnvironmentVariable.h"
+#include "testing/files/Files.h"
 
 using bridge::ConfigResult;
 using bridge::PacsSettings;
@@ -17,37 +19,11 @@ namespace {
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
-/// While one lives, a variable of the environment has another value.
-class Variable {
- public:
-  Variable(const char* name, const QByteArray& value)
-      : name_(name), before_(qgetenv(name)), was_(qEnvironmentVariableIsSet(name)) {
-    qputenv(name, value);
-  }
-  ~Variable() {
-    if (was_) {
-      qputenv(name_, before_);
-    } else {
-      qunsetenv(name_);
-    }
-  }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-
- private:
-  const char* name_;
-  QByteArray before_;
-  bool was_;
-};
-
 class Config : public ::testing::Test {
  protected:
   ConfigResult read(const QByteArray& contents, mode_t mode = 0600) const {
     QFile::remove(path());
-    QFile file(path());
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(contents);
-    file.close();
+    velmora::testkit::writeFile(path(), contents);
     EXPECT_EQ(::chmod(QFile::encodeName(path()).constData(), mode), 0);
     return bridge::readConfig(path());
   }
@@ -123,14 +99,14 @@ TEST_F(Config, FillsInWhatIsNotSaid) {
 
 TEST_F(Config, FindsItsFoldersAsTheDesktopHasThem) {
   {
-    const Variable state("XDG_STATE_HOME", "/srv/state");
-    const Variable config("XDG_CONFIG_HOME", "/srv/config");
+    const velmora::testkit::EnvironmentVariable state("XDG_STATE_HOME", "/srv/state");
+    const velmora::testkit::EnvironmentVariable config("XDG_CONFIG_HOME", "/srv/config");
     EXPECT_EQ(read(Least).config.spoolFolder, text("/srv/state/velmora-link"));
     EXPECT_EQ(bridge::configPath(), text("/srv/config/velmora-link/velmora-link.conf"));
   }
   // A relative one counts as none.
-  const Variable state("XDG_STATE_HOME", "state");
-  const Variable config("XDG_CONFIG_HOME", "");
+  const velmora::testkit::EnvironmentVariable state("XDG_STATE_HOME", "state");
+  const velmora::testkit::EnvironmentVariable config("XDG_CONFIG_HOME", "");
   EXPECT_EQ(read(Least).config.spoolFolder, QDir::homePath() + text("/.local/state/velmora-link"));
   EXPECT_EQ(bridge::configPath(), QDir::homePath() + text("/.config/velmora-link/velmora-link.conf"));
   EXPECT_EQ(read(Least + "[spool]\nfolder = ~/charts\n").config.spoolFolder,
@@ -154,7 +130,7 @@ TEST_F(Config, TheExampleIsInOrderAndSaysWhatIsTheCaseAnyway) {
     ASSERT_EQ(all.count(hidden), 1) << key;
     all.replace(hidden, QByteArray("\n") + key + " = ");
   }
-  const Variable state("XDG_STATE_HOME", "");
+  const velmora::testkit::EnvironmentVariable state("XDG_STATE_HOME", "");
   const ConfigResult whole = read(all);
   EXPECT_TRUE(whole.ok()) << qPrintable(whole.errors.join(QLatin1Char('\n')));
   EXPECT_EQ(whole.config.spoolFolder, QDir::homePath() + text("/.local/state/velmora-link"));
@@ -259,7 +235,7 @@ TEST_F(Config, WhatIsNoFileIsNotOpened) {
 
 TEST_F(Config, AFileThatMayNotBeReadSaysSo) {
   read(Least, 0000);
-  const testing_support::OrdinaryUser user(folder_.path());
+  const velmora::testkit::OrdinaryUser user(folder_.path());
   const QStringList errors = bridge::readConfig(path()).errors;
   ASSERT_EQ(errors.size(), 1);
   EXPECT_TRUE(errors.first().startsWith(path() + text(": cannot be read: "))) << qPrintable(errors.first());

@@ -4,12 +4,10 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
-#include <ostream>
 
 #include "bridge/dicom/Capture.h"
 #include "bridge/dicom/Study.h"
-
-inline void PrintTo(const QString& text, std::ostream* stream) { *stream << '"' << qPrintable(text) << '"'; }
+#include "testing/main/Shown.h"
 
 /// Made-up studies, JPEG images and DICOM files for the tests.
 namespace dicom_testing {

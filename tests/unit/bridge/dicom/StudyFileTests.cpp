@@ -11,6 +11,7 @@
 #include "bridge/dicom/StudyFile.h"
 #include "bridge/dicom/StudyReader.h"
 #include "tests/unit/bridge/dicom/DicomTesting.h"
+#include "testing/files/Files.h"
 
 using namespace dicom_testing;
 using bridge::studyFromBytes;
@@ -39,10 +40,7 @@ class StudyFolder : public ::testing::Test {
  protected:
   QString put(const char* name, const QByteArray& contents) {
     const QString path = folder_.filePath(text(name));
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    EXPECT_EQ(file.write(contents), contents.size());
+    velmora::testkit::writeFile(path, contents);
     return path;
   }
   QString errorOf(const QString& path) { return studyFromPath(path).error(); }

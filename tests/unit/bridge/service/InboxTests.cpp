@@ -19,7 +19,7 @@ class InboxTest : public ::testing::Test {
     for (const SpoolItem& item : spool_.waiting()) identifiers.append(item.identifier);
     return identifiers;
   }
-  QStringList replies() const { return filesIn(spool_.folder() + text("/replies")); }
+  QStringList replies() const { return fileNames(spool_.folder() + text("/replies")); }
 
   QTemporaryDir temporary_;
   Spool spool_{temporary_.filePath(text("spool"))};

@@ -282,14 +282,14 @@ TEST_F(SenderTest, GoesOnWhenAReplyWasDamagedOnTheDisk) {
   arrive(study("1.1", "A"));
   const QString damaged = name_;
   const QString path = spool_->folder() + text("/replies/") + damaged + text(".reply");
-  QByteArray file = contentsOf(path);
+  QByteArray file = readFile(path);
   file[file.size() - 1] = static_cast<char>(file.back() ^ 1);
-  ASSERT_TRUE(writeTo(path, file));
+  writeFile(path, file);
   const QString uid = arrive(study("1.1", "A"));
   EXPECT_EQ(work(), std::nullopt);
   EXPECT_EQ(pacs_.storedUids(), QStringList{uid});
   EXPECT_EQ(item(damaged).state, SpoolState::Aside);
-  EXPECT_EQ(contentsOf(spool_->folder() + text("/damaged/") + damaged + text(".reply")), file);
+  EXPECT_EQ(readFile(spool_->folder() + text("/damaged/") + damaged + text(".reply")), file);
 }
 
 TEST_F(SenderTest, TellsNothingOfThePatientInItsLines) {

@@ -1,23 +1,22 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-#include <csignal>
-#include <sys/resource.h>
-
 #include <QBuffer>
-#include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <functional>
-#include <ostream>
 
 #include "bridge/pacs/Pacs.h"
 #include "bridge/spool/SpoolEntry.h"
+#include "testing/files/Files.h"
+#include "testing/files/FullDisk.h"
+#include "testing/main/Shown.h"
 
 /// What the tests of the spool and of the service share.
 namespace serve_testing {
+
+using namespace velmora::testkit;
 
 inline QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
@@ -105,42 +104,4 @@ class ScriptedPacs : public bridge::Pacs {
 inline const bridge::PacsResult Away{bridge::PacsResult::Outcome::TryAgain, QStringLiteral("nobody there")};
 inline const bridge::PacsResult Refused{bridge::PacsResult::Outcome::Never, QStringLiteral("not wanted")};
 
-inline QByteArray contentsOf(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-inline bool writeTo(const QString& path, const QByteArray& contents) {
-  QFile file(path);
-  return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size();
-}
-
-/// While one lives, no file of this process grows beyond a size: as on a full disk, writes fail half-way.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t size) {
-    before_ = ::signal(SIGXFSZ, SIG_IGN);
-    ::getrlimit(RLIMIT_FSIZE, &limit_);
-    rlimit full = limit_;
-    full.rlim_cur = size;
-    ::setrlimit(RLIMIT_FSIZE, &full);
-  }
-  ~FullDisk() {
-    ::setrlimit(RLIMIT_FSIZE, &limit_);
-    ::signal(SIGXFSZ, before_);
-  }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-
- private:
-  rlimit limit_{};
-  void (*before_)(int) = nullptr;
-};
-
-inline QStringList filesIn(const QString& folder) {
-  return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
-}
-
 }  // namespace serve_testing
-
-inline void PrintTo(const QString& text, std::ostream* stream) { *stream << '"' << qPrintable(text) << '"'; }

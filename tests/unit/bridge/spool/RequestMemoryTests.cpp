@@ -117,7 +117,7 @@ TEST_F(RequestMemoryTest, ForgetsWhatIsTooOldWhenItIsOpened) {
   EXPECT_EQ(later.open(start_.addDays(91)).error(), QString());
   ASSERT_EQ(later.requests().size(), 1);
   EXPECT_EQ(later.requests().first().identifier, text("P-2"));
-  EXPECT_FALSE(contentsOf(temporary_.filePath(text("requests"))).contains("P-1")) << "on the disk as well";
+  EXPECT_FALSE(readFile(temporary_.filePath(text("requests"))).contains("P-1")) << "on the disk as well";
 }
 
 TEST_F(RequestMemoryTest, IsBoundedInNumberAndAge) {
@@ -139,7 +139,7 @@ TEST_F(RequestMemoryTest, PassesOverRequestsThatNameNoPatient) {
 TEST_F(RequestMemoryTest, StartsAnewWhenItsFileIsDamaged) {
   hear("P-1", "1.1", day_, 0);
   const QString path = temporary_.filePath(text("requests"));
-  ASSERT_TRUE(writeTo(path, contentsOf(path).chopped(3)));
+  writeFile(path, readFile(path).chopped(3));
   RequestMemory later(path);
   EXPECT_TRUE(later.open(start_).error().endsWith(text("earlier requests are forgotten")));
   EXPECT_TRUE(later.requests().isEmpty());

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include "bridge/spool/Spool.h"
 #include "tests/unit/bridge/service/ServeTesting.h"
@@ -25,11 +24,6 @@ EntryState stateOf(SpoolState which, const QDateTime& changed = Now) {
   state.studyInstanceUID = text("1.2.3");
   state.arrival = Now;
   return state;
-}
-
-unsigned modeOf(const QString& path) {
-  struct stat status {};
-  return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777u : 0;
 }
 
 }  // namespace
@@ -85,10 +79,10 @@ TEST_F(SpoolTest, IsForItsOwnerOnlyWhateverTheUmask) {
     EXPECT_EQ(error, QString());
     EXPECT_EQ(added, QString());
     EXPECT_EQ(changed, QString());
-    EXPECT_EQ(modeOf(spool.folder()), 0700u);
-    EXPECT_EQ(modeOf(spool.folder() + text("/replies")), 0700u);
-    EXPECT_EQ(modeOf(spool.folder() + text("/replies/") + name + text(".reply")), 0600u);
-    EXPECT_EQ(modeOf(spool.folder() + text("/replies/") + name + text(".state")), 0600u);
+    EXPECT_EQ(permissionsOf(spool.folder()), 0700u);
+    EXPECT_EQ(permissionsOf(spool.folder() + text("/replies")), 0700u);
+    EXPECT_EQ(permissionsOf(spool.folder() + text("/replies/") + name + text(".reply")), 0600u);
+    EXPECT_EQ(permissionsOf(spool.folder() + text("/replies/") + name + text(".state")), 0600u);
   }
 }
 
@@ -97,7 +91,7 @@ TEST_F(SpoolTest, MakesAnOpenFolderPrivate) {
   ::chmod(QFile::encodeName(folder()).constData(), 0755);
   Spool spool(folder());
   ASSERT_EQ(spool.open().error(), QString());
-  EXPECT_EQ(modeOf(folder()), 0700u);
+  EXPECT_EQ(permissionsOf(folder()), 0700u);
 }
 
 TEST_F(SpoolTest, LetsOneServerIn) {
@@ -117,7 +111,7 @@ TEST_F(SpoolTest, DropsTheImageOfWhatIsStoredAndKeepsARecord) {
   ASSERT_EQ(spool.open().error(), QString());
   const QString name = added(spool);
   ASSERT_EQ(spool.change(name, stateOf(SpoolState::Stored)).error(), QString());
-  EXPECT_EQ(filesIn(inFolder(text("replies"))), QStringList{name + text(".state")});
+  EXPECT_EQ(fileNames(inFolder(text("replies"))), QStringList{name + text(".state")});
   EXPECT_TRUE(spool.waiting().isEmpty());
   const SpoolItem item = listed(name);
   EXPECT_EQ(item.state, SpoolState::Stored);
@@ -125,7 +119,7 @@ TEST_F(SpoolTest, DropsTheImageOfWhatIsStoredAndKeepsARecord) {
   EXPECT_EQ(item.studyInstanceUID, text("1.2.3"));
   EXPECT_EQ(item.changed, Now);
   EXPECT_EQ(item.identifier, QString());
-  EXPECT_FALSE(contentsOf(inFolder(text("replies/") + name + text(".state"))).contains("Muster"));
+  EXPECT_FALSE(readFile(inFolder(text("replies/") + name + text(".state"))).contains("Muster"));
 }
 
 TEST_F(SpoolTest, ClearsAwayWhatAKilledServerLeft) {
@@ -134,17 +128,17 @@ TEST_F(SpoolTest, ClearsAwayWhatAKilledServerLeft) {
     Spool spool(folder());
     ASSERT_EQ(spool.open().error(), QString());
     stored = added(spool);
-    const QByteArray reply = contentsOf(inFolder(text("replies/") + stored + text(".reply")));
+    const QByteArray reply = readFile(inFolder(text("replies/") + stored + text(".reply")));
     ASSERT_EQ(spool.change(stored, stateOf(SpoolState::Stored)).error(), QString());
     // Killed between the record and the end of the image, and in the middle of two files.
-    ASSERT_TRUE(writeTo(inFolder(text("replies/") + stored + text(".reply")), reply));
-    ASSERT_TRUE(writeTo(inFolder(text("replies/.0123456789abcdef.reply.unfinished")), reply.left(100)));
-    ASSERT_TRUE(writeTo(inFolder(text("series/.0123456789abcdef.1.unfinished")), "x"));
+    writeFile(inFolder(text("replies/") + stored + text(".reply")), reply);
+    writeFile(inFolder(text("replies/.0123456789abcdef.reply.unfinished")), reply.left(100));
+    writeFile(inFolder(text("series/.0123456789abcdef.1.unfinished")), "x");
   }
   Spool spool(folder());
   ASSERT_EQ(spool.open().error(), QString());
-  EXPECT_EQ(filesIn(inFolder(text("replies"))), QStringList{stored + text(".state")});
-  EXPECT_EQ(filesIn(inFolder(text("series"))), QStringList());
+  EXPECT_EQ(fileNames(inFolder(text("replies"))), QStringList{stored + text(".state")});
+  EXPECT_EQ(fileNames(inFolder(text("series"))), QStringList());
   EXPECT_TRUE(spool.waiting().isEmpty());
   EXPECT_TRUE(spool.remarks().isEmpty());
 }
@@ -157,14 +151,14 @@ TEST_F(SpoolTest, SetsADamagedReplyAsideAndGoesOnWithTheRest) {
     ASSERT_EQ(spool.open().error(), QString());
     damaged = added(spool);
     whole = added(spool);
-    ASSERT_TRUE(writeTo(inFolder(text("replies/") + damaged + text(".reply")), noise));
+    writeFile(inFolder(text("replies/") + damaged + text(".reply")), noise);
   }
   Spool spool(folder());
   ASSERT_EQ(spool.open().error(), QString());
   ASSERT_EQ(spool.waiting().size(), 1);
   EXPECT_EQ(spool.waiting().first().name, whole);
   EXPECT_EQ(spool.remarks().size(), 1);
-  EXPECT_EQ(contentsOf(inFolder(text("damaged/") + damaged + text(".reply"))), noise);
+  EXPECT_EQ(readFile(inFolder(text("damaged/") + damaged + text(".reply"))), noise);
   EXPECT_EQ(listed(damaged).state, SpoolState::Aside);
   EXPECT_TRUE(listed(damaged).reason.endsWith(text("is damaged")));
   EXPECT_FALSE(Spool::putBack(folder(), damaged).ok());
@@ -176,12 +170,12 @@ TEST_F(SpoolTest, SetsAReplyAsideWhoseStateIsDamaged) {
     Spool spool(folder());
     ASSERT_EQ(spool.open().error(), QString());
     name = added(spool);
-    ASSERT_TRUE(writeTo(inFolder(text("replies/") + name + text(".state")), "noise"));
+    writeFile(inFolder(text("replies/") + name + text(".state")), "noise");
   }
   Spool spool(folder());
   ASSERT_EQ(spool.open().error(), QString());
   EXPECT_TRUE(spool.waiting().isEmpty());
-  EXPECT_EQ(contentsOf(inFolder(text("damaged/") + name + text(".state"))), QByteArray("noise"));
+  EXPECT_EQ(readFile(inFolder(text("damaged/") + name + text(".state"))), QByteArray("noise"));
   EXPECT_EQ(Spool::putBack(folder(), name).error(), QString());
   EXPECT_EQ(spool.takeBack(Now), QStringList{name});
   EXPECT_EQ(spool.waiting().size(), 1);
@@ -189,7 +183,7 @@ TEST_F(SpoolTest, SetsAReplyAsideWhoseStateIsDamaged) {
 
 TEST_F(SpoolTest, GivesNamesThatItFindsAgainWhateverStandsInIt) {
   ASSERT_TRUE(Spool(folder()).open().ok());
-  ASSERT_TRUE(writeTo(inFolder(text("damaged/99999999-20240502.reply")), "noise"));
+  writeFile(inFolder(text("damaged/99999999-20240502.reply")), "noise");
   QString name;
   {
     Spool spool(folder());
@@ -204,11 +198,11 @@ TEST_F(SpoolTest, GivesNamesThatItFindsAgainWhateverStandsInIt) {
 
 TEST_F(SpoolTest, LeavesForeignFilesAlone) {
   QDir().mkpath(inFolder(text("replies/a-folder.reply")));
-  ASSERT_TRUE(writeTo(inFolder(text("replies/notes.txt")), "hello"));
+  writeFile(inFolder(text("replies/notes.txt")), "hello");
   Spool spool(folder());
   ASSERT_EQ(spool.open().error(), QString());
   EXPECT_TRUE(Spool::list(folder())->isEmpty());
-  EXPECT_EQ(contentsOf(inFolder(text("replies/notes.txt"))), QByteArray("hello"));
+  EXPECT_EQ(readFile(inFolder(text("replies/notes.txt"))), QByteArray("hello"));
 }
 
 TEST_F(SpoolTest, PutsBackWhatWasSetAside) {
@@ -245,12 +239,12 @@ TEST_F(SpoolTest, TakesBackAcrossARestartAndNeverWhatIsStored) {
     ASSERT_EQ(spool.change(stored, stateOf(SpoolState::Stored)).error(), QString());
   }
   ASSERT_EQ(Spool::putBack(folder(), aside).error(), QString());
-  ASSERT_TRUE(writeTo(inFolder(text("again/") + stored), ""));
+  writeFile(inFolder(text("again/") + stored), "");
   Spool spool(folder());
   ASSERT_EQ(spool.open().error(), QString());
   EXPECT_EQ(spool.takeBack(Now), QStringList{aside});
   EXPECT_EQ(listed(stored).state, SpoolState::Stored);
-  EXPECT_TRUE(filesIn(inFolder(text("again"))).isEmpty());
+  EXPECT_TRUE(fileNames(inFolder(text("again"))).isEmpty());
 }
 
 TEST_F(SpoolTest, ForgetsOldRecordsButNothingElse) {
@@ -269,7 +263,7 @@ TEST_F(SpoolTest, ForgetsOldRecordsButNothingElse) {
 }
 
 TEST_F(SpoolTest, SaysWhyItCannotBeOpened) {
-  ASSERT_TRUE(writeTo(temporary_.filePath(text("state")), "a file"));
+  writeFile(temporary_.filePath(text("state")), "a file");
   Spool spool(folder());
   EXPECT_TRUE(spool.open().error().startsWith(text("cannot make the folder ")));
 }

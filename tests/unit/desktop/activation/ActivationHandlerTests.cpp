@@ -11,7 +11,7 @@
 #include "desktop/alerts/UnattendedAlerts.h"
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 

@@ -48,18 +48,4 @@ class BusStranger {
   QDBusConnection bus;
 };
 
-/// The environment variable that says where the session bus is, as it was, with the end of the object.
-class SessionBusVariable {
- public:
-  explicit SessionBusVariable(const QString& address) : before_(qgetenv("DBUS_SESSION_BUS_ADDRESS")) {
-    qputenv("DBUS_SESSION_BUS_ADDRESS", address.toLocal8Bit());
-  }
-  ~SessionBusVariable() { qputenv("DBUS_SESSION_BUS_ADDRESS", before_); }
-  SessionBusVariable(const SessionBusVariable&) = delete;
-  SessionBusVariable& operator=(const SessionBusVariable&) = delete;
-
- private:
-  QByteArray before_;
-};
-
 }  // namespace testing_support

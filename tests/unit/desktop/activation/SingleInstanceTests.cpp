@@ -10,9 +10,10 @@
 #include "desktop/runloop/QtRunLoop.h"
 #include "testing/LogRecorder.h"
 #include "tests/robustness/link/ReturningBus.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "tests/unit/desktop/activation/DesktopBus.h"
 #include "tests/support/PrivateBus.h"
+#include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
 
@@ -55,7 +56,7 @@ class Program {
 class ActivationOnABus : public testing::Test {
  protected:
   testing_support::PrivateBus bus;
-  testing_support::SessionBusVariable variable{bus.address()};
+  testkit::EnvironmentVariable variable{"DBUS_SESSION_BUS_ADDRESS", bus.address().toLocal8Bit()};
   desktop::QtRunLoop runLoop;
 };
 
@@ -270,7 +271,7 @@ TEST_F(ActivationOnABus, WaitsNoLongerThanItsPatienceForAFrozenBus) {
 }
 
 TEST(ActivationWithoutABus, GoesOnAlone) {
-  const testing_support::SessionBusVariable variable("unix:path=/nonexistent/bus");
+  const testkit::EnvironmentVariable variable("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
   desktop::QtRunLoop runLoop;
   Program first(runLoop);
   EXPECT_EQ(first.begin(), Outcome::Alone);
@@ -278,7 +279,7 @@ TEST(ActivationWithoutABus, GoesOnAlone) {
 
 TEST(ActivationWithoutABus, GoesOnAloneWithoutAnIdentifier) {
   const testing_support::PrivateBus bus;
-  const testing_support::SessionBusVariable variable(bus.address());
+  const testkit::EnvironmentVariable variable("DBUS_SESSION_BUS_ADDRESS", bus.address().toLocal8Bit());
   desktop::QtRunLoop runLoop;
   SingleInstance activation(runLoop);
   EXPECT_EQ(activation.begin(QString(), {}), Outcome::Alone);
@@ -287,7 +288,7 @@ TEST(ActivationWithoutABus, GoesOnAloneWithoutAnIdentifier) {
 TEST(ActivationOnAReturningBus, IsReachedAgainWhenTheBusIsBack) {
   link_testing::ReturningBus bus;
   bus.start();
-  const testing_support::SessionBusVariable variable(bus.address());
+  const testkit::EnvironmentVariable variable("DBUS_SESSION_BUS_ADDRESS", bus.address().toLocal8Bit());
   desktop::QtRunLoop runLoop;
   Program first(runLoop);
   ASSERT_EQ(first.begin(), Outcome::Serving);
@@ -304,7 +305,7 @@ TEST(ActivationOnAReturningBus, IsReachedAgainWhenTheBusIsBack) {
 
 TEST(ActivationOnAReturningBus, IsReachedOnceThereIsABus) {
   link_testing::ReturningBus bus;
-  const testing_support::SessionBusVariable variable(bus.address());
+  const testkit::EnvironmentVariable variable("DBUS_SESSION_BUS_ADDRESS", bus.address().toLocal8Bit());
   desktop::QtRunLoop runLoop;
   Program first(runLoop);
   ASSERT_EQ(first.begin(), Outcome::Alone);

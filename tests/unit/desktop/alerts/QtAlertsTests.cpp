@@ -11,7 +11,7 @@
 
 #include "desktop/runloop/QtRunLoop.h"
 #include "testing/LogRecorder.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "tests/unit/desktop/alerts/ModalBox.h"
 
 using namespace velmora;

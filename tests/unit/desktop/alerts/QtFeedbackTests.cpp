@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <QTest>
 
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 

@@ -12,7 +12,7 @@
 #include <QTest>
 
 #include "desktop/runloop/QtRunLoop.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "tests/unit/desktop/alerts/ModalBox.h"
 
 using namespace velmora;

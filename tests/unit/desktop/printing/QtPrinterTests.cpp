@@ -14,7 +14,7 @@
 
 #include "platform/printing/GraphicsContext.h"
 #include "desktop/runloop/QtRunLoop.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "tests/unit/desktop/alerts/ModalBox.h"
 #include "tests/unit/desktop/printing/PdfFile.h"
 

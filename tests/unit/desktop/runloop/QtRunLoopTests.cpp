@@ -8,7 +8,7 @@
 #include <QTest>
 
 #include "testing/LogRecorder.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 

@@ -9,17 +9,19 @@
 #include <thread>
 
 #include "testing/VirtualRunLoop.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "tests/unit/desktop/scripts/QtScriptsTesting.h"
-#include "tests/unit/velmora/support/OwnHome.h"
+#include "testing/files/TemporaryHome.h"
+#include "testing/files/Files.h"
+#include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
 
 using testing_support::Fifo;
-using testing_support::OwnHome;
-using testing_support::OwnVariable;
 using testing_support::pinned;
-using testing_support::writeFile;
+using testkit::EnvironmentVariable;
+using testkit::TemporaryHome;
+using testkit::writeFile;
 using velmora::desktop::QtScripts;
 using velmora::platform::Script;
 using velmora::platform::ScriptError;
@@ -52,7 +54,7 @@ class CheckingScripts : public testing::Test {
   /// A folder without any program, for PATH.
   QByteArray emptyFolder() const { return QFile::encodeName(home.makeFolder("empty")); }
 
-  OwnHome home;
+  TemporaryHome home;
   testkit::VirtualRunLoop runLoop;
   std::optional<QtScripts> scripts{runLoop};
   std::unique_ptr<Script> script;
@@ -133,7 +135,7 @@ TEST_F(CheckingScripts, FindWhatTheShellWouldOnlyFindWhenItGetsThere) {
 }
 
 TEST_F(CheckingScripts, FindWithoutShfmtWhatTheShellFinds) {
-  const OwnVariable path("PATH", emptyFolder());
+  const EnvironmentVariable path("PATH", emptyFolder());
   const QString source = "true\n\techo größe; fi\n";
   const std::optional<ScriptError> error = errorIn(source);
   ASSERT_TRUE(error);
@@ -142,7 +144,7 @@ TEST_F(CheckingScripts, FindWithoutShfmtWhatTheShellFinds) {
 }
 
 TEST_F(CheckingScripts, LeaveWithoutShfmtTheTextAsItIs) {
-  const OwnVariable path("PATH", emptyFolder());
+  const EnvironmentVariable path("PATH", emptyFolder());
   EXPECT_FALSE(errorIn("echo   a"));
   EXPECT_FALSE(script->richTextSource());
 }
@@ -150,7 +152,7 @@ TEST_F(CheckingScripts, LeaveWithoutShfmtTheTextAsItIs) {
 TEST_F(CheckingScripts, DoWithoutAShfmtThatDoesNotWork) {
   const char* programs[] = {"exec sleep 1000", "echo wrong >&2; exit 2", "kill -9 $$"};
   for (const char* program : programs) {
-    const OwnVariable path("PATH", folderWithFormatter(program) + ":/usr/bin:/bin");
+    const EnvironmentVariable path("PATH", folderWithFormatter(program) + ":/usr/bin:/bin");
     scripts.emplace(runLoop, desktop::ScriptTimes{.forTools = std::chrono::milliseconds(500)});
     EXPECT_FALSE(errorIn("echo   a")) << program;
     EXPECT_FALSE(script->richTextSource()) << program;
@@ -167,8 +169,8 @@ TEST_F(CheckingScripts, HoldTheWindowsUpForAFewSecondsAtMost) {
 TEST_F(CheckingScripts, ShowABusyPointerWhileTheToolsAreAtWork) {
   const Fifo started(home.path("started"));
   const Fifo go(home.path("go"));
-  const OwnVariable path("PATH",
-                         folderWithFormatter("echo >~/started; read x <~/go; cat") + ":/usr/bin:/bin");
+  const EnvironmentVariable path(
+      "PATH", folderWithFormatter("echo >~/started; read x <~/go; cat") + ":/usr/bin:/bin");
   std::optional<Qt::CursorShape> shape;
   // Nothing of this thread's runs while it waits for a tool.
   std::thread watching([&] {
@@ -183,7 +185,7 @@ TEST_F(CheckingScripts, ShowABusyPointerWhileTheToolsAreAtWork) {
 }
 
 TEST_F(CheckingScripts, BelieveTheShellWhereShfmtFindsNothing) {
-  const OwnVariable path("PATH", folderWithFormatter("cat") + ":/usr/bin:/bin");
+  const EnvironmentVariable path("PATH", folderWithFormatter("cat") + ":/usr/bin:/bin");
   EXPECT_TRUE(errorIn("a; fi"));
   EXPECT_FALSE(script->richTextSource());
 }

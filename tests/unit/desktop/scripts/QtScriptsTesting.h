@@ -64,21 +64,6 @@ class Fifo {
   std::unique_ptr<QSocketNotifier> notifier_;
 };
 
-/// Another value of a variable of the environment, for a while.
-class OwnVariable {
- public:
-  OwnVariable(const char* name, const QByteArray& value) : name_(name), before_(qgetenv(name)) {
-    qputenv(name, value);
-  }
-  ~OwnVariable() { qputenv(name_, before_); }
-  OwnVariable(const OwnVariable&) = delete;
-  OwnVariable& operator=(const OwnVariable&) = delete;
-
- private:
-  const char* name_;
-  QByteArray before_;
-};
-
 /// The characters of a source that an error is pinned on.
 inline QString pinned(const QString& source, const velmora::platform::ScriptError& error) {
   return source.mid(error.range.location, error.range.length);

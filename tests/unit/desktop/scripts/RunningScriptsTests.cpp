@@ -17,19 +17,21 @@
 #include "desktop/scripts/ShellStandardError.h"
 #include "testing/LogRecorder.h"
 #include "testing/VirtualRunLoop.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "tests/unit/desktop/alerts/ModalBox.h"
 #include "tests/unit/desktop/scripts/QtScriptsTesting.h"
-#include "tests/unit/velmora/support/OwnHome.h"
+#include "testing/files/TemporaryHome.h"
+#include "testing/files/Files.h"
+#include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
 
 using namespace std::chrono_literals;
 using testing_support::Fifo;
-using testing_support::OwnHome;
-using testing_support::OwnVariable;
 using testing_support::pinned;
-using testing_support::readFile;
+using testkit::EnvironmentVariable;
+using testkit::readFile;
+using testkit::TemporaryHome;
 using velmora::desktop::QtScripts;
 using velmora::desktop::ScriptTimes;
 using velmora::platform::Script;
@@ -71,7 +73,7 @@ class RunningScripts : public testing::Test {
 
   static constexpr const char* WaitingScript = "echo $$ >started; read x <go";
 
-  OwnHome home;
+  TemporaryHome home;
   Fifo started{home.path("started")};
   Fifo go{home.path("go")};
   testkit::VirtualRunLoop runLoop;
@@ -195,7 +197,7 @@ TEST_F(RunningScripts, SayWithTheWordsOfShfmtWhereTheShellRefusesThem) {
 }
 
 TEST_F(RunningScripts, CannotBeStartedWithoutAHomeFolder) {
-  const OwnVariable variable("HOME", "/nowhere/at/all");
+  const EnvironmentVariable variable("HOME", "/nowhere/at/all");
   const std::optional<ScriptError> error = run("true");
   ASSERT_TRUE(error);
   EXPECT_TRUE(error->message.startsWith("The script cannot be started: ")) << qPrintable(error->message);
@@ -431,8 +433,8 @@ TEST(StandardErrorOfAScript, IsReadToItsEndWithoutAnEventLoop) {
 TEST_F(RunningScripts, EndWithAnApplicationThatIsKilled) {
   // The application is this program once more. What it leaves behind lies in this test's folder.
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  const OwnVariable temporary("TMPDIR", QFile::encodeName(home.path()));
-  const OwnVariable told(
+  const EnvironmentVariable temporary("TMPDIR", QFile::encodeName(home.path()));
+  const EnvironmentVariable told(
       "TOLD", qEnvironmentVariableIsSet("TOLD") ? qgetenv("TOLD") : QFile::encodeName(home.path("started")));
   EXPECT_EXIT(run("echo $$ >\"$TOLD\"; kill -9 $PPID; while :; do read x <go; done"),
               testing::KilledBySignal(SIGKILL), "");

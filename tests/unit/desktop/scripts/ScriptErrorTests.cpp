@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "desktop/scripts/ShellErrors.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "tests/unit/desktop/scripts/QtScriptsTesting.h"
 
 using testing_support::pinned;

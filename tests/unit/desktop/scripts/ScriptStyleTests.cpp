@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "desktop/scripts/ShellStyles.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using velmora::desktop::styledRuns;
 using velmora::platform::ScriptText;

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "desktop/settings/QtUserDefaults.h"
 
-#include <sys/stat.h>
-
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTimeZone>
 
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
+#include "testing/files/Files.h"
+#include "testing/files/EnvironmentVariable.h"
 
 using velmora::desktop::QtUserDefaults;
 using velmora::platform::distantPast;
@@ -18,21 +18,13 @@ namespace {
 /// Settings in a configuration folder of each test's own.
 class StoredUserDefaults : public testing::Test {
  protected:
-  StoredUserDefaults() : before_(qgetenv("XDG_CONFIG_HOME")) {
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
-  }
-  ~StoredUserDefaults() override { qputenv("XDG_CONFIG_HOME", before_); }
-
   QString file() const { return folder.path() + "/org.velmora.tests.conf"; }
-  QByteArray stored() const {
-    QFile settings(file());
-    return settings.open(QIODevice::ReadOnly) ? settings.readAll() : QByteArray();
-  }
+  QByteArray stored() const { return velmora::testkit::readFile(file()); }
 
   QTemporaryDir folder;
 
  private:
-  QByteArray before_;
+  velmora::testkit::EnvironmentVariable configuration_{"XDG_CONFIG_HOME", QFile::encodeName(folder.path())};
 };
 
 TEST_F(StoredUserDefaults, SurviveTheObjectThatStoredThem) {
@@ -176,9 +168,7 @@ TEST_F(StoredUserDefaults, OfTwoApplicationsAreKeptApart) {
 
 TEST_F(StoredUserDefaults, AreTheUsersAlone) {
   QtUserDefaults("org.velmora.tests").setObject(true, "Auto Save");
-  struct stat status {};
-  ASSERT_EQ(::stat(QFile::encodeName(file()).constData(), &status), 0);
-  EXPECT_EQ(status.st_mode & 0777, 0600u);
+  EXPECT_EQ(velmora::testkit::permissionsOf(file()), 0600u);
 }
 
 TEST_F(StoredUserDefaults, AreTheUsersAloneInAFileThatWasOpenToOthers) {
@@ -187,18 +177,15 @@ TEST_F(StoredUserDefaults, AreTheUsersAloneInAFileThatWasOpenToOthers) {
   settings.close();
   ASSERT_TRUE(settings.setPermissions(settings.permissions() | QFile::ReadGroup | QFile::ReadOther));
   QtUserDefaults("org.velmora.tests").setObject("[\"/records/12.growth\"]", "Recent Documents");
-  struct stat status {};
-  ASSERT_EQ(::stat(QFile::encodeName(file()).constData(), &status), 0);
-  EXPECT_EQ(status.st_mode & 0777, 0600u);
+  EXPECT_EQ(velmora::testkit::permissionsOf(file()), 0600u);
 }
 
 TEST_F(StoredUserDefaults, LeaveNothingInTheFileOfAValueThatWasReplaced) {
   QtUserDefaults defaults("org.velmora.tests");
   defaults.setObject("[\"/records/12-345.growth\"]", "Recent Documents");
   defaults.setObject("", "Recent Documents");
-  QFile settings(file());
-  ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
-  EXPECT_FALSE(settings.readAll().contains("12-345"));
+  EXPECT_FALSE(stored().isEmpty());
+  EXPECT_FALSE(stored().contains("12-345"));
 }
 
 TEST_F(StoredUserDefaults, ReadADamagedFileAsNothing) {

@@ -7,7 +7,7 @@
 #include "desktop/web/HelpPages.h"
 #include "testing/Scripted.h"
 #include "testing/VirtualRunLoop.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 

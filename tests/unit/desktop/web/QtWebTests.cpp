@@ -16,7 +16,7 @@
 
 #include "desktop/runloop/QtRunLoop.h"
 #include "testing/LogRecorder.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "tests/support/LocalWebServer.h"
 #include "tests/support/TestCertificate.h"
 

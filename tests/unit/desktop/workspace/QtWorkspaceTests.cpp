@@ -3,7 +3,7 @@
 
 #include <QFile>
 
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "tests/unit/desktop/workspace/WorkspaceTesting.h"
 
 using testing_support::ProgramForFiles;

@@ -6,7 +6,7 @@
 #include <QDBusVirtualObject>
 #include <memory>
 
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "tests/unit/desktop/workspace/WorkspaceTesting.h"
 #include "tests/support/PrivateBus.h"
 

@@ -10,32 +10,29 @@
 #include <QTextBrowser>
 
 #include "desktop/workspace/QtWorkspace.h"
+#include "testing/files/Files.h"
+#include "testing/files/EnvironmentVariable.h"
 
 namespace testing_support {
 
 /// A desktop whose applications stand in a data folder of the test's own.
 class RealWorkspace : public testing::Test {
  protected:
-  RealWorkspace() : before_(qgetenv("XDG_DATA_HOME")) {
-    qputenv("XDG_DATA_HOME", QFile::encodeName(data.path()));
-    QDir().mkpath(data.path() + "/applications");
-  }
-  ~RealWorkspace() override { qputenv("XDG_DATA_HOME", before_); }
+  RealWorkspace() { QDir().mkpath(data.path() + "/applications"); }
 
   QString entry(const QString& identifier) const {
     return data.path() + "/applications/" + identifier + ".desktop";
   }
   void install(const QString& identifier, const QByteArray& lines) const {
-    QFile file(entry(identifier));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("[Desktop Entry]\nType=Application\nName=Viewer\n" + lines);
+    velmora::testkit::writeFile(entry(identifier), "[Desktop Entry]
+Type=Application
+Name=Viewer
+" + lines);
   }
 
   QTemporaryDir data;
+  velmora::testkit::EnvironmentVariable dataHome{"XDG_DATA_HOME", QFile::encodeName(data.path())};
   velmora::desktop::QtWorkspace workspace;
-
- private:
-  QByteArray before_;
 };
 
 /// Stands for the user's programs for files.

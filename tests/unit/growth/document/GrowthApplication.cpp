@@ -10,6 +10,7 @@
 #include "platform/text/DateFormatter.h"
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 

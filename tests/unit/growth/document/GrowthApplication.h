@@ -7,7 +7,7 @@
 
 #include "apps/growth/document/GrowthDocument.h"
 #include "testing/TestServices.h"
-#include "tests/unit/velmora/support/OwnHome.h"
+#include "testing/files/TemporaryHome.h"
 #include "tests/unit/velmora/support/UserActions.h"
 #include "velmora/app/VelmoraAppController.h"
 
@@ -21,7 +21,7 @@ class GrowthApplication {
   explicit GrowthApplication(const QString& referenceFolder = QStringLiteral(GROWTH_REFERENCE_FOLDER));
   ~GrowthApplication();
 
-  OwnHome home;
+  TemporaryHome home;
   velmora::testkit::TestServices desktop;
   growth::GrowthReferences references;
   VelmoraAppController controller;

@@ -9,6 +9,7 @@
 #include "apps/growth/record/Age.h"
 #include "tests/unit/growth/document/GrowthApplication.h"
 #include "velmora/document/VelmoraGraphView.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -125,7 +126,7 @@ TEST_F(GrowthChart, IsNamedAfterPatientAndTab) {
   document->doPreviousRecord(nullptr);
   document->doPreviousRecord(nullptr);
   document->doExport(true);
-  EXPECT_EQ(QDir(application.home.path("Charts")).entryList(QDir::Files),
+  EXPECT_EQ(testkit::fileNames(application.home.path("Charts")),
             (QStringList{"BOY1 Height.jpg", "BOY1 Weight.jpg"}));
 }
 

@@ -6,11 +6,12 @@
 
 #include "tests/support/SealedFile.h"
 #include "tests/unit/growth/document/GrowthApplication.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
 using testing_support::GrowthApplication;
-using testing_support::readFile;
+using testkit::readFile;
 using user::textOf;
 
 namespace {
@@ -143,7 +144,7 @@ TEST(GrowthFile, CutShortAnywhereIsRefused) {
 TEST(GrowthFile, ThatIsRefusedIsTheUsersToKnow) {
   GrowthApplication application;
   const QString path = application.pathOfRecord("given");
-  testing_support::writeFile(path, file("{}"));
+  testkit::writeFile(path, file("{}"));
   application.desktop.panels.expectOpen({QUrl::fromLocalFile(path)});
   application.desktop.alerts.expect(
       {"The file 'given.growth' could not be opened.", "OK", "", "", "The file is damaged (identifier)."},

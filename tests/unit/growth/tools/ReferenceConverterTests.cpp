@@ -6,6 +6,7 @@
 
 #include "apps/growth/tools/ReferenceConverter.h"
 #include "tests/unit/growth/reference/ReferenceFiles.h"
+#include "testing/files/Files.h"
 
 namespace {
 
@@ -43,9 +44,8 @@ TEST(ReferenceConverter, MakesTheReferencesShippedByteForByte) {
     const Outcome run = runConverter({inReferenceFolder(QStringLiteral("headings/%1.heading").arg(name)),
                                       inReferenceFolder(QStringLiteral("cdc2000")), path});
     EXPECT_EQ(run.exitCode, 0) << qPrintable(run.complaint);
-    QFile made(path);
-    ASSERT_TRUE(made.open(QIODevice::ReadOnly)) << text;
-    EXPECT_TRUE(made.readAll() == referenceFolderFile(name + QStringLiteral(".reference"))) << text;
+    EXPECT_TRUE(velmora::testkit::readFile(path) == referenceFolderFile(name + QStringLiteral(".reference")))
+        << text;
   }
 }
 
@@ -79,10 +79,7 @@ TEST(ReferenceConverter, RefusesWhatIsNoPublishedTable) {
 TEST(ReferenceConverter, LeavesTheOldFileWhenSomethingIsMissing) {
   QTemporaryDir folder;
   const QString path = folder.filePath(QStringLiteral("head.reference"));
-  QFile old(path);
-  ASSERT_TRUE(old.open(QIODevice::WriteOnly));
-  old.write("old");
-  old.close();
+  velmora::testkit::writeFile(path, "old");
 
   const QString heading = inReferenceFolder(QStringLiteral("headings/head.heading"));
   const Outcome withoutTable = runConverter({heading, folder.path(), path});
@@ -91,6 +88,5 @@ TEST(ReferenceConverter, LeavesTheOldFileWhenSomethingIsMissing) {
   EXPECT_EQ(runConverter({folder.filePath(QStringLiteral("none")), folder.path(), path}).exitCode, 1);
   EXPECT_EQ(runConverter({heading}).exitCode, 2);
 
-  ASSERT_TRUE(old.open(QIODevice::ReadOnly));
-  EXPECT_EQ(old.readAll(), "old");
+  EXPECT_EQ(velmora::testkit::readFile(path), "old");
 }

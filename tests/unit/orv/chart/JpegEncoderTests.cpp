@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "orv/chart/JpegEncoder.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using velmora::orv::encodeJpeg;
 

@@ -12,14 +12,15 @@ class KeptCopies : public testing_support::NoteDocuments {
  protected:
   /// Writes a file, keeps it as an earlier version, and lets a second pass: copies are named by the time.
   void keep(const QString& file, const QByteArray& contents) {
-    write(file, contents);
+    testkit::writeFile(file, contents);
     copies.keepEarlierVersion(file, contents);
     desktop.runLoop.advance(1);
   }
   QList<QByteArray> versions(const QString& file) {
     QList<QByteArray> all;
     const QString folderOfVersions = copies.earlierVersionsFolder(file);
-    for (const QString& name : names(folderOfVersions)) all.append(contentsOf(folderOfVersions + '/' + name));
+    for (const QString& name : testkit::fileNames(folderOfVersions))
+      all.append(testkit::readFile(folderOfVersions + '/' + name));
     return all;
   }
 
@@ -29,7 +30,7 @@ class KeptCopies : public testing_support::NoteDocuments {
 TEST_F(KeptCopies, OfAFileAreInTheOrderOfTime) {
   for (const char* contents : {"one", "two", "three"}) keep(path("record.note"), contents);
   EXPECT_EQ(versions(path("record.note")), (QList<QByteArray>{"one", "two", "three"}));
-  EXPECT_EQ(contentsOf(path("record.note")), "three") << "the file itself stays";
+  EXPECT_EQ(testkit::readFile(path("record.note")), "three") << "the file itself stays";
 }
 
 TEST_F(KeptCopies, OfFilesOfOneNameInTwoFoldersAreKeptApart) {
@@ -52,23 +53,21 @@ TEST_F(KeptCopies, AreBoundedInNumberAndTheOldestGo) {
 
 /// Files have the real time, the clock here is virtual: what is kept is given an age by hand.
 void makeOld(const QString& file, const QDateTime& now, int days) {
-  QFile opened(file);
-  ASSERT_TRUE(opened.open(QIODevice::ReadWrite));
-  ASSERT_TRUE(opened.setFileTime(now.addDays(-days), QFileDevice::FileModificationTime));
+  testkit::setModified(file, now.addDays(-days));
 }
 
 TEST_F(KeptCopies, AreBoundedInAgeExceptTheNewest) {
   const QString file = path("record.note");
   const QString versionsFolder = copies.earlierVersionsFolder(file);
   for (const char* contents : {"too old", "old enough", "young"}) keep(file, contents);
-  const QStringList kept = names(versionsFolder);
+  const QStringList kept = testkit::fileNames(versionsFolder);
   makeOld(versionsFolder + '/' + kept.at(0), desktop.runLoop.now(), OrvKeptCopies::OldestDays + 1);
   makeOld(versionsFolder + '/' + kept.at(1), desktop.runLoop.now(), OrvKeptCopies::OldestDays - 1);
   keep(file, "newest");
   EXPECT_EQ(versions(file), (QList<QByteArray>{"old enough", "young", "newest"}));
 
   // Years later everything is too old, and the newest copy stays all the same.
-  for (const QString& name : names(versionsFolder)) {
+  for (const QString& name : testkit::fileNames(versionsFolder)) {
     makeOld(versionsFolder + '/' + name, desktop.runLoop.now(), 3 * OrvKeptCopies::OldestDays);
   }
   keep(file, "after years");
@@ -88,16 +87,17 @@ TEST_F(KeptCopies, AreForTheUserAlone) {
   keep(path("record.note"), "secret");
   const QString rescue = copies.keepRescueCopy("record.note", "secret");
   ::umask(before);
-  EXPECT_EQ(rights(kept()), 0700u);
+  EXPECT_EQ(testkit::permissionsOf(kept()), 0700u);
   const QString versionsFolder = copies.earlierVersionsFolder(path("record.note"));
-  EXPECT_EQ(rights(versionsFolder + '/' + names(versionsFolder).value(0)), 0600u);
-  EXPECT_EQ(rights(rescue), 0600u);
+  EXPECT_EQ(testkit::permissionsOf(versionsFolder + '/' + testkit::fileNames(versionsFolder).value(0)),
+            0600u);
+  EXPECT_EQ(testkit::permissionsOf(rescue), 0600u);
 }
 
 TEST_F(KeptCopies, StopNothingWhenTheyCannotBeKept) {
-  write(kept(), "a file where the folder would be");
+  testkit::writeFile(kept(), "a file where the folder would be");
   const testkit::LogRecorder log;
-  write(path("record.note"), "contents");
+  testkit::writeFile(path("record.note"), "contents");
   EXPECT_TRUE(copies.keepEarlierVersion(path("record.note"), "contents").isNull());
   EXPECT_EQ(log.lines().size(), 1);
   EXPECT_TRUE(copies.keepRescueCopy("record.note", "contents").isNull());
@@ -109,7 +109,7 @@ TEST_F(KeptCopies, AreNotNamedInTheLogWhenTheyCannotBeKept) {
   const QString rescue = QStringLiteral("12-345.note");
   const QString record = path(rescue);
   QDir().mkpath(kept());
-  write(kept() + "/Earlier Versions", "a file where the folder would be");
+  testkit::writeFile(kept() + "/Earlier Versions", "a file where the folder would be");
   const testkit::LogRecorder log;
   EXPECT_TRUE(copies.keepEarlierVersion(record, "contents").isNull());
   EXPECT_EQ(log.lines(), QStringList{"No folder for copies could be made in " + kept()});
@@ -130,7 +130,7 @@ TEST_F(KeptCopies, ForRescueKeepTheNameTheTimeAndTheExtension) {
   const QString copy = copies.keepRescueCopy("12-345.note", "precious");
   const QString time = desktop.runLoop.now().toUTC().toString("yyyyMMdd-HHmmss-zzz");
   EXPECT_EQ(copy, kept() + "/Rescued/12-345 " + time + ".note");
-  EXPECT_EQ(contentsOf(copy), "precious");
+  EXPECT_EQ(testkit::readFile(copy), "precious");
 }
 
 TEST_F(KeptCopies, ForRescueStayInTheirFolderWhateverTheName) {
@@ -140,7 +140,7 @@ TEST_F(KeptCopies, ForRescueStayInTheirFolderWhateverTheName) {
     const QString copy = copies.keepRescueCopy(name, "precious");
     ASSERT_FALSE(copy.isNull()) << qPrintable(name);
     EXPECT_EQ(QFileInfo(copy).canonicalPath(), QFileInfo(copies.rescueFolder()).canonicalFilePath());
-    EXPECT_EQ(contentsOf(copy), "precious");
+    EXPECT_EQ(testkit::readFile(copy), "precious");
     desktop.runLoop.advance(1);
   }
 }
@@ -176,7 +176,7 @@ TEST_F(KeptCopies, OfAnotherAreOnlyBoundedInAge) {
   EXPECT_FALSE(all.contains("mine 4"));
   EXPECT_TRUE(all.contains("mine 5"));
   const QString versionsFolder = copies.earlierVersionsFolder(file);
-  const QString oldest = versionsFolder + '/' + names(versionsFolder).first();
+  const QString oldest = versionsFolder + '/' + testkit::fileNames(versionsFolder).first();
   makeOld(oldest, desktop.runLoop.now(), OrvKeptCopies::OldestDays + 1);
   keep(file, "newest");
   EXPECT_FALSE(versions(file).contains("theirs 0"));
@@ -196,7 +196,7 @@ TEST_F(KeptCopies, GrowOldThoughTheirRecordIsNotSavedAgain) {
   const QString rescue = copies.keepRescueCopy("record.note", "old");
   const QString young = copies.keepRescueCopy("record.note", "young");
   const QString versionsFolder = copies.earlierVersionsFolder(file);
-  for (const QString& name : names(versionsFolder))
+  for (const QString& name : testkit::fileNames(versionsFolder))
     makeOld(versionsFolder + '/' + name, desktop.runLoop.now(), OrvKeptCopies::OldestDays + 1);
   makeOld(rescue, desktop.runLoop.now(), OrvKeptCopies::OldestDays + 1);
   copies.removeAbandonedCopies({"note"});
@@ -219,7 +219,7 @@ TEST_F(WrittenFolders, AreRememberedOnceEach) {
     folders.add(path(name));
   EXPECT_EQ(folders.all(), (QStringList{folder.path(), path("a")}));
   EXPECT_EQ(OrvWrittenFolders(desktop.fileManager, "org.velmora.tests").all(), folders.all());
-  EXPECT_EQ(rights(kept() + "/Written Folders.json"), 0600u);
+  EXPECT_EQ(testkit::permissionsOf(kept() + "/Written Folders.json"), 0600u);
 }
 
 TEST_F(WrittenFolders, ThatAreNotThereAreNone) {
@@ -239,7 +239,7 @@ TEST_F(WrittenFolders, AreBoundedAndTheFirstGoes) {
 TEST_F(WrittenFolders, OfADamagedListAreForgotten) {
   QDir().mkpath(kept());
   for (const char* rubbish : {"", "[1, {}, null]", "{\"a\": 1}", "[\"unfinished"}) {
-    write(kept() + "/Written Folders.json", rubbish);
+    testkit::writeFile(kept() + "/Written Folders.json", rubbish);
     EXPECT_EQ(folders.all(), QStringList()) << rubbish;
   }
   folders.add(path("record.note"));

@@ -2,10 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <memory>
 
@@ -13,7 +10,9 @@
 #include "platform/controls/Alert.h"
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
+#include "testing/files/Files.h"
+#include "testing/files/EnvironmentVariable.h"
 
 namespace testing_support {
 
@@ -56,30 +55,8 @@ class NoteDocument : public OrvAutoNameDocument {
 /// Stand-ins for the desktop, and folders of the test's own for records and for what is kept of them.
 class NoteDocuments : public testing::Test {
  protected:
-  NoteDocuments() : dataBefore_(qgetenv("XDG_DATA_HOME")) {
-    qputenv("XDG_DATA_HOME", QFile::encodeName(userData.path()));
-  }
-  ~NoteDocuments() override { qputenv("XDG_DATA_HOME", dataBefore_); }
-
   QString path(const QString& name) const { return folder.path() + '/' + name; }
   QUrl url(const QString& name) const { return QUrl::fromLocalFile(path(name)); }
-  static QByteArray contentsOf(const QString& file) {
-    QFile opened(file);
-    return opened.open(QIODevice::ReadOnly) ? opened.readAll() : QByteArray("(no file)");
-  }
-  static void write(const QString& file, const QByteArray& contents) {
-    QFile opened(file);
-    ASSERT_TRUE(opened.open(QIODevice::WriteOnly));
-    ASSERT_EQ(opened.write(contents), contents.size());
-  }
-  /// The names in a folder, in their own order.
-  static QStringList names(const QString& inFolder) {
-    return QDir(inFolder).entryList(QDir::Files, QDir::Name);
-  }
-  static unsigned rights(const QString& file) {
-    struct stat status {};
-    return ::stat(QFile::encodeName(file).constData(), &status) == 0 ? status.st_mode & 0777 : 0;
-  }
   /// The folder of the application's kept copies.
   QString kept() const { return userData.path() + "/org.velmora.tests"; }
 
@@ -90,7 +67,7 @@ class NoteDocuments : public testing::Test {
                                           {"CFBundleShortVersionString", "2.1"}}};
 
  private:
-  QByteArray dataBefore_;
+  velmora::testkit::EnvironmentVariable dataHome_{"XDG_DATA_HOME", QFile::encodeName(userData.path())};
 };
 
 }  // namespace testing_support

@@ -37,15 +37,15 @@ class SavingRecords : public testing_support::NoteDocuments {
   /// The note in every earlier version, the oldest first.
   QStringList notesKept() {
     QStringList notes;
-    for (const QString& version : names(earlierVersions()))
-      notes.append(noteIn(contentsOf(earlierVersions() + '/' + version)));
+    for (const QString& version : testkit::fileNames(earlierVersions()))
+      notes.append(noteIn(testkit::readFile(earlierVersions() + '/' + version)));
     return notes;
   }
   /// Somebody else saves the record, from another desk.
   void writeFromAnotherDesk(const QString& note) {
     NoteDocument another(desktop.services);
     another.note = note;
-    write(path("record.note"), another.dataOfType("note").value());
+    testkit::writeFile(path("record.note"), another.dataOfType("note").value());
   }
   void expectToHearOfAnother() {
     OrvKeptCopies copies(desktop.fileManager, desktop.runLoop, "org.velmora.tests");
@@ -65,13 +65,13 @@ class SavingRecords : public testing_support::NoteDocuments {
 TEST_F(SavingRecords, TellsTheDelegateBeforeItReturns) {
   document.edit("first");
   EXPECT_EQ(save(), QList<bool>{true});
-  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "first");
+  EXPECT_EQ(noteIn(testkit::readFile(path("record.note"))), "first");
   EXPECT_FALSE(document.isDocumentEdited());
 }
 
 TEST_F(SavingRecords, KeepsNothingOfAFirstSave) {
   save();
-  EXPECT_EQ(names(kept()), QStringList{"Written Folders.json"});
+  EXPECT_EQ(testkit::fileNames(kept()), QStringList{"Written Folders.json"});
   EXPECT_EQ(QDir(kept()).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList());
 }
 
@@ -80,12 +80,12 @@ TEST_F(SavingRecords, KeepsWhatItReplacesOutsideTheSaveFolder) {
     document.edit(note);
     save("record.note", SaveOperation::Save);
   }
-  const QStringList versions = names(earlierVersions());
+  const QStringList versions = testkit::fileNames(earlierVersions());
   ASSERT_EQ(versions.size(), 2);
-  EXPECT_EQ(noteIn(contentsOf(earlierVersions() + '/' + versions.at(0))), "first");
-  EXPECT_EQ(noteIn(contentsOf(earlierVersions() + '/' + versions.at(1))), "second");
+  EXPECT_EQ(noteIn(testkit::readFile(earlierVersions() + '/' + versions.at(0))), "first");
+  EXPECT_EQ(noteIn(testkit::readFile(earlierVersions() + '/' + versions.at(1))), "second");
   EXPECT_TRUE(versions.at(0).endsWith(".note")) << "an earlier version opens like any record";
-  EXPECT_EQ(names(folder.path()), QStringList{"record.note"});
+  EXPECT_EQ(testkit::fileNames(folder.path()), QStringList{"record.note"});
 }
 
 TEST_F(SavingRecords, LeavesAnEarlierVersionThatOpens) {
@@ -94,7 +94,7 @@ TEST_F(SavingRecords, LeavesAnEarlierVersionThatOpens) {
   document.edit("second");
   save();
   NoteDocument earlier(desktop.services);
-  const QString version = earlierVersions() + '/' + names(earlierVersions()).value(0);
+  const QString version = earlierVersions() + '/' + testkit::fileNames(earlierVersions()).value(0);
   EXPECT_TRUE(earlier.readFromURL(QUrl::fromLocalFile(version)).ok());
   EXPECT_EQ(earlier.note, "first");
 }
@@ -111,15 +111,15 @@ TEST_F(SavingRecords, TellsTheUserThatItFailedAndWhereTheCopyIs) {
   const testkit::LogRecorder log;  // a folder has no earlier version to keep
   EXPECT_EQ(save("taken.note"), QList<bool>{false});
   EXPECT_TRUE(desktop.alerts.allCame());
-  EXPECT_EQ(noteIn(contentsOf(copy)), "precious");
+  EXPECT_EQ(noteIn(testkit::readFile(copy)), "precious");
   EXPECT_TRUE(document.isDocumentEdited());
   EXPECT_TRUE(document.fileURL().isEmpty());
-  EXPECT_EQ(rights(copy), 0600u);
+  EXPECT_EQ(testkit::permissionsOf(copy), 0600u);
 }
 
 TEST_F(SavingRecords, TellsTheUserWhenNotEvenACopyCouldBeKept) {
   document.edit("precious");
-  write(kept(), "a file where the folder of copies would be");
+  testkit::writeFile(kept(), "a file where the folder of copies would be");
   const QString reason = desktop.fileManager.writeDurably(path("no/record.note"), "x").error();
   desktop.alerts.expect({"The record 'record.note' could not be saved.", "Save Elsewhere...", "Don't Save",
                          "Cancel", reason + "\n\nNo copy could be kept either."},
@@ -129,7 +129,7 @@ TEST_F(SavingRecords, TellsTheUserWhenNotEvenACopyCouldBeKept) {
   EXPECT_EQ(save("no/record.note"), QList<bool>{false});
   EXPECT_TRUE(desktop.alerts.allCame());
   EXPECT_TRUE(document.isDocumentEdited());
-  EXPECT_EQ(noteIn(contentsOf(path("elsewhere.note"))), "precious");
+  EXPECT_EQ(noteIn(testkit::readFile(path("elsewhere.note"))), "precious");
 }
 
 TEST_F(SavingRecords, LeavesTheOldFileWhenItFails) {
@@ -174,8 +174,8 @@ TEST_F(SavingRecords, LeavesTheOldFileWhenItFails) {
                          "No space left on device\n\nA copy was kept as '" + copy + "'."},
                         platform::AlertDefaultReturn);
   onFullDisk.saveDocument();
-  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "old");
-  EXPECT_EQ(noteIn(contentsOf(copy)), "new");
+  EXPECT_EQ(noteIn(testkit::readFile(path("record.note"))), "old");
+  EXPECT_EQ(noteIn(testkit::readFile(copy)), "new");
   EXPECT_TRUE(onFullDisk.isDocumentEdited());
 }
 
@@ -184,7 +184,7 @@ TEST_F(SavingRecords, DoesNotNameTheRecordInTheLogWhenItsEarlierVersionIsNotKept
   save("12-345.note");
   ASSERT_TRUE(base::FileManager().removeItem(kept()).ok());
   QDir().mkpath(kept());
-  write(kept() + "/Earlier Versions", "a file where the folder would be");
+  testkit::writeFile(kept() + "/Earlier Versions", "a file where the folder would be");
   document.edit("new");
   const testkit::LogRecorder log;
   EXPECT_EQ(save("12-345.note"), QList<bool>{true});
@@ -194,7 +194,7 @@ TEST_F(SavingRecords, DoesNotNameTheRecordInTheLogWhenItsEarlierVersionIsNotKept
 
 TEST_F(SavingRecords, TakesAnAlertThatEndsWithTheProgramForNeitherSavedNorGivenUp) {
   document.edit("precious");
-  write(kept(), "a file where the folder of copies would be");
+  testkit::writeFile(kept(), "a file where the folder of copies would be");
   const testkit::LogRecorder log;
   desktop.alerts.expect({"Unsaved changes to 'record' are about to be dropped.", "Save Elsewhere...",
                          "Don't Save", "Cancel", "No copy of them could be kept."},
@@ -210,7 +210,7 @@ TEST_F(SavingRecords, KeepsACopyOfWhatIsAboutToBeDropped) {
   const testkit::LogRecorder log;
   const QString copy = document.keepRescueCopy().copy;
   EXPECT_TRUE(copy.startsWith(rescued() + "/12-345 ")) << qPrintable(copy);
-  EXPECT_EQ(noteIn(contentsOf(copy)), "precious");
+  EXPECT_EQ(noteIn(testkit::readFile(copy)), "precious");
   EXPECT_EQ(log.lines(), QStringList{"Unsaved changes were kept in " + rescued()});
   EXPECT_TRUE(document.isDocumentEdited()) << "a copy is no save";
 }
@@ -299,7 +299,7 @@ TEST_F(SavingAtTheSameTime, KeepsWhatSomebodyElseSavedInTheMeantimeAndTells) {
   };
   EXPECT_TRUE(saveMine());
   EXPECT_TRUE(desktop.alerts.allCame());
-  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "mine");
+  EXPECT_EQ(noteIn(testkit::readFile(path("record.note"))), "mine");
   EXPECT_EQ(notesKept(), (QStringList{"old", "theirs"}));
 }
 
@@ -311,7 +311,7 @@ TEST_F(SavingAtTheSameTime, KeepsWhatAppearsWhereNothingStoodAndTells) {
   };
   EXPECT_TRUE(saveMine());
   EXPECT_TRUE(desktop.alerts.allCame());
-  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "mine");
+  EXPECT_EQ(noteIn(testkit::readFile(path("record.note"))), "mine");
   EXPECT_EQ(notesKept(), QStringList{"theirs"});
 }
 
@@ -320,7 +320,7 @@ TEST_F(SavingAtTheSameTime, IsGivenUpWhenWhatSomebodyElseSavedCannotBeKept) {
   const testkit::LogRecorder log;
   files.afterTheFinalCheck = [this] {
     writeFromAnotherDesk("theirs");
-    write(kept() + "/Earlier Versions", "a file where the folder would be");
+    testkit::writeFile(kept() + "/Earlier Versions", "a file where the folder would be");
     desktop.alerts.expect({"The record 'record.note' could not be saved.", "OK", "", "",
                            "Another record stands there under this name, and no copy of it could be "
                            "kept.\n\nA copy was kept as '" +
@@ -330,8 +330,8 @@ TEST_F(SavingAtTheSameTime, IsGivenUpWhenWhatSomebodyElseSavedCannotBeKept) {
   };
   EXPECT_FALSE(saveMine());
   EXPECT_TRUE(desktop.alerts.allCame());
-  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "theirs");
-  EXPECT_EQ(names(folder.path()), QStringList{"record.note"});
+  EXPECT_EQ(noteIn(testkit::readFile(path("record.note"))), "theirs");
+  EXPECT_EQ(testkit::fileNames(folder.path()), QStringList{"record.note"});
   EXPECT_TRUE(mine.isDocumentEdited());
 }
 
@@ -339,7 +339,7 @@ TEST_F(SavingAtTheSameTime, OfTheSameContentIsNobodysLoss) {
   mine.edit("mine");
   files.afterTheFinalCheck = [this] { writeFromAnotherDesk("mine"); };
   EXPECT_TRUE(saveMine());
-  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "mine");
+  EXPECT_EQ(noteIn(testkit::readFile(path("record.note"))), "mine");
 }
 
 // A kept copy that is opened.
@@ -373,8 +373,8 @@ TEST_F(OpeningACopy, LeavesTheCopyAloneWhenItIsSaved) {
   opened.edit("more");
   desktop.panels.expectSave(url("record.note"));
   opened.saveDocument();
-  EXPECT_EQ(noteIn(contentsOf(path("record.note"))), "more");
-  EXPECT_EQ(noteIn(contentsOf(copy)), "precious");
+  EXPECT_EQ(noteIn(testkit::readFile(path("record.note"))), "more");
+  EXPECT_EQ(noteIn(testkit::readFile(copy)), "precious");
 }
 
 TEST_F(OpeningACopy, IsTheSameThroughALink) {

@@ -6,7 +6,7 @@
 #include <QElapsedTimer>
 #include <QRandomGenerator>
 
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using velmora::orv::Appcast;
 using velmora::orv::readAppcast;

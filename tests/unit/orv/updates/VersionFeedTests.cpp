@@ -10,7 +10,7 @@
 #include "desktop/runloop/QtRunLoop.h"
 #include "desktop/web/QtWeb.h"
 #include "testing/TestServices.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "tests/support/LocalWebServer.h"
 
 using namespace velmora;

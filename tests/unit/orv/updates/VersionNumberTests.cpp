@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <vector>
 
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 

@@ -10,7 +10,8 @@
 #include <QTimeZone>
 
 #include "testing/LogRecorder.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -127,11 +128,7 @@ TEST(PropertyListFromData, EndsAtAnAbsurdNesting) {
 
 class Bundles : public testing::Test {
  protected:
-  void write(const QByteArray& list) const {
-    QFile file(folder.path() + "/Info.plist");
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(list);
-  }
+  void write(const QByteArray& list) const { testkit::writeFile(folder.path() + "/Info.plist", list); }
   const QByteArray info =
       xml("<dict><key>CFBundleIdentifier</key><string>org.velmora.growth</string>"
           "<key>CFBundleName</key><string>Growth</string></dict>");
@@ -150,11 +147,7 @@ TEST_F(Bundles, HaveTheirInformationFromEitherForm) {
 }
 
 TEST_F(Bundles, MayHaveAllThatTheyHoldOneFolderDeeper) {
-  QDir(folder.path()).mkpath("Contents");
-  QFile file(folder.path() + "/Contents/Info.plist");
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(binary(info));
-  file.close();
+  testkit::writeFile(folder.path() + "/Contents/Info.plist", binary(info));
   EXPECT_EQ(bundleWithPath(folder.path()).bundleIdentifier(), "org.velmora.growth");
   EXPECT_EQ(bundleWithPath(folder.path()).resourcePath(), folder.path() + "/Contents/Resources");
   write(xml("<dict><key>CFBundleIdentifier</key><string>nearer</string></dict>"));

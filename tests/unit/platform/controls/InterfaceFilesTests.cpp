@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include <QFile>
 #include <QLineEdit>
 #include <QTemporaryDir>
 
 #include "platform/controls/InterfaceFiles.h"
 #include "testing/LogRecorder.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
+#include "testing/files/Files.h"
 
 using velmora::platform::InterfaceFiles;
 using velmora::testkit::LogRecorder;
@@ -25,17 +25,13 @@ class InterfaceFilesInTwoFolders : public testing::Test {
   }
   void write(const QTemporaryDir& folder, const QString& name, const QByteArray& title,
              const QByteArray& inside = {}) const {
-    QFile file(folder.path() + '/' + name + ".ui");
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><ui version=\"4.0\"><class>W</class>"
-        "<widget class=\"QWidget\" name=\"W\"><property name=\"windowTitle\"><string>" +
-        title + "</string></property>" + inside + "</widget></ui>");
+    writeRaw(folder, name,
+             "<?xml version=\"1.0\" encoding=\"UTF-8\"?><ui version=\"4.0\"><class>W</class>"
+             "<widget class=\"QWidget\" name=\"W\"><property name=\"windowTitle\"><string>" +
+                 title + "</string></property>" + inside + "</widget></ui>");
   }
   void writeRaw(const QTemporaryDir& folder, const QString& name, const QByteArray& contents) const {
-    QFile file(folder.path() + '/' + name + ".ui");
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(contents);
+    velmora::testkit::writeFile(folder.path() + '/' + name + ".ui", contents);
   }
 
   QTemporaryDir framework;

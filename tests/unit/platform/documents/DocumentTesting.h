@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <memory>
 
@@ -14,7 +13,8 @@
 #include "platform/documents/WindowController.h"
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
+#include "testing/files/Files.h"
 
 namespace testing_support {
 
@@ -79,14 +79,9 @@ class TextDocuments : public testing::Test {
   QString path(const QString& name) const { return folder.path() + '/' + name; }
   QUrl url(const QString& name) const { return QUrl::fromLocalFile(path(name)); }
   void write(const QString& name, const QByteArray& contents) const {
-    QFile file(path(name));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    ASSERT_EQ(file.write(contents), contents.size());
+    velmora::testkit::writeFile(path(name), contents);
   }
-  QByteArray contents(const QString& name) const {
-    QFile file(path(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-  }
+  QByteArray contents(const QString& name) const { return velmora::testkit::readFile(path(name)); }
   TextDocument* untitled() { return static_cast<TextDocument*>(controller.openUntitledDocument(true)); }
   TextDocument* open(const QString& name) {
     return static_cast<TextDocument*>(

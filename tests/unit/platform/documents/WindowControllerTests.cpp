@@ -11,7 +11,8 @@
 
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -51,9 +52,8 @@ class CountingController : public WindowController {
 class Windows : public testing::Test {
  protected:
   Windows() {
-    QFile file(folder.path() + "/Preferences.ui");
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(R"(<?xml version="1.0" encoding="UTF-8"?><ui version="4.0"><class>W</class>
+    testkit::writeFile(folder.path() + "/Preferences.ui",
+                       R"(<?xml version="1.0" encoding="UTF-8"?><ui version="4.0"><class>W</class>
       <widget class="QWidget" name="W">
         <property name="geometry"><rect><x>0</x><y>0</y><width>300</width><height>200</height></rect></property>
         <property name="windowTitle"><string>Preferences</string></property>
@@ -64,7 +64,6 @@ class Windows : public testing::Test {
           <property name="geometry"><rect><x>100</x><y>150</y><width>100</width><height>30</height></rect></property>
         </widget>
       </widget></ui>)");
-    file.close();
     desktop.interfaceFiles.addSearchPath(folder.path());
   }
   static void show(WindowController& shown) {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "platform/notifications/NotificationCenter.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using velmora::platform::Notification;
 using velmora::platform::NotificationCenter;

@@ -8,7 +8,7 @@
 #include "testing/LogRecorder.h"
 #include "testing/Scripted.h"
 #include "testing/VirtualRunLoop.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 

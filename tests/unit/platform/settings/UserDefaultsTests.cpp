@@ -2,7 +2,7 @@
 #include <QTimeZone>
 
 #include "testing/Scripted.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using velmora::platform::distantPast;
 using velmora::testkit::MemoryUserDefaults;

@@ -2,7 +2,7 @@
 #include <QTimeZone>
 
 #include "platform/text/DateFormatter.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using velmora::platform::DateFormatter;
 using velmora::platform::noonOf;

@@ -3,7 +3,7 @@
 #include <QTranslator>
 
 #include "platform/text/Localization.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using velmora::platform::formatted;
 using velmora::platform::localizedString;

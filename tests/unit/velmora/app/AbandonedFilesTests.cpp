@@ -9,18 +9,17 @@
 #include "orv/documents/OrvWrittenFolders.h"
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using testing_support::RecordApplication;
-using testing_support::writeFile;
+using velmora::testkit::writeFile;
 
 namespace {
 
 /// A file that a write which was cut off has left, a day ago.
 void leave(const QString& path) {
   writeFile(path, "half a record");
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-  ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addDays(-1), QFileDevice::FileModificationTime));
+  velmora::testkit::setModified(path, QDateTime::currentDateTime().addDays(-1));
 }
 
 void launch(RecordApplication& application) {

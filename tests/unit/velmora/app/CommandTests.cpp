@@ -11,6 +11,7 @@
 #include "velmora/batch/BatchExportController.h"
 #include "velmora/preferences/PreferencesController.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -53,13 +54,13 @@ TEST(Commands, ExportTheChartOfTheFrontDocument) {
   application.newRecord().setIdentifier("back");
   application.newRecord().setIdentifier("front");
   application.controller.doExport(nullptr);
-  EXPECT_EQ(QDir(application.exportFolder()).entryList(QDir::Files), QStringList{"FRONT.jpg"});
+  EXPECT_EQ(testkit::fileNames(application.exportFolder()), QStringList{"FRONT.jpg"});
 }
 
 TEST(Commands, ExportNothingWithoutADocument) {
   RecordApplication application;
   application.controller.doExport(nullptr);
-  EXPECT_TRUE(QDir(application.exportFolder()).entryList(QDir::Files).isEmpty());
+  EXPECT_TRUE(testkit::fileNames(application.exportFolder()).isEmpty());
 }
 
 TEST(Commands, EndTheEditInProgressBeforeTheyRun) {
@@ -101,9 +102,9 @@ TEST(Commands, DoNothingToADocumentThatTheEndOfTheEditHasClosed) {
        "A previously saved data file is available for patient 'AB1'.  Would you like to open it?"},
       platform::AlertDefaultReturn);
   document.window()->findChild<QAction*>("doSave")->trigger();
-  const QByteArray kept = testing_support::readFile(application.pathOfRecord("AB1"));
+  const QByteArray kept = testkit::readFile(application.pathOfRecord("AB1"));
   application.settle();
-  EXPECT_EQ(testing_support::readFile(application.pathOfRecord("AB1")), kept);
+  EXPECT_EQ(testkit::readFile(application.pathOfRecord("AB1")), kept);
   ASSERT_NE(application.front(), nullptr);
   EXPECT_EQ(application.front()->identifier(), "AB1");
 }

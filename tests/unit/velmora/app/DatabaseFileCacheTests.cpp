@@ -6,10 +6,11 @@
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 namespace settings = velmora::settings;
 using testing_support::RecordApplication;
-using testing_support::writeFile;
+using velmora::testkit::writeFile;
 
 namespace {
 

@@ -10,6 +10,7 @@
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -107,7 +108,7 @@ TEST(FirstRun, ReadsTheSaveFolderBackInTildeFormAndExpandsItWhereItIsUsed) {
 
 TEST(FirstRun, StoresTheSaveFolderEvenWhenItCannotBeMade) {
   RecordApplication application;
-  testing_support::writeFile(application.home.path("Documents"), "a file where the folder should be");
+  testkit::writeFile(application.home.path("Documents"), "a file where the folder should be");
   application.desktop.alerts.expect(checkQuestion, AlertAlternateReturn);
   application.desktop.alerts.expect(setUpQuestion, AlertDefaultReturn);
   application.controller.applicationDidFinishLaunching();

@@ -10,6 +10,7 @@
 #include "link/protocol/LinkPayload.h"
 #include "velmora/osirix/Osirix.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -64,7 +65,7 @@ TEST_F(PluginOffer, InstallsOnUpdateAndIsNotMadeAgain) {
   application.desktop.alerts.expect(Succeeded, AlertDefaultReturn);
   start();
   EXPECT_TRUE(application.desktop.alerts.allCame());
-  EXPECT_EQ(testing_support::readFile(installed() + "/Contents/Info.plist"), dictionary("2"));
+  EXPECT_EQ(testkit::readFile(installed() + "/Contents/Info.plist"), dictionary("2"));
   EXPECT_TRUE(chartsGoToOsirix());
   start();
   EXPECT_EQ(application.desktop.alerts.shown().size(), 2);
@@ -74,7 +75,7 @@ TEST_F(PluginOffer, OnCancelSendsChartsToTheFolderAgainAndComesBackOnlyWithTheSe
   application.desktop.alerts.expect(Offer, AlertAlternateReturn);
   start();
   EXPECT_EQ(application.desktop.defaults.stored().value(settings::ExportToOsiriX), QVariant(false));
-  EXPECT_EQ(testing_support::readFile(installed() + "/Contents/Info.plist"), dictionary("1"));
+  EXPECT_EQ(testkit::readFile(installed() + "/Contents/Info.plist"), dictionary("1"));
   start();
   EXPECT_EQ(application.desktop.alerts.shown().size(), 1);
 
@@ -89,7 +90,7 @@ TEST_F(PluginOffer, IsLeftForTheNextStartWhenTheProgramEnds) {
   application.desktop.alerts.expect(Offer, AlertStopped);
   start();
   EXPECT_EQ(application.desktop.defaults.stored(), stored);
-  EXPECT_EQ(testing_support::readFile(installed() + "/Contents/Info.plist"), dictionary("1"));
+  EXPECT_EQ(testkit::readFile(installed() + "/Contents/Info.plist"), dictionary("1"));
   EXPECT_EQ(application.controller.aboutController(), nullptr);
 
   application.desktop.alerts.expect(Offer, AlertAlternateReturn);
@@ -115,7 +116,7 @@ TEST_F(PluginOffer, IsMadeAgainAfterAnInstallationThatFailed) {
   ASSERT_TRUE(base::FileManager().removeItem(installed()).ok());
   const QString folder = QFileInfo(installed()).path();
   ASSERT_TRUE(base::FileManager().removeItem(folder).ok());
-  testing_support::writeFile(folder, "in the way");
+  testkit::writeFile(folder, "in the way");
   const testkit::LogRecorder log;
   for (int i = 0; i < 2; ++i) {
     application.desktop.alerts.expect(Offer, AlertDefaultReturn);
@@ -147,8 +148,7 @@ TEST_F(PluginOffer, IsNotMadeByAnApplicationThatCarriesNone) {
 }
 
 TEST_F(PluginOffer, LooksAtTheInstalledPluginOnlyWhenTheOtherConditionsHold) {
-  testing_support::writeFile(installed() + "/Contents/Info.plist",
-                             "damaged, which is logged by whoever reads it");
+  testkit::writeFile(installed() + "/Contents/Info.plist", "damaged, which is logged by whoever reads it");
   const testkit::LogRecorder log;
   application.desktop.workspace.applications.clear();
   startWithoutAnOffer();
@@ -184,5 +184,5 @@ TEST_F(PluginOffer, ComesAfterTheFirstRunQuestionsAndBeforeTheSplash) {
 TEST_F(PluginOffer, IsNotNeededForTheNotificationThatInstallsThePlugin) {
   application.desktop.alerts.expect(Succeeded, AlertDefaultReturn);
   application.desktop.notificationCenter.postNotificationName(velmora::link::InstallPluginNotification);
-  EXPECT_EQ(testing_support::readFile(installed() + "/Contents/Info.plist"), dictionary("2"));
+  EXPECT_EQ(testkit::readFile(installed() + "/Contents/Info.plist"), dictionary("2"));
 }

@@ -7,6 +7,7 @@
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "velmora/app/RecentDocuments.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -109,7 +110,7 @@ TEST_F(Recents, NoteWhatTheUserOpensAndSaves) {
 }
 
 TEST_F(Recents, DoNotNoteWhatDidNotOpen) {
-  testing_support::writeFile(application.pathOfRecord("bad"), "no record");
+  testkit::writeFile(application.pathOfRecord("bad"), "no record");
   application.desktop.alerts.expect({"The file 'bad.rec' could not be opened.", "OK", "", "",
                                      "The file is damaged (illegal value at byte 1)."},
                                     platform::AlertDefaultReturn);

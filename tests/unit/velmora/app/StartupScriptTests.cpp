@@ -13,9 +13,9 @@
 #include "desktop/scripts/QtScripts.h"
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "tests/unit/desktop/scripts/QtScriptsTesting.h"
-#include "tests/unit/velmora/support/OwnHome.h"
+#include "testing/files/TemporaryHome.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/resources/FrameworkResources.h"
 #include "velmora/resources/SettingsKeys.h"
@@ -25,10 +25,10 @@ namespace platform = velmora::platform;
 namespace testkit = velmora::testkit;
 
 using testing_support::Fifo;
-using testing_support::OwnHome;
 using velmora::desktop::QtScripts;
 using velmora::platform::ScriptError;
 using velmora::settings::LaunchScript;
+using velmora::testkit::TemporaryHome;
 
 namespace {
 
@@ -90,7 +90,7 @@ class StartupScriptOfTheShell : public testing::Test {
   }
   QString status() { return about.outlet<QLabel>("statusField")->text(); }
 
-  OwnHome home;
+  TemporaryHome home;
   Fifo started{home.path("started")};
   Fifo go{home.path("go")};
   testkit::TestServices desktop{QVariantMap()};

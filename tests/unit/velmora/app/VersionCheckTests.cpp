@@ -8,7 +8,7 @@
 
 #include "orv/updates/OrvVersion.h"
 #include "testing/TestServices.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace platform = velmora::platform;

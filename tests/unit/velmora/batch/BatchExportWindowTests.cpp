@@ -6,6 +6,7 @@
 #include <QTest>
 
 #include "tests/unit/velmora/batch/BatchTesting.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -255,9 +256,9 @@ TEST_F(BatchExport, ComesWhenTheQuestionThatIsOpenHasBeenAnswered) {
 TEST_F(BatchExport, ToleratesAWindowWithoutItsOutlets) {
   const QString folder = application.home.makeFolder("interface");
   for (const char* name : {"BatchExport", "BatchProgress"}) {
-    testing_support::writeFile(folder + '/' + name + ".ui",
-                               QByteArray("<ui version=\"4.0\"><class>") + name +
-                                   "</class><widget class=\"QWidget\" name=\"Bare\"/></ui>");
+    testkit::writeFile(folder + '/' + name + ".ui",
+                       QByteArray("<ui version=\"4.0\"><class>") + name +
+                           "</class><widget class=\"QWidget\" name=\"Bare\"/></ui>");
   }
   application.desktop.interfaceFiles.addSearchPath(folder);
   saved(application.pathOfRecord("A"), (application.writeRecord("A"), -60));  // from the future

@@ -2,13 +2,14 @@
 //
 // The export folder of a batch export: missing, a file, erased, or not looked at.
 #include "tests/unit/velmora/batch/BatchTesting.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
 namespace settings = velmora::settings;
 using batch_testing::BatchExport;
-using testing_support::readFile;
-using testing_support::writeFile;
+using testkit::readFile;
+using testkit::writeFile;
 
 namespace {
 
@@ -94,7 +95,7 @@ TEST_F(BatchExport, WritesToTheDesktopWhenTheExportFolderGoesMeanwhile) {
   });
   exportDays("7");
   EXPECT_EQ(posted.size(), 2);
-  EXPECT_EQ(QDir(application.home.path("Desktop")).entryList(QDir::Files).size(), 1);
+  EXPECT_EQ(testkit::fileNames(application.home.path("Desktop")).size(), 1);
 }
 
 // Erasing.

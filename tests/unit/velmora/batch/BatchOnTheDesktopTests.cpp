@@ -7,6 +7,7 @@
 
 #include "tests/unit/velmora/batch/BatchTesting.h"
 #include "tests/robustness/nesting/WeatherDesktop.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -36,7 +37,7 @@ class BatchOnTheDesktop : public testing::Test {
   }
   BatchExportController& batch() { return *application.controller().batchExportController(); }
   QWidget* progress() { return batch().progress().window(); }
-  QStringList charts() { return QDir(application.home.path("Charts")).entryList(QDir::Files, QDir::Name); }
+  QStringList charts() { return testkit::fileNames(application.home.path("Charts")); }
 
   weather::Application application;
   weather::Person person;
@@ -114,7 +115,7 @@ TEST_F(BatchOnTheDesktop, ClosesEveryRecordAfterwards) {
 
 TEST_F(BatchOnTheDesktop, AsksAboveItsProgressAndGoesOn) {
   writeRecords({"A", "B", "C"});
-  testing_support::writeFile(application.home.path("Charts/B.jpg"), "earlier");
+  testkit::writeFile(application.home.path("Charts/B.jpg"), "earlier");
   open();
   person.expect(
       "A file with that name already exists",
@@ -131,14 +132,14 @@ TEST_F(BatchOnTheDesktop, AsksAboveItsProgressAndGoesOn) {
   exportAll();
   EXPECT_EQ(posts, 3);
   EXPECT_EQ(charts(), (QStringList{"A.jpg", "B.jpg", "C.jpg"}));
-  EXPECT_EQ(testing_support::readFile(application.home.path("Charts/B.jpg")), "earlier");
+  EXPECT_EQ(testkit::readFile(application.home.path("Charts/B.jpg")), "earlier");
 }
 
 TEST_F(BatchOnTheDesktop, IsNotStoppedByTheAnswerToAQuestion) {
   // Escape is the answer Skip, and must not reach the window behind.
   writeRecords({"A", "B"});
   for (const char* name : {"A", "B"})
-    testing_support::writeFile(application.home.path("Charts/") + name + ".jpg", "earlier");
+    testkit::writeFile(application.home.path("Charts/") + name + ".jpg", "earlier");
   open();
   for (int i = 0; i < 2; ++i) {
     person.expect(

@@ -5,6 +5,7 @@
 #include "testing/LogRecorder.h"
 #include "tests/unit/velmora/batch/BatchTesting.h"
 #include "link/protocol/LinkProtocol.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -65,8 +66,7 @@ struct TracedApplication {
     QStringList all = trace + log.lines();
     for (const auto& reply : application.replies())
       all.append(QString::number(reply.time, 'f', 3) + ' ' + reply.userInfo.value("Identifier").toString());
-    for (const QString& chart : QDir(application.exportFolder()).entryList(QDir::Files, QDir::Name))
-      all.append(chart);
+    for (const QString& chart : testkit::fileNames(application.exportFolder())) all.append(chart);
     for (const platform::Document* document : application.controller.orderedDocuments())
       all.append("still open " + document->displayName());
     return all;

@@ -2,6 +2,7 @@
 //
 // The window that tells how far a batch export is, while it runs: what it shows, and how it stops.
 #include "tests/unit/velmora/batch/BatchTesting.h"
+#include "testing/files/Files.h"
 #include <QTest>
 
 using namespace velmora;
@@ -170,7 +171,7 @@ TEST_F(BatchProgressWindow, IsNotStoppedByAReturnPressedTwice) {
 
 TEST_F(BatchProgressWindow, GoesOnAfterTheQuestionOfOneExport) {
   writeRecords();
-  testing_support::writeFile(application.exportFolder() + "/B.jpg", "earlier");
+  testkit::writeFile(application.exportFolder() + "/B.jpg", "earlier");
   application.desktop.alerts.expect(
       {"A file with that name already exists", "Overwrite", "Skip", "",
        "A file named 'B.jpg' is already present in '" + application.exportFolder() + "/'."},
@@ -178,7 +179,7 @@ TEST_F(BatchProgressWindow, GoesOnAfterTheQuestionOfOneExport) {
   exportDays("7");
   EXPECT_EQ(posted.size(), 4);
   EXPECT_EQ(charts(), (QStringList{"A.jpg", "B.jpg", "C.jpg", "D.jpg"}));
-  EXPECT_EQ(testing_support::readFile(application.exportFolder() + "/B.jpg"), "earlier");
+  EXPECT_EQ(testkit::readFile(application.exportFolder() + "/B.jpg"), "earlier");
   EXPECT_FALSE(progressShown());
 }
 

@@ -4,8 +4,9 @@
 #include <QElapsedTimer>
 
 #include "testing/LogRecorder.h"
-#include "tests/support/OrdinaryUser.h"
+#include "testing/files/OrdinaryUser.h"
 #include "tests/unit/velmora/batch/BatchTesting.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -86,7 +87,7 @@ TEST_F(BatchExport, ComparesTheExtensionExactly) {
   const QString right = write("A", 60);
   for (const char* other : {"A.REC", "A.Rec", "A.re", "A.recs", "Arec", ".rec", "A.rec.bak", "A"}) {
     const QString path = application.saveFolder() + '/' + QString::fromLatin1(other);
-    testing_support::writeFile(path, testing_support::readFile(right));
+    testkit::writeFile(path, testkit::readFile(right));
     saved(path, 60);
   }
   exportDays("7");
@@ -132,7 +133,7 @@ TEST_F(BatchExport, FindsThreeRecordsAmongTenThousandFiles) {
     const QString path = QStringLiteral("%1/%2/file%3.%4")
                              .arg(application.saveFolder(), QString::number(i % 20), QString::number(i),
                                   record ? QStringLiteral("rec") : QStringLiteral("txt"));
-    testing_support::writeFile(path, nothing);
+    testkit::writeFile(path, nothing);
     saved(path, 30 * Day);
   }
   for (const char* name : {"3/A", "11/B", "C"}) three.append(write(name, 60));
@@ -190,7 +191,7 @@ TEST_F(BatchExport, PassesOverFoldersThatCannotBeRead) {
   const QString open = write("A", 60);
   write("locked/B", 60);
   QDir().mkpath(application.saveFolder() + "/empty.rec");
-  const testing_support::OrdinaryUser user(application.home.path());
+  const testkit::OrdinaryUser user(application.home.path());
   const QString locked = application.saveFolder() + "/locked";
   ASSERT_TRUE(QFile::setPermissions(locked, {}));
   exportDays("7");
@@ -203,7 +204,7 @@ TEST_F(BatchExport, PassesOverFoldersThatCannotBeRead) {
 
 TEST_F(BatchExport, TakesNothingFromASaveFolderThatCannotBeRead) {
   write("A", 60);
-  const testing_support::OrdinaryUser user(application.home.path());
+  const testkit::OrdinaryUser user(application.home.path());
   ASSERT_TRUE(QFile::setPermissions(application.saveFolder(), {}));
   exportDays("7");
   ASSERT_TRUE(QFile::setPermissions(application.saveFolder(),
@@ -214,7 +215,7 @@ TEST_F(BatchExport, TakesNothingFromASaveFolderThatCannotBeRead) {
 
 TEST_F(BatchExport, TakesNothingWhileTheApplicationNamesNoDataFiles) {
   write("A", 60);
-  testing_support::writeFile(application.saveFolder() + "/note", "no extension");
+  testkit::writeFile(application.saveFolder() + "/note", "no extension");
   for (const QVariant& none : {QVariant(), QVariant("")}) {
     application.desktop.defaults.registerDefaults({{settings::DataFileExtension, none}});
     exportDays("99999");
@@ -227,7 +228,7 @@ TEST_F(BatchExport, TakesNothingWhileTheApplicationNamesNoDataFiles) {
 TEST_F(BatchExport, GoesOnAfterARecordThatCannotBeOpened) {
   for (const char* name : {"A", "B", "C", "D"}) write(name, 60);
   for (const char* name : {"B", "D"}) {
-    testing_support::writeFile(application.pathOfRecord(name), "no record");
+    testkit::writeFile(application.pathOfRecord(name), "no record");
     saved(application.pathOfRecord(name), 60);
   }
   exportDays("7");

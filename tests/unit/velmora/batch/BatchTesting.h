@@ -14,19 +14,13 @@
 #include "velmora/batch/BatchExportController.h"
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 namespace batch_testing {
 
 constexpr qint64 Day = 86400;
 
-/// When a file was last modified from now on.
-inline void setModified(const QString& path, const QDateTime& time) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) ||
-      !file.setFileTime(time, QFileDevice::FileModificationTime)) {
-    throw std::runtime_error(file.errorString().toStdString());
-  }
-}
+using velmora::testkit::setModified;
 
 /// An application whose batch-export window the user opens and uses. The records that a test writes into the
 /// save folder say when they were saved, by the clock of the application.
@@ -90,7 +84,7 @@ class BatchExport : public testing::Test {
     application.desktop.runLoop.whileProcessingEvents = std::move(act);
   }
 
-  QStringList charts() const { return QDir(application.exportFolder()).entryList(QDir::Files, QDir::Name); }
+  QStringList charts() const { return velmora::testkit::fileNames(application.exportFolder()); }
   QVariantMap stored() const { return application.desktop.defaults.stored(); }
   void store(const QString& key, const QVariant& value) {
     application.desktop.defaults.setObject(value, key);

@@ -6,13 +6,14 @@
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "velmora/document/ChartFileName.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
 namespace settings = velmora::settings;
-using testing_support::readFile;
 using testing_support::RecordApplication;
-using testing_support::writeFile;
+using testkit::readFile;
+using testkit::writeFile;
 using velmora::platform::AlertAlternateReturn;
 using velmora::platform::AlertDefaultReturn;
 using velmora::platform::AlertOtherReturn;
@@ -27,9 +28,7 @@ class ChartExport : public testing::Test {
     document->setIdentifier("ab/12");
   }
   QTabWidget& tabView() { return dynamic_cast<QTabWidget&>(*user::widget(*document, "tabView")); }
-  QStringList charts() const {
-    return QDir(application.exportFolder()).entryList(QDir::Files | QDir::Hidden);
-  }
+  QStringList charts() const { return testkit::fileNames(application.exportFolder()); }
   platform::Alert exists(const QString& name) const {
     return {"A file with that name already exists", "Overwrite", "Skip", "",
             "A file named '" + name + "' is already present in '" + application.exportFolder() + "/'."};

@@ -3,6 +3,7 @@
 
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -65,7 +66,7 @@ TEST_F(Closing, WithAutoSaveSavesWithoutAPanelAndDoesNotOpenAgain) {
   application.desktop.alerts.expect(saveQuestion, AlertDefaultReturn);
   closeWindow();
   EXPECT_TRUE(application.controller.documents().isEmpty());
-  EXPECT_TRUE(testing_support::readFile(application.pathOfRecord("AB1")).contains("03/04/2020"));
+  EXPECT_TRUE(testkit::readFile(application.pathOfRecord("AB1")).contains("03/04/2020"));
   EXPECT_TRUE(application.controller.fileIsInCachedDatabaseFiles("AB1"));
 }
 
@@ -120,7 +121,7 @@ TEST_F(Closing, OfASavedRecordWithAutoSaveSavesItInPlace) {
   record.window()->close();
   application.settle();
   EXPECT_FALSE(application.controller.documents().contains(&record));
-  EXPECT_TRUE(testing_support::readFile(application.pathOfRecord("AB1")).contains("02/02/2022"));
+  EXPECT_TRUE(testkit::readFile(application.pathOfRecord("AB1")).contains("02/02/2022"));
 }
 
 TEST_F(Closing, WithoutAutoSaveOffersSaveAs) {

@@ -6,6 +6,7 @@
 #include "platform/text/DateFormatter.h"
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -119,10 +120,10 @@ TEST(DocumentSetUp, KeepsATextThatIsNoDateAndSaysSo) {
 TEST(DocumentSetUp, ToleratesAWindowWithoutAnyOutlet) {
   RecordApplication application;
   application.turnOn(settings::AutoSave);
-  testing_support::writeFile(application.home.path("bare/VelmoraDocument.ui"),
-                             "<ui version=\"4.0\"><class>Bare</class>"
-                             "<widget class=\"QMainWindow\" name=\"Bare\">"
-                             "<widget class=\"QWidget\" name=\"contents\"/></widget></ui>");
+  testkit::writeFile(application.home.path("bare/VelmoraDocument.ui"),
+                     "<ui version=\"4.0\"><class>Bare</class>"
+                     "<widget class=\"QMainWindow\" name=\"Bare\">"
+                     "<widget class=\"QWidget\" name=\"contents\"/></widget></ui>");
   application.desktop.interfaceFiles.addSearchPath(application.home.path("bare"));
   RecordingDocument& document = application.newRecord();
   document.setIdentifier("AB1");
@@ -143,7 +144,7 @@ TEST(DocumentSetUp, ToleratesAWindowWithoutAnyOutlet) {
   document.doExport(false);
   document.doExportToOsirix();
   document.printDocument({}, false);
-  EXPECT_TRUE(QDir(application.exportFolder()).entryList(QDir::Files).isEmpty());
+  EXPECT_TRUE(testkit::fileNames(application.exportFolder()).isEmpty());
 }
 
 TEST(FrameworkDocument, HasExactlyOneExamination) {

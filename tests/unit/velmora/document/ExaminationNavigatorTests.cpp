@@ -7,7 +7,7 @@
 
 #include "platform/controls/Alert.h"
 #include "testing/TestServices.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 

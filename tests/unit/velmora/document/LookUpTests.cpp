@@ -3,6 +3,7 @@
 
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -92,8 +93,8 @@ TEST_F(LookUp, NamesThePatientInUpperCase) {
 }
 
 TEST_F(LookUp, DoesNotFindAFileInASubFolder) {
-  testing_support::writeFile(application.saveFolder() + "/old/JONES.rec",
-                             testing_support::readFile(application.pathOfRecord("ABC123")));
+  testkit::writeFile(application.saveFolder() + "/old/JONES.rec",
+                     testkit::readFile(application.pathOfRecord("ABC123")));
   application.controller.cacheDatabaseFiles();
   ASSERT_TRUE(application.controller.fileIsInCachedDatabaseFiles("old/JONES"));
   EXPECT_FALSE(document->lookUp("JONES", false));
@@ -169,7 +170,7 @@ TEST_F(LookUp, GivesBackAFileThatIsOpenAlready) {
 }
 
 TEST_F(LookUp, ClosesTheDocumentEvenWhenTheFileDoesNotOpenAndThenSaysWhy) {
-  testing_support::writeFile(application.pathOfRecord("ABC123"), "");
+  testkit::writeFile(application.pathOfRecord("ABC123"), "");
   application.desktop.alerts.expect(
       {"The file 'ABC123.rec' could not be opened.", "OK", "", "", "The file is empty."}, AlertDefaultReturn,
       [&] { EXPECT_TRUE(application.controller.documents().isEmpty()); });
@@ -189,7 +190,7 @@ TEST_F(LookUp, KeepsACopyOfUnsavedChangesToAnotherPatientsSavedRecord) {
   EXPECT_EQ(open(), (QStringList{"ABC123", ""}));
   ASSERT_EQ(application.rescueCopies().size(), 1);
   EXPECT_TRUE(application.rescueCopies().first().startsWith("OTHER "));
-  EXPECT_TRUE(testing_support::readFile(application.pathOfRecord("OTHER")).contains("01/01/2020"))
+  EXPECT_TRUE(testkit::readFile(application.pathOfRecord("OTHER")).contains("01/01/2020"))
       << "the file itself stays as it was";
 }
 
@@ -238,7 +239,7 @@ TEST_F(LookUp, TakesUpperAndLowerCaseOfTheIdentifierInsideForOnePatient) {
 TEST_F(LookUp, OfTheRecordInFrontKeepsItOpenWhenItsFileHasBeenDamaged) {
   RecordingDocument& record = application.openRecord("ABC123");
   document->close();
-  testing_support::writeFile(application.pathOfRecord("ABC123"), "");
+  testkit::writeFile(application.pathOfRecord("ABC123"), "");
   application.desktop.alerts.expect(
       {"The file 'ABC123.rec' could not be opened.", "OK", "", "", "The file is empty."}, AlertDefaultReturn);
   EXPECT_TRUE(record.lookUp("ABC123", false));
@@ -263,7 +264,7 @@ TEST_F(LookUp, OfTheRecordInFrontLeavesWhatCannotBeKeptWithoutAFile) {
   RecordingDocument& record = application.openRecord("ABC123");
   document->close();
   user::enter(user::field(record, "examDateField"), "02/02/2022");
-  testing_support::writeFile(application.home.path(".local/share/org.velmora.recorder"), "no folder");
+  testkit::writeFile(application.home.path(".local/share/org.velmora.recorder"), "no folder");
   application.desktop.alerts.expect(
       {"Unsaved changes to 'ABC123' are about to be dropped.", "Save Elsewhere...", "Don't Save", "Cancel",
        "No copy of them could be kept."},

@@ -6,7 +6,7 @@
 #include <QTemporaryDir>
 
 #include "testing/TestServices.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "velmora/document/PatientLookUp.h"
 #include "velmora/document/VelmoraApplicationDelegate.h"
 #include "velmora/resources/SettingsKeys.h"

@@ -11,12 +11,13 @@
 #include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
 namespace settings = velmora::settings;
-using testing_support::readFile;
 using testing_support::RecordApplication;
+using testkit::readFile;
 using velmora::platform::Alert;
 using velmora::platform::AlertAlternateReturn;
 using velmora::platform::AlertDefaultReturn;
@@ -34,7 +35,7 @@ class RecordSafety : public testing::Test {
     application.turnOn(settings::AutoSave);
     application.keepRecord("AB1", {"01/01/2020"});
   }
-  QStringList files() const { return QDir(application.saveFolder()).entryList(QDir::Files); }
+  QStringList files() const { return testkit::fileNames(application.saveFolder()); }
 
   RecordApplication application;
 };

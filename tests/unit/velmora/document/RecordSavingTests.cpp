@@ -5,7 +5,7 @@
 
 #include "platform/controls/Alert.h"
 #include "testing/TestServices.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "velmora/document/PrintNotice.h"
 
 using namespace velmora;

@@ -4,13 +4,14 @@
 #include "orv/documents/OrvKeptCopies.h"
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
 namespace settings = velmora::settings;
-using testing_support::readFile;
 using testing_support::RecordApplication;
-using testing_support::writeFile;
+using testkit::readFile;
+using testkit::writeFile;
 
 namespace {
 
@@ -53,7 +54,7 @@ TEST_F(Saving, NamesTheFileAfterTheIdentifierWithDashes) {
 TEST_F(Saving, AutomaticallyWritesToTheSaveFolderWithoutAPanel) {
   application.turnOn(settings::AutoSave);
   document->saveDocument();
-  EXPECT_EQ(QDir(application.saveFolder()).entryList(QDir::Files), QStringList{"12-345.rec"});
+  EXPECT_EQ(testkit::fileNames(application.saveFolder()), QStringList{"12-345.rec"});
   EXPECT_TRUE(readFile(path()).contains("03/04/2020"));
   EXPECT_TRUE(panels().isEmpty());
 }
@@ -253,8 +254,9 @@ TEST_F(Saving, KeepsWhatItReplacesAsAnEarlierVersion) {
   const QStringList folders = versions.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
   ASSERT_EQ(folders.size(), 1);
   const QDir folder(versions.filePath(folders.first()));
-  ASSERT_EQ(folder.entryList(QDir::Files).size(), 1);
-  EXPECT_EQ(readFile(folder.filePath(folder.entryList(QDir::Files).first())), before);
+  const QStringList names = fileNames(folder.path());
+  ASSERT_EQ(names.size(), 1);
+  EXPECT_EQ(readFile(folder.filePath(names.first())), before);
 }
 
 TEST_F(Saving, LetsTheNextRequestFindTheRecord) {

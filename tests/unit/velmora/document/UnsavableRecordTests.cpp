@@ -12,13 +12,14 @@
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
 namespace settings = velmora::settings;
-using testing_support::readFile;
 using testing_support::RecordApplication;
 using testing_support::study;
+using testkit::readFile;
 using velmora::platform::Alert;
 using velmora::platform::AlertAlternateReturn;
 using velmora::platform::AlertDefaultReturn;
@@ -84,7 +85,7 @@ class UnsavableRecord : public testing::Test {
   }
   void fillTheDiskOfCopies() {
     QDir(copies()).removeRecursively();
-    testing_support::writeFile(copies(), "a file where the folder of copies would be");
+    testkit::writeFile(copies(), "a file where the folder of copies would be");
   }
   void emptyTheDisk() {
     QDir().rmdir(file());

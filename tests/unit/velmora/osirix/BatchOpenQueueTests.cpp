@@ -4,6 +4,7 @@
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 namespace platform = velmora::platform;
 
@@ -17,7 +18,7 @@ class BatchOpenQueue : public testing::Test {
   void request(const QString& path) {
     application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification, path);
   }
-  QStringList charts() const { return QDir(application.exportFolder()).entryList(QDir::Files, QDir::Name); }
+  QStringList charts() const { return velmora::testkit::fileNames(application.exportFolder()); }
   RecordApplication application;
 };
 
@@ -73,7 +74,7 @@ TEST_F(BatchOpenQueue, PassesOverAPathThatDoesNotExist) {
 }
 
 TEST_F(BatchOpenQueue, PassesOverADamagedFileAndGoesOn) {
-  testing_support::writeFile(application.pathOfRecord("A"), "no record");
+  velmora::testkit::writeFile(application.pathOfRecord("A"), "no record");
   application.writeRecord("B");
   request(application.pathOfRecord("A"));
   request(application.pathOfRecord("B"));
@@ -97,13 +98,13 @@ TEST_F(BatchOpenQueue, SendsTheChartsToOsirixWhereTheSettingSaysSo) {
 
 TEST_F(BatchOpenQueue, ShowsNoPanelButAsksBeforeItOverwrites) {
   application.writeRecord("A");
-  testing_support::writeFile(application.exportFolder() + "/A.jpg", "earlier");
+  velmora::testkit::writeFile(application.exportFolder() + "/A.jpg", "earlier");
   application.desktop.alerts.expect(
       {"A file with that name already exists", "Overwrite", "Skip", "",
        "A file named 'A.jpg' is already present in '" + application.exportFolder() + "/'."},
       platform::AlertAlternateReturn);
   request(application.pathOfRecord("A"));
-  EXPECT_EQ(testing_support::readFile(application.exportFolder() + "/A.jpg"), "earlier");
+  EXPECT_EQ(velmora::testkit::readFile(application.exportFolder() + "/A.jpg"), "earlier");
   EXPECT_TRUE(application.desktop.panels.savePanels().isEmpty());
 }
 

@@ -10,13 +10,14 @@
 #include "tests/robustness/shim/SystemCalls.h"
 #include "tests/unit/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/PluginInstaller.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
 using faults::Fault;
 using faults::SystemCalls;
 using namespace plugin_testing;
-using testing_support::readFile;
+using testkit::readFile;
 
 namespace {
 
@@ -64,7 +65,7 @@ class Machine {
     return base::FileManager().contentsOfDirectoryAtPath(viewersFolder());
   }
 
-  testing_support::OwnHome home;
+  testkit::TemporaryHome home;
   testkit::LogRecorder log;
   testkit::TestServices desktop{{}, home.path("resources")};
   NotingAlerts alerts;
@@ -142,7 +143,7 @@ TEST(PluginUnderFaults, ThatIsASingleFileIsNotHalfThereEither) {
   Machine machine;
   const QString carried = machine.home.path("resources/OsiriX Plugins");
   ASSERT_TRUE(base::FileManager().removeItem(carried).ok());
-  testing_support::writeFile(carried + "/stray", QByteArray(1000, 'x'));
+  testkit::writeFile(carried + "/stray", QByteArray(1000, 'x'));
   {
     const SystemCalls calls = SystemCalls::onDiskWithRoomFor(machine.viewersFolder(), 500);
     EXPECT_EQ(machine.install(), Failed.messageText);

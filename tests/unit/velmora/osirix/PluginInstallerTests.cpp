@@ -13,25 +13,20 @@
 #include "platform/bundles/PropertyList.h"
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
-#include "tests/support/OrdinaryUser.h"
+#include "testing/files/OrdinaryUser.h"
 #include "tests/unit/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/Osirix.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
 using namespace plugin_testing;
-using testing_support::readFile;
-using testing_support::writeFile;
+using testkit::readFile;
+using testkit::writeFile;
 
 namespace {
 
 const QString Name = QStringLiteral("Recorder Link.osirixplugin");
-
-mode_t rightsOf(const QString& path) {
-  struct stat status {};
-  ::stat(QFile::encodeName(path).constData(), &status);
-  return status.st_mode & 07777;
-}
 
 void setTime(const QString& path, const QDateTime& time) {
   const timeval then{time.toSecsSinceEpoch(), 0};
@@ -55,7 +50,7 @@ class Plugin : public testing::Test {
     EXPECT_TRUE(desktop.alerts.allCame());
   }
 
-  testing_support::OwnHome home;
+  testkit::TemporaryHome home;
   testkit::LogRecorder log;
   testkit::TestServices desktop{{}, home.path("resources")};
   velmora::PluginInstaller plugin{desktop.services};
@@ -179,9 +174,9 @@ TEST_F(Plugin, IsInstalledWholeWithEveryFolderAbove) {
   EXPECT_EQ(inViewersFolder(), QStringList{Name}) << "and nothing beside it";
   EXPECT_EQ(readFile(installed() + "/Contents/Info.plist"), dictionary("1"));
   EXPECT_EQ(readFile(installed() + "/Contents/MacOS/Link"), "the program of version 1");
-  EXPECT_EQ(rightsOf(installed() + "/Contents/MacOS/Link"), 0500);
-  EXPECT_EQ(rightsOf(installed()), rightsOf(carried()));
-  EXPECT_EQ(rightsOf(installed() + "/Contents/Resources"), 0500);
+  EXPECT_EQ(testkit::permissionsOf(installed() + "/Contents/MacOS/Link"), 0500);
+  EXPECT_EQ(testkit::permissionsOf(installed()), testkit::permissionsOf(carried()));
+  EXPECT_EQ(testkit::permissionsOf(installed() + "/Contents/Resources"), 0500);
   EXPECT_TRUE(QFileInfo(installed() + "/Contents/Resources/en.lproj").isDir());
   const QByteArray link = QFile::encodeName(installed() + "/Contents/Current");
   QByteArray target(100, '\0');
@@ -281,7 +276,7 @@ TEST_F(Plugin, KeepsTheOldCopyWholeInAReadOnlyFolder) {
   makePlugin(installed(), "1");
   QFile::setPermissions(home.path(ViewersFolder), QFile::ReadOwner | QFile::ExeOwner);
   {
-    const testing_support::OrdinaryUser user(home.path());
+    const testkit::OrdinaryUser user(home.path());
     install(Failed);
     EXPECT_FALSE(plugin.osirixPluginVersionCurrent());
   }
@@ -298,7 +293,7 @@ TEST_F(Plugin, IsNotInstalledIntoAnEmptyReadOnlyFolder) {
   home.makeFolder(ViewersFolder);
   QFile::setPermissions(home.path(ViewersFolder), QFile::ReadOwner | QFile::ExeOwner);
   {
-    const testing_support::OrdinaryUser user(home.path());
+    const testkit::OrdinaryUser user(home.path());
     install(Failed);
   }
   ASSERT_EQ(log.lines().size(), 1);
@@ -310,7 +305,7 @@ TEST_F(Plugin, IsNotInstalledWhereItCannotBeRead) {
   makePlugin(carried(), "2");
   QFile::setPermissions(carried() + "/Contents/MacOS/Link", QFile::WriteOwner);
   {
-    const testing_support::OrdinaryUser user(home.path());
+    const testkit::OrdinaryUser user(home.path());
     install(Failed);
   }
   ASSERT_EQ(log.lines().size(), 1);
@@ -322,7 +317,7 @@ TEST_F(Plugin, IsNotInstalledWithoutAFolderThatCannotBeRead) {
   makePlugin(carried(), "2");
   ASSERT_EQ(::chmod(QFile::encodeName(carried() + "/Contents/MacOS").constData(), 0100), 0);
   {
-    const testing_support::OrdinaryUser user(home.path());
+    const testkit::OrdinaryUser user(home.path());
     install(Failed);
   }
   EXPECT_EQ(
@@ -377,7 +372,7 @@ TEST(GrowthPlugin, IsTheOnlyEntryAndHasWhatTheViewerAsksFor) {
 }
 
 TEST(GrowthPlugin, InstallsAndIsCurrentThen) {
-  const testing_support::OwnHome home;
+  const testkit::TemporaryHome home;
   const testkit::LogRecorder log;
   testkit::TestServices desktop({}, QStringLiteral(GROWTH_PLUGIN_FOLDER));
   velmora::PluginInstaller plugin(desktop.services);

@@ -6,8 +6,8 @@
 #include <QString>
 
 #include "platform/controls/Alert.h"
-#include "tests/unit/platform/Shown.h"
-#include "tests/unit/velmora/support/OwnHome.h"
+#include "testing/main/Shown.h"
+#include "testing/files/Files.h"
 
 /// Plugins on the disk, and what the user is told of them.
 namespace plugin_testing {
@@ -34,9 +34,9 @@ inline QByteArray dictionary(const QByteArray& version) {
 
 /// Makes a plugin at `path`.
 inline void makePlugin(const QString& path, const QByteArray& version) {
-  testing_support::writeFile(path + QStringLiteral("/Contents/Info.plist"), dictionary(version));
-  testing_support::writeFile(path + QStringLiteral("/Contents/MacOS/Link"),
-                             "the program of version " + version);
+  velmora::testkit::writeFile(path + QStringLiteral("/Contents/Info.plist"), dictionary(version));
+  velmora::testkit::writeFile(path + QStringLiteral("/Contents/MacOS/Link"),
+                              "the program of version " + version);
 }
 
 }  // namespace plugin_testing

@@ -5,6 +5,7 @@
 #include "tests/unit/velmora/support/RecordApplication.h"
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -49,7 +50,7 @@ TEST_F(RightPatient, WhoseRecordIsInFrontKeepsACopyOfUnsavedChanges) {
   EXPECT_TRUE(application.rescueCopies().first().startsWith("AB1 "));
   const QString copy = application.home.path(".local/share/org.velmora.recorder/Rescued/") +
                        application.rescueCopies().first();
-  EXPECT_TRUE(testing_support::readFile(copy).contains("05/02/2023"));
+  EXPECT_TRUE(testkit::readFile(copy).contains("05/02/2023"));
 }
 
 TEST_F(RightPatient, WhoseRecordIsOpenInTheBackComesForwardAndGetsTheExamination) {
@@ -63,7 +64,7 @@ TEST_F(RightPatient, WhoseRecordIsOpenInTheBackComesForwardAndGetsTheExamination
 }
 
 TEST_F(RightPatient, WhoseFileIsDamagedGetsAReasonAndNobodyElseTheExamination) {
-  testing_support::writeFile(application.pathOfRecord("AB1"), "");
+  testkit::writeFile(application.pathOfRecord("AB1"), "");
   application.keepRecord("OTHER", {"09/09/2022"});
   RecordingDocument& other = application.openRecord("OTHER");
   application.newRecord();
@@ -81,7 +82,7 @@ TEST_F(RightPatient, WhoseFileIsDamagedGetsAReasonAndNobodyElseTheExamination) {
 }
 
 TEST_F(RightPatient, WhoseFileIsDamagedLeavesNoDocumentWhenThereWasNoOther) {
-  testing_support::writeFile(application.pathOfRecord("AB1"), "");
+  testkit::writeFile(application.pathOfRecord("AB1"), "");
   application.newRecord();
   application.desktop.alerts.expect(
       {"The file 'AB1.rec' could not be opened.", "OK", "", "", "The file is empty."},

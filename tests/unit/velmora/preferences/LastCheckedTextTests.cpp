@@ -6,7 +6,7 @@
 #include <QTimeZone>
 
 #include "platform/settings/UserDefaults.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 

@@ -6,6 +6,7 @@
 #include "link/protocol/LinkPayload.h"
 #include "velmora/osirix/Osirix.h"
 #include "velmora/resources/FrameworkResources.h"
+#include "testing/files/Files.h"
 #include <QTest>
 
 using namespace velmora;
@@ -77,7 +78,7 @@ TEST_F(PreferencesWindow, RevealsTheFolderThatTheFieldNamesNow) {
 }
 
 TEST_F(PreferencesWindow, TellsThatAFolderIsMissing) {
-  testing_support::writeFile(application.home.path("file"), "x");
+  testkit::writeFile(application.home.path("file"), "x");
   QFile::link(application.home.path("nowhere"), application.home.path("dangling"));
   open();
   for (const char* path : {"~/absent", "~/file", "~/dangling", "", "~nobody"}) {
@@ -242,7 +243,7 @@ class PreferencesWithout : public PreferencesWindow, public testing::WithParamIn
     interface.replace(name, QByteArray("name=\"gone\""));
     interface.replace(QByteArray("<cstring>") + GetParam(), "<cstring>gone");
     interface.replace(QByteArray("<tabstop>") + GetParam(), "<tabstop>gone");
-    testing_support::writeFile(application.home.path("interface/Preferences.ui"), interface);
+    testkit::writeFile(application.home.path("interface/Preferences.ui"), interface);
     application.desktop.interfaceFiles.addSearchPath(application.home.path("interface"));
   }
 };

@@ -12,7 +12,7 @@
 #include <cmath>
 
 #include "testing/ScriptedScripts.h"
-#include "tests/unit/platform/Shown.h"
+#include "testing/main/Shown.h"
 #include "velmora/preferences/ScriptStyles.h"
 
 using velmora::checkScript;

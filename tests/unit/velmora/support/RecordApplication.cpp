@@ -12,6 +12,7 @@
 #include "tests/support/SealedFile.h"
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
+#include "testing/files/Files.h"
 
 using namespace velmora;
 
@@ -95,8 +96,7 @@ RecordingDocument* RecordApplication::front() const {
 }
 
 QStringList RecordApplication::rescueCopies() const {
-  return QDir(home.path(QStringLiteral(".local/share/%1/Rescued").arg(BundleIdentifier)))
-      .entryList(QDir::Files);
+  return testkit::fileNames(home.path(QStringLiteral(".local/share/%1/Rescued").arg(BundleIdentifier)));
 }
 
 void RecordApplication::chooseStudy(const QVariantMap& request) {

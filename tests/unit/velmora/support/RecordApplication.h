@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "testing/TestServices.h"
-#include "tests/unit/velmora/support/OwnHome.h"
+#include "testing/files/TemporaryHome.h"
 #include "tests/unit/velmora/support/RecordingDocument.h"
 #include "tests/unit/velmora/support/UserActions.h"
 #include "velmora/app/VelmoraAppController.h"
@@ -36,7 +36,7 @@ class RecordApplication {
   RecordApplication();
   ~RecordApplication();
 
-  OwnHome home;
+  TemporaryHome home;
   velmora::testkit::TestServices desktop;
   RecordingDelegate delegate;
   VelmoraAppController controller;

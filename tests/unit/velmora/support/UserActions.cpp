@@ -12,8 +12,6 @@
 
 using namespace velmora;
 
-void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
-
 namespace user {
 
 void bringToFront(platform::Document& document) {

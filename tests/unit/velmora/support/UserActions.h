@@ -4,14 +4,12 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QString>
-#include <iosfwd>
+
+#include "testing/main/Shown.h"
 
 namespace velmora::platform {
 class Document;
 }
-
-/// How a text looks in the message of a failed test.
-void PrintTo(const QString& text, std::ostream* out);
 
 /// What a person does with the window of a document, by mouse and keyboard.
 namespace user {

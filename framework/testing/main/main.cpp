@@ -8,8 +8,12 @@
 #include <QTemporaryDir>
 #include <cstdio>
 
+#include "testing/Scripted.h"
+
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
+  // A broken expectation of a stand-in fails the test.
+  velmora::testkit::setFailureHandler([](const QString& what) { ADD_FAILURE() << qPrintable(what); });
 
   // Whatever a test does to the user's files, settings and runtime folder, it does here.
   const QTemporaryDir home;
