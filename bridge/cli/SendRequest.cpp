@@ -18,10 +18,10 @@ namespace protocol = velmora::link;
 
 base::Result<> sendRequest(const QString& application, const QVariantMap& details) {
   const link::Message message{protocol::notificationName(application), protocol::RequestObject, details};
-  const link::Outgoing check = link::toBus(message);
-  if (!check.refusal.isNull() || !check.dropped.isEmpty()) {
+  const base::Result<link::Outgoing> check = link::toBus(message);
+  if (!check || !check->dropped.isEmpty()) {
     return base::Failure{QStringLiteral("cannot be sent: ") +
-                         (check.refusal.isNull() ? check.dropped.join(QStringLiteral(", ")) : check.refusal)};
+                         (check ? check->dropped.join(QStringLiteral(", ")) : check.error())};
   }
   link::BusLink bus(
       QString(), [](const link::Message&) {}, [](const QString& line) { printError(line); });

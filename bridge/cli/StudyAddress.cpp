@@ -18,11 +18,7 @@ namespace {
 
 constexpr int LongestIdentifier = 64;
 
-StudyAddress refused(const QString& reason) {
-  StudyAddress address;
-  address.error = reason;
-  return address;
-}
+base::Failure refused(const char* reason) { return {QString::fromLatin1(reason)}; }
 
 /// The text that a percent-encoded one stands for; nothing when a sign is followed by no two digits, or the
 /// bytes are not UTF-8.
@@ -53,28 +49,28 @@ bool isForbiddenInIdentifiers(char32_t c) {
   }
 }
 
-/// Takes one value; a null string, or what is wrong with it.
-QString take(StudyAddress& address, const QString& key, const QString& value) {
+/// Takes one value over, unless something is wrong with it.
+base::Result<> take(StudyAddress& address, const QString& key, const QString& value) {
   if (key == QLatin1String("uid")) {
-    if (!mayBeUid(value)) return QStringLiteral("its uid is no Study Instance UID");
+    if (!mayBeUid(value)) return refused("its uid is no Study Instance UID");
     address.query.studyInstanceUID = value;
   } else if (key == QLatin1String("accession")) {
-    if (!isPlainIdentifier(value)) return QStringLiteral("its accession number is not acceptable");
+    if (!isPlainIdentifier(value)) return refused("its accession number is not acceptable");
     address.query.accessionNumber = value;
   } else if (key == QLatin1String("patient")) {
-    if (!isPlainIdentifier(value)) return QStringLiteral("its patient identifier is not acceptable");
+    if (!isPlainIdentifier(value)) return refused("its patient identifier is not acceptable");
     address.query.patientID = value;
   } else if (key == QLatin1String("date")) {
     const QDate day = base::dayFromIso(value);
-    if (!base::noonOf(day).isValid()) return QStringLiteral("its date is not of the form YYYY-MM-DD");
+    if (!base::noonOf(day).isValid()) return refused("its date is not of the form YYYY-MM-DD");
     address.query.studyDate = day;
   } else if (key == QLatin1String("application")) {
-    if (!link::isBundleIdentifier(value)) return QStringLiteral("its application is no bundle identifier");
+    if (!link::isBundleIdentifier(value)) return refused("its application is no bundle identifier");
     address.application = value;
   } else {
-    return QStringLiteral("it has a key that does not belong there");
+    return refused("it has a key that does not belong there");
   }
-  return QString();
+  return {};
 }
 
 }  // namespace
@@ -90,33 +86,33 @@ bool isPlainIdentifier(const QString& text) {
          std::none_of(characters.begin(), characters.end(), isForbiddenInIdentifiers);
 }
 
-StudyAddress studyAddress(const QString& address) {
-  if (address.size() > LongestAddress) return refused(QStringLiteral("it is too long"));
+base::Result<StudyAddress> studyAddress(const QString& address) {
+  if (address.size() > LongestAddress) return refused("it is too long");
   const bool printable = std::all_of(address.begin(), address.end(),
                                      [](QChar c) { return c.unicode() > 0x20 && c.unicode() < 0x7f; });
-  if (!printable) return refused(QStringLiteral("it holds characters that no address has"));
+  if (!printable) return refused("it holds characters that no address has");
   const QString beginning = QStringLiteral("velmora-link:study?");
   // Schemes are the same in capitals (RFC 3986, 3.1); what follows is ours.
   const qsizetype scheme = beginning.indexOf(QLatin1Char(':')) + 1;
   if (address.left(scheme).toLower() + address.mid(scheme, beginning.size() - scheme) != beginning) {
-    return refused(QStringLiteral("it does not begin with \"%1\"").arg(beginning));
+    return refused("it does not begin with \"velmora-link:study?\"");
   }
-  if (address.contains(QLatin1Char('#'))) return refused(QStringLiteral("it names a part of a study"));
+  if (address.contains(QLatin1Char('#'))) return refused("it names a part of a study");
   StudyAddress result;
   QSet<QString> keys;
   for (const QString& pair : address.mid(beginning.size()).split(QLatin1Char('&'))) {
     const qsizetype equals = pair.indexOf(QLatin1Char('='));
     const QString key = pair.left(std::max<qsizetype>(equals, 0));
-    if (keys.contains(key)) return refused(QStringLiteral("it says the same thing twice"));
+    if (keys.contains(key)) return refused("it says the same thing twice");
     keys.insert(key);
     const auto value = decoded(pair.mid(equals + 1));
-    if (!value) return refused(QStringLiteral("a value in it is not percent-encoded UTF-8"));
-    const QString error = take(result, key, *value);
-    if (!error.isNull()) return refused(error);
+    if (!value) return refused("a value in it is not percent-encoded UTF-8");
+    const base::Result<> taken = take(result, key, *value);
+    if (!taken) return taken.failure();
   }
   if (result.query.studyInstanceUID.isEmpty() && result.query.accessionNumber.isEmpty() &&
       result.query.patientID.isEmpty()) {
-    return refused(QStringLiteral("it names no study"));
+    return refused("it names no study");
   }
   return result;
 }

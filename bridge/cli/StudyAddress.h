@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include "base/Result.h"
 #include "bridge/dicom/Study.h"
 
 namespace bridge {
@@ -11,8 +12,6 @@ namespace bridge {
 struct StudyAddress {
   StudyQuery query;
   QString application;  ///< empty: the first that is configured
-  QString error;        ///< why the address is refused, without quoting it; null when it is not
-  bool ok() const { return error.isNull(); }
 };
 
 /// Reads an address of the form
@@ -25,8 +24,8 @@ struct StudyAddress {
 /// Any page in a browser may hand such an address over. It can name a study, nothing else: it is at most
 /// `LongestAddress` characters, all of them printable ASCII; a UID is digits and dots, at most 64; an
 /// identifier is at most 64 characters, without backslashes, wildcards and control characters; and there is
-/// no key for a file, a host or a configuration.
-StudyAddress studyAddress(const QString& address);
+/// no key for a file, a host or a configuration. A refusal says why, without quoting the address.
+velmora::base::Result<StudyAddress> studyAddress(const QString& address);
 
 inline constexpr int LongestAddress = 2048;
 

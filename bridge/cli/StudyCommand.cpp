@@ -210,22 +210,22 @@ int runOpen(const QStringList& arguments) {
   addConfigOption(parser);
   const auto end = parse(parser, arguments, 1);
   if (end == Success) return Success;
-  const StudyAddress address = studyAddress(parser.positionalArguments().value(1));
-  if (end || !address.ok()) {
+  const base::Result<StudyAddress> address = studyAddress(parser.positionalArguments().value(1));
+  if (end || !address) {
     return refuse(QStringLiteral("the link cannot be followed: %1")
-                      .arg(end ? QStringLiteral("it is no address") : address.error),
+                      .arg(end ? QStringLiteral("it is no address") : address.error()),
                   WrongUsage);
   }
   const ConfigResult read = readConfig(configPathOption(parser));
   if (!read.ok()) return refuse(read.errors.join(QLatin1Char('\n')), WrongUsage);
   const QString application =
-      address.application.isEmpty() ? read.config.applications.value(0) : address.application;
+      address->application.isEmpty() ? read.config.applications.value(0) : address->application;
   if (!read.config.applications.contains(application)) {
     return refuse(
         QStringLiteral("the link cannot be followed: its application is not among those configured"),
         WrongUsage);
   }
-  const Choice choice = chosenFrom(read.config.pacs, address.query);
+  const Choice choice = chosenFrom(read.config.pacs, address->query);
   const base::Result<> sent = send(choice, application);
   if (sent) {
     const QString warning = warningAbout(application);

@@ -7,6 +7,8 @@
 #include "bridge/dicom/Uid.h"
 #include "bridge/spool/RequestMemory.h"
 
+using namespace velmora;
+
 namespace bridge {
 namespace {
 
@@ -20,8 +22,8 @@ StudyAnswer failed(const PacsResult& result) {
 
 /// The study, unless it is another patient's.
 StudyAnswer found(const SpooledReply& reply, const Study& study) {
-  const QString reason = contradiction(reply, study);
-  if (!reason.isNull()) return aside(reason);
+  const base::Result<> agrees = mayGoInto(reply, study);
+  if (!agrees) return aside(agrees.error());
   return {StudyAnswer::Kind::Found, study, QString()};
 }
 
@@ -89,22 +91,22 @@ PacsResult ofPatient(const QString& identifier, Pacs& pacs, QList<Study>& studie
 
 }  // namespace
 
-QString contradiction(const SpooledReply& reply, const Study& study) {
+base::Result<> mayGoInto(const SpooledReply& reply, const Study& study) {
   const QString ours = applicationIdentifier(reply.identifier);
   const QString theirs = applicationIdentifier(study.patientID);
-  if (ours.isEmpty()) return QStringLiteral("it has no patient's identifier");
-  if (theirs.isEmpty()) return QStringLiteral("its study has no Patient ID");
+  if (ours.isEmpty()) return base::Failure{QStringLiteral("it has no patient's identifier")};
+  if (theirs.isEmpty()) return base::Failure{QStringLiteral("its study has no Patient ID")};
   const bool bothBirthDates = reply.birthDay.isValid() && study.birthDate.isValid();
   if (bothBirthDates && reply.birthDay != study.birthDate && ours == theirs) {
-    return QStringLiteral("its birth date is not that of the study's patient");
+    return base::Failure{QStringLiteral("its birth date is not that of the study's patient")};
   }
   // An application turns the identifier of its first document into capitals. Those may be another patient's,
   // so that the birth date has to speak for it, too.
   const bool inCapitals = ours == theirs.toUpper() && bothBirthDates && reply.birthDay == study.birthDate;
   if (ours != theirs && !inCapitals) {
-    return QStringLiteral("its identifier is not that of the study's patient");
+    return base::Failure{QStringLiteral("its identifier is not that of the study's patient")};
   }
-  return QString();
+  return {};
 }
 
 StudyAnswer studyOfUID(const QString& uid, const SpooledReply& reply, Pacs& pacs) {

@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include "base/Result.h"
 #include "bridge/dicom/Study.h"
 #include "bridge/pacs/Pacs.h"
 #include "bridge/spool/SpoolEntry.h"
@@ -21,10 +22,10 @@ struct StudyAnswer {
   QString reason;
 };
 
-/// Why a chart must not go into a study; null when nothing speaks against it. The identifiers must be there
+/// Whether a chart may go into a study; fails with what speaks against it. The identifiers must be there
 /// and agree, "/" taken for "-"; birth dates must agree where both are known. An identifier that the reply
 /// has in capitals agrees when both birth dates are known and the same.
-QString contradiction(const SpooledReply& reply, const Study& study);
+velmora::base::Result<> mayGoInto(const SpooledReply& reply, const Study& study);
 
 /// The study of that UID, unless what the PACS says of it contradicts the reply.
 StudyAnswer studyOfUID(const QString& uid, const SpooledReply& reply, Pacs& pacs);

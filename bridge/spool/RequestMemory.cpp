@@ -105,7 +105,7 @@ void RequestMemory::recall(SpooledReply& reply) const {
   const QString identifier = applicationIdentifier(reply.identifier);
   const auto isOfPatient = [&](const HeardRequest& request) {
     // In capitals the record of a patient who came back may hold it. Whether it is this patient, the birth
-    // date has to tell; see contradiction().
+    // date has to tell; see mayGoInto().
     return request.identifier == identifier || request.identifier.toUpper() == identifier;
   };
   bool isLatest = true;

@@ -132,8 +132,8 @@ void RecordingDistributedCenter::postNotificationName(const QString& name, const
   deliver(name, object, userInfo);
 }
 
-bool RecordingPrinter::printView(QWidget* view, const platform::PrintInfo& info, const QVariantMap& settings,
-                                 bool showPrintPanel, QString*) {
+base::Result<bool> RecordingPrinter::printView(QWidget* view, const platform::PrintInfo& info,
+                                               const QVariantMap& settings, bool showPrintPanel) {
   jobs.append({view->window()->windowTitle().remove(QStringLiteral("[*]")), info, settings, showPrintPanel});
   if (whilePrinting) whilePrinting(view);
   return true;

@@ -177,8 +177,8 @@ class RecordingPrinter : public platform::Printer {
   /// Called with the view while it is "printed".
   std::function<void(QWidget*)> whilePrinting;
 
-  bool printView(QWidget* view, const platform::PrintInfo& info, const QVariantMap& settings,
-                 bool showPrintPanel, QString* error) override;
+  base::Result<bool> printView(QWidget* view, const platform::PrintInfo& info, const QVariantMap& settings,
+                               bool showPrintPanel) override;
   bool runPageSetup(platform::PrintInfo& info, QWidget* window) override;
   bool hasPrinter() const override { return available; }
 };

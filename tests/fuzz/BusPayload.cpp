@@ -203,9 +203,8 @@ class Receiver {
       passed_.notify_all();
       return;
     }
-    const link::Outgoing outgoing = link::toBus(message);
-    fuzz::require(outgoing.refusal.isNull() && outgoing.dropped.isEmpty(),
-                  "what arrived can be sent on as it is");
+    const base::Result<link::Outgoing> outgoing = link::toBus(message);
+    fuzz::require(outgoing.ok() && outgoing->dropped.isEmpty(), "what arrived can be sent on as it is");
   }
 
   std::mutex mutex_;

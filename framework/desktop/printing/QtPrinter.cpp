@@ -70,14 +70,10 @@ bool QtPrinter::runPageSetup(platform::PrintInfo& info, QWidget* window) {
   return true;
 }
 
-bool QtPrinter::printView(QWidget* view, const platform::PrintInfo& info, const QVariantMap& settings,
-                          bool showPrintPanel, QString* error) {
-  const auto fail = [error](const QString& reason) {
-    if (error) *error = reason;
-    return false;
-  };
+base::Result<bool> QtPrinter::printView(QWidget* view, const platform::PrintInfo& info,
+                                        const QVariantMap& settings, bool showPrintPanel) {
   if (!view || view->width() <= 0 || view->height() <= 0) {
-    return fail(platform::localizedString("Document", "There is nothing to print."));
+    return base::Failure{platform::localizedString("Document", "There is nothing to print.")};
   }
   const QString outputFile = settings.value(QStringLiteral("OutputFile")).toString();
   QPrinter printer(QPrinter::HighResolution);
@@ -93,18 +89,18 @@ bool QtPrinter::printView(QWidget* view, const platform::PrintInfo& info, const 
   if (showPrintPanel) {
     const platform::RunLoop::ModalSession session(runLoop_);
     QPrintDialog dialog(&printer, view->window());
-    if (dialog.exec() != QDialog::Accepted) return fail(QString());
+    if (dialog.exec() != QDialog::Accepted) return false;
   } else if (outputFile.isEmpty() && !hasPrinter()) {
-    return fail(platform::localizedString("Document", "There is no printer."));
+    return base::Failure{platform::localizedString("Document", "There is no printer.")};
   }
 
   const platform::GraphicsContext::OffScreen offScreen(graphics_);
   QPainter painter;
   if (!painter.begin(&printer))
-    return fail(platform::localizedString("Document", "The printer could not be started."));
+    return base::Failure{platform::localizedString("Document", "The printer could not be started.")};
   drawPage(painter, printer, view, info);
   if (!painter.end() || printer.printerState() == QPrinter::Error) {
-    return fail(platform::localizedString("Document", "The printer reported an error."));
+    return base::Failure{platform::localizedString("Document", "The printer reported an error.")};
   }
   ++printedViews_;
   return true;

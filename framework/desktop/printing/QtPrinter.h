@@ -16,8 +16,8 @@ class QtPrinter : public platform::Printer {
   QtPrinter(platform::RunLoop& runLoop, platform::GraphicsContext& graphics)
       : runLoop_(runLoop), graphics_(graphics) {}
 
-  bool printView(QWidget* view, const platform::PrintInfo& info, const QVariantMap& settings,
-                 bool showPrintPanel, QString* error) override;
+  base::Result<bool> printView(QWidget* view, const platform::PrintInfo& info, const QVariantMap& settings,
+                               bool showPrintPanel) override;
   bool runPageSetup(platform::PrintInfo& info, QWidget* window) override;
   bool hasPrinter() const override;
   /// How many views have been printed so far.

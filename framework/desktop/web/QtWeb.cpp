@@ -40,7 +40,8 @@ QtWeb::~QtWeb() {
 void QtWeb::load(const QUrl& url, double timeout, qint64 limit, const QObject* owner, DidLoad didLoad) {
   if (!platform::isWebAddress(url)) {
     runLoop_.performOnMainThread(owner, [didLoad = std::move(didLoad)] {
-      didLoad({{}, platform::localizedString("OrvVersion", "That is not the address of a web page.")});
+      didLoad(
+          base::Failure{platform::localizedString("OrvVersion", "That is not the address of a web page.")});
     });
     return;
   }
@@ -55,7 +56,8 @@ void QtWeb::load(const QUrl& url, double timeout, qint64 limit, const QObject* o
   waiting.deadline->setSingleShot(true);
   QObject::connect(waiting.deadline.get(), &QTimer::timeout, mainThread_.get(), [this, id] {
     base::guarded("web", [&] {
-      finish(id, {{}, platform::localizedString("OrvVersion", "The server took too long to answer.")});
+      finish(id,
+             base::Failure{platform::localizedString("OrvVersion", "The server took too long to answer.")});
     });
   });
   waiting.deadline->start(static_cast<int>(std::clamp(timeout, 0.0, LongestTimeout) * 1000));

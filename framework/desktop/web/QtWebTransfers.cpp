@@ -51,16 +51,16 @@ QString sentenceFor(QNetworkReply::NetworkError error) {
 
 /// The page, or why there is none.
 platform::WebAnswer pageOf(const base::HttpAnswer& answer) {
+  using base::Failure;
   if (answer.end == base::HttpAnswer::End::TooLarge)
-    return {{}, platform::localizedString("OrvVersion", "The server's answer is too large.")};
+    return Failure{platform::localizedString("OrvVersion", "The server's answer is too large.")};
   const bool moved = answer.status / 100 == 3 && !answer.header("Location").isNull();
   if (answer.status != 0 && answer.status != StatusOk && !moved)
-    return {
-        {},
+    return Failure{
         platform::formatted(platform::localizedString("OrvVersion", "The server answered with status %@."),
                             {QString::number(answer.status)})};
-  if (answer.error != QNetworkReply::NoError) return {{}, sentenceFor(answer.error)};
-  return {answer.body, {}};
+  if (answer.error != QNetworkReply::NoError) return Failure{sentenceFor(answer.error)};
+  return answer.body;
 }
 
 }  // namespace

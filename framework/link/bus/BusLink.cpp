@@ -208,28 +208,28 @@ bool BusLink::usable() {
 
 void BusLink::send(const Message& message) {
   if (!usable()) return;
-  const Outgoing outgoing = toBus(message);
-  if (!outgoing.refusal.isNull()) {
-    log_(title(message.name, message.object) + QStringLiteral(" is not sent: ") + outgoing.refusal);
+  const base::Result<Outgoing> outgoing = toBus(message);
+  if (!outgoing) {
+    log_(title(message.name, message.object) + QStringLiteral(" is not sent: ") + outgoing.error());
     return;
   }
-  if (!outgoing.dropped.isEmpty()) {
+  if (!outgoing->dropped.isEmpty()) {
     log_(title(message.name, message.object) + QStringLiteral(" is sent without: ") +
-         outgoing.dropped.join(QStringLiteral(", ")));
+         outgoing->dropped.join(QStringLiteral(", ")));
   }
-  bus_->send(outgoing.message);
+  bus_->send(outgoing->message);
 }
 
 void BusLink::arrived(const QDBusMessage& signal) {
-  const Incoming incoming = fromBus(signal);
-  if (!incoming.refusal.isNull()) {
-    log_(QStringLiteral("A notification from %1 is refused: %2").arg(signal.service(), incoming.refusal));
+  const base::Result<Incoming> incoming = fromBus(signal);
+  if (!incoming) {
+    log_(QStringLiteral("A notification from %1 is refused: %2").arg(signal.service(), incoming.error()));
     return;
   }
-  const Message& message = incoming.message;
-  if (!incoming.dropped.isEmpty()) {
+  const Message& message = incoming->message;
+  if (!incoming->dropped.isEmpty()) {
     log_(title(message.name, message.object) + QStringLiteral(" is read without: ") +
-         incoming.dropped.join(QStringLiteral(", ")));
+         incoming->dropped.join(QStringLiteral(", ")));
   }
   received_(message);
 }

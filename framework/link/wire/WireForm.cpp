@@ -264,49 +264,37 @@ std::optional<QVariant> Conversion::dateToBus(const QDateTime& date, const Place
   return QVariant::fromValue(WireDate{milliseconds});
 }
 
-QString sizeRefusal() { return QStringLiteral("larger than %1 MiB").arg(MaximumSize / (1024 * 1024)); }
+base::Failure tooLarge() { return {QStringLiteral("larger than %1 MiB").arg(MaximumSize / (1024 * 1024))}; }
 
 }  // namespace
 
-Outgoing toBus(const Message& message) {
-  Outgoing outgoing;
+base::Result<Outgoing> toBus(const Message& message) {
   if (message.name.contains(QChar(u'\0')) || message.object.contains(QChar(u'\0'))) {
-    outgoing.refusal = QStringLiteral("a NUL in its name or object");
-    return outgoing;
+    return base::Failure{QStringLiteral("a NUL in its name or object")};
   }
   Conversion conversion;
   conversion.addText(message.name);
   conversion.addText(message.object);
   const QVariantMap details = conversion.details(message.userInfo);
-  outgoing.dropped = conversion.dropped();
-  if (conversion.tooLarge()) {
-    outgoing.refusal = sizeRefusal();
-    return outgoing;
-  }
-  outgoing.message = QDBusMessage::createSignal(Path, Interface, Member);
+  if (conversion.tooLarge()) return tooLarge();
+  Outgoing outgoing{QDBusMessage::createSignal(Path, Interface, Member), conversion.dropped()};
   outgoing.message.setArguments({message.name, message.object, details});
   return outgoing;
 }
 
-Incoming fromBus(const QDBusMessage& signal) {
-  Incoming incoming;
+base::Result<Incoming> fromBus(const QDBusMessage& signal) {
   const QVariantList arguments = signal.arguments();
   if (arguments.size() != 3 || arguments.at(0).typeId() != QMetaType::QString ||
       arguments.at(1).typeId() != QMetaType::QString) {
-    incoming.refusal = QStringLiteral("not name, object and details");
-    return incoming;
+    return base::Failure{QStringLiteral("not name, object and details")};
   }
   Conversion conversion;
   conversion.addText(arguments.at(0).toString());
   conversion.addText(arguments.at(1).toString());
   QVariantMap details = conversion.details(arguments.at(2));
-  incoming.dropped = conversion.dropped();
-  if (conversion.tooLarge()) {
-    incoming.refusal = sizeRefusal();
-    return incoming;
-  }
-  incoming.message = {arguments.at(0).toString(), arguments.at(1).toString(), std::move(details)};
-  return incoming;
+  if (conversion.tooLarge()) return tooLarge();
+  return Incoming{{arguments.at(0).toString(), arguments.at(1).toString(), std::move(details)},
+                  conversion.dropped()};
 }
 
 bool canBeMatched(const QString& text) {

@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include "base/Result.h"
+
 /// A distributed notification as a signal on the session bus.
 ///
 /// The signal carries name, object and details ("ssa{sv}"). The details hold, as D-Bus types:
@@ -44,18 +46,17 @@ struct Message {
 /// A notification made ready for the bus.
 struct Outgoing {
   QDBusMessage message;
-  QString refusal;      ///< why it must not be sent at all; null when it may be
   QStringList dropped;  ///< what was left out of the details, and why; some of it when it was very much
 };
-Outgoing toBus(const Message& message);
+/// Fails when it must not be sent at all.
+base::Result<Outgoing> toBus(const Message& message);
 
 /// A notification taken from the bus.
 struct Incoming {
   Message message;
-  QString refusal;      ///< why there is nothing in `message`; null when there is
   QStringList dropped;  ///< as above
 };
-Incoming fromBus(const QDBusMessage& signal);
+base::Result<Incoming> fromBus(const QDBusMessage& signal);
 
 /// Whether the bus can select signals by this name or object: its match rules hold no apostrophe, and no
 /// string on the bus holds a NUL.

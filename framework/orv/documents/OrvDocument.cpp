@@ -165,12 +165,11 @@ QWidget* OrvDocument::printableView() const {
 }
 
 void OrvDocument::printDocument(const QVariantMap& settings, bool showPrintPanel, DidPrint didPrint) {
-  QString error;
-  const bool printed = services().printer.printView(printableView(), services().sharedPrintInfo, settings,
-                                                    showPrintPanel, &error);
-  if (!printed && !error.isEmpty()) {
+  const base::Result<bool> printed =
+      services().printer.printView(printableView(), services().sharedPrintInfo, settings, showPrintPanel);
+  if (!printed.ok()) {
     services().alerts.runModal({localizedString("OrvDocument", "The document could not be printed."),
-                                localizedString("OrvVersion", "OK"), QString(), QString(), error});
+                                localizedString("OrvVersion", "OK"), QString(), QString(), printed.error()});
   }
-  if (didPrint) didPrint(this, printed);
+  if (didPrint) didPrint(this, printed.valueOr(false));
 }

@@ -47,9 +47,9 @@ void OrvVersion::checkVersion(bool userAsked) {
                      [this](const platform::WebAnswer& answer) { didLoad(answer); });
 }
 
-void OrvVersion::didLoad(const platform::WebAnswer& answer) {
-  if (!answer.ok()) return fail(answer.error);
-  const orv::Appcast appcast = orv::readAppcast(answer.body);
+void OrvVersion::didLoad(const base::Result<QByteArray>& page) {
+  if (!page.ok()) return fail(page.error());
+  const orv::Appcast appcast = orv::readAppcast(*page);
   if (!appcast.ok()) return fail(appcast.error);
   succeed(appcast.newest && isNewer(*appcast.newest) ? &*appcast.newest : nullptr);
 }

@@ -4,9 +4,10 @@
 #include <QObject>
 #include <QString>
 
+#include "base/Result.h"
+
 namespace velmora::platform {
 struct Services;
-struct WebAnswer;
 }  // namespace velmora::platform
 
 namespace velmora::orv {
@@ -34,7 +35,7 @@ class OrvVersion : public QObject {
   void checkVersion(bool userAsked);
 
  private:
-  void didLoad(const velmora::platform::WebAnswer& answer);
+  void didLoad(const velmora::base::Result<QByteArray>& page);
   void succeed(const velmora::orv::AppcastItem* newer);
   void fail(const QString& reason);
   bool isNewer(const velmora::orv::AppcastItem& item) const;

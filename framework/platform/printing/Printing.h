@@ -5,6 +5,8 @@
 #include <QString>
 #include <QVariantMap>
 
+#include "base/Result.h"
+
 class QWidget;
 
 namespace velmora::platform {
@@ -29,9 +31,9 @@ class Printer {
 
   /// Prints `view`, with the title of its window at the head of the page. `settings` may hold "OutputFile" (a
   /// path: print into that PDF file) and "PrinterName". Without a panel nothing is asked. False when the user
-  /// cancelled or nothing could be printed; then `error` says why, unless it was the user.
-  virtual bool printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings,
-                         bool showPrintPanel, QString* error) = 0;
+  /// cancelled.
+  virtual base::Result<bool> printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings,
+                                       bool showPrintPanel) = 0;
   /// Lets the user choose paper, margins and orientation, beginning with what `info` says, over `window`
   /// where one is given. False when the user cancelled; `info` is then as it was. The base has nothing to
   /// choose from.

@@ -7,14 +7,12 @@
 #include <QUrl>
 #include <functional>
 
+#include "base/Result.h"
+
 namespace velmora::platform {
 
-/// What came of asking for a web page.
-struct WebAnswer {
-  QByteArray body;
-  QString error;  ///< why there is no body, a sentence that can be shown; null when there is one
-  bool ok() const { return error.isNull(); }
-};
+/// A web page, or why there is none, in a sentence that can be shown.
+using WebAnswer = base::Result<QByteArray>;
 
 /// Gets pages from the web, without keeping anybody waiting.
 class Web {

@@ -55,9 +55,8 @@ class RealPrinter : public testing::Test {
     fit.verticalPagination = PrintInfo::Pagination::Fit;
   }
   QString file() const { return folder.path() + "/page.pdf"; }
-  bool print(QString* error = nullptr) {
-    return printer.printView(&view, fit, {{"OutputFile", file()}}, false, error);
-  }
+  bool print() { return tryToPrint().valueOr(false); }
+  base::Result<bool> tryToPrint() { return printer.printView(&view, fit, {{"OutputFile", file()}}, false); }
 
   QTemporaryDir folder;
   desktop::QtRunLoop runLoop;
@@ -68,8 +67,8 @@ class RealPrinter : public testing::Test {
 };
 
 TEST_F(RealPrinter, WritesOnePageWithTheTitleOfTheWindow) {
-  QString error;
-  ASSERT_TRUE(print(&error)) << qPrintable(error);
+  const base::Result<bool> printed = tryToPrint();
+  ASSERT_TRUE(printed.valueOr(false)) << qPrintable(printed.error());
   const PdfFile pdf(file());
   EXPECT_TRUE(pdf.isPdf());
   EXPECT_EQ(pdf.pageCount(), 1);
@@ -151,18 +150,14 @@ TEST_F(RealPrinter, TurnsThePageAsTheLayoutSays) {
 }
 
 TEST_F(RealPrinter, SaysWhyItCouldNotPrint) {
-  QString error;
-  EXPECT_FALSE(printer.printView(nullptr, fit, {{"OutputFile", file()}}, false, &error));
-  EXPECT_EQ(error, "There is nothing to print.");
+  EXPECT_EQ(printer.printView(nullptr, fit, {{"OutputFile", file()}}, false).error(),
+            "There is nothing to print.");
   view.resize(0, 0);
-  EXPECT_FALSE(print(&error));
-  EXPECT_EQ(error, "There is nothing to print.");
+  EXPECT_EQ(tryToPrint().error(), "There is nothing to print.");
   view.resize(10, 10);
-  error.clear();
-  EXPECT_FALSE(
-      printer.printView(&view, fit, {{"OutputFile", folder.path() + "/absent/page.pdf"}}, false, &error));
-  EXPECT_EQ(error, "The printer could not be started.");
-  EXPECT_FALSE(printer.printView(nullptr, fit, {}, false, nullptr)) << "nobody has to ask why";
+  EXPECT_EQ(
+      printer.printView(&view, fit, {{"OutputFile", folder.path() + "/absent/page.pdf"}}, false).error(),
+      "The printer could not be started.");
   EXPECT_FALSE(QFile::exists(file()));
 }
 
@@ -225,7 +220,7 @@ TEST_F(RealPrinter, CountsWhatWasPrinted) {
   EXPECT_EQ(printer.printedViews(), 0);
   ASSERT_TRUE(print());
   EXPECT_EQ(printer.printedViews(), 1);
-  EXPECT_FALSE(printer.printView(nullptr, fit, {}, false, nullptr));
+  EXPECT_FALSE(printer.printView(nullptr, fit, {}, false).ok());
   EXPECT_EQ(printer.printedViews(), 1);
 }
 

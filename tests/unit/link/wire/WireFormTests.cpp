@@ -13,15 +13,19 @@
 
 using namespace velmora::link;
 
+using velmora::base::Result;
+
 namespace {
 
 const QString Name = QStringLiteral("org.velmora.growth.osirixLink");
 const QString Object = QStringLiteral("OsirixLink");
 const QString Key = QStringLiteral("Key");
 
-QVariantMap sentDetails(const Outgoing& outgoing) { return outgoing.message.arguments().value(2).toMap(); }
+QVariantMap sentDetails(const Result<Outgoing>& outgoing) {
+  return outgoing->message.arguments().value(2).toMap();
+}
 
-Incoming received(const QVariantMap& details) {
+Result<Incoming> received(const QVariantMap& details) {
   QDBusMessage signal = QDBusMessage::createSignal(Path, Interface, Member);
   signal.setArguments({Name, Object, details});
   return fromBus(signal);
@@ -65,22 +69,22 @@ TEST(WireForm, GivesEveryPropertyListTypeItsTypeOnTheBus) {
       {QVariantMap{}, "a{sv}"},
   };
   for (const Sent& row : table) {
-    const Outgoing outgoing = toBus({Name, Object, {{Key, row.value}}});
-    EXPECT_TRUE(outgoing.refusal.isNull());
-    EXPECT_TRUE(outgoing.dropped.isEmpty()) << row.type;
+    const Result<Outgoing> outgoing = toBus({Name, Object, {{Key, row.value}}});
+    EXPECT_TRUE(outgoing.ok());
+    EXPECT_TRUE(outgoing->dropped.isEmpty()) << row.type;
     const QVariant value = sentDetails(outgoing).value(Key);
     EXPECT_STREQ(QDBusMetaType::typeToSignature(value.metaType()), row.type) << row.value.typeName();
   }
 }
 
 TEST(WireForm, NamesTheSignalItsNameAndItsObject) {
-  const Outgoing outgoing = toBus({Name, Object, {}});
-  EXPECT_EQ(outgoing.message.type(), QDBusMessage::SignalMessage);
-  EXPECT_EQ(outgoing.message.path(), QStringLiteral("/org/velmora/DistributedNotificationCenter"));
-  EXPECT_EQ(outgoing.message.interface(), QStringLiteral("org.velmora.DistributedNotificationCenter"));
-  EXPECT_EQ(outgoing.message.member(), QStringLiteral("Notification"));
-  EXPECT_EQ(outgoing.message.arguments().value(0).toString(), Name);
-  EXPECT_EQ(outgoing.message.arguments().value(1).toString(), Object);
+  const Result<Outgoing> outgoing = toBus({Name, Object, {}});
+  EXPECT_EQ(outgoing->message.type(), QDBusMessage::SignalMessage);
+  EXPECT_EQ(outgoing->message.path(), QStringLiteral("/org/velmora/DistributedNotificationCenter"));
+  EXPECT_EQ(outgoing->message.interface(), QStringLiteral("org.velmora.DistributedNotificationCenter"));
+  EXPECT_EQ(outgoing->message.member(), QStringLiteral("Notification"));
+  EXPECT_EQ(outgoing->message.arguments().value(0).toString(), Name);
+  EXPECT_EQ(outgoing->message.arguments().value(1).toString(), Object);
 }
 
 TEST(WireForm, LeavesOutWhatIsNoPropertyListValueAndNamesIt) {
@@ -96,53 +100,53 @@ TEST(WireForm, LeavesOutWhatIsNoPropertyListValueAndNamesIt) {
       QStringLiteral("12") + QChar(u'\0') + QStringLiteral("34"),
   };
   for (const QVariant& value : table) {
-    const Outgoing outgoing = toBus({Name, Object, {{Key, value}, {QStringLiteral("Other"), 7}}});
-    EXPECT_TRUE(outgoing.refusal.isNull());
+    const Result<Outgoing> outgoing = toBus({Name, Object, {{Key, value}, {QStringLiteral("Other"), 7}}});
+    EXPECT_TRUE(outgoing.ok());
     EXPECT_EQ(sentDetails(outgoing), (QVariantMap{{QStringLiteral("Other"), qint64(7)}})) << value.typeName();
-    ASSERT_EQ(outgoing.dropped.size(), 1) << value.typeName();
-    EXPECT_TRUE(outgoing.dropped.first().startsWith(QStringLiteral("Key (")))
-        << qPrintable(outgoing.dropped.first());
+    ASSERT_EQ(outgoing->dropped.size(), 1) << value.typeName();
+    EXPECT_TRUE(outgoing->dropped.first().startsWith(QStringLiteral("Key (")))
+        << qPrintable(outgoing->dropped.first());
   }
 }
 
 TEST(WireForm, LeavesOutOnlyTheBadElementOfAListOrDictionary) {
   const QVariantMap inner{{QStringLiteral("bad"), QPoint()}, {QStringLiteral("good"), 1}};
-  const Outgoing outgoing =
+  const Result<Outgoing> outgoing =
       toBus({Name, Object, {{Key, QVariantList{QStringLiteral("a"), QPoint(), inner}}}});
   EXPECT_EQ(sentDetails(outgoing).value(Key).toList(),
             (QVariantList{QStringLiteral("a"), QVariantMap{{QStringLiteral("good"), qint64(1)}}}));
-  EXPECT_EQ(outgoing.dropped, (QStringList{QStringLiteral("Key[1] (type QPoint)"),
-                                           QStringLiteral("Key[2].bad (type QPoint)")}));
+  EXPECT_EQ(outgoing->dropped, (QStringList{QStringLiteral("Key[1] (type QPoint)"),
+                                            QStringLiteral("Key[2].bad (type QPoint)")}));
 }
 
 TEST(WireForm, NamesNoMoreThanAFewOfVeryManyBadValues) {
   QVariantList many;
   for (int i = 0; i < 1000; ++i) many.append(QPoint());
   const QString longKey(100000, QLatin1Char('k'));
-  const Outgoing outgoing = toBus({Name, Object, {{longKey, many}}});
-  EXPECT_EQ(outgoing.dropped.size(), 9);
-  EXPECT_EQ(outgoing.dropped.last(), QStringLiteral("992 more"));
-  EXPECT_LT(outgoing.dropped.join(QString()).size(), 2000);
+  const Result<Outgoing> outgoing = toBus({Name, Object, {{longKey, many}}});
+  EXPECT_EQ(outgoing->dropped.size(), 9);
+  EXPECT_EQ(outgoing->dropped.last(), QStringLiteral("992 more"));
+  EXPECT_LT(outgoing->dropped.join(QString()).size(), 2000);
 }
 
 TEST(WireForm, CutsNestingOffAtItsLimit) {
-  const Outgoing within = toBus({Name, Object, nested(MaximumDepth)});
-  EXPECT_TRUE(within.dropped.isEmpty());
+  const Result<Outgoing> within = toBus({Name, Object, nested(MaximumDepth)});
+  EXPECT_TRUE(within->dropped.isEmpty());
   EXPECT_EQ(sentDetails(within), nested(MaximumDepth));
-  const Outgoing beyond = toBus({Name, Object, nested(MaximumDepth + 1)});
-  EXPECT_EQ(beyond.dropped.size(), 1);
-  EXPECT_TRUE(beyond.dropped.value(0).endsWith(QStringLiteral("(nested too deeply)")));
-  EXPECT_EQ(toBus({Name, Object, nested(10000)}).dropped.size(), 1);
+  const Result<Outgoing> beyond = toBus({Name, Object, nested(MaximumDepth + 1)});
+  EXPECT_EQ(beyond->dropped.size(), 1);
+  EXPECT_TRUE(beyond->dropped.value(0).endsWith(QStringLiteral("(nested too deeply)")));
+  EXPECT_EQ(toBus({Name, Object, nested(10000)})->dropped.size(), 1);
 }
 
 TEST(WireForm, RefusesNamesThatTheBusWouldCutShort) {
   const QString cut = QStringLiteral("a") + QChar(u'\0');
-  EXPECT_FALSE(toBus({cut, Object, {}}).refusal.isNull());
-  EXPECT_FALSE(toBus({Name, cut, {}}).refusal.isNull());
+  EXPECT_FALSE(toBus({cut, Object, {}}).ok());
+  EXPECT_FALSE(toBus({Name, cut, {}}).ok());
 }
 
 TEST(WireForm, RefusesWhatIsLargerThanItsLimit) {
-  const auto refusalOf = [](const QVariantMap& details) { return toBus({Name, Object, details}).refusal; };
+  const auto refusalOf = [](const QVariantMap& details) { return toBus({Name, Object, details}).error(); };
   EXPECT_TRUE(refusalOf({{Key, QByteArray(MaximumSize - 1000, 'x')}}).isNull());
   EXPECT_EQ(refusalOf({{Key, QByteArray(MaximumSize, 'x')}}), QStringLiteral("larger than 32 MiB"));
   // Two bytes each in UTF-8.
@@ -155,8 +159,8 @@ TEST(WireForm, RefusesWhatIsLargerThanItsLimit) {
 }
 
 TEST(WireForm, RefusesAnArrivedMessageLargerThanItsLimit) {
-  EXPECT_TRUE(received({{Key, QByteArray(MaximumSize - 1000, 'x')}}).refusal.isNull());
-  EXPECT_EQ(received({{Key, QByteArray(MaximumSize, 'x')}}).refusal, QStringLiteral("larger than 32 MiB"));
+  EXPECT_TRUE(received({{Key, QByteArray(MaximumSize - 1000, 'x')}}).ok());
+  EXPECT_EQ(received({{Key, QByteArray(MaximumSize, 'x')}}).error(), QStringLiteral("larger than 32 MiB"));
 }
 
 TEST(WireForm, RefusesSignalsThatAreNoNotification) {
@@ -169,7 +173,7 @@ TEST(WireForm, RefusesSignalsThatAreNoNotification) {
   for (const QVariantList& arguments : table) {
     QDBusMessage signal = QDBusMessage::createSignal(Path, Interface, Member);
     signal.setArguments(arguments);
-    EXPECT_FALSE(fromBus(signal).refusal.isNull()) << arguments.size();
+    EXPECT_FALSE(fromBus(signal).ok()) << arguments.size();
   }
 }
 

@@ -214,8 +214,8 @@ TEST_F(Printing, PassesSettingsLayoutAndPanelOn) {
 class FailingPrinter : public platform::Printer {
  public:
   QString reason;
-  bool printView(QWidget*, const platform::PrintInfo&, const QVariantMap&, bool, QString* error) override {
-    *error = reason;
+  base::Result<bool> printView(QWidget*, const platform::PrintInfo&, const QVariantMap&, bool) override {
+    if (!reason.isEmpty()) return base::Failure{reason};
     return false;
   }
 };

@@ -79,7 +79,7 @@ TEST_F(OrvVersionCheck, AsksForTheFeedAndNothingElse) {
   EXPECT_EQ(desktop.web.requests().first().url, QUrl("https://growth.example/feed.xml"));
   EXPECT_EQ(desktop.web.requests().first().timeout, 30);
   EXPECT_EQ(desktop.web.requests().first().limit, 1024 * 1024);
-  answer({version("120", "1.2"), {}});
+  answer(version("120", "1.2"));
   EXPECT_EQ(desktop.web.requests().size(), 1);
 }
 
@@ -93,10 +93,10 @@ TEST_F(OrvVersionCheck, EndsUnsuccessfullyWithoutAnAnswerAndSuccessfullyWithOne)
   orvVersion.checkVersion(false);
   desktop.runLoop.advance(60);
   EXPECT_TRUE(heard.isEmpty());
-  answer({{}, "The server answered with status 404."});
+  answer(base::Failure{"The server answered with status 404."});
   EXPECT_EQ(heard, QStringList{"VersionCheckUnsuccessful"});
   orvVersion.checkVersion(false);
-  answer({version("120", "1.2"), {}});
+  answer(version("120", "1.2"));
   EXPECT_EQ(heard, (QStringList{"VersionCheckUnsuccessful", "VersionCheckSuccessful"}));
 }
 
@@ -105,7 +105,7 @@ TEST_F(OrvVersionCheck, OffersANewerVersionEvenWhenNobodyAsked) {
     heard.clear();
     desktop.alerts.expect(offer(Details), AlertAlternateReturn);
     orvVersion.checkVersion(userAsked);
-    answer({version("121", "1.3"), {}});
+    answer(version("121", "1.3"));
     EXPECT_TRUE(desktop.alerts.allCame());
     EXPECT_EQ(heard, QStringList{"VersionCheckSuccessful"});
     EXPECT_TRUE(desktop.workspace.opened.isEmpty()) << "later is later";
@@ -115,7 +115,7 @@ TEST_F(OrvVersionCheck, OffersANewerVersionEvenWhenNobodyAsked) {
 TEST_F(OrvVersionCheck, OpensThePageOfTheNewVersionOnDownload) {
   desktop.alerts.expect(offer(Details), AlertDefaultReturn);
   orvVersion.checkVersion(false);
-  answer({version("121", "1.3"), {}});
+  answer(version("121", "1.3"));
   EXPECT_EQ(desktop.workspace.opened, QList<QUrl>{QUrl("https://growth.example/get")});
 }
 
@@ -123,17 +123,16 @@ TEST_F(OrvVersionCheck, SaysWhatIsNew) {
   desktop.alerts.expect(offer(Details + "\n\nFaster\nSafer"), AlertAlternateReturn);
   orvVersion.checkVersion(false);
   answer(
-      {version("121", "1.3", "<description><![CDATA[<ul><li>Faster</li><li>Safer</li></ul>]]></description>"),
-       {}});
+      version("121", "1.3", "<description><![CDATA[<ul><li>Faster</li><li>Safer</li></ul>]]></description>"));
 }
 
 TEST_F(OrvVersionCheck, ComparesNumbersOfBuildsAndShowsVersions) {
   desktop.alerts.expect(offer("Version 1.10 is available. You have version 1.2."), AlertAlternateReturn);
   orvVersion.checkVersion(false);
-  answer({version("1000", "1.10"), {}});
+  answer(version("1000", "1.10"));
   // The version for people decides nothing while there is a build to compare.
   orvVersion.checkVersion(false);
-  answer({version("119", "9.9"), {}});
+  answer(version("119", "9.9"));
   EXPECT_EQ(desktop.alerts.shown().size(), 1);
 }
 
@@ -141,7 +140,7 @@ TEST_F(OrvVersionCheck, ShowsTheBuildWhereTheVersionIsTheSame) {
   desktop.alerts.expect(offer("Version 1.2 (121) is available. You have version 1.2 (120)."),
                         AlertAlternateReturn);
   orvVersion.checkVersion(false);
-  answer({version("121", "1.2"), {}});
+  answer(version("121", "1.2"));
 }
 
 TEST_F(OrvVersionCheck, ComparesShortVersionsWhereTheFeedHasNoOthers) {
@@ -150,11 +149,11 @@ TEST_F(OrvVersionCheck, ComparesShortVersionsWhereTheFeedHasNoOthers) {
                 "</sparkle:shortVersionString></item>");
   };
   orvVersion.checkVersion(false);
-  answer({shortOnly("1.2.0"), {}});
+  answer(shortOnly("1.2.0"));
   EXPECT_TRUE(desktop.alerts.shown().isEmpty());
   desktop.alerts.expect(offer("Version 1.2.1 is available. You have version 1.2."), AlertAlternateReturn);
   orvVersion.checkVersion(false);
-  answer({shortOnly("1.2.1"), {}});
+  answer(shortOnly("1.2.1"));
 }
 
 TEST_F(OrvVersionCheck, OffersNoDownloadWithoutAPage) {
@@ -162,42 +161,42 @@ TEST_F(OrvVersionCheck, OffersNoDownloadWithoutAPage) {
       notice("A new version of Growth is available", "Version 200 is available. You have version 1.2."),
       AlertDefaultReturn);
   orvVersion.checkVersion(false);
-  answer({feed("<item><link>file:///bin/sh</link><sparkle:version>200</sparkle:version></item>"), {}});
+  answer(feed("<item><link>file:///bin/sh</link><sparkle:version>200</sparkle:version></item>"));
   EXPECT_TRUE(desktop.workspace.opened.isEmpty());
 }
 
 TEST_F(OrvVersionCheck, SaysOnlyToWhoAskedThatThereIsNoNewerVersion) {
   for (const char* number : {"120", "119", "120.0", "120b1"}) {
     orvVersion.checkVersion(false);
-    answer({version(number, "1.2"), {}});
+    answer(version(number, "1.2"));
   }
   EXPECT_TRUE(desktop.alerts.shown().isEmpty());
   for (const char* number : {"120", "119"}) {
     desktop.alerts.expect(notice("Growth is up to date", "Version 1.2 is the newest one."),
                           AlertDefaultReturn);
     orvVersion.checkVersion(true);
-    answer({version(number, "1.2"), {}});
+    answer(version(number, "1.2"));
     EXPECT_TRUE(desktop.alerts.allCame());
   }
   desktop.alerts.expect(notice("Growth is up to date", "Version 1.2 is the newest one."), AlertDefaultReturn);
   orvVersion.checkVersion(true);
-  answer({feed(""), {}});
+  answer(feed(""));
   EXPECT_EQ(heard.count("VersionCheckSuccessful"), 7);
 }
 
 TEST_F(OrvVersionCheck, SaysOnlyToWhoAskedWhyItFailed) {
   orvVersion.checkVersion(false);
-  answer({{}, "The server took too long to answer."});
+  answer(base::Failure{"The server took too long to answer."});
   orvVersion.checkVersion(false);
-  answer({"<html/>", {}});
+  answer(QByteArray("<html/>"));
   EXPECT_TRUE(desktop.alerts.shown().isEmpty());
 
   desktop.alerts.expect(notice(Failed, "The server took too long to answer."), AlertDefaultReturn);
   orvVersion.checkVersion(true);
-  answer({{}, "The server took too long to answer."});
+  answer(base::Failure{"The server took too long to answer."});
   desktop.alerts.expect(notice(Failed, "The list of versions could not be understood."), AlertDefaultReturn);
   orvVersion.checkVersion(true);
-  answer({"<html/>", {}});
+  answer(QByteArray("<html/>"));
   EXPECT_EQ(heard.count("VersionCheckUnsuccessful"), 4);
   EXPECT_EQ(heard.size(), 4);
 }
@@ -230,18 +229,18 @@ TEST_F(OrvVersionCheck, SaysSoWhenNothingTakesThePage) {
   desktop.alerts.expect(notice("The page could not be opened", "https://growth.example/get"),
                         AlertDefaultReturn);
   version121.checkVersion(false);
-  answer({version("121", "1.3"), {}});
+  answer(version("121", "1.3"));
 }
 
 TEST_F(OrvVersionCheck, PostsItsResultBeforeAnybodyAnswersTheAlert) {
   desktop.alerts.expect(offer(Details), AlertAlternateReturn,
                         [this] { EXPECT_EQ(heard, QStringList{"VersionCheckSuccessful"}); });
   orvVersion.checkVersion(false);
-  answer({version("121", "1.3"), {}});
+  answer(version("121", "1.3"));
   desktop.alerts.expect(notice(Failed, "No."), AlertDefaultReturn,
                         [this] { EXPECT_EQ(heard.last(), "VersionCheckUnsuccessful"); });
   orvVersion.checkVersion(true);
-  answer({{}, "No."});
+  answer(base::Failure{"No."});
   EXPECT_EQ(heard.size(), 2);
 }
 
@@ -249,7 +248,7 @@ TEST_F(OrvVersionCheck, IsJoinedByThoseThatAreCalledForMeanwhile) {
   orvVersion.checkVersion(false);
   orvVersion.checkVersion(false);
   EXPECT_EQ(desktop.web.requests().size(), 1);
-  answer({version("120", "1.2"), {}});
+  answer(version("120", "1.2"));
   EXPECT_EQ(heard, QStringList{"VersionCheckSuccessful"});
 }
 
@@ -259,13 +258,13 @@ TEST_F(OrvVersionCheck, TellsTheResultWhenTheUserJoinsIn) {
                           AlertDefaultReturn);
     orvVersion.checkVersion(userFirst);
     orvVersion.checkVersion(!userFirst);
-    answer({version("120", "1.2"), {}});
+    answer(version("120", "1.2"));
     EXPECT_TRUE(desktop.alerts.allCame());
   }
   EXPECT_EQ(desktop.web.requests().size(), 2);
   // And nobody has asked the next time.
   orvVersion.checkVersion(false);
-  answer({version("120", "1.2"), {}});
+  answer(version("120", "1.2"));
   EXPECT_EQ(desktop.alerts.shown().size(), 2);
 }
 
@@ -276,9 +275,9 @@ TEST_F(OrvVersionCheck, MayBeStartedAgainByWhoHearsOfItsEnd) {
                                            if (std::exchange(again, false)) orvVersion.checkVersion(false);
                                          });
   orvVersion.checkVersion(false);
-  answer({{}, "No."});
+  answer(base::Failure{"No."});
   EXPECT_EQ(desktop.web.requests().size(), 2);
-  answer({version("120", "1.2"), {}});
+  answer(version("120", "1.2"));
   EXPECT_EQ(heard, (QStringList{"VersionCheckUnsuccessful", "VersionCheckSuccessful"}));
 }
 
@@ -286,7 +285,7 @@ TEST_F(OrvVersionCheck, WaitsWithItsResultWhileAnAlertIsOpen) {
   orvVersion.checkVersion(false);
   {
     const platform::RunLoop::ModalSession question(desktop.runLoop);
-    answer({version("120", "1.2"), {}});
+    answer(version("120", "1.2"));
     EXPECT_TRUE(heard.isEmpty());
   }
   desktop.runLoop.settle();
@@ -297,7 +296,7 @@ TEST_F(OrvVersionCheck, EndsWithItsOwner) {
   auto shortLived = std::make_unique<OrvVersion>(desktop.services);
   shortLived->checkVersion(false);
   shortLived.reset();
-  answer({version("121", "1.3"), {}});
+  answer(version("121", "1.3"));
   EXPECT_TRUE(heard.isEmpty());
 }
 

@@ -171,7 +171,7 @@ TEST(End, HearsNoResultOfAVersionCheckAnyMore) {
   ASSERT_EQ(application.desktop.web.requests().size(), 1);
   const QVariantMap stored = application.desktop.defaults.stored();
   application.controller.applicationWillTerminate();
-  application.desktop.web.answer({"<rss><channel/></rss>", {}});
+  application.desktop.web.answer(QByteArray("<rss><channel/></rss>"));
   application.settle();
   EXPECT_EQ(application.desktop.defaults.stored(), stored);
   EXPECT_EQ(status(application), "Checking for new version...");
