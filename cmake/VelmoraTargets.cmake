@@ -115,7 +115,7 @@ endfunction()
 # that option. Those of QTest are not among them: Qt defines macros for them that are different in each folder.
 function(velmora_test_headers test headers option)
   if(NOT TARGET ${headers})
-    add_executable(${headers} EXCLUDE_FROM_ALL ${VELMORA_ROOT}/framework/testing/main/main.cpp)
+    add_library(${headers} OBJECT EXCLUDE_FROM_ALL ${VELMORA_ROOT}/cmake/headers.cpp)
     target_link_libraries(${headers} PRIVATE velmora_options GTest::gtest Qt6::Widgets)
     target_compile_options(${headers} PRIVATE ${option})
     target_precompile_headers(${headers} PRIVATE <gtest/gtest.h> <QWidget> <QVariantMap> <QDateTime> <functional> <memory>)

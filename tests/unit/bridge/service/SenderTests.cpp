@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 
+#include "bridge/dicom/Capture.h"
 #include "bridge/service/Sender.h"
 #include "tests/unit/bridge/service/ServeTesting.h"
 

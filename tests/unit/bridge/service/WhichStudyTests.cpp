@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include "bridge/dicom/Uid.h"
 #include "bridge/service/WhichStudy.h"
 #include "tests/unit/bridge/service/ServeTesting.h"
 
