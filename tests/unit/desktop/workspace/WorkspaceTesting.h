@@ -24,10 +24,7 @@ class RealWorkspace : public testing::Test {
     return data.path() + "/applications/" + identifier + ".desktop";
   }
   void install(const QString& identifier, const QByteArray& lines) const {
-    velmora::testkit::writeFile(entry(identifier), "[Desktop Entry]
-Type=Application
-Name=Viewer
-" + lines);
+    velmora::testkit::writeFile(entry(identifier), "[Desktop Entry]\nType=Application\nName=Viewer\n" + lines);
   }
 
   QTemporaryDir data;
