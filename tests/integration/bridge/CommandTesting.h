@@ -24,13 +24,8 @@ class Commands : public ::testing::Test {
   void configure(const QString& pacs) {
     velmora::testkit::writeFile(
         config(),
-        (text("[pacs]
-") + pacs +
-         text("[link]
-applications = org.velmora.growth
-[spool]
-folder = ") + spool() + text("
-"))
+        (text("[pacs]\n") + pacs + text("[link]\napplications = org.velmora.growth\n[spool]\nfolder = ") +
+         spool() + text("\n"))
             .toUtf8());
     ASSERT_TRUE(QFile::setPermissions(config(), QFile::ReadOwner | QFile::WriteOwner));
   }

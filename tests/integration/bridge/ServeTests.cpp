@@ -147,11 +147,11 @@ TEST(Serve, EndsInTheMiddleOfAnExchangeAndTakesItUpAgain) {
   QTcpServer silent;  // takes the connection, and says nothing
   ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
   const QString elsewhere = world.spool() + text(".conf");
-  ASSERT_TRUE(writeFile(elsewhere, text("[pacs]\nhost = 127.0.0.1\nport = %1\ntimeout = 60\n[link]\n"
-                                        "applications = %2\n[spool]\nfolder = %3\n")
-                                       .arg(silent.serverPort())
-                                       .arg(Growth, world.spool())
-                                       .toUtf8()));
+  writeFile(elsewhere, text("[pacs]\nhost = 127.0.0.1\nport = %1\ntimeout = 60\n[link]\n"
+                            "applications = %2\n[spool]\nfolder = %3\n")
+                           .arg(silent.serverPort())
+                           .arg(Growth, world.spool())
+                           .toUtf8());
   {
     ServeProgram serve(world.bus, elsewhere);
     ASSERT_FALSE(serve.lineWith("listening").isNull()) << serve.errors().constData();
