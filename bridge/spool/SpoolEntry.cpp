@@ -8,6 +8,7 @@
 #include "bridge/dicom/Uid.h"
 #include "bridge/spool/SpoolFile.h"
 #include "base/CalendarDay.h"
+#include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 
 namespace protocol = velmora::link;
@@ -20,38 +21,38 @@ const QByteArray StateKind("velmora-link state 1");
 
 QString keyed(const char* key) { return QString::fromLatin1(key); }
 
-/// Reads the members of an object, and remembers whether all were what they should be.
-class Reading {
+/// Reads the members of an object, and remembers whether all were valid.
+class JsonReader {
  public:
-  explicit Reading(const QJsonObject& object) : object_(object) {}
+  explicit JsonReader(const QJsonObject& object) : object_(object) {}
 
   void text(const char* key, QString& value) {
     const QJsonValue member = object_.value(keyed(key));
     if (member.isString()) value = member.toString();
-    right_ = right_ && member.isString();
+    valid_ = valid_ && member.isString();
   }
   void number(const char* key, int& value) {
     const QJsonValue member = object_.value(keyed(key));
     value = member.toInt(-1);
-    right_ = right_ && value >= 0;
+    valid_ = valid_ && value >= 0;
   }
   void day(const char* key, QDate& value) {
     QString written;
     text(key, written);
     value = QDate::fromString(written, Qt::ISODate);
-    right_ = right_ && (value.isValid() || written.isEmpty());
+    valid_ = valid_ && (value.isValid() || written.isEmpty());
   }
   void time(const char* key, QDateTime& value) {
     QString written;
     text(key, written);
     value = QDateTime::fromString(written, Qt::ISODateWithMs);
-    right_ = right_ && (value.isValid() || written.isEmpty());
+    valid_ = valid_ && (value.isValid() || written.isEmpty());
   }
-  bool right() const { return right_; }
+  bool valid() const { return valid_; }
 
  private:
   QJsonObject object_;
-  bool right_ = true;
+  bool valid_ = true;
 };
 
 QString written(const QDate& day) { return day.isValid() ? day.toString(Qt::ISODate) : QString(); }
@@ -78,20 +79,20 @@ QJsonObject jsonOf(const Study& study) {
 }
 
 bool read(const QJsonObject& object, Study& study) {
-  Reading reading(object);
-  reading.text("studyInstanceUID", study.studyInstanceUID);
-  reading.text("patientID", study.patientID);
-  reading.text("issuerOfPatientID", study.issuerOfPatientID);
-  reading.text("patientName", study.patientName);
-  reading.day("birthDate", study.birthDate);
-  reading.text("sex", study.sex);
-  reading.day("studyDate", study.studyDate);
-  reading.text("studyTime", study.studyTime);
-  reading.text("studyID", study.studyID);
-  reading.text("accessionNumber", study.accessionNumber);
-  reading.text("referringPhysician", study.referringPhysician);
-  reading.text("description", study.description);
-  return reading.right();
+  JsonReader reader(object);
+  reader.text("studyInstanceUID", study.studyInstanceUID);
+  reader.text("patientID", study.patientID);
+  reader.text("issuerOfPatientID", study.issuerOfPatientID);
+  reader.text("patientName", study.patientName);
+  reader.day("birthDate", study.birthDate);
+  reader.text("sex", study.sex);
+  reader.day("studyDate", study.studyDate);
+  reader.text("studyTime", study.studyTime);
+  reader.text("studyID", study.studyID);
+  reader.text("accessionNumber", study.accessionNumber);
+  reader.text("referringPhysician", study.referringPhysician);
+  reader.text("description", study.description);
+  return reader.valid();
 }
 
 QString nameOf(SpoolState state) {
@@ -117,26 +118,26 @@ std::optional<SpooledReply> replyFrom(const QByteArray& json) {
   const QJsonDocument document = QJsonDocument::fromJson(json);
   if (!document.isObject()) return std::nullopt;
   SpooledReply reply;
-  Reading reading(document.object());
-  reading.text("sopInstanceUID", reply.sopInstanceUID);
-  reading.time("arrival", reply.arrival);
-  reading.text("application", reply.application);
-  reading.text("identifier", reply.identifier);
-  reading.text("patientName", reply.patientName);
-  reading.day("birthDay", reply.birthDay);
-  reading.day("studyDay", reply.studyDay);
-  reading.text("studyID", reply.studyID);
-  reading.text("requestedStudyUID", reply.requestedStudyUID);
-  reading.text("description", reply.description);
-  reading.text("complaint", reply.complaint);
-  if (!reading.right() || reply.sopInstanceUID.isEmpty()) return std::nullopt;
+  JsonReader reader(document.object());
+  reader.text("sopInstanceUID", reply.sopInstanceUID);
+  reader.time("arrival", reply.arrival);
+  reader.text("application", reply.application);
+  reader.text("identifier", reply.identifier);
+  reader.text("patientName", reply.patientName);
+  reader.day("birthDay", reply.birthDay);
+  reader.day("studyDay", reply.studyDay);
+  reader.text("studyID", reply.studyID);
+  reader.text("requestedStudyUID", reply.requestedStudyUID);
+  reader.text("description", reply.description);
+  reader.text("complaint", reply.complaint);
+  if (!reader.valid() || reply.sopInstanceUID.isEmpty()) return std::nullopt;
   return reply;
 }
 
-/// Takes the values of a reply over, one by one.
-class Taking {
+/// Reads the values of a reply one by one, and collects what is wrong with them.
+class ReplyReader {
  public:
-  explicit Taking(const QVariantMap& reply) : reply_(reply) {}
+  explicit ReplyReader(const QVariantMap& reply) : reply_(reply) {}
 
   QString text(const QString& key, bool always) {
     const QVariant value = reply_.value(key);
@@ -166,11 +167,6 @@ class Taking {
     return QDate();
   }
 
-  QByteArray bytes(const QString& key) const {
-    const QVariant value = reply_.value(key);
-    return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : QByteArray();
-  }
-
   void complain(const QString& what) { complaints_.append(what); }
   QString complaints() const { return complaints_.join(QStringLiteral(", ")); }
 
@@ -183,25 +179,23 @@ class Taking {
 
 std::optional<SpooledReply> spooledReply(const QVariantMap& values, const QString& application,
                                          const QDateTime& arrival) {
-  Taking taking(values);
+  ReplyReader reader(values);
   SpooledReply reply;
-  reply.jpeg = taking.bytes(protocol::JPEG);
+  reply.jpeg = protocol::jpegOf(values);
   if (reply.jpeg.isEmpty()) return std::nullopt;
   reply.sopInstanceUID = newUid();
   reply.arrival = arrival.toOffsetFromUtc(arrival.offsetFromUtc());
   reply.application = application;
-  reply.identifier = taking.text(protocol::Identifier, true);
-  reply.patientName = taking.text(protocol::Name, false);
-  reply.birthDay = taking.day(protocol::DateOfBirth);
-  reply.studyDay = taking.day(protocol::DateOfStudy);
-  reply.studyID = taking.text(protocol::OsiriXStudyID, false);
-  reply.description = taking.text(protocol::StudyDescription, false);
-  // Every JPEG file begins with the start-of-image marker (ITU-T T.81, B.1.1.3) and the first byte of the
-  // next one.
-  if (!reply.jpeg.startsWith("\xff\xd8\xff")) {
-    taking.complain(protocol::JPEG + QStringLiteral(" is not a JPEG file image"));
+  reply.identifier = reader.text(protocol::Identifier, true);
+  reply.patientName = reader.text(protocol::Name, false);
+  reply.birthDay = reader.day(protocol::DateOfBirth);
+  reply.studyDay = reader.day(protocol::DateOfStudy);
+  reply.studyID = reader.text(protocol::OsiriXStudyID, false);
+  reply.description = reader.text(protocol::StudyDescription, false);
+  if (!protocol::mayBeJpeg(reply.jpeg)) {
+    reader.complain(protocol::JPEG + QStringLiteral(" is not a JPEG file image"));
   }
-  reply.complaint = taking.complaints();
+  reply.complaint = reader.complaints();
   return reply;
 }
 
@@ -262,27 +256,27 @@ std::optional<EntryState> decodeState(const QByteArray& file) {
   if (!document.isObject()) return std::nullopt;
   EntryState state;
   QString name;
-  Reading reading(document.object());
-  reading.text("state", name);
-  reading.time("changed", state.changed);
-  reading.number("tries", state.tries);
-  reading.text("reason", state.reason);
-  reading.text("sopInstanceUID", state.sopInstanceUID);
-  reading.text("studyInstanceUID", state.studyInstanceUID);
-  reading.text("application", state.application);
-  reading.time("arrival", state.arrival);
+  JsonReader reader(document.object());
+  reader.text("state", name);
+  reader.time("changed", state.changed);
+  reader.number("tries", state.tries);
+  reader.text("reason", state.reason);
+  reader.text("sopInstanceUID", state.sopInstanceUID);
+  reader.text("studyInstanceUID", state.studyInstanceUID);
+  reader.text("application", state.application);
+  reader.time("arrival", state.arrival);
   const auto named = stateNamed(name);
-  if (!reading.right() || !named) return std::nullopt;
+  if (!reader.valid() || !named) return std::nullopt;
   state.state = *named;
   const QJsonValue decided = document.object().value(keyed("decision"));
   if (decided.isUndefined()) return state;
   Decision decision;
-  Reading deciding(decided.toObject());
-  deciding.text("seriesInstanceUID", decision.seriesInstanceUID);
-  deciding.number("seriesNumber", decision.seriesNumber);
-  deciding.number("instanceNumber", decision.instanceNumber);
+  JsonReader decisionReader(decided.toObject());
+  decisionReader.text("seriesInstanceUID", decision.seriesInstanceUID);
+  decisionReader.number("seriesNumber", decision.seriesNumber);
+  decisionReader.number("instanceNumber", decision.instanceNumber);
   decision.showsPatient = decided.toObject().value(keyed("showsPatient")).toBool(true);
-  if (!deciding.right() || !read(decided.toObject().value(keyed("study")).toObject(), decision.study)) {
+  if (!decisionReader.valid() || !read(decided.toObject().value(keyed("study")).toObject(), decision.study)) {
     return std::nullopt;
   }
   state.decision = decision;

@@ -153,7 +153,7 @@ Result<> FileManager::writeDurably(const QString& path, const QByteArray& conten
 
 Result<> FileManager::writePrivately(const QString& path, const QByteArray& contents) {
   if (!canBeName(path)) return Failure{QStringLiteral("No file can have this name.")};
-  return writeAndPlace(*this, path, contents, [](TemporaryFile& file) { return file.replacePrivately(); });
+  return writeAndPlace(*this, path, contents, [](TemporaryFile& file) { return file.rename(); });
 }
 
 void FileManager::removeAbandonedFiles(const QString& folder, const QStringList& extensions, Depth depth,

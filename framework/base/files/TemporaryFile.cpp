@@ -127,11 +127,6 @@ Result<> TemporaryFile::replace() {
   return rights ? rename() : rights;
 }
 
-Result<> TemporaryFile::replacePrivately() {
-  const Result<> rights = setRights(UserOnly);
-  return rights ? rename() : rights;
-}
-
 Result<bool> TemporaryFile::placeWhereNothingStands() {
   const auto refused = []() -> Result<bool> {
     if (errno == EEXIST) return false;

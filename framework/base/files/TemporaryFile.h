@@ -25,8 +25,8 @@ class TemporaryFile {
 
   /// Takes the final name, and the rights, the group and the access list of the file that has it.
   Result<> replace();
-  /// Takes the final name, and stays readable and writable by the user alone.
-  Result<> replacePrivately();
+  /// Takes the final name with the rights that it has.
+  Result<> rename();
   /// Takes the final name if nothing has it, and the rights that a new file gets in this folder. False when
   /// something has it by now.
   Result<bool> placeWhereNothingStands();
@@ -40,7 +40,6 @@ class TemporaryFile {
   Result<> takeRightsOfTarget();
   bool takeAccessListOfTarget();
   Result<> setRights(mode_t rights);
-  Result<> rename();
 
   QByteArray target_;
   QByteArray path_;

@@ -39,9 +39,7 @@ QString complaintsAbout(const QVariantMap& reply) {
   expect(Name, QMetaType::QString, text, false);
   expect(DateOfBirth, QMetaType::QDateTime, date, false);
   expect(DateOfStudy, QMetaType::QDateTime, date, false);
-  // Every JPEG file begins with the start-of-image marker (ITU-T T.81, B.1.1.3) and the first byte of the
-  // next one.
-  if (reply.value(JPEG).typeId() == QMetaType::QByteArray && !jpegOf(reply).startsWith("\xff\xd8\xff")) {
+  if (reply.value(JPEG).typeId() == QMetaType::QByteArray && !mayBeJpeg(jpegOf(reply))) {
     complaints.append(JPEG + QStringLiteral(" is not a JPEG file image"));
   }
   return complaints.join(QStringLiteral(", "));
@@ -51,6 +49,8 @@ QByteArray jpegOf(const QVariantMap& reply) {
   const QVariant value = reply.value(JPEG);
   return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : QByteArray();
 }
+
+bool mayBeJpeg(const QByteArray& bytes) { return bytes.startsWith("\xff\xd8\xff"); }
 
 base::Result<QVariantMap> requestPayload(const QVariantMap& study) {
   if (!study.contains(Identifier))

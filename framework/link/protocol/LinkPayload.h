@@ -36,6 +36,9 @@ QVariantMap replyPayload(const ChartExport& chart);
 QString complaintsAbout(const QVariantMap& reply);
 /// The chart of a reply that came; no bytes when there is none.
 QByteArray jpegOf(const QVariantMap& reply);
+/// Whether bytes begin as every JPEG file does: with the start-of-image marker (ITU-T T.81, B.1.1.3) and the
+/// first byte of the next one.
+bool mayBeJpeg(const QByteArray& bytes);
 
 /// The payload of the link request for a study: strings stay, dates written "YYYY-MM-DD" become points in
 /// time, the study's identifier is any value and goes as it is. The patient's identifier is required; an
