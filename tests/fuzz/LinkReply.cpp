@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <cstring>
 
+#include "bridge/dicom/Capture.h"
 #include "bridge/spool/SpoolFile.h"
 #include "bridge/spool/RequestMemory.h"
 #include "bridge/service/WhichStudy.h"
