@@ -56,16 +56,18 @@ int runCheck(const QStringList& arguments) {
 
   Answers answers;
   const QString path = configPathOption(parser);
-  const ConfigResult result = readConfig(path);
-  for (const QString& error : result.errors) answers.give("configuration", {false, error});
-  if (!result.ok()) return WrongUsage;
-  const Config& config = result.config;
+  const auto config = readConfig(path);
+  if (!config.ok()) {
+    const QStringList errors = config.error().split(QLatin1Char('\n'));
+    for (const QString& error : errors) answers.give("configuration", {false, error});
+    return WrongUsage;
+  }
   answers.give("configuration", {true, path});
-  answers.give("spool", checkSpoolFolder(config.spoolFolder));
-  answers.give("charts", checkCharts(config.spoolFolder));
+  answers.give("spool", checkSpoolFolder(config->spoolFolder));
+  answers.give("charts", checkCharts(config->spoolFolder));
   answers.give("session bus", checkSessionBus());
-  answers.give("server", checkServer(config.spoolFolder));
-  answers.give("archive", checkArchive(config.pacs));
+  answers.give("server", checkServer(config->spoolFolder));
+  answers.give("archive", checkArchive(config->pacs));
   return answers.exitCode();
 }
 

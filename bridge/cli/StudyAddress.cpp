@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "base/CalendarDay.h"
+#include "bridge/dicom/Uid.h"
 #include "link/protocol/BundleIdentifier.h"
 
 using namespace velmora;
@@ -52,7 +53,7 @@ bool isForbiddenInIdentifiers(char32_t c) {
 /// Takes one value over, unless something is wrong with it.
 base::Result<> take(StudyAddress& address, const QString& key, const QString& value) {
   if (key == QLatin1String("uid")) {
-    if (!mayBeUid(value)) return refused("its uid is no Study Instance UID");
+    if (!isUid(value)) return refused("its uid is no Study Instance UID");
     address.query.studyInstanceUID = value;
   } else if (key == QLatin1String("accession")) {
     if (!isPlainIdentifier(value)) return refused("its accession number is not acceptable");
@@ -74,11 +75,6 @@ base::Result<> take(StudyAddress& address, const QString& key, const QString& va
 }
 
 }  // namespace
-
-bool mayBeUid(const QString& text) {
-  static const QRegularExpression form(QStringLiteral("\\A[0-9.]{1,64}\\z"));
-  return form.match(text).hasMatch();
-}
 
 bool isPlainIdentifier(const QString& text) {
   const QList<uint> characters = text.toUcs4();

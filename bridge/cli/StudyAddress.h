@@ -22,15 +22,14 @@ struct StudyAddress {
 /// and one of the first three at least. Values are UTF-8, percent-encoded (RFC 3986); "+" is a plus sign.
 ///
 /// Any page in a browser may hand such an address over. It can name a study, nothing else: it is at most
-/// `LongestAddress` characters, all of them printable ASCII; a UID is digits and dots, at most 64; an
-/// identifier is at most 64 characters, without backslashes, wildcards and control characters; and there is
-/// no key for a file, a host or a configuration. A refusal says why, without quoting the address.
+/// `LongestAddress` characters, all of them printable ASCII; a UID is one (isUid()); an identifier is at most
+/// 64 characters, without backslashes, wildcards and control characters; and there is no key for a file, a
+/// host or a configuration. A refusal says why, without quoting the address.
 velmora::base::Result<StudyAddress> studyAddress(const QString& address);
 
 inline constexpr int LongestAddress = 2048;
 
-/// Whether a text may be a Study Instance UID, and a patient's identifier or an accession number.
-bool mayBeUid(const QString& text);
+/// Whether a text may be a patient's identifier or an accession number.
 bool isPlainIdentifier(const QString& text);
 
 }  // namespace bridge

@@ -11,6 +11,7 @@
 #include "bridge/cli/StudyAddress.h"
 #include "bridge/dicom/PersonName.h"
 #include "bridge/dicom/StudyFile.h"
+#include "bridge/dicom/Uid.h"
 #include "bridge/pacs/MakePacs.h"
 #include "link/protocol/LinkProtocol.h"
 
@@ -100,7 +101,7 @@ std::optional<StudyQuery> queryOf(const QCommandLineParser& parser) {
   query.studyInstanceUID = parser.value(QStringLiteral("uid"));
   query.accessionNumber = parser.value(QStringLiteral("accession"));
   query.patientID = parser.value(QStringLiteral("patient"));
-  if (parser.isSet(QStringLiteral("uid")) && !mayBeUid(query.studyInstanceUID)) {
+  if (parser.isSet(QStringLiteral("uid")) && !isUid(query.studyInstanceUID)) {
     wrong(QStringLiteral("--uid: not a UID"));
     return std::nullopt;
   }
@@ -216,16 +217,16 @@ int runOpen(const QStringList& arguments) {
                       .arg(end ? QStringLiteral("it is no address") : address.error()),
                   WrongUsage);
   }
-  const ConfigResult read = readConfig(configPathOption(parser));
-  if (!read.ok()) return refuse(read.errors.join(QLatin1Char('\n')), WrongUsage);
+  const auto config = readConfig(configPathOption(parser));
+  if (!config.ok()) return refuse(config.error(), WrongUsage);
   const QString application =
-      address->application.isEmpty() ? read.config.applications.value(0) : address->application;
-  if (!read.config.applications.contains(application)) {
+      address->application.isEmpty() ? config->applications.value(0) : address->application;
+  if (!config->applications.contains(application)) {
     return refuse(
         QStringLiteral("the link cannot be followed: its application is not among those configured"),
         WrongUsage);
   }
-  const Choice choice = chosenFrom(read.config.pacs, address->query);
+  const Choice choice = chosenFrom(config->pacs, address->query);
   const base::Result<> sent = send(choice, application);
   if (sent) {
     const QString warning = warningAbout(application);

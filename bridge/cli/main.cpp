@@ -66,9 +66,10 @@ QString configPathOption(const QCommandLineParser& parser) {
 }
 
 std::optional<Config> configOption(const QCommandLineParser& parser) {
-  const ConfigResult result = readConfig(configPathOption(parser));
-  if (result.ok()) return result.config;
-  for (const QString& error : result.errors) printError(error);
+  const auto config = readConfig(configPathOption(parser));
+  if (config.ok()) return *config;
+  const QStringList errors = config.error().split(QLatin1Char('\n'));
+  for (const QString& error : errors) printError(error);
   return std::nullopt;
 }
 

@@ -18,6 +18,9 @@
 namespace bridge {
 namespace {
 
+using velmora::base::Failure;
+using velmora::base::Result;
+
 constexpr qint64 MaximumSize = 64 * 1024;
 constexpr int MostApplications = 100;
 constexpr int MostErrors = 20;
@@ -46,105 +49,109 @@ std::optional<int> wholeNumber(const QString& text, int least, int most) {
   return number;
 }
 
-// Each of these takes one value; what is wrong with it, null when nothing is.
+// Each of these takes one value. A failure says what is wrong with it, to be read after the key.
 
-QString takeKind(Config& config, const QString& value) {
+Result<> takeKind(Config& config, const QString& value) {
   if (value == QLatin1String("dimse")) {
     config.pacs.kind = PacsSettings::Kind::Dimse;
   } else if (value == QLatin1String("web")) {
     config.pacs.kind = PacsSettings::Kind::Web;
   } else {
-    return QStringLiteral("is not \"dimse\" or \"web\"");
+    return Failure{QStringLiteral("is not \"dimse\" or \"web\"")};
   }
-  return QString();
+  return {};
 }
 
-QString takeHost(Config& config, const QString& value) {
+Result<> takeHost(Config& config, const QString& value) {
   // The DICOM toolkit keeps host, colon and port in 63 characters, and would cut the port.
   constexpr int LongestHost = 57;
   static const QRegularExpression form(QStringLiteral("\\A[A-Za-z0-9][A-Za-z0-9._-]{0,252}\\z"));
   if (!form.match(value).hasMatch()) {
-    return QStringLiteral("is not the name of a host or an IPv4 address (the port is a key of its own)");
+    return Failure{
+        QStringLiteral("is not the name of a host or an IPv4 address (the port is a key of its own)")};
   }
   if (value.size() > LongestHost) {
-    return QStringLiteral("has more than %1 characters: write the IPv4 address in its place")
-        .arg(LongestHost);
+    return Failure{
+        QStringLiteral("has more than %1 characters: write the IPv4 address in its place").arg(LongestHost)};
   }
   config.pacs.host = value;
-  return QString();
+  return {};
 }
 
-QString takePort(Config& config, const QString& value) {
+Result<> takePort(Config& config, const QString& value) {
   const auto port = wholeNumber(value, 1, 65535);
-  if (!port) return QStringLiteral("is not a whole number from 1 to 65535");
+  if (!port) return Failure{QStringLiteral("is not a whole number from 1 to 65535")};
   config.pacs.port = *port;
-  return QString();
+  return {};
 }
 
 /// PS3.5 6.2, value representation AE: 16 characters of the basic repertoire, no backslash, not blanks alone.
-QString takeTitle(QString& title, const QString& value) {
+Result<> takeTitle(QString& title, const QString& value) {
   static const QRegularExpression form(QStringLiteral("\\A[ -\\[\\]-~]{1,16}\\z"));
   if (!form.match(value).hasMatch()) {
-    return QStringLiteral("is not an AE title: 1 to 16 letters, digits and signs, no backslash, plain ASCII");
+    return Failure{
+        QStringLiteral("is not an AE title: 1 to 16 letters, digits and signs, no backslash, plain ASCII")};
   }
   title = value;
-  return QString();
+  return {};
 }
 
-QString takeUrl(Config& config, const QString& value) {
+Result<> takeUrl(Config& config, const QString& value) {
   const QUrl url(value, QUrl::StrictMode);
   const bool web = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
   if (!url.isValid() || !web || url.host().isEmpty() || url.hasQuery() || url.hasFragment()) {
-    return QStringLiteral("is not the address of a DICOMweb service, as in https://pacs.example/dicom-web");
+    return Failure{
+        QStringLiteral("is not the address of a DICOMweb service, as in https://pacs.example/dicom-web")};
   }
   if (!url.userInfo().isEmpty()) {
-    return QStringLiteral("has a user or password in it: \"user\" and \"password\" are keys of their own");
+    return Failure{
+        QStringLiteral("has a user or password in it: \"user\" and \"password\" are keys of their own")};
   }
   config.pacs.url = url;
-  return QString();
+  return {};
 }
 
-QString takeUser(Config& config, const QString& value) {
+Result<> takeUser(Config& config, const QString& value) {
   // RFC 7617: the colon ends the user's name.
-  if (value.contains(QLatin1Char(':'))) return QStringLiteral("has a colon in it");
+  if (value.contains(QLatin1Char(':'))) return Failure{QStringLiteral("has a colon in it")};
   config.pacs.user = value;
-  return QString();
+  return {};
 }
 
-QString takeTimeout(Config& config, const QString& value) {
+Result<> takeTimeout(Config& config, const QString& value) {
   const auto seconds = wholeNumber(value, 1, 600);
-  if (!seconds) return QStringLiteral("is not a whole number of seconds from 1 to 600");
+  if (!seconds) return Failure{QStringLiteral("is not a whole number of seconds from 1 to 600")};
   config.pacs.timeout = std::chrono::seconds(*seconds);
-  return QString();
+  return {};
 }
 
-QString takeNames(QStringList& applications, const QString& value) {
+Result<> takeNames(QStringList& applications, const QString& value) {
   const QStringList names = value.split(QLatin1Char(','));
   for (const QString& each : names) {
     const QString name = each.trimmed();
     if (!velmora::link::isBundleIdentifier(name))
-      return QStringLiteral("names \"%1\", which is no bundle identifier").arg(name);
-    if (applications.contains(name)) return QStringLiteral("names \"%1\" twice").arg(name);
+      return Failure{QStringLiteral("names \"%1\", which is no bundle identifier").arg(name)};
+    if (applications.contains(name)) return Failure{QStringLiteral("names \"%1\" twice").arg(name)};
     applications.append(name);
   }
   if (applications.size() > MostApplications) {
-    return QStringLiteral("names more than %1 applications").arg(MostApplications);
+    return Failure{QStringLiteral("names more than %1 applications").arg(MostApplications)};
   }
-  return QString();
+  return {};
 }
 
-QString takeFolder(Config& config, const QString& value) {
+Result<> takeFolder(Config& config, const QString& value) {
   const QString folder = value.startsWith(QLatin1String("~/")) ? QDir::home().filePath(value.mid(2)) : value;
   if (!QDir::isAbsolutePath(folder))
-    return QStringLiteral("is not a folder's whole path, from \"/\" or \"~/\" on");
+    return Failure{QStringLiteral("is not a folder's whole path, from \"/\" or \"~/\" on")};
   config.spoolFolder = QDir::cleanPath(folder);
-  return QString();
+  return {};
 }
 
 struct Key {
   const char* section;
   const char* name;
-  QString (*take)(Config&, const QString&);
+  Result<> (*take)(Config&, const QString&);
 };
 
 const std::array<Key, 12> Keys{{
@@ -160,7 +167,7 @@ const std::array<Key, 12> Keys{{
     {"pacs", "password",
      [](Config& config, const QString& value) {
        config.pacs.password = value;
-       return QString();
+       return Result<>();
      }},
     {"pacs", "timeout", takeTimeout},
     {"link", "applications",
@@ -170,19 +177,21 @@ const std::array<Key, 12> Keys{{
     {"spool", "folder", takeFolder},
 }};
 
-/// Takes an entry into the configuration; what is wrong with it, null when nothing is.
-QString take(Config& config, const ConfigEntry& entry) {
+/// Takes an entry into the configuration.
+Result<> take(Config& config, const ConfigEntry& entry) {
   const auto inSection = [&](const Key& key) { return entry.section == QLatin1String(key.section); };
   if (std::none_of(Keys.begin(), Keys.end(), inSection)) {
-    return QStringLiteral("there is no section [%1]").arg(entry.section);
+    return Failure{QStringLiteral("there is no section [%1]").arg(entry.section)};
   }
   const auto key = std::find_if(Keys.begin(), Keys.end(), [&](const Key& each) {
     return inSection(each) && entry.key == QLatin1String(each.name);
   });
-  if (key == Keys.end()) return QStringLiteral("there is no \"%1\" in [%2]").arg(entry.key, entry.section);
-  if (entry.value.isEmpty()) return QStringLiteral("\"%1\" has no value").arg(entry.key);
-  const QString complaint = key->take(config, entry.value);
-  return complaint.isNull() ? QString() : QStringLiteral("\"%1\" %2").arg(entry.key, complaint);
+  if (key == Keys.end())
+    return Failure{QStringLiteral("there is no \"%1\" in [%2]").arg(entry.key, entry.section)};
+  if (entry.value.isEmpty()) return Failure{QStringLiteral("\"%1\" has no value").arg(entry.key)};
+  const Result<> taken = key->take(config, entry.value);
+  if (taken.ok()) return {};
+  return Failure{QStringLiteral("\"%1\" %2").arg(entry.key, taken.error())};
 }
 
 /// What the whole lacks.
@@ -210,27 +219,25 @@ QStringList missingFrom(const Config& config) {
 struct Contents {
   QByteArray bytes;
   bool othersMayRead = false;
-  QString error;  ///< null when there are contents
 };
 
-Contents contentsOf(const QString& path) {
+Result<Contents> contentsOf(const QString& path) {
   const QFileInfo info(path);
   if (!info.exists()) {
-    return {{}, false, QStringLiteral("there is no such file; an example to copy is %1").arg(examplePath())};
+    return Failure{QStringLiteral("there is no such file; an example to copy is %1").arg(examplePath())};
   }
   // Opening a pipe would wait for whoever writes into it.
-  if (!info.isFile()) return {{}, false, QStringLiteral("this is not a file")};
+  if (!info.isFile()) return Failure{QStringLiteral("this is not a file")};
   QFile file(path);
   struct stat state = {};
   if (!file.open(QIODevice::ReadOnly) || ::fstat(file.handle(), &state) != 0) {
-    return {{}, false, QStringLiteral("cannot be read: %1").arg(file.errorString())};
+    return Failure{QStringLiteral("cannot be read: %1").arg(file.errorString())};
   }
-  Contents contents;
-  contents.bytes = file.read(MaximumSize + 1);
-  contents.othersMayRead = (state.st_mode & (S_IRWXG | S_IRWXO)) != 0;
-  if (file.error() != QFile::NoError)
-    contents.error = QStringLiteral("cannot be read: %1").arg(file.errorString());
-  if (contents.bytes.size() > MaximumSize) contents.error = QStringLiteral("is larger than 64 KiB");
+  const Contents contents{file.read(MaximumSize + 1), (state.st_mode & (S_IRWXG | S_IRWXO)) != 0};
+  if (contents.bytes.size() > MaximumSize) return Failure{QStringLiteral("is larger than 64 KiB")};
+  if (file.error() != QFile::NoError) {
+    return Failure{QStringLiteral("cannot be read: %1").arg(file.errorString())};
+  }
   return contents;
 }
 
@@ -240,40 +247,37 @@ QString configPath() {
   return baseFolder("XDG_CONFIG_HOME", ".config") + QLatin1String("/velmora-link/velmora-link.conf");
 }
 
-ConfigResult readConfig(const QString& path) {
-  ConfigResult result;
-  const auto complain = [&](const QString& message) {
-    result.errors.append(path + QLatin1Char(':') + message);
-  };
+Result<Config> readConfig(const QString& path) {
+  QStringList errors;
+  const auto complain = [&](const QString& message) { errors.append(path + QLatin1Char(':') + message); };
   const auto complainOfAll = [&](const QString& message) { complain(QLatin1Char(' ') + message); };
 
-  const Contents contents = contentsOf(path);
-  if (!contents.error.isNull()) {
-    complainOfAll(contents.error);
-    return result;
-  }
-  const ConfigEntries file = parseConfig(contents.bytes);
+  const Result<Contents> contents = contentsOf(path);
+  if (!contents.ok()) return Failure{path + QStringLiteral(": ") + contents.error()};
+  const ConfigEntries file = parseConfig(contents->bytes);
   for (const QString& error : file.errors) complain(error);
-  result.config.spoolFolder = defaultSpoolFolder();
+  Config config;
+  config.spoolFolder = defaultSpoolFolder();
   for (const ConfigEntry& entry : file.entries) {
-    const QString complaint = take(result.config, entry);
-    if (!complaint.isNull()) complain(QStringLiteral("%1: %2").arg(entry.line).arg(complaint));
+    const Result<> taken = take(config, entry);
+    if (!taken.ok()) complain(QStringLiteral("%1: %2").arg(entry.line).arg(taken.error()));
   }
   // What is missing may stand in a line that could not be read.
-  if (result.errors.isEmpty()) {
-    const QStringList missing = missingFrom(result.config);
+  if (errors.isEmpty()) {
+    const QStringList missing = missingFrom(config);
     for (const QString& each : missing) complainOfAll(each);
   }
-  if (!result.config.pacs.password.isEmpty() && contents.othersMayRead) {
+  if (!config.pacs.password.isEmpty() && contents->othersMayRead) {
     complainOfAll(
         QStringLiteral("there is a password in it, and others than you may read it: chmod 600 %1").arg(path));
   }
-  if (result.errors.size() > MostErrors) {
-    const qsizetype more = result.errors.size() - MostErrors;
-    result.errors.resize(MostErrors);
+  if (errors.isEmpty()) return config;
+  if (errors.size() > MostErrors) {
+    const qsizetype more = errors.size() - MostErrors;
+    errors.resize(MostErrors);
     complainOfAll(QStringLiteral("and %1 more").arg(more));
   }
-  return result;
+  return Failure{errors.join(QLatin1Char('\n'))};
 }
 
 }  // namespace bridge

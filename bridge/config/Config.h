@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 
+#include "base/Result.h"
 #include "bridge/pacs/PacsSettings.h"
 
 namespace bridge {
@@ -17,16 +18,11 @@ struct Config {
   QString spoolFolder;               ///< absolute
 };
 
-struct ConfigResult {
-  Config config;
-  QStringList errors;  ///< one line each, with the file and the line's number; empty when all is well
-  bool ok() const { return errors.isEmpty(); }
-};
-
 /// Where the configuration is unless --config says otherwise: velmora-link/velmora-link.conf in
 /// $XDG_CONFIG_HOME.
 QString configPath();
-/// Reads the file. A file that does not exist is an error that says where an example is.
-ConfigResult readConfig(const QString& path);
+/// Reads the file. The error has a line for each thing that is wrong, with the file and the line's number; of
+/// a file that does not exist it says where an example is.
+velmora::base::Result<Config> readConfig(const QString& path);
 
 }  // namespace bridge

@@ -7,17 +7,19 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <new>
 
 namespace bridge {
 
 namespace {
 
+// The toolkit calls these in the midst of its own work and could not pass an exception on: they throw none.
 class LimitedConnection : public DcmTCPConnection {
  public:
   LimitedConnection(DcmNativeSocketType socket, DimseLimits& limits)
       : DcmTCPConnection(socket), limits_(limits) {}
 
-  ssize_t read(void* buffer, size_t size) override {
+  ssize_t read(void* buffer, size_t size) noexcept override {
     if (limits_.bytesToRead <= 0) return failed(EMSGSIZE);
     if (!wait(POLLIN, limits_.deadline)) return failed(ETIMEDOUT);
     const size_t most = std::min(size, static_cast<size_t>(limits_.bytesToRead));
@@ -27,7 +29,7 @@ class LimitedConnection : public DcmTCPConnection {
   }
 
   /// All of it, or it has failed.
-  ssize_t write(void* buffer, size_t size) override {
+  ssize_t write(void* buffer, size_t size) noexcept override {
     size_t done = 0;
     while (done < size) {
       if (!wait(POLLOUT, limits_.deadline)) return failed(ETIMEDOUT);
@@ -43,13 +45,13 @@ class LimitedConnection : public DcmTCPConnection {
   }
 
   // The toolkit may ask for less than nothing, when its own count of the time has run out.
-  OFBool networkDataAvailable(int seconds) override {
+  OFBool networkDataAvailable(int seconds) noexcept override {
     const QDeadlineTimer asked(std::max(0, seconds) * qint64(1000));
     return wait(POLLIN, std::min(asked, limits_.deadline)) ? OFTrue : OFFalse;
   }
 
  private:
-  bool wait(short event, const QDeadlineTimer& deadline) {
+  bool wait(short event, const QDeadlineTimer& deadline) noexcept {
     pollfd state{getSocket(), event, 0};
     for (;;) {
       const int count = ::poll(&state, 1, static_cast<int>(deadline.remainingTime()));
@@ -57,7 +59,7 @@ class LimitedConnection : public DcmTCPConnection {
       if (count == 0 || errno != EINTR) return false;
     }
   }
-  static ssize_t failed(int why) {
+  static ssize_t failed(int why) noexcept {
     errno = why;
     return -1;
   }
@@ -67,8 +69,9 @@ class LimitedConnection : public DcmTCPConnection {
 
 }  // namespace
 
-DcmTransportConnection* DimseConnections::createConnection(DcmNativeSocketType socket, OFBool secure) {
-  return secure ? nullptr : new LimitedConnection(socket, limits_);
+DcmTransportConnection* DimseConnections::createConnection(DcmNativeSocketType socket,
+                                                           OFBool secure) noexcept {
+  return secure ? nullptr : new (std::nothrow) LimitedConnection(socket, limits_);
 }
 
 }  // namespace bridge

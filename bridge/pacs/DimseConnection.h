@@ -21,7 +21,7 @@ struct DimseLimits {
 class DimseConnections : public DcmTransportLayer {
  public:
   explicit DimseConnections(DimseLimits& limits) : limits_(limits) {}
-  DcmTransportConnection* createConnection(DcmNativeSocketType socket, OFBool secure) override;
+  DcmTransportConnection* createConnection(DcmNativeSocketType socket, OFBool secure) noexcept override;
 
  private:
   DimseLimits& limits_;

@@ -9,8 +9,9 @@
 
 namespace bridge {
 
-/// How an exchange with the PACS ended.
-struct PacsResult {
+/// How an exchange with the PACS ended. No base::Result: what failed decides whether a chart waits or is set
+/// aside.
+struct [[nodiscard]] PacsResult {
   enum class Outcome {
     Done,
     TryAgain,  ///< it could not be reached, is busy, or broke off: later it may work
@@ -18,7 +19,7 @@ struct PacsResult {
   };
   Outcome outcome = Outcome::Done;
   QString reason;  ///< in plain words; empty when done
-  bool done() const { return outcome == Outcome::Done; }
+  bool done() const noexcept { return outcome == Outcome::Done; }
 };
 
 /// The archive in which the studies are. Calls wait for the answer, with a time-out of their own, and are

@@ -45,7 +45,7 @@ TEST(StudyAddress, TakesItsSchemeInCapitals) {
 }
 
 TEST(StudyAddress, TakesWhatIsJustShortEnough) {
-  EXPECT_TRUE(studyAddress(query("uid=" + std::string(64, '1'))).ok());
+  EXPECT_TRUE(studyAddress(query("uid=1." + std::string(62, '1'))).ok());
   EXPECT_TRUE(studyAddress(query("patient=" + std::string(64, 'x'))).ok());
   std::string umlauts;
   for (int count = 0; count < 64; ++count) umlauts += "%C3%85";
@@ -87,7 +87,7 @@ TEST(StudyAddress, RefusesWhatIsNoSuchAddress) {
       "velmora-link:study?uid=1.a",
       "velmora-link:study?uid=1.2%5c1.3",
       "velmora-link:study?uid=%D9%A1.%D9%A2",  // digits, but of another script
-      "velmora-link:study?uid=" + std::string(65, '1'),
+      "velmora-link:study?uid=1." + std::string(63, '1'),
       "velmora-link:study?%75id=1.2",
       "velmora-link:study?UID=1.2",
       "velmora-link:study?uid=1.2&file=/etc/passwd",

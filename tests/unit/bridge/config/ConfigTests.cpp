@@ -12,25 +12,28 @@
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
 
-using bridge::ConfigResult;
 using bridge::PacsSettings;
+
+using namespace velmora;
 
 namespace {
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
+QStringList linesOf(const QString& error) { return error.split(QLatin1Char('\n')); }
+
 class Config : public ::testing::Test {
  protected:
-  ConfigResult read(const QByteArray& contents, mode_t mode = 0600) const {
+  base::Result<bridge::Config> read(const QByteArray& contents, mode_t mode = 0600) const {
     QFile::remove(path());
-    velmora::testkit::writeFile(path(), contents);
+    testkit::writeFile(path(), contents);
     EXPECT_EQ(::chmod(QFile::encodeName(path()).constData(), mode), 0);
     return bridge::readConfig(path());
   }
   QString path() const { return folder_.filePath(text("velmora-link.conf")); }
   /// The complaints without the path in front of them.
   QString complaints(const QByteArray& contents) const {
-    QStringList lines = read(contents).errors;
+    QStringList lines = linesOf(read(contents).error());
     for (QString& line : lines) {
       EXPECT_TRUE(line.startsWith(path() + QLatin1Char(':'))) << qPrintable(line);
       line = line.mid(path().size() + 1).trimmed();
@@ -51,7 +54,7 @@ QByteArray withPacs(const QByteArray& line) {
 }  // namespace
 
 TEST_F(Config, TakesEveryKey) {
-  const ConfigResult result = read(
+  const auto result = read(
       "\xef\xbb\xbf# how we reach it\r\n"
       "[pacs]\r\n"
       "kind = web\r\n"
@@ -70,8 +73,8 @@ TEST_F(Config, TakesEveryKey) {
       "\r\n"
       "[spool]\r\n"
       "folder = /var/spool/velmora//link/\r\n");
-  ASSERT_TRUE(result.ok()) << qPrintable(result.errors.join(QLatin1Char('\n')));
-  const PacsSettings& pacs = result.config.pacs;
+  ASSERT_TRUE(result.ok()) << qPrintable(result.error());
+  const PacsSettings& pacs = result->pacs;
   EXPECT_EQ(pacs.kind, PacsSettings::Kind::Web);
   EXPECT_EQ(pacs.host, text("10.1.2.3"));
   EXPECT_EQ(pacs.port, 11112);
@@ -81,47 +84,45 @@ TEST_F(Config, TakesEveryKey) {
   EXPECT_EQ(pacs.user, text("velmora"));
   EXPECT_EQ(pacs.password, text("p=ss # \"wörd\" \\n ;"));
   EXPECT_EQ(pacs.timeout, std::chrono::seconds(7));
-  EXPECT_EQ(result.config.applications,
-            QStringList({text("org.velmora.growth"), text("org.example.second-one")}));
-  EXPECT_EQ(result.config.chartsWithoutPatient, QStringList{text("org.example.second-one")});
-  EXPECT_EQ(result.config.spoolFolder, text("/var/spool/velmora/link"));
+  EXPECT_EQ(result->applications, QStringList({text("org.velmora.growth"), text("org.example.second-one")}));
+  EXPECT_EQ(result->chartsWithoutPatient, QStringList{text("org.example.second-one")});
+  EXPECT_EQ(result->spoolFolder, text("/var/spool/velmora/link"));
 }
 
 TEST_F(Config, FillsInWhatIsNotSaid) {
-  const ConfigResult result = read(Least);
-  ASSERT_TRUE(result.ok()) << qPrintable(result.errors.join(QLatin1Char('\n')));
-  EXPECT_EQ(result.config.pacs.kind, PacsSettings::Kind::Dimse);
-  EXPECT_EQ(result.config.pacs.port, 104);
-  EXPECT_EQ(result.config.pacs.calledAETitle, text("ANY-SCP"));
-  EXPECT_EQ(result.config.pacs.callingAETitle, text("VELMORALINK"));
-  EXPECT_EQ(result.config.pacs.timeout, std::chrono::seconds(30));
+  const auto result = read(Least);
+  ASSERT_TRUE(result.ok()) << qPrintable(result.error());
+  EXPECT_EQ(result->pacs.kind, PacsSettings::Kind::Dimse);
+  EXPECT_EQ(result->pacs.port, 104);
+  EXPECT_EQ(result->pacs.calledAETitle, text("ANY-SCP"));
+  EXPECT_EQ(result->pacs.callingAETitle, text("VELMORALINK"));
+  EXPECT_EQ(result->pacs.timeout, std::chrono::seconds(30));
 }
 
 TEST_F(Config, FindsItsFoldersAsTheDesktopHasThem) {
   {
-    const velmora::testkit::EnvironmentVariable state("XDG_STATE_HOME", "/srv/state");
-    const velmora::testkit::EnvironmentVariable config("XDG_CONFIG_HOME", "/srv/config");
-    EXPECT_EQ(read(Least).config.spoolFolder, text("/srv/state/velmora-link"));
+    const testkit::EnvironmentVariable state("XDG_STATE_HOME", "/srv/state");
+    const testkit::EnvironmentVariable config("XDG_CONFIG_HOME", "/srv/config");
+    EXPECT_EQ(read(Least)->spoolFolder, text("/srv/state/velmora-link"));
     EXPECT_EQ(bridge::configPath(), text("/srv/config/velmora-link/velmora-link.conf"));
   }
   // A relative one counts as none.
-  const velmora::testkit::EnvironmentVariable state("XDG_STATE_HOME", "state");
-  const velmora::testkit::EnvironmentVariable config("XDG_CONFIG_HOME", "");
-  EXPECT_EQ(read(Least).config.spoolFolder, QDir::homePath() + text("/.local/state/velmora-link"));
+  const testkit::EnvironmentVariable state("XDG_STATE_HOME", "state");
+  const testkit::EnvironmentVariable config("XDG_CONFIG_HOME", "");
+  EXPECT_EQ(read(Least)->spoolFolder, QDir::homePath() + text("/.local/state/velmora-link"));
   EXPECT_EQ(bridge::configPath(), QDir::homePath() + text("/.config/velmora-link/velmora-link.conf"));
-  EXPECT_EQ(read(Least + "[spool]\nfolder = ~/charts\n").config.spoolFolder,
-            QDir::homePath() + text("/charts"));
+  EXPECT_EQ(read(Least + "[spool]\nfolder = ~/charts\n")->spoolFolder, QDir::homePath() + text("/charts"));
 }
 
 TEST_F(Config, TheExampleIsInOrderAndSaysWhatIsTheCaseAnyway) {
   QFile example(text(VELMORA_LINK_EXAMPLE));
   ASSERT_TRUE(example.open(QIODevice::ReadOnly));
   const QByteArray contents = example.readAll();
-  const ConfigResult result = read(contents, 0644);
-  ASSERT_TRUE(result.ok()) << qPrintable(result.errors.join(QLatin1Char('\n')));
-  EXPECT_EQ(result.config.pacs.port, 4242);
-  EXPECT_EQ(result.config.applications, QStringList{text("org.velmora.growth")});
-  const QString spool = result.config.spoolFolder;
+  const auto result = read(contents, 0644);
+  ASSERT_TRUE(result.ok()) << qPrintable(result.error());
+  EXPECT_EQ(result->pacs.port, 4242);
+  EXPECT_EQ(result->applications, QStringList{text("org.velmora.growth")});
+  const QString spool = result->spoolFolder;
 
   // What it shows behind a "#" is in order, too.
   QByteArray all = contents;
@@ -130,10 +131,10 @@ TEST_F(Config, TheExampleIsInOrderAndSaysWhatIsTheCaseAnyway) {
     ASSERT_EQ(all.count(hidden), 1) << key;
     all.replace(hidden, QByteArray("\n") + key + " = ");
   }
-  const velmora::testkit::EnvironmentVariable state("XDG_STATE_HOME", "");
-  const ConfigResult whole = read(all);
-  EXPECT_TRUE(whole.ok()) << qPrintable(whole.errors.join(QLatin1Char('\n')));
-  EXPECT_EQ(whole.config.spoolFolder, QDir::homePath() + text("/.local/state/velmora-link"));
+  const testkit::EnvironmentVariable state("XDG_STATE_HOME", "");
+  const auto whole = read(all);
+  EXPECT_TRUE(whole.ok()) << qPrintable(whole.error());
+  EXPECT_EQ(whole->spoolFolder, QDir::homePath() + text("/.local/state/velmora-link"));
 }
 
 TEST_F(Config, SaysWhatIsWrongAndInWhichLine) {
@@ -211,7 +212,7 @@ TEST_F(Config, APasswordIsForTheUserAloneToRead) {
   EXPECT_TRUE(read(secret, 0600).ok());
   EXPECT_TRUE(read(secret, 0400).ok());
   for (const mode_t mode : {0640, 0604, 0620, 0644, 0666}) {
-    const QStringList errors = read(secret, mode).errors;
+    const QStringList errors = linesOf(read(secret, mode).error());
     ASSERT_EQ(errors.size(), 1) << mode;
     EXPECT_TRUE(errors.first().endsWith(text("chmod 600 ") + path())) << qPrintable(errors.first());
     EXPECT_FALSE(errors.first().contains(text("secret")));
@@ -220,25 +221,22 @@ TEST_F(Config, APasswordIsForTheUserAloneToRead) {
 }
 
 TEST_F(Config, AMissingFileIsToldWithWhereAnExampleIs) {
-  const ConfigResult result = bridge::readConfig(path());
-  ASSERT_EQ(result.errors.size(), 1);
-  EXPECT_TRUE(result.errors.first().startsWith(path() + text(": there is no such file")));
-  EXPECT_TRUE(result.errors.first().endsWith(text("/share/velmora-link/velmora-link.conf.example")));
+  const auto result = bridge::readConfig(path());
+  EXPECT_TRUE(result.error().startsWith(path() + text(": there is no such file")));
+  EXPECT_TRUE(result.error().endsWith(text("/share/velmora-link/velmora-link.conf.example")));
 }
 
 TEST_F(Config, WhatIsNoFileIsNotOpened) {
   ASSERT_EQ(::mkfifo(QFile::encodeName(path()).constData(), 0600), 0);
-  EXPECT_EQ(bridge::readConfig(path()).errors, QStringList{path() + text(": this is not a file")});
-  EXPECT_EQ(bridge::readConfig(folder_.path()).errors,
-            QStringList{folder_.path() + text(": this is not a file")});
+  EXPECT_EQ(bridge::readConfig(path()).error(), path() + text(": this is not a file"));
+  EXPECT_EQ(bridge::readConfig(folder_.path()).error(), folder_.path() + text(": this is not a file"));
 }
 
 TEST_F(Config, AFileThatMayNotBeReadSaysSo) {
-  read(Least, 0000);
-  const velmora::testkit::OrdinaryUser user(folder_.path());
-  const QStringList errors = bridge::readConfig(path()).errors;
-  ASSERT_EQ(errors.size(), 1);
-  EXPECT_TRUE(errors.first().startsWith(path() + text(": cannot be read: "))) << qPrintable(errors.first());
+  std::ignore = read(Least, 0000);
+  const testkit::OrdinaryUser user(folder_.path());
+  const QString error = bridge::readConfig(path()).error();
+  EXPECT_TRUE(error.startsWith(path() + text(": cannot be read: "))) << qPrintable(error);
 }
 
 TEST_F(Config, GivesALargeChartTheTimeThatASlowLineTakes) {
@@ -254,7 +252,7 @@ TEST_F(Config, IsBoundedInSizeAndInComplaints) {
   EXPECT_TRUE(read(contents).ok());
   EXPECT_EQ(complaints(contents + comment), text("is larger than 64 KiB"));
 
-  const QStringList errors = read(QByteArray("nonsense\n").repeated(1000)).errors;
+  const QStringList errors = linesOf(read(QByteArray("nonsense\n").repeated(1000)).error());
   ASSERT_EQ(errors.size(), 21);
   EXPECT_EQ(errors.last(), path() + text(": and 980 more"));
 
