@@ -22,7 +22,7 @@ struct JpegImage {
 
 /// Decodes one JPEG file image and refuses, in words for the user, whatever is not a whole image in the
 /// baseline process with 8 bits a sample: other processes, four colours, missing tables, an end that is
-/// missing or not the end, pixels that are missing or damaged.
+/// missing or not the end, pixels that are missing or so damaged that a decoder notices.
 velmora::base::Result<JpegImage> jpegImage(const QByteArray& jpeg);
 
 }  // namespace bridge

@@ -18,6 +18,19 @@ qsizetype segment(const QByteArray& bytes, unsigned char marker) {
   return bytes.indexOf(QByteArray(both, 2));
 }
 
+/// Of three colours, which all are the same grey picture.
+QByteArray jpegOfThreeScans() {
+  const QByteArray colours = jpeg(JpegKind::Full);
+  const QByteArray grey = jpeg(JpegKind::Grey);
+  QByteArray scan = grey.mid(segment(grey, 0xda)).chopped(2);
+  QByteArray image = colours.left(segment(colours, 0xda));
+  for (char colour = 1; colour <= 3; ++colour) {
+    scan[5] = colour;
+    image += scan;
+  }
+  return image + "\xff\xd9";
+}
+
 QByteArray patched(QByteArray bytes, qsizetype place, unsigned char value) {
   bytes[place] = static_cast<char>(value);
   return bytes;
@@ -76,6 +89,22 @@ TEST(JpegImageHeader, TakesFillBytesAndOtherSegments) {
                              9));
   bytes.insert(2, QByteArray("\xff\xe1\x00\x04\xff\xd9", 6));  // the end of an image within a segment is none
   EXPECT_TRUE(jpegImage(bytes).ok()) << qPrintable(jpegImage(bytes).error());
+}
+
+TEST(JpegImageHeader, TakesColoursThatHaveAScanEach) {
+  const QByteArray image = jpegOfThreeScans();
+  EXPECT_TRUE(jpegImage(image).ok()) << qPrintable(jpegImage(image).error());
+  // Those have to be held in memory all at once.
+  const qsizetype frame = segment(image, 0xc0);
+  EXPECT_EQ(jpegImage(patched(patched(image, frame + 5, 0xff), frame + 7, 0xff)).error(),
+            text("the JPEG image is too large"));
+}
+
+TEST(JpegImageHeader, IsRefusedWithoutAllOfItsPixels) {
+  const QByteArray whole = jpeg(JpegKind::Full);
+  const qsizetype pixels = segment(whole, 0xda) + 14;
+  EXPECT_EQ(jpegImage(whole.left(pixels + 100) + whole.right(2)).error(),
+            text("the JPEG image is incomplete"));
 }
 
 TEST(JpegImageHeader, IsRefusedWhereverItBreaksOff) {
