@@ -30,7 +30,7 @@ BESIDE = {
     "apps/": ["apps/", "base/", "desktop/", "orv/", "platform/", "velmora/"],
     "bench/": ["bench/", "base/", "orv/", "platform/", "velmora/"],
     "bridge/orthanc/": ["bridge/orthanc/", "link/protocol/"],
-    "bridge/testing/": ["bridge/testing/", "bridge/config/", "bridge/dicom/", "testing/"],
+    "bridge/testing/": ["bridge/testing/", "bridge/pacs/", "bridge/dicom/", "testing/"],
     "demo/": ["demo/", "bridge/dicom/", "bridge/testing/", "testing/"],
 }
 TREES = ["framework", "apps", "bridge", "demo", "bench", "tests"]

@@ -3,6 +3,7 @@
 
 #include <QRegularExpression>
 #include <QUuid>
+#include <algorithm>
 
 namespace bridge {
 namespace {
@@ -21,9 +22,8 @@ QString uidFrom(const QUuid& uuid) {
     for (; carry > 0; carry /= 10) digits.append(static_cast<char>(carry % 10));
   }
   QString uid = QStringLiteral("2.25.");
-  for (auto digit = digits.crbegin(); digit != digits.crend(); ++digit) {
-    uid += QChar::fromLatin1(static_cast<char>('0' + *digit));
-  }
+  std::reverse(digits.begin(), digits.end());
+  for (const char digit : std::as_const(digits)) uid += QChar::fromLatin1(static_cast<char>('0' + digit));
   return uid;
 }
 

@@ -5,9 +5,9 @@
 #include <dcmtk/dcmnet/dcmtrans.h>
 #include <dcmtk/dcmnet/diutil.h>
 #include <dcmtk/oflog/oflog.h>
-#include <signal.h>
 
 #include <algorithm>
+#include <csignal>
 #include <vector>
 
 namespace bridge {
@@ -16,9 +16,9 @@ namespace {
 
 constexpr long LargestPdu = 131072;  // the most that the toolkit receives at once
 /// An association's terms take some hundred bytes; a query's answers as many as are looked at.
-constexpr qint64 MostOfTerms = 1024 * 1024;
-constexpr qint64 MostOfAnswers = (Pacs::MostStudies + 1) * qint64(DimseAssociation::LargestAnswer + 4096);
-constexpr std::chrono::seconds GoodBye{5};
+constexpr qint64 MaxNegotiation = 1024 * 1024;
+constexpr qint64 MaxAnswers = (Pacs::MostStudies + 1) * qint64(DimseAssociation::LargestAnswer + 4096);
+constexpr std::chrono::seconds ReleaseTimeout{5};
 
 PacsResult tryAgain(const QString& reason) { return {PacsResult::Outcome::TryAgain, reason}; }
 
@@ -26,13 +26,13 @@ void setUpOnce() {
   [[maybe_unused]] static const bool done = [] {
     OFLog::configure(OFLogger::OFF_LOG_LEVEL);
     // An archive that hangs up while we write must not end the program.
-    ::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
     return true;
   }();
 }
 
-T_ASC_PresentationContextID contextAt(int place) {
-  return static_cast<T_ASC_PresentationContextID>(2 * place + 1);  // odd by PS3.8 9.3.2.2
+T_ASC_PresentationContextID contextAt(int index) {
+  return static_cast<T_ASC_PresentationContextID>(2 * index + 1);  // odd by PS3.8 9.3.2.2
 }
 
 bool isOneOf(const OFCondition& condition, std::initializer_list<OFConditionConst> conditions) {
@@ -46,7 +46,7 @@ DimseAssociation::DimseAssociation(const PacsSettings& settings) : settings_(set
 
 DimseAssociation::~DimseAssociation() {
   if (association_ != nullptr) {
-    limit(std::min(GoodBye, settings_.timeout), MostOfTerms);
+    limit(std::min(ReleaseTimeout, settings_.timeout), MaxNegotiation);
     if (inOrder_) {
       ASC_releaseAssociation(association_);
     } else if (opened_) {
@@ -77,7 +77,7 @@ void DimseAssociation::limit(std::chrono::seconds time, qint64 bytesToRead) {
 PacsResult DimseAssociation::open(const QList<DimseContext>& contexts) {
   contexts_ = contexts;
   const int seconds = static_cast<int>(settings_.timeout.count());
-  limit(settings_.timeout, MostOfTerms);
+  limit(settings_.timeout, MaxNegotiation);
   // The toolkit keeps these for the whole process; every conversation sets its own.
   dcmConnectionTimeout.set(seconds);
   dcmSocketSendTimeout.set(seconds);
@@ -92,12 +92,12 @@ PacsResult DimseAssociation::open(const QList<DimseContext>& contexts) {
   const QByteArray address = QStringLiteral("%1:%2").arg(settings_.host).arg(settings_.port).toUtf8();
   if (condition.good())
     condition = ASC_setPresentationAddresses(parameters_, "localhost", address.constData());
-  for (int place = 0; place < contexts.size() && condition.good(); ++place) {
+  for (int index = 0; index < contexts.size() && condition.good(); ++index) {
     std::vector<const char*> syntaxes;
-    for (const QByteArray& syntax : contexts[place].transferSyntaxUIDs)
+    for (const QByteArray& syntax : contexts[index].transferSyntaxUIDs)
       syntaxes.push_back(syntax.constData());
     condition =
-        ASC_addPresentationContext(parameters_, contextAt(place), contexts[place].sopClassUID.constData(),
+        ASC_addPresentationContext(parameters_, contextAt(index), contexts[index].sopClassUID.constData(),
                                    syntaxes.data(), static_cast<int>(syntaxes.size()));
   }
   if (condition.bad()) return tryAgain(QString::fromLatin1(condition.text()));
@@ -152,11 +152,11 @@ PacsResult DimseAssociation::failed(const OFCondition& condition) {
                       .arg(peer(), QString::fromLatin1(condition.text()).simplified().left(200)));
 }
 
-PacsResult DimseAssociation::accepted(int place) const {
+PacsResult DimseAssociation::accepted(int index) const {
   T_ASC_PresentationContext context{};
-  if (ASC_findAcceptedPresentationContext(association_->params, contextAt(place), &context).good()) {
+  if (ASC_findAcceptedPresentationContext(association_->params, contextAt(index), &context).good()) {
     const QByteArray taken = QByteArray(context.acceptedTransferSyntax).trimmed();
-    if (contexts_.at(place).transferSyntaxUIDs.contains(taken)) return {};
+    if (contexts_.at(index).transferSyntaxUIDs.contains(taken)) return {};
     return {PacsResult::Outcome::Never,
             QStringLiteral("%1 wants %2 in an encoding that was not offered (%3)")
                 .arg(peer(), QString::fromLatin1(dcmFindNameOfUID(context.abstractSyntax, "the data")),
@@ -164,7 +164,7 @@ PacsResult DimseAssociation::accepted(int place) const {
   }
   for (int position = 0; position < ASC_countPresentationContexts(association_->params); ++position) {
     if (ASC_getPresentationContext(association_->params, position, &context).bad()) continue;
-    if (context.presentationContextID != contextAt(place)) continue;
+    if (context.presentationContextID != contextAt(index)) continue;
     const QString what =
         QString::fromLatin1(dcmFindNameOfUID(context.abstractSyntax, context.abstractSyntax));
     const QString how =
@@ -181,14 +181,14 @@ PacsResult DimseAssociation::accepted(int place) const {
   return tryAgain(QStringLiteral("%1 did not say whether it lets us").arg(peer()));
 }
 
-QByteArray DimseAssociation::transferSyntax(int place) const {
+QByteArray DimseAssociation::transferSyntax(int index) const {
   T_ASC_PresentationContext context{};
-  if (ASC_findAcceptedPresentationContext(association_->params, contextAt(place), &context).bad()) return {};
+  if (ASC_findAcceptedPresentationContext(association_->params, contextAt(index), &context).bad()) return {};
   return QByteArray(context.acceptedTransferSyntax).trimmed();
 }
 
-PacsResult DimseAssociation::send(int place, T_DIMSE_Message& request, DcmDataset* dataset, qint64 size) {
-  limit(settings_.timeFor(size), MostOfAnswers);
+PacsResult DimseAssociation::send(int index, T_DIMSE_Message& request, DcmDataset* dataset, qint64 size) {
+  limit(settings_.timeFor(size), MaxAnswers);
   ++message_;
   const T_DIMSE_DataSetType follows = dataset != nullptr ? DIMSE_DATASET_PRESENT : DIMSE_DATASET_NULL;
   if (request.CommandField == DIMSE_C_ECHO_RQ) {
@@ -201,7 +201,7 @@ PacsResult DimseAssociation::send(int place, T_DIMSE_Message& request, DcmDatase
     request.msg.CStoreRQ.MessageID = message_;
     request.msg.CStoreRQ.DataSetType = follows;
   }
-  const OFCondition condition = DIMSE_sendMessageUsingMemoryData(association_, contextAt(place), &request,
+  const OFCondition condition = DIMSE_sendMessageUsingMemoryData(association_, contextAt(index), &request,
                                                                  nullptr, dataset, nullptr, nullptr);
   return condition.good() ? PacsResult{} : failed(condition);
 }

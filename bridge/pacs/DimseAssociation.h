@@ -14,15 +14,15 @@
 
 namespace bridge {
 
-/// What an association is asked for: one class of services, in the first of these transfer syntaxes that the
-/// archive takes.
+/// A presentation context to propose: one SOP class, in whichever of these transfer syntaxes the archive
+/// prefers.
 struct DimseContext {
   QByteArray sopClassUID;
   QList<QByteArray> transferSyntaxUIDs;
 };
 
-/// One conversation with an archive over DIMSE. The configured time-out holds for reaching it, and then for
-/// each exchange as a whole, however little at a time the archive takes or says.
+/// One association with an archive. The configured time-out holds for reaching the archive, and then for each
+/// exchange as a whole, in however small pieces the archive takes or sends it.
 ///
 /// The DICOM toolkit's log is off: it would name patients. Of what is received it parses the command sets
 /// only, which have no sequences. Data sets stay bytes, up to a limit, so that DIMSE_findUser() cannot serve:
@@ -33,24 +33,25 @@ struct DimseContext {
 class DimseAssociation {
  public:
   explicit DimseAssociation(const PacsSettings& settings);
-  /// Says good-bye when the conversation is in order, and breaks it off otherwise.
+  /// Releases the association, or aborts it when something has gone wrong in it.
   ~DimseAssociation();
   DimseAssociation(const DimseAssociation&) = delete;
   DimseAssociation& operator=(const DimseAssociation&) = delete;
 
-  /// Once, first. Done means that the archive talks to us; what it lets us do, accepted() tells.
+  /// Called once, before all else. Done means that the archive talks to us; accepted() tells what it lets us
+  /// do.
   PacsResult open(const QList<DimseContext>& contexts);
-  /// Done when the archive accepted the context at that place in what open() was given. A refusal is Never
-  /// when the archive says that it does not know the class or the transfer syntax, or takes another one than
-  /// was offered: what it would then be sent, it would read wrongly.
-  PacsResult accepted(int place) const;
+  /// Done when the archive accepted the context with that index in what open() was given. A refusal is Never
+  /// when the archive does not know the class or the transfer syntax, or chooses one that was not offered: it
+  /// would misread what it is sent.
+  PacsResult accepted(int index) const;
   /// The transfer syntax of an accepted context.
-  QByteArray transferSyntax(int place) const;
+  QByteArray transferSyntax(int index) const;
 
   /// Sends a C-ECHO, C-FIND or C-STORE request, followed by the data set unless there is none. The message's
   /// number and what it says of a data set are filled in here. `size`, in bytes, decides how long it may
   /// take.
-  PacsResult send(int place, T_DIMSE_Message& request, DcmDataset* dataset = nullptr, qint64 size = 0);
+  PacsResult send(int index, T_DIMSE_Message& request, DcmDataset* dataset = nullptr, qint64 size = 0);
   /// Waits for an answer to the last request. `type` is what it must be.
   PacsResult receive(T_DIMSE_Command type, T_DIMSE_Message& answer);
   /// Reads the data set that follows an answer.

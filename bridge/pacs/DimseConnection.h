@@ -9,15 +9,15 @@
 
 namespace bridge {
 
-/// What may still be taken of an exchange over DIMSE.
+/// What is left of the time and the size of an exchange over DIMSE.
 struct DimseLimits {
   QDeadlineTimer deadline;
   qint64 bytesToRead = 0;
 };
 
-/// Makes connections that keep to limits which somebody else sets anew for each exchange, and which outlive
-/// them. The toolkit's own measure the time of a single read: an archive that sends a byte now and then would
-/// hold us for as long as it likes, and one that goes on sending would fill the memory.
+/// Makes connections that keep to limits, which their owner sets anew for each exchange and which outlive
+/// them. The toolkit's own connections limit the time of a single read only: an archive that sends a byte now
+/// and then could hold us for as long as it likes, and one that never stops sending could fill the memory.
 class DimseConnections : public DcmTransportLayer {
  public:
   explicit DimseConnections(DimseLimits& limits) : limits_(limits) {}

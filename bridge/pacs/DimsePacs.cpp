@@ -72,8 +72,8 @@ QByteArray uidIn(DcmDataset& dataset, const DcmTagKey& tag) {
 
 PacsResult DimsePacs::findStudies(const StudyQuery& query, QList<Study>& studies) {
   studies.clear();
-  if (asksForNothing(query)) return never(QStringLiteral("nothing was asked for"));
-  if (asksForTheImpossible(query)) return {};
+  if (isUnrestricted(query)) return never(QStringLiteral("nothing was asked for"));
+  if (cannotMatch(query)) return {};
   DimseAssociation association(settings_);
   PacsResult result = association.open({findContext()});
   if (result.done()) result = association.accepted(0);
@@ -82,7 +82,7 @@ PacsResult DimsePacs::findStudies(const StudyQuery& query, QList<Study>& studies
   return result;
 }
 
-PacsResult DimsePacs::find(DimseAssociation& association, int place, const StudyQuery& query,
+PacsResult DimsePacs::find(DimseAssociation& association, int index, const StudyQuery& query,
                            QList<Study>& studies) const {
   DcmDataset keys;
   putKeys(keys, query);
@@ -90,7 +90,7 @@ PacsResult DimsePacs::find(DimseAssociation& association, int place, const Study
   request.CommandField = DIMSE_C_FIND_RQ;
   request.msg.CFindRQ.Priority = DIMSE_PRIORITY_MEDIUM;
   copyUid(request.msg.CFindRQ.AffectedSOPClassUID, findContext().sopClassUID);
-  PacsResult result = association.send(place, request, &keys);
+  PacsResult result = association.send(index, request, &keys);
   int answers = 0;
   while (result.done()) {
     T_DIMSE_Message answer{};
@@ -104,7 +104,7 @@ PacsResult DimsePacs::find(DimseAssociation& association, int place, const Study
     if (++answers > MostStudies) {
       return never(QStringLiteral("more than %1 studies match: ask for something narrower").arg(MostStudies));
     }
-    const auto study = studyFromDataset(dataset, association.transferSyntax(place));
+    const auto study = studyFromDataset(dataset, association.transferSyntax(index));
     // Whoever counts studies must not miss one.
     if (!study.ok()) {
       return tryAgain(QStringLiteral("the archive's answer holds a study without a Study Instance UID"));
@@ -156,7 +156,7 @@ PacsResult DimsePacs::check() {
                          {UID_LittleEndianExplicitTransferSyntax, UID_LittleEndianImplicitTransferSyntax}},
                         findContext(),
                         {UID_SecondaryCaptureImageStorage, {UID_JPEGProcess1TransferSyntax}}});
-  for (int place = 0; place < 3 && result.done(); ++place) result = association.accepted(place);
+  for (int index = 0; index < 3 && result.done(); ++index) result = association.accepted(index);
   if (!result.done()) return result;
   T_DIMSE_Message request{};
   request.CommandField = DIMSE_C_ECHO_RQ;

@@ -26,7 +26,7 @@ class DimsePacs final : public Pacs {
   PacsResult check() override;
 
  private:
-  PacsResult find(DimseAssociation& association, int place, const StudyQuery& query,
+  PacsResult find(DimseAssociation& association, int index, const StudyQuery& query,
                   QList<Study>& studies) const;
 
   PacsSettings settings_;

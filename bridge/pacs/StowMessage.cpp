@@ -7,7 +7,7 @@
 #include <QUuid>
 
 #include "bridge/dicom/DicomText.h"
-#include "bridge/pacs/QidoAnswer.h"
+#include "bridge/pacs/DicomJson.h"
 
 namespace bridge {
 namespace {
@@ -20,9 +20,9 @@ constexpr Tag ReferencedSOPSequence = 0x00081199;
 /// The item of a sequence that speaks of an instance; empty when there is none.
 QJsonObject itemAbout(const QJsonObject& dataset, Tag sequence, const QString& sopInstanceUID) {
   const QJsonArray items =
-      dataset.value(tagInWeb(sequence)).toObject().value(QLatin1String("Value")).toArray();
+      dataset.value(jsonKey(sequence)).toObject().value(QLatin1String("Value")).toArray();
   for (const auto& item : items) {
-    const QString uid = valuesIn(item.toObject(), ReferencedSOPInstanceUID);
+    const QString uid = jsonText(item.toObject(), ReferencedSOPInstanceUID);
     if (withoutPadding(uid) == sopInstanceUID) return item.toObject();
   }
   return {};
@@ -52,7 +52,7 @@ StowVerdict stowVerdict(const QByteArray& json, const QString& sopInstanceUID) {
   const QJsonObject failed = itemAbout(dataset, FailedSOPSequence, sopInstanceUID);
   if (!failed.isEmpty()) {
     verdict.said = StowVerdict::Said::Failed;
-    verdict.failureReason = valuesIn(failed, FailureReason).toUShort();
+    verdict.failureReason = jsonText(failed, FailureReason).toUShort();
   } else if (!itemAbout(dataset, ReferencedSOPSequence, sopInstanceUID).isEmpty()) {
     verdict.said = StowVerdict::Said::Stored;
   }

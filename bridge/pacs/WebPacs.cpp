@@ -7,7 +7,7 @@
 
 #include "bridge/dicom/DicomText.h"
 #include "bridge/pacs/DimseStatus.h"
-#include "bridge/pacs/QidoAnswer.h"
+#include "bridge/pacs/DicomJson.h"
 #include "bridge/pacs/StowMessage.h"
 #include "bridge/pacs/StudyMatch.h"
 #include "bridge/pacs/WebExchange.h"
@@ -133,7 +133,7 @@ QUrl searchUrl(const QUrl& studies, const StudyQuery& query) {
   add("PatientID", query.patientID);
   add("StudyDate", dicomDate(query.studyDate));
   for (const Tag tag : StudyAttributes) {
-    if (tag != tags::StudyInstanceUID) add("includefield", tagInWeb(tag));  // it always comes along
+    if (tag != tags::StudyInstanceUID) add("includefield", jsonKey(tag));  // it always comes along
   }
   // One more than we take, to know whether there are more.
   add("limit", QString::number(Pacs::MostStudies + 1));
@@ -163,8 +163,8 @@ PacsResult search(const PacsSettings& settings, const StudyQuery& asked, const S
 
 PacsResult WebPacs::findStudies(const StudyQuery& query, QList<Study>& studies) {
   studies.clear();
-  if (asksForNothing(query)) return {Outcome::Never, QStringLiteral("nothing was asked for")};
-  if (asksForTheImpossible(query)) return {};
+  if (isUnrestricted(query)) return {Outcome::Never, QStringLiteral("nothing was asked for")};
+  if (cannotMatch(query)) return {};
   PacsResult result = search(settings_, query, query, studies);
   // Orthanc's DICOMweb plugin 1.7 takes "%20" for three characters, and finds nothing.
   const StudyQuery generous = withWildcards(query);

@@ -10,7 +10,7 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
-#include "bridge/config/Config.h"
+#include "bridge/pacs/PacsSettings.h"
 
 namespace bridge_testing {
 

@@ -11,7 +11,7 @@
 #include "bridge/dicom/CharacterSet.h"
 #include "bridge/dicom/StudyAttributes.h"
 #include "bridge/dicom/StudyReader.h"
-#include "bridge/pacs/QidoAnswer.h"
+#include "bridge/pacs/DicomJson.h"
 #include "tests/unit/bridge/dicom/DicomTesting.h"
 
 using bridge::Study;
@@ -94,7 +94,7 @@ class Values {
       for (const QString& one : value.split(QLatin1Char('\\'))) {
         values.append(kindOf(each.key()) == "PN" ? QJsonValue(groupsOf(one)) : QJsonValue(one));
       }
-      study.insert(bridge::tagInWeb(each.key()), QJsonObject{{text("Value"), values}});
+      study.insert(bridge::jsonKey(each.key()), QJsonObject{{text("Value"), values}});
     }
     return bridge::studiesFromJson(QJsonDocument(QJsonArray{study}).toJson()).valueOr({}).value(0);
   }

@@ -9,7 +9,7 @@
 #include <optional>
 #include <thread>
 
-#include "bridge/config/Config.h"
+#include "bridge/pacs/PacsSettings.h"
 
 namespace bridge_testing {
 

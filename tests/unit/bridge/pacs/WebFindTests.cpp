@@ -3,7 +3,7 @@
 
 #include <QUrlQuery>
 
-#include "bridge/pacs/QidoAnswer.h"
+#include "bridge/pacs/DicomJson.h"
 #include "bridge/pacs/WebPacs.h"
 #include "tests/unit/bridge/pacs/WebScriptedArchive.h"
 

@@ -8,7 +8,7 @@
 #include <QUrl>
 #include <functional>
 
-#include "bridge/config/Config.h"
+#include "bridge/pacs/PacsSettings.h"
 
 namespace web_testing {
 

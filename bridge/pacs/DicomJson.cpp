@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "bridge/pacs/QidoAnswer.h"
+#include "bridge/pacs/DicomJson.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -29,11 +29,11 @@ QString textOf(const QJsonValue& value) {
 
 }  // namespace
 
-QString tagInWeb(Tag tag) { return QStringLiteral("%1").arg(tag, 8, 16, QLatin1Char('0')).toUpper(); }
+QString jsonKey(Tag tag) { return QStringLiteral("%1").arg(tag, 8, 16, QLatin1Char('0')).toUpper(); }
 
-QString valuesIn(const QJsonObject& dataset, Tag tag) {
-  QJsonValue attribute = dataset.value(tagInWeb(tag));
-  if (attribute.isUndefined()) attribute = dataset.value(tagInWeb(tag).toLower());
+QString jsonText(const QJsonObject& dataset, Tag tag) {
+  QJsonValue attribute = dataset.value(jsonKey(tag));
+  if (attribute.isUndefined()) attribute = dataset.value(jsonKey(tag).toLower());
   QStringList texts;
   const QJsonArray values = attribute.toObject().value(QLatin1String("Value")).toArray();
   for (const auto& value : values) texts.append(textOf(value));
@@ -48,7 +48,7 @@ Result<QList<Study>> studiesFromJson(const QByteArray& json) {
   const QJsonArray elements = document.array();
   for (const auto& element : elements) {
     QMap<Tag, QString> texts;
-    for (const Tag tag : StudyAttributes) texts.insert(tag, valuesIn(element.toObject(), tag));
+    for (const Tag tag : StudyAttributes) texts.insert(tag, jsonText(element.toObject(), tag));
     const Study study = studyOf(texts);
     if (study.studyInstanceUID.isEmpty()) {
       return Failure{QStringLiteral("the archive's answer holds a study without a Study Instance UID")};

@@ -12,13 +12,14 @@
 
 namespace bridge {
 
-/// A tag as DICOMweb writes it: eight hexadecimal digits (PS3.18 8.3.4.3, F.2).
-QString tagInWeb(Tag tag);
+/// The key of an attribute in the DICOM JSON model (PS3.18 F.2), and its name in a query (8.3.4.3): eight
+/// hexadecimal digits.
+QString jsonKey(Tag tag);
 
 /// The values of an attribute in the DICOM JSON model (PS3.18 F.2) as DICOM writes them in a data set:
 /// several with backslashes between them, a person's name with "=" between its component groups. A whole
 /// number counts as text; whatever else is no text is empty, as is an attribute that is missing.
-QString valuesIn(const QJsonObject& dataset, Tag tag);
+QString jsonText(const QJsonObject& dataset, Tag tag);
 
 /// The studies of a QIDO-RS answer in JSON. One that has no proper Study Instance UID spoils the answer:
 /// whoever counts studies must not miss one.
