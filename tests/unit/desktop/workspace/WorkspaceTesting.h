@@ -24,7 +24,8 @@ class RealWorkspace : public testing::Test {
     return data.path() + "/applications/" + identifier + ".desktop";
   }
   void install(const QString& identifier, const QByteArray& lines) const {
-    velmora::testkit::writeFile(entry(identifier), "[Desktop Entry]\nType=Application\nName=Viewer\n" + lines);
+    velmora::testkit::writeFile(entry(identifier),
+                                "[Desktop Entry]\nType=Application\nName=Viewer\n" + lines);
   }
 
   QTemporaryDir data;

@@ -11,6 +11,7 @@
 #include "tests/unit/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/PluginInstaller.h"
 #include "testing/files/Files.h"
+#include "testing/files/TemporaryHome.h"
 
 using namespace velmora;
 

@@ -17,6 +17,7 @@
 #include "tests/unit/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/Osirix.h"
 #include "testing/files/Files.h"
+#include "testing/files/TemporaryHome.h"
 
 using namespace velmora;
 
