@@ -42,8 +42,15 @@ DESKTOP_ONLY = re.compile(
     r"|QTimer|QBasicTimer|QChronoTimer|QTimeLine|startTimer"
     r"|QSettings|QProcess|QProcessEnvironment|QPrinter|QPrinterInfo|QDBus[A-Za-z]*|QNetwork[A-Za-z]*)\b"
 )
-# Below the desktop two folders have one job with some of them: the bus, and the web.
-DESKTOP_ELSEWHERE = {"link/": ("QDBus", "QTimer"), "base/http/": ("QNetwork", "QTimer")}
+# Below the desktop two folders have one job with some of them: the bus, and the web. The test kit has programs, buses,
+# servers and browsers of a test's own.
+DESKTOP_ELSEWHERE = {
+    "link/": ("QDBus", "QTimer"),
+    "base/http/": ("QNetwork", "QTimer"),
+    "testing/bus/": ("QDBus", "QProcess"),
+    "testing/process/": ("QProcess",),
+    "testing/web/": ("QNetwork", "QProcess", "QTimer"),
+}
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]*)[>"]')
 GENERATED = re.compile(r"^ui_[^/]*\.h$|^[^/]*\.moc$|^bridge/orthanc/PageScriptText\.h$")

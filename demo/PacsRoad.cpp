@@ -10,7 +10,7 @@
 #include "demo/Report.h"
 #include "demo/Waiting.h"
 #include "bridge/testing/SyntheticStudy.h"
-#include "bridge/testing/WebDriver.h"
+#include "testing/web/WebDriver.h"
 
 namespace demo {
 
@@ -238,7 +238,7 @@ QString PacsRoad::link(const QStringList& arguments) {
 }
 
 QJsonValue PacsRoad::page(const QString& until, const QString& script, const QString& picture) {
-  browser_testing::WebDriver browser(QSize(1280, 1024));
+  velmora::testkit::WebDriver browser(QSize(1280, 1024));
   browser.open(
       QUrl(archive_.url("/app/explorer.html").toString() + "#study?uuid=" + idOf(study_.studyInstanceUID)));
   browser.waitUntil(until);

@@ -15,6 +15,8 @@ class LogRecorder {
   LogRecorder& operator=(const LogRecorder&) = delete;
 
   QStringList lines() const;
+  /// Waits until so many lines contain that; false when they do not come for long.
+  bool waitFor(const QString& part, qsizetype times = 1) const;
   void clear();
 };
 

@@ -6,14 +6,14 @@
 
 #include "link/bus/BusLink.h"
 #include "tests/fuzz/FuzzTargets.h"
-#include "tests/robustness/link/RawBus.h"
+#include "testing/bus/RawBus.h"
 
 using namespace velmora;
 
-using link_testing::RawBus;
-using link_testing::RawMessage;
-using link_testing::RawValues;
 using velmora::link::Message;
+using velmora::testkit::RawBus;
+using velmora::testkit::RawMessage;
+using velmora::testkit::RawValues;
 
 namespace {
 
@@ -28,7 +28,7 @@ class Values {
 
   RawMessage notification() {
     const quint8 shape = next();
-    RawMessage message = link_testing::notificationFrame("n", "o", [&](RawValues& body) {
+    RawMessage message = testkit::notificationFrame("n", "o", [&](RawValues& body) {
       while (!atEnd()) {
         body.align(8);
         body.text(text());
@@ -189,7 +189,7 @@ class Receiver {
     fuzz::require(bus_.send(message), "the link takes every message that a bus passes on");
     std::unique_lock lock(mutex_);
     const quint64 fence = fences_ + 1;
-    fuzz::require(bus_.send(link_testing::notificationFrame("fence", "o", [](RawValues&) {})),
+    fuzz::require(bus_.send(testkit::notificationFrame("fence", "o", [](RawValues&) {})),
                   "the link stays up");
     fuzz::require(passed_.wait_for(lock, Limit, [&] { return fences_ >= fence; }),
                   "the link hears the message after this one");

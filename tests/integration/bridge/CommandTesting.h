@@ -8,7 +8,9 @@
 #include <QTemporaryDir>
 
 #include "bridge/config/Config.h"
-#include "tests/integration/link/LinkTesting.h"
+#include "testing/bus/PrivateBus.h"
+#include "testing/process/Program.h"
+#include "testing/main/Shown.h"
 #include "testing/files/Files.h"
 
 /// What the tests of the commands share: a folder with a configuration, a spool and a bus of their own.
@@ -48,7 +50,7 @@ class Commands : public ::testing::Test {
 
   /// Runs a command to its end and keeps what it printed.
   int run(const QStringList& arguments) {
-    link_testing::LinkProgram program(environment_);
+    velmora::testkit::Program program(environment_);
     const int code = program.run(arguments + QStringList{text("--config"), config()});
     output_ = program.output();
     errors_ = program.errors();
@@ -64,7 +66,7 @@ class Commands : public ::testing::Test {
   }
 
   QTemporaryDir folder_;
-  testing_support::PrivateBus bus_;
+  velmora::testkit::PrivateBus bus_;
   QProcessEnvironment environment_ = bus_.environment();
   QString output_;
   QString errors_;

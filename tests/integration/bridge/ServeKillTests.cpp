@@ -57,7 +57,7 @@ TEST(ServeKill, StoresEachReplyExactlyOnceWhenKilledAtRandomMoments) {
       // While it starts, and takes up what the one before has left.
       ::usleep(below(120'000));
     } else {
-      ASSERT_FALSE(serve.lineWith("listening").isNull()) << serve.errors().constData();
+      ASSERT_FALSE(serve.lineWith("listening").isNull()) << qPrintable(serve.errors());
       const unsigned replies = 1 + below(3);
       for (unsigned i = 0; i < replies; ++i) {
         ++number;
@@ -78,7 +78,7 @@ TEST(ServeKill, StoresEachReplyExactlyOnceWhenKilledAtRandomMoments) {
   {
     ServeProgram serve(world.bus, world.config());
     while (taken.look(world.spool()), taken.waiting > 0) {
-      ASSERT_FALSE(serve.lineWith("stored").isNull()) << serve.errors().constData();
+      ASSERT_FALSE(serve.lineWith("stored").isNull()) << qPrintable(serve.errors());
     }
     EXPECT_EQ(serve.terminate(), 0);
   }

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-#include <csignal>
-#include <sys/prctl.h>
-
-#include <QProcess>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -13,74 +9,26 @@
 #include "bridge/testing/Orthanc.h"
 #include "bridge/testing/SyntheticStudy.h"
 #include "tests/unit/bridge/service/ServeTesting.h"
-#include "tests/support/PrivateBus.h"
+#include "testing/bus/PrivateBus.h"
 #include "link/protocol/LinkProtocol.h"
+#include "testing/process/Program.h"
 
 namespace serve_testing {
 
 /// Far longer than anything here takes: reached only when something is broken.
 inline constexpr int Limit = 60'000;  // milliseconds
 
-/// `velmora-link serve` as the process that it is. It ends with this object, or with the test.
-class ServeProgram {
+/// `velmora-link serve` as the process that it is.
+class ServeProgram : public Program {
  public:
-  ServeProgram(const testing_support::PrivateBus& bus, const QString& config) {
-    process_.setProcessEnvironment(bus.environment());
-    process_.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-    process_.start(QStringLiteral(VELMORA_LINK), {text("serve"), text("--config"), config});
-    process_.waitForStarted(Limit);
+  ServeProgram(const PrivateBus& bus, const QString& config)
+      : Program(QStringLiteral(VELMORA_LINK), bus.environment()) {
+    start({text("serve"), text("--config"), config});
   }
-  ~ServeProgram() { kill(); }
-  ServeProgram(const ServeProgram&) = delete;
-  ServeProgram& operator=(const ServeProgram&) = delete;
-
-  /// The next line on standard output that begins so, waiting for it; the lines before it are passed over.
-  /// Null when none comes.
-  QString lineWith(const char* beginning) {
-    while (true) {
-      while (process_.canReadLine()) {
-        const QString line = QString::fromUtf8(process_.readLine()).chopped(1);
-        lines_.append(line);
-        if (line.startsWith(text(beginning))) return line;
-      }
-      if (!process_.waitForReadyRead(Limit)) return QString();
-    }
-  }
-  /// Waits for a line on standard error that begins so, after "velmora-link: ".
-  bool complains(const char* beginning) {
-    const QByteArray wanted = QByteArray("velmora-link: ") + beginning;
-    process_.setReadChannel(QProcess::StandardError);
-    bool said = false;
-    while (!said) {
-      while (process_.canReadLine() && !said) said = process_.readLine().startsWith(wanted);
-      if (!said && !process_.waitForReadyRead(Limit)) break;
-    }
-    process_.setReadChannel(QProcess::StandardOutput);
-    return said;
-  }
-  void kill() {
-    if (process_.state() != QProcess::NotRunning) {
-      process_.kill();
-      process_.waitForFinished(Limit);
-    }
-    while (process_.canReadLine()) lines_.append(QString::fromUtf8(process_.readLine()).chopped(1));
-  }
-  /// What it ends with when asked to; -1 when it crashed or stays.
-  int terminate() {
-    process_.terminate();
-    return finish();
-  }
-  int finish() {
-    const bool ended = process_.state() == QProcess::NotRunning || process_.waitForFinished(Limit);
-    return ended && process_.exitStatus() == QProcess::NormalExit ? process_.exitCode() : -1;
-  }
-  QByteArray errors() { return process_.readAllStandardError(); }
-  /// What it has written on standard output so far, as far as it was read.
-  const QStringList& lines() const { return lines_; }
-
- private:
-  QProcess process_;
-  QStringList lines_;
+  /// Reads up to the line that begins so; null when none comes.
+  QString lineWith(const char* beginning) { return readLineWith(text(beginning)); }
+  /// Waits for a complaint that begins so.
+  bool complains(const char* beginning) { return waitForError(text("velmora-link: ") + text(beginning)); }
 };
 
 /// The SOP Instance UID at the end of a "taken" or "stored" line.
@@ -120,7 +68,7 @@ class ServeWorld {
     return uids;
   }
 
-  testing_support::PrivateBus bus;
+  PrivateBus bus;
   bridge_testing::Orthanc orthanc;
 
  private:

@@ -34,7 +34,7 @@ TEST(Serve, StoresTheChartsOfTwoApplicationsInTheirStudies) {
   world.put(one);
   world.put(two);
   ServeProgram serve(world.bus, world.config());
-  ASSERT_FALSE(serve.lineWith("listening").isNull()) << serve.errors().constData();
+  ASSERT_FALSE(serve.lineWith("listening").isNull()) << qPrintable(serve.errors());
   ASSERT_TRUE(world.reply(replyTo(one), Growth));
   ASSERT_TRUE(world.reply(replyTo(two), Vision));
   ASSERT_TRUE(world.reply(replyTo(two), Growth));
@@ -50,7 +50,7 @@ TEST(Serve, StoresTheChartsOfTwoApplicationsInTheirStudies) {
   EXPECT_EQ(second.finish(), 1);
   EXPECT_TRUE(second.errors().contains("another server works in "));
   EXPECT_EQ(serve.terminate(), 0);
-  EXPECT_EQ(serve.errors(), QByteArray());
+  EXPECT_EQ(serve.errors(), QString());
 }
 
 TEST(Serve, TellsTwoStudiesOfOneDayApartByTheRequest) {
@@ -154,7 +154,7 @@ TEST(Serve, EndsInTheMiddleOfAnExchangeAndTakesItUpAgain) {
                            .toUtf8());
   {
     ServeProgram serve(world.bus, elsewhere);
-    ASSERT_FALSE(serve.lineWith("listening").isNull()) << serve.errors().constData();
+    ASSERT_FALSE(serve.lineWith("listening").isNull()) << qPrintable(serve.errors());
     ASSERT_TRUE(world.reply(replyTo(study)));
     ASSERT_TRUE(silent.waitForNewConnection(Limit));
     EXPECT_EQ(serve.terminate(), 0);

@@ -20,7 +20,8 @@ using namespace velmora;
 using bridge::Study;
 using namespace bridge_testing;
 using namespace command_testing;
-using namespace link_testing;
+using namespace velmora::testkit;
+using namespace velmora::testkit::bus;
 
 namespace {
 
@@ -140,7 +141,7 @@ TEST_F(StudyCommand, SendsTheStudyThatEachOptionNames) {
 
 TEST_F(StudyCommand, SendsTheStudyOfAFileWithoutAnArchive) {
   const QString path = file("image.dcm", syntheticStudy(inventedStudy(3)));
-  LinkProgram program(environment_);
+  Program program(QStringLiteral(VELMORA_LINK), environment_);
   EXPECT_EQ(program.run({text("study"), text("--file"), path, text("--application"), Growth}), 0)
       << qPrintable(program.errors());
   expectRequest(3);
@@ -262,7 +263,7 @@ TEST_F(StudyCommand, WarnsWhenTheApplicationDoesNotRun) {
 }
 
 TEST_F(StudyCommand, TellsItsOptionsInTheOrderInWhichTheyAreTaken) {
-  LinkProgram program(environment_);
+  Program program(QStringLiteral(VELMORA_LINK), environment_);
   EXPECT_EQ(program.run({text("study"), text("--help")}), 0);
   EXPECT_TRUE(program.output().contains(text(" study [options]"))) << qPrintable(program.output());
 }

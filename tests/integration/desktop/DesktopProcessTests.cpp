@@ -12,8 +12,8 @@
 #include <memory>
 #include <vector>
 
-#include "tests/unit/desktop/activation/DesktopBus.h"
-#include "tests/support/PrivateBus.h"
+#include "testing/bus/BusPeer.h"
+#include "testing/bus/PrivateBus.h"
 #include "testing/files/Files.h"
 
 namespace {
@@ -36,7 +36,7 @@ class Processes : public testing::Test {
       before.emplace_back(name, qgetenv(name));
       qputenv(name, value);
     }
-    bus = std::make_unique<testing_support::PrivateBus>();
+    bus = std::make_unique<velmora::testkit::PrivateBus>();
   }
   ~Processes() override {
     for (const qint64 process : processesThatSpoke()) ::kill(static_cast<pid_t>(process), SIGKILL);
@@ -109,7 +109,7 @@ class Processes : public testing::Test {
 
   QTemporaryDir folder;
   std::vector<std::pair<const char*, QByteArray>> before;
-  std::unique_ptr<testing_support::PrivateBus> bus;
+  std::unique_ptr<velmora::testkit::PrivateBus> bus;
   std::vector<std::unique_ptr<QProcess>> processes;
 };
 
@@ -282,7 +282,7 @@ TEST_F(Processes, TakeLocationsAsWellAsPaths) {
 }
 
 /// Asks the bus for the application, which starts it.
-QDBusMessage askFor(testing_support::BusStranger& stranger, const QString& member,
+QDBusMessage askFor(velmora::testkit::BusPeer& stranger, const QString& member,
                     const QVariantList& arguments) {
   QDBusMessage call =
       QDBusMessage::createMethodCall(Identifier, QStringLiteral("/org/velmora/desktop_application"),
@@ -292,7 +292,7 @@ QDBusMessage askFor(testing_support::BusStranger& stranger, const QString& membe
 }
 
 TEST_F(Processes, AreStartedByTheBusForTheFilesAskedFor) {
-  testing_support::BusStranger stranger(bus->address());
+  velmora::testkit::BusPeer stranger(bus->address());
   const QStringList files{QUrl::fromLocalFile(file("a")).toString()};
   EXPECT_EQ(askFor(stranger, "Open", {files, QVariantMap()}).type(), QDBusMessage::ReplyMessage);
   ASSERT_TRUE(waitFor("launched"));
@@ -301,7 +301,7 @@ TEST_F(Processes, AreStartedByTheBusForTheFilesAskedFor) {
 }
 
 TEST_F(Processes, AreStartedByTheBusWithABlankDocumentWhenNoFileIsAskedFor) {
-  testing_support::BusStranger stranger(bus->address());
+  velmora::testkit::BusPeer stranger(bus->address());
   EXPECT_EQ(askFor(stranger, "Activate", {QVariantMap()}).type(), QDBusMessage::ReplyMessage);
   ASSERT_TRUE(waitFor("launched"));
   EXPECT_EQ(times("blank"), 1);

@@ -29,6 +29,8 @@ velmora_folder(velmora/app
   SOURCES A.cpp B.cpp
   KNOWS base link/protocol platform orv/chart velmora/about Qt6::Widgets)
 velmora_folder(testing KNOWS base platform)
+velmora_folder(testing/bus KNOWS Qt6::DBus)
+velmora_folder(testing/web KNOWS Qt6::Network)
 END
   echo 'velmora_folder(apps/growth/record KNOWS base velmora/app)' >"$tree/$1/apps/growth/CMakeLists.txt"
   printf '%s\n' 'velmora_folder(bridge/dicom KNOWS base Qt6::Core)' \
@@ -126,6 +128,11 @@ passes framework/link/bus/A.cpp '  QDBusConnection it;'
 finds framework/link/bus/A.cpp '  QSettings it;'
 passes framework/base/http/A.cpp '  QNetworkAccessManager it;'
 finds framework/base/http/A.cpp '  QDBusConnection it;'
+passes framework/testing/bus/A.cpp '  QProcess it;'
+finds framework/testing/bus/A.cpp '  QSettings it;'
+passes framework/testing/web/A.cpp '  QNetworkAccessManager it;'
+finds framework/testing/web/A.cpp '  QDBusConnection it;'
+finds framework/testing/A.cpp '  QProcess it;'
 
 # Windows of our own, the clock, and what only has a part of the name.
 for line in '#include <QDialog>' '  auto* dialog = dynamic_cast<QDialog*>(window());' '#include <QDialogButtonBox>' \

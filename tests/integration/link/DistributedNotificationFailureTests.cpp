@@ -10,11 +10,16 @@
 #include <thread>
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "tests/integration/link/LinkTesting.h"
+#include "testing/bus/Mailbox.h"
+#include "testing/bus/LinkOnTheBus.h"
+#include "testing/bus/PrivateBus.h"
+#include "testing/LogRecorder.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 
-using namespace link_testing;
+using namespace velmora::testkit;
+using namespace velmora::testkit::bus;
 using velmora::desktop::QtDistributedNotificationCenter;
 
 namespace {
@@ -39,8 +44,8 @@ class DistributedObservers : public ::testing::Test {
     centre_.postNotificationName(GrowthLink, object, numbered(number));
   }
 
-  testing_support::PrivateBus bus_;
-  LogCapture log_;
+  testkit::PrivateBus bus_;
+  LogRecorder log_;
   QObject observer_;
   QObject other_;
   Mailbox mailbox_;
@@ -128,7 +133,7 @@ TEST_F(DistributedObservers, AreNotRunningAnyMoreWhenTheirRemovalReturns) {
     removedMeanwhile = wasRemoved.wait_for(std::chrono::milliseconds(300)) == std::future_status::ready;
   });
   post(1);
-  ASSERT_EQ(entered.get_future().wait_for(Limit), std::future_status::ready);
+  ASSERT_EQ(entered.get_future().wait_for(Patience), std::future_status::ready);
   std::thread remover([&] {
     centre_.removeObserver(&observer_);
     removed.set_value();
@@ -189,7 +194,7 @@ TEST_F(DistributedObservers, NeverSeeAPostAboveTheLimitButTheNextOne) {
 
 TEST(WithoutASessionBus, TheCentreWritesOneLogLineAndDoesNothing) {
   const QTemporaryDir folder;
-  LogCapture log;
+  LogRecorder log;
   {
     QObject observer;
     Mailbox mailbox;
@@ -208,8 +213,8 @@ TEST(WithoutASessionBus, TheCentreWritesOneLogLineAndDoesNothing) {
 }
 
 TEST(WithoutASessionBus, ACentreWhoseBusEndsWritesOneLogLineAndGoesOn) {
-  testing_support::PrivateBus bus;
-  LogCapture log;
+  testkit::PrivateBus bus;
+  LogRecorder log;
   {
     QObject observer;
     Mailbox mailbox;

@@ -9,12 +9,18 @@
 #include <memory>
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "tests/integration/link/BusTap.h"
-#include "tests/integration/link/LinkTesting.h"
+#include "testing/bus/BusTap.h"
+#include "testing/bus/Mailbox.h"
+#include "testing/bus/LinkOnTheBus.h"
+#include "testing/bus/PrivateBus.h"
+#include "testing/files/Noise.h"
+#include "testing/process/Program.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 
-using namespace link_testing;
+using namespace velmora::testkit;
+using namespace velmora::testkit::bus;
 using velmora::desktop::QtDistributedNotificationCenter;
 
 namespace {
@@ -27,13 +33,13 @@ QVariant numberOf(const QVariantMap& details) { return details.value(QStringLite
 class DistributedNotifications : public ::testing::Test {
  protected:
   int request(const QString& application, const QString& identifier, const QStringList& more = {}) {
-    return LinkProgram(bus_.environment())
+    return Program(QStringLiteral(VELMORA_LINK), bus_.environment())
         .run(QStringList{QStringLiteral("request"), QStringLiteral("--application"), application,
                          QStringLiteral("--identifier"), identifier} +
              more);
   }
 
-  testing_support::PrivateBus bus_;
+  testkit::PrivateBus bus_;
   QObject observer_;
   Mailbox mailbox_;
 };

@@ -12,11 +12,17 @@
 #include <QTemporaryDir>
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "tests/integration/link/LinkTesting.h"
+#include "testing/bus/Mailbox.h"
+#include "testing/bus/LinkOnTheBus.h"
+#include "testing/bus/PrivateBus.h"
+#include "testing/files/Noise.h"
+#include "testing/process/Program.h"
+#include "testing/main/Shown.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
 
-using namespace link_testing;
+using namespace velmora::testkit;
+using namespace velmora::testkit::bus;
 using velmora::desktop::QtDistributedNotificationCenter;
 
 namespace {
@@ -55,12 +61,12 @@ class VelmoraLink : public ::testing::Test {
   const velmora::testkit::EnvironmentVariable zone_{
       "TZ", "Europe/Berlin"};  // the programs that are started get it too
   QTemporaryDir temporary_;
-  testing_support::PrivateBus bus_;
+  velmora::testkit::PrivateBus bus_;
   QtDistributedNotificationCenter application_{bus_.address()};
 };
 
 TEST_F(VelmoraLink, ReceivesAReplyWithEveryKeyAndTheSameBytes) {
-  LinkProgram program(bus_.environment());
+  Program program(QStringLiteral(VELMORA_LINK), bus_.environment());
   program.start(receive("--count 1"));
   ASSERT_TRUE(program.readLine().startsWith(text("listening for org.velmora.growth")));
 
@@ -94,7 +100,7 @@ TEST_F(VelmoraLink, ReceivesAReplyWithEveryKeyAndTheSameBytes) {
 }
 
 TEST_F(VelmoraLink, PrintsEachReplyAsItArrivesAndKeepsTheirOrder) {
-  LinkProgram program(bus_.environment());
+  Program program(QStringLiteral(VELMORA_LINK), bus_.environment());
   program.start(receive("--count 3"));
   ASSERT_TRUE(program.readLine().startsWith(text("listening")));
   for (int i = 1; i <= 3; ++i) {
@@ -108,7 +114,7 @@ TEST_F(VelmoraLink, PrintsEachReplyAsItArrivesAndKeepsTheirOrder) {
 }
 
 TEST_F(VelmoraLink, WritesAReplyWithoutAChartOrWithWrongTypesAsFarAsItGoes) {
-  LinkProgram program(bus_.environment());
+  Program program(QStringLiteral(VELMORA_LINK), bus_.environment());
   program.start(receive("--count 3"));
   ASSERT_TRUE(program.readLine().startsWith(text("listening")));
   application_.postNotificationName(GrowthLink, Reply, {});
@@ -134,7 +140,7 @@ TEST_F(VelmoraLink, WritesAReplyWithoutAChartOrWithWrongTypesAsFarAsItGoes) {
 
 TEST_F(VelmoraLink, CountsOnFromAnEarlierRun) {
   for (int run = 1; run <= 2; ++run) {
-    LinkProgram program(bus_.environment());
+    Program program(QStringLiteral(VELMORA_LINK), bus_.environment());
     program.start(receive("--count 1"));
     ASSERT_TRUE(program.readLine().startsWith(text("listening")));
     application_.postNotificationName(GrowthLink, Reply, {{text("JPEG"), noise(run)}});
@@ -145,7 +151,7 @@ TEST_F(VelmoraLink, CountsOnFromAnEarlierRun) {
 }
 
 TEST_F(VelmoraLink, HearsNeitherRequestsNorOtherApplicationsReplies) {
-  LinkProgram program(bus_.environment());
+  Program program(QStringLiteral(VELMORA_LINK), bus_.environment());
   program.start(receive("--count 1"));
   ASSERT_TRUE(program.readLine().startsWith(text("listening")));
   application_.postNotificationName(GrowthLink, Request, {{text("Identifier"), text("a request")}});
@@ -157,13 +163,13 @@ TEST_F(VelmoraLink, HearsNeitherRequestsNorOtherApplicationsReplies) {
 }
 
 TEST_F(VelmoraLink, EndsWithStatusThreeWhenTimeRunsOut) {
-  LinkProgram program(bus_.environment());
+  Program program(QStringLiteral(VELMORA_LINK), bus_.environment());
   EXPECT_EQ(program.run(receive("--count 1 --timeout 0.05")), 3);
   EXPECT_EQ(velmora::testkit::fileNames(out()), QStringList());
 }
 
 TEST_F(VelmoraLink, EndsWhenItCannotWrite) {
-  LinkProgram program(bus_.environment());
+  Program program(QStringLiteral(VELMORA_LINK), bus_.environment());
   program.start(receive(""));
   ASSERT_TRUE(program.readLine().startsWith(text("listening")));
   ASSERT_TRUE(QDir(out()).removeRecursively());
@@ -181,7 +187,7 @@ TEST_F(VelmoraLink, SendsAStudyFromAFileWithOptionsBeforeIt) {
   const QString study =
       written("study.json",
               R"({"Identifier":"1","Name":"From the file","DateOfBirth":"2019-03-14","OsiriXStudyID":[7]})");
-  LinkProgram program(bus_.environment());
+  Program program(QStringLiteral(VELMORA_LINK), bus_.environment());
   ASSERT_EQ(program.run({text("request"), text("--application"), Growth, text("--json"), study,
                          text("--name"), text("From the options")}),
             0)
@@ -200,9 +206,10 @@ TEST_F(VelmoraLink, SendsTheCalendarDayOfItsOwnTimeZone) {
   ASSERT_TRUE(application_.flush());
   QProcessEnvironment elsewhere = bus_.environment();
   elsewhere.insert(text("TZ"), text("America/Los_Angeles"));
-  ASSERT_EQ(LinkProgram(elsewhere).run(
-                words("request --application org.velmora.growth --identifier 1 --birth-date 2019-03-14")),
-            0);
+  ASSERT_EQ(
+      Program(QStringLiteral(VELMORA_LINK), elsewhere)
+          .run(words("request --application org.velmora.growth --identifier 1 --birth-date 2019-03-14")),
+      0);
   // Noon there, by then under daylight saving time.
   const QDateTime date = mailbox.takeDetails().value(text("DateOfBirth")).toDateTime();
   EXPECT_EQ(date, QDateTime(QDate(2019, 3, 14), QTime(19, 0), Qt::UTC));
@@ -212,7 +219,7 @@ TEST_F(VelmoraLink, SendsTheCalendarDayOfItsOwnTimeZone) {
 TEST_F(VelmoraLink, RefusesToSendWhatWouldNotArriveWhole) {
   const QByteArray deep = QByteArray(100, '[') + QByteArray(100, ']');
   const QString study = written("study.json", R"({"Identifier":"1","OsiriXStudyID":)" + deep + "}");
-  LinkProgram program(bus_.environment());
+  Program program(QStringLiteral(VELMORA_LINK), bus_.environment());
   EXPECT_EQ(program.run({text("request"), text("--application"), Growth, text("--json"), study}), 1);
   EXPECT_TRUE(program.errors().contains(text("nested too deeply"))) << qPrintable(program.errors());
 }
@@ -247,7 +254,7 @@ TEST_F(VelmoraLink, SaysWhatIsWrongWithItsArguments) {
       {words("receive --application a --out x --timeout soon"), "--timeout"},
   };
   for (const Row& row : rows) {
-    LinkProgram program(bus_.environment());
+    Program program(QStringLiteral(VELMORA_LINK), bus_.environment());
     EXPECT_EQ(program.run(row.arguments), 2) << qPrintable(row.arguments.join(QLatin1Char(' ')));
     EXPECT_TRUE(program.errors().startsWith(text("velmora-link: "))) << qPrintable(program.errors());
     EXPECT_TRUE(program.errors().contains(text(row.error))) << qPrintable(program.errors());
@@ -257,7 +264,7 @@ TEST_F(VelmoraLink, SaysWhatIsWrongWithItsArguments) {
 
 TEST_F(VelmoraLink, HelpsWithEveryCommand) {
   for (const char* line : {"--help", "-h", "request --help", "receive -h"}) {
-    LinkProgram program(bus_.environment());
+    Program program(QStringLiteral(VELMORA_LINK), bus_.environment());
     EXPECT_EQ(program.run(words(line)), 0);
     EXPECT_TRUE(program.output().startsWith(text("Usage:"))) << line;
     EXPECT_EQ(program.errors(), QString());
@@ -268,11 +275,11 @@ TEST_F(VelmoraLink, FailsWithoutASessionBus) {
   QProcessEnvironment environment = bus_.environment();
   environment.insert(text("DBUS_SESSION_BUS_ADDRESS"),
                      text("unix:path=") + temporary_.filePath(text("none")));
-  LinkProgram request(environment);
+  Program request(QStringLiteral(VELMORA_LINK), environment);
   EXPECT_EQ(request.run(words("request --application a --identifier 1")), 1);
   EXPECT_TRUE(request.errors().contains(text("No session bus"))) << qPrintable(request.errors());
   EXPECT_EQ(request.output(), QString());
-  LinkProgram receiver(environment);
+  Program receiver(QStringLiteral(VELMORA_LINK), environment);
   EXPECT_EQ(receiver.run(receive("")), 1);
   EXPECT_TRUE(receiver.errors().contains(text("No session bus"))) << qPrintable(receiver.errors());
   EXPECT_EQ(receiver.output(), QString());

@@ -13,11 +13,16 @@
 #include <limits>
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "tests/integration/link/LinkTesting.h"
+#include "testing/bus/Mailbox.h"
+#include "testing/bus/LinkOnTheBus.h"
+#include "testing/bus/PrivateBus.h"
+#include "testing/LogRecorder.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 
-using namespace link_testing;
+using namespace velmora::testkit;
+using namespace velmora::testkit::bus;
 
 namespace {
 
@@ -55,16 +60,16 @@ class WireOnTheBus : public ::testing::Test {
   }
 
   void send(const QVariant& value) {
-    stranger_.send(
-        {GrowthLink, Request, QVariantMap{{Key, value}, {QStringLiteral("Other"), QStringLiteral("o")}}});
+    sendNotification(stranger_, {GrowthLink, Request,
+                                 QVariantMap{{Key, value}, {QStringLiteral("Other"), QStringLiteral("o")}}});
   }
 
-  testing_support::PrivateBus bus_;
-  LogCapture log_;
+  testkit::PrivateBus bus_;
+  LogRecorder log_;
   QObject observer_;
   Mailbox mailbox_;
   desktop::QtDistributedNotificationCenter centre_{bus_.address()};
-  Stranger stranger_{bus_};
+  BusPeer stranger_{bus_.address()};
 };
 
 TEST_F(WireOnTheBus, ReadsEveryTypeAsThePropertyListTypeThatItFits) {
@@ -173,12 +178,13 @@ TEST_F(WireOnTheBus, TakesItsDeepestMessageThroughTheRealBus) {
 }
 
 TEST_F(WireOnTheBus, IgnoresSignalsOfAnotherShape) {
-  stranger_.send({});
-  stranger_.send({GrowthLink});
-  stranger_.send({GrowthLink, Request});
-  stranger_.send({GrowthLink, Request, QStringLiteral("no dictionary")});
-  stranger_.send({GrowthLink, Request, QVariant::fromValue(QMap<QString, QVariant>()), 1});
-  stranger_.send(
+  sendNotification(stranger_, {});
+  sendNotification(stranger_, {GrowthLink});
+  sendNotification(stranger_, {GrowthLink, Request});
+  sendNotification(stranger_, {GrowthLink, Request, QStringLiteral("no dictionary")});
+  sendNotification(stranger_, {GrowthLink, Request, QVariant::fromValue(QMap<QString, QVariant>()), 1});
+  sendNotification(
+      stranger_,
       {GrowthLink, QVariant::fromValue(QDBusObjectPath(QStringLiteral("/OsirixLink"))), QVariantMap()});
   send(1);
   EXPECT_EQ(mailbox_.takeDetails().value(Key), QVariant(qint64(1)));

@@ -13,12 +13,12 @@
 #include "bridge/dicom/Capture.h"
 #include "bridge/testing/Orthanc.h"
 #include "bridge/testing/SyntheticStudy.h"
-#include "bridge/testing/WebDriver.h"
+#include "testing/web/WebDriver.h"
 
 namespace {
 
 using bridge::Study;
-using browser_testing::WebDriver;
+using velmora::testkit::WebDriver;
 
 /// What would run if something of this were taken for HTML.
 const QString Hostile =

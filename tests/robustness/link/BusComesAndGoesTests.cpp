@@ -8,14 +8,18 @@
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "link/bus/BusLink.h"
-#include "tests/robustness/link/RawBus.h"
-#include "tests/robustness/link/ReturningBus.h"
-#include "tests/integration/link/LinkTesting.h"
+#include "testing/bus/RawBus.h"
+#include "testing/bus/PrivateBus.h"
+#include "testing/bus/Mailbox.h"
+#include "testing/bus/LinkOnTheBus.h"
+#include "testing/LogRecorder.h"
+#include "testing/main/Shown.h"
 #include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
 
-using namespace link_testing;
+using namespace velmora::testkit;
+using namespace velmora::testkit::bus;
 using std::chrono::milliseconds;
 using velmora::desktop::QtDistributedNotificationCenter;
 using velmora::link::BusLink;
@@ -24,41 +28,6 @@ namespace {
 
 QVariantMap numbered(int number) { return {{QStringLiteral("Number"), number}}; }
 QVariant numberOf(const QVariantMap& details) { return details.value(QStringLiteral("Number")); }
-
-/// The log, and a way to wait for a line of it.
-class WatchedLog {
- public:
-  WatchedLog() {
-    current_ = this;
-    before_ = qInstallMessageHandler(&WatchedLog::handle);
-  }
-  ~WatchedLog() { qInstallMessageHandler(before_); }
-  WatchedLog(const WatchedLog&) = delete;
-  WatchedLog& operator=(const WatchedLog&) = delete;
-
-  bool waitFor(const QString& part, qsizetype times = 1) {
-    std::unique_lock lock(mutex_);
-    return added_.wait_for(lock, Limit, [&] { return count(part) >= times; });
-  }
-  QStringList lines() {
-    const std::lock_guard lock(mutex_);
-    return lines_;
-  }
-
- private:
-  qsizetype count(const QString& part) const { return lines_.filter(part).size(); }
-  static void handle(QtMsgType, const QMessageLogContext&, const QString& text) {
-    const std::lock_guard lock(current_->mutex_);
-    current_->lines_.append(text);
-    current_->added_.notify_all();
-  }
-
-  inline static WatchedLog* current_ = nullptr;
-  QtMessageHandler before_ = nullptr;
-  std::mutex mutex_;
-  std::condition_variable added_;
-  QStringList lines_;
-};
 
 const QString Off = QStringLiteral("the link is off");
 const QString On = QStringLiteral("The session bus is back, the link is on");
@@ -74,8 +43,8 @@ class ABusThatReturns : public ::testing::Test {
     EXPECT_EQ(numberOf(mailbox_.takeDetails()), QVariant(qint64(number)));
   }
 
-  ReturningBus bus_;
-  WatchedLog log_;
+  PrivateBus bus_{testkit::PrivateBus::Start::Later};
+  LogRecorder log_;
   QObject observer_;
   Mailbox mailbox_;
 };
@@ -164,7 +133,7 @@ class ABusThatDoesNotGreet : public ::testing::TestWithParam<RawBus::Manner> {};
 
 TEST_P(ABusThatDoesNotGreet, HoldsUpNeitherStartNorEnd) {
   RawBus bus(GetParam());
-  WatchedLog log;
+  LogRecorder log;
   QElapsedTimer clock;
   clock.start();
   {
@@ -173,7 +142,7 @@ TEST_P(ABusThatDoesNotGreet, HoldsUpNeitherStartNorEnd) {
     QtDistributedNotificationCenter centre(bus.address());
     centre.addObserver(&observer, GrowthLink, Request, mailbox.handler());
     if (GetParam() != RawBus::Manner::NeverAccepts) {
-      ASSERT_TRUE(bus.waitForConnections(1, Limit));
+      ASSERT_TRUE(bus.waitForConnections(1, Patience));
     }
   }
   EXPECT_LT(clock.elapsed(), 2000);
@@ -182,7 +151,7 @@ TEST_P(ABusThatDoesNotGreet, HoldsUpNeitherStartNorEnd) {
 
 TEST_P(ABusThatDoesNotGreet, CostsOneLogLineAndLosesWhatIsPosted) {
   RawBus bus(GetParam());
-  WatchedLog log;
+  LogRecorder log;
   QElapsedTimer clock;
   clock.start();
   {
@@ -215,7 +184,7 @@ class ABusGoneMad : public ::testing::Test {
  protected:
   ABusGoneMad() {
     centre_.addObserver(&observer_, GrowthLink, Request, mailbox_.handler());
-    EXPECT_TRUE(bus_.waitForSubscriptions(2, Limit));  // the notifications, and the end of the connection
+    EXPECT_TRUE(bus_.waitForSubscriptions(2, Patience));  // the notifications, and the end of the connection
   }
   RawMessage request(const std::function<void(RawValues&)>& fill) {
     return notificationFrame(GrowthLink.toUtf8(), Request.toUtf8(), fill);
@@ -223,7 +192,7 @@ class ABusGoneMad : public ::testing::Test {
   /// The link has ended the connection, comes again, and hears.
   void expectItRecovers() {
     ASSERT_TRUE(log_.waitFor(On));
-    ASSERT_TRUE(bus_.waitForSubscriptions(2, Limit));
+    ASSERT_TRUE(bus_.waitForSubscriptions(2, Patience));
     ASSERT_TRUE(bus_.send(request([](RawValues& body) { textEntry(body, "Identifier", "next"); })));
     EXPECT_EQ(mailbox_.takeDetails().value(QStringLiteral("Identifier")), QVariant(QStringLiteral("next")));
     EXPECT_TRUE(mailbox_.empty());
@@ -232,7 +201,7 @@ class ABusGoneMad : public ::testing::Test {
   }
 
   RawBus bus_{RawBus::Manner::Proper};
-  WatchedLog log_;
+  LogRecorder log_;
   QObject observer_;
   Mailbox mailbox_;
   QtDistributedNotificationCenter centre_{bus_.address()};

@@ -5,12 +5,16 @@
 
 #include <QDateTime>
 
-#include "tests/robustness/link/RawClient.h"
+#include "testing/bus/RawClient.h"
 #include "tests/robustness/link/WeatherProgram.h"
-#include "tests/integration/link/LinkTesting.h"
+#include "testing/bus/LinkOnTheBus.h"
+#include "testing/bus/PrivateBus.h"
+#include "testing/main/Shown.h"
 #include "link/protocol/LinkProtocol.h"
 
-using namespace link_testing;
+using namespace velmora::testkit;
+using link_testing::WeatherProgram;
+using namespace velmora::testkit::bus;
 namespace keys = velmora::link;
 
 namespace {
@@ -26,7 +30,7 @@ QVariant nested(int depth) {
 class HostileRequests : public ::testing::Test {
  protected:
   void send(const QVariantMap& details) {
-    stranger_.send({program_.linkName(), keys::RequestObject, details});
+    sendNotification(stranger_, {program_.linkName(), keys::RequestObject, details});
   }
 
   QVariantMap study(const QString& identifier) const {
@@ -47,9 +51,9 @@ class HostileRequests : public ::testing::Test {
     }
   }
 
-  testing_support::PrivateBus bus_;
+  velmora::testkit::PrivateBus bus_;
   WeatherProgram program_{bus_};
-  Stranger stranger_{bus_};
+  BusPeer stranger_{bus_.address()};
   int answered_ = 0;
 };
 
@@ -137,14 +141,15 @@ TEST_F(HostileRequests, ThatAreNoTextGetNoFurtherThanTheBus) {
 }
 
 TEST(TwoApplications, EachHearTheirOwnRequestsOnly) {
-  testing_support::PrivateBus bus;
+  velmora::testkit::PrivateBus bus;
   WeatherProgram one(bus, QStringLiteral("weather-one"));
   WeatherProgram two(bus, QStringLiteral("weather-two"));
-  Stranger viewer(bus);
+  BusPeer viewer(bus.address());
   for (int i = 0; i < 20; ++i) {
     for (const WeatherProgram* program : {&one, &two}) {
       const QString mark = program == &one ? QStringLiteral("one-%1") : QStringLiteral("two-%1");
-      viewer.send({program->linkName(), keys::RequestObject, QVariantMap{{keys::Identifier, mark.arg(i)}}});
+      sendNotification(
+          viewer, {program->linkName(), keys::RequestObject, QVariantMap{{keys::Identifier, mark.arg(i)}}});
     }
   }
   EXPECT_TRUE(one.waitFor(QStringLiteral("shown one-19")));

@@ -5,12 +5,15 @@
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "tests/robustness/link/WeatherProgram.h"
-#include "tests/integration/link/LinkTesting.h"
+#include "testing/bus/PrivateBus.h"
+#include "testing/main/Shown.h"
 #include "link/protocol/LinkProtocol.h"
 
 using namespace velmora;
 
-using namespace link_testing;
+using namespace velmora::testkit;
+using link_testing::WeatherProgram;
+using namespace velmora::testkit::bus;
 namespace keys = velmora::link;
 
 namespace {
@@ -19,7 +22,7 @@ constexpr qint64 MayKeep = 20 * MiB;
 }  // namespace
 
 TEST(ManyRequests, AtABusyProgramAreAllHandledAndLeaveNoMemoryBehind) {
-  testing_support::PrivateBus bus;
+  testkit::PrivateBus bus;
   WeatherProgram program(bus);
   desktop::QtDistributedNotificationCenter viewer(bus.address());
   const auto send = [&](const QString& identifier, const QVariantMap& more = {}) {

@@ -5,14 +5,19 @@
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "testing/TestServices.h"
-#include "tests/integration/link/LinkTesting.h"
+#include "testing/bus/Mailbox.h"
+#include "testing/bus/LinkOnTheBus.h"
+#include "testing/bus/PrivateBus.h"
+#include "testing/LogRecorder.h"
+#include "testing/main/Shown.h"
 #include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/osirix/OsirixExportQueue.h"
 
 using namespace velmora;
 
-using namespace link_testing;
+using namespace velmora::testkit;
+using namespace velmora::testkit::bus;
 
 /// The export queue in virtual time, with a real bus behind it and a viewer that listens.
 class Replies : public ::testing::Test {
@@ -30,9 +35,9 @@ class Replies : public ::testing::Test {
   }
   QString nextIdentifier() { return mailbox_.takeDetails().value(velmora::link::Identifier).toString(); }
 
-  testing_support::PrivateBus bus_;
+  testkit::PrivateBus bus_;
   testkit::TestServices desktop_{{{QStringLiteral("CFBundleIdentifier"), Growth}}};
-  LogCapture log_;
+  LogRecorder log_;
   QObject observer_;
   Mailbox mailbox_;
   desktop::QtDistributedNotificationCenter viewer_{bus_.address()};

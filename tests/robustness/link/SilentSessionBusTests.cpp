@@ -8,16 +8,18 @@
 #include <memory>
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "tests/robustness/link/RawBus.h"
-#include "tests/robustness/link/ReturningBus.h"
-#include "tests/robustness/link/VirtualScreen.h"
+#include "testing/bus/RawBus.h"
+#include "testing/bus/PrivateBus.h"
+#include "testing/process/VirtualScreen.h"
 #include "tests/robustness/link/WeatherProgram.h"
-#include "tests/integration/link/LinkTesting.h"
+#include "testing/main/Shown.h"
 #include "link/protocol/LinkProtocol.h"
 
 using namespace velmora;
 
-using namespace link_testing;
+using namespace velmora::testkit;
+using link_testing::WeatherProgram;
+using namespace velmora::testkit::bus;
 
 namespace {
 
@@ -57,7 +59,7 @@ TEST_P(ASilentSessionBus, DoesNotHoldUpTheProgramOnARealDesktop) {
 
 TEST_P(ASilentSessionBus, IsFoundByTheLinkWhenItWakes) {
   WeatherProgram program(environment());
-  ReturningBus awake(bus_->address());
+  PrivateBus awake(bus_->address());
   awake.start();
   bus_->hangUp();
   ASSERT_TRUE(program.waitForLog(QStringLiteral("the link is on")));

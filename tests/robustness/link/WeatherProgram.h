@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-#include <QProcess>
-#include <QProcessEnvironment>
-#include <QStringList>
 #include <QTemporaryDir>
 
-#include "tests/support/PrivateBus.h"
+#include "testing/bus/PrivateBus.h"
+#include "testing/process/Program.h"
 
 namespace link_testing {
 
@@ -14,40 +12,33 @@ namespace link_testing {
 class WeatherProgram {
  public:
   /// Runs under the name of `bundle` ("weather-one", "weather-two"); up and listening when this returns.
-  explicit WeatherProgram(const testing_support::PrivateBus& bus,
+  explicit WeatherProgram(const velmora::testkit::PrivateBus& bus,
                           const QString& bundle = QStringLiteral("weather-one"));
   /// The same in an environment that says where screen and bus are.
-  explicit WeatherProgram(QProcessEnvironment environment,
+  explicit WeatherProgram(const QProcessEnvironment& environment,
                           const QString& bundle = QStringLiteral("weather-one"));
-  ~WeatherProgram();
-  WeatherProgram(const WeatherProgram&) = delete;
-  WeatherProgram& operator=(const WeatherProgram&) = delete;
 
   QString linkName() const { return QStringLiteral("org.velmora.%1.osirixLink").arg(bundle_); }
 
-  void order(const QByteArray& line);
+  void order(const QByteArray& line) { program_.tell(line); }
   /// Reads what the program says up to this line; false when it ends, or says nothing for long.
   bool waitFor(const QString& line);
   /// Every line that waitFor() has read.
-  const QStringList& said() const { return said_; }
+  const QStringList& said() const { return program_.lines(); }
   /// Bytes of memory that it holds.
   qint64 memory();
-  bool runs() const { return process_.state() == QProcess::Running; }
+  bool runs() const { return program_.running(); }
   /// Ends it; its exit code, -1 when it did not end well.
   int quit();
   /// Waits until a log line contains this; false when it ends, or logs nothing for long.
-  bool waitForLog(const QString& part);
+  bool waitForLog(const QString& part) { return program_.waitForError(part); }
   /// Its log lines so far.
-  QStringList log();
+  QStringList log() { return program_.errors().split(QLatin1Char('\n'), Qt::SkipEmptyParts); }
 
  private:
-  bool readLine();
-
   QString bundle_;
   QTemporaryDir home_;
-  QProcess process_;
-  QStringList said_;
-  QByteArray log_;
+  velmora::testkit::Program program_;
 };
 
 }  // namespace link_testing

@@ -15,7 +15,7 @@
 
 #include "orv/chart/OrvGraphView.h"
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "tests/support/PrivateBus.h"
+#include "testing/bus/PrivateBus.h"
 #include "tests/robustness/nesting/WeatherDesktop.h"
 #include "velmora/document/VelmoraGraphView.h"
 
@@ -211,7 +211,7 @@ TEST_F(Exceptions, InALinkRequest) {
 }
 
 TEST_F(Exceptions, InTheHandlerOfANotificationFromTheBus) {
-  testing_support::PrivateBus bus;
+  testkit::PrivateBus bus;
   desktop::QtDistributedNotificationCenter centre(bus.address());
   QObject observer;
   std::atomic<int> heard{0};

@@ -13,11 +13,14 @@
 #include "bridge/cli/StudyJson.h"
 #include "link/protocol/LinkPayload.h"
 #include "bridge/cli/ReplyFolder.h"
-#include "tests/integration/link/LinkTesting.h"
+#include "testing/bus/LinkOnTheBus.h"
+#include "testing/files/Noise.h"
+#include "testing/main/Shown.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
 
-using namespace link_testing;
+using namespace velmora::testkit;
+using namespace velmora::testkit::bus;
 
 namespace {
 

@@ -7,13 +7,13 @@
 #include "bridge/pacs/WebExchange.h"
 #include "bridge/pacs/WebPacs.h"
 #include "tests/unit/bridge/pacs/WebScriptedArchive.h"
-#include "tests/support/LocalWebServer.h"
+#include "testing/web/LocalWebServer.h"
 
 namespace bridge {
 namespace {
 
 using Outcome = PacsResult::Outcome;
-using testing_support::LocalWebServer;
+using velmora::testkit::LocalWebServer;
 using web_testing::answer;
 using web_testing::json;
 using web_testing::ScriptedArchive;

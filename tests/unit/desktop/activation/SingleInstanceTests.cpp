@@ -9,15 +9,15 @@
 
 #include "desktop/runloop/QtRunLoop.h"
 #include "testing/LogRecorder.h"
-#include "tests/robustness/link/ReturningBus.h"
+#include "testing/bus/PrivateBus.h"
 #include "testing/main/Shown.h"
 #include "tests/unit/desktop/activation/DesktopBus.h"
-#include "tests/support/PrivateBus.h"
+#include "testing/bus/PrivateBus.h"
 #include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
 
-using testing_support::BusStranger;
+using testing_support::DesktopPeer;
 using velmora::desktop::ActivationRequest;
 using velmora::desktop::SingleInstance;
 using velmora::testkit::LogRecorder;
@@ -55,7 +55,7 @@ class Program {
 
 class ActivationOnABus : public testing::Test {
  protected:
-  testing_support::PrivateBus bus;
+  testkit::PrivateBus bus;
   testkit::EnvironmentVariable variable{"DBUS_SESSION_BUS_ADDRESS", bus.address().toLocal8Bit()};
   desktop::QtRunLoop runLoop;
 };
@@ -63,7 +63,7 @@ class ActivationOnABus : public testing::Test {
 TEST_F(ActivationOnABus, MakesTheFirstProgramTheOne) {
   Program first(runLoop);
   EXPECT_EQ(first.begin(), Outcome::Serving);
-  BusStranger stranger(bus.address());
+  DesktopPeer stranger(bus.address());
   EXPECT_TRUE(stranger.nameIsTaken(Identifier));
 }
 
@@ -189,7 +189,7 @@ TEST_F(ActivationOnABus, TellsTheFirstRequestToAProgramThatTheBusHasStarted) {
 TEST_F(ActivationOnABus, LeavesTheNameToOthersWhenAProgramIsSoonGone) {
   Program printing(runLoop);
   EXPECT_EQ(printing.activation.begin(Identifier, {}, false), Outcome::Alone);
-  EXPECT_FALSE(BusStranger(bus.address()).nameIsTaken(Identifier));
+  EXPECT_FALSE(DesktopPeer(bus.address()).nameIsTaken(Identifier));
   Program first(runLoop);
   ASSERT_EQ(first.begin(), Outcome::Serving);
   first.listen();
@@ -230,7 +230,7 @@ class Mute : public QDBusVirtualObject {
 };
 
 TEST_F(ActivationOnABus, GoesOnAloneWhenTheOtherDoesNotAnswer) {
-  BusStranger stranger(bus.address());
+  DesktopPeer stranger(bus.address());
   Mute mute;
   ASSERT_TRUE(stranger.bus.registerVirtualObject("/org/velmora/desk_test", &mute));
   ASSERT_TRUE(stranger.takesName(Identifier));
@@ -250,7 +250,7 @@ TEST_F(ActivationOnABus, DoesNotTakeUpWhatTheSenderHasGivenUp) {
   ASSERT_EQ(first.begin(), Outcome::Serving);
   first.listen();
   const LogRecorder log;
-  BusStranger stranger(bus.address());
+  DesktopPeer stranger(bus.address());
   const QDBusMessage late = stranger.open({"file:///late"}, {{"velmora-deadline", qint64(1)}});
   EXPECT_EQ(late.type(), QDBusMessage::ErrorMessage);
   EXPECT_EQ(stranger.open({"file:///in-time"}).type(), QDBusMessage::ReplyMessage);
@@ -278,7 +278,7 @@ TEST(ActivationWithoutABus, GoesOnAlone) {
 }
 
 TEST(ActivationWithoutABus, GoesOnAloneWithoutAnIdentifier) {
-  const testing_support::PrivateBus bus;
+  const testkit::PrivateBus bus;
   const testkit::EnvironmentVariable variable("DBUS_SESSION_BUS_ADDRESS", bus.address().toLocal8Bit());
   desktop::QtRunLoop runLoop;
   SingleInstance activation(runLoop);
@@ -286,7 +286,7 @@ TEST(ActivationWithoutABus, GoesOnAloneWithoutAnIdentifier) {
 }
 
 TEST(ActivationOnAReturningBus, IsReachedAgainWhenTheBusIsBack) {
-  link_testing::ReturningBus bus;
+  testkit::PrivateBus bus{testkit::PrivateBus::Start::Later};
   bus.start();
   const testkit::EnvironmentVariable variable("DBUS_SESSION_BUS_ADDRESS", bus.address().toLocal8Bit());
   desktop::QtRunLoop runLoop;
@@ -296,7 +296,7 @@ TEST(ActivationOnAReturningBus, IsReachedAgainWhenTheBusIsBack) {
   bus.stop();
   bus.start();
   {
-    BusStranger stranger(bus.address());
+    DesktopPeer stranger(bus.address());
     ASSERT_TRUE(QTest::qWaitFor([&] { return stranger.nameIsTaken(Identifier); }, 60000));
   }
   EXPECT_EQ(Program(runLoop).begin(opening({QStringLiteral("/1")})), Outcome::HandedOver);
@@ -304,13 +304,13 @@ TEST(ActivationOnAReturningBus, IsReachedAgainWhenTheBusIsBack) {
 }
 
 TEST(ActivationOnAReturningBus, IsReachedOnceThereIsABus) {
-  link_testing::ReturningBus bus;
+  testkit::PrivateBus bus{testkit::PrivateBus::Start::Later};
   const testkit::EnvironmentVariable variable("DBUS_SESSION_BUS_ADDRESS", bus.address().toLocal8Bit());
   desktop::QtRunLoop runLoop;
   Program first(runLoop);
   ASSERT_EQ(first.begin(), Outcome::Alone);
   bus.start();
-  BusStranger stranger(bus.address());
+  DesktopPeer stranger(bus.address());
   EXPECT_TRUE(QTest::qWaitFor([&] { return stranger.nameIsTaken(Identifier); }, 60000));
 }
 
@@ -330,7 +330,7 @@ class ActivationAmongStrangers : public ActivationOnABus {
     first.done.removeLast();
   }
   Program first{runLoop};
-  BusStranger stranger{bus.address()};
+  DesktopPeer stranger{bus.address()};
 };
 
 TEST_F(ActivationAmongStrangers, RefusesCallsOfAnotherShapeWithOneLogLineEach) {

@@ -17,12 +17,12 @@
 #include "desktop/runloop/QtRunLoop.h"
 #include "testing/LogRecorder.h"
 #include "testing/main/Shown.h"
-#include "tests/support/LocalWebServer.h"
-#include "tests/support/TestCertificate.h"
+#include "testing/web/LocalWebServer.h"
+#include "testing/web/TestCertificate.h"
 
 using namespace velmora;
 
-using testing_support::LocalWebServer;
+using testkit::LocalWebServer;
 using velmora::desktop::QtRunLoop;
 using velmora::desktop::QtWeb;
 using velmora::platform::WebAnswer;
@@ -61,7 +61,7 @@ class EncryptedWebPages : public WebPages {
   ~EncryptedWebPages() override { QSslConfiguration::setDefaultConfiguration(before); }
   void trustTheServer() {
     QSslConfiguration trusting = before;
-    trusting.addCaCertificate(QSslCertificate(testing_support::TestCertificate));
+    trusting.addCaCertificate(QSslCertificate(testkit::TestCertificate));
     QSslConfiguration::setDefaultConfiguration(trusting);
   }
 

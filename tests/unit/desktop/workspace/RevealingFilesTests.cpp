@@ -8,7 +8,7 @@
 
 #include "testing/main/Shown.h"
 #include "tests/unit/desktop/workspace/WorkspaceTesting.h"
-#include "tests/support/PrivateBus.h"
+#include "testing/bus/PrivateBus.h"
 
 using testing_support::ProgramForFiles;
 
@@ -42,7 +42,7 @@ class FileViewer : public QDBusVirtualObject {
 class RevealingFiles : public testing_support::RealWorkspace {
  protected:
   static void SetUpTestSuite() {
-    bus = std::make_unique<testing_support::PrivateBus>();
+    bus = std::make_unique<velmora::testkit::PrivateBus>();
     qputenv("DBUS_SESSION_BUS_ADDRESS", bus->address().toLocal8Bit());
     ASSERT_TRUE(QDBusConnection::sessionBus().isConnected());
   }
@@ -51,7 +51,7 @@ class RevealingFiles : public testing_support::RealWorkspace {
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     bus.reset();
   }
-  static inline std::unique_ptr<testing_support::PrivateBus> bus;
+  static inline std::unique_ptr<velmora::testkit::PrivateBus> bus;
 };
 
 TEST_F(RevealingFiles, AsksTheFileViewerToShowTheItem) {

@@ -4,9 +4,12 @@
 #include <gtest/gtest.h>
 
 #include "link/protocol/BundleIdentifier.h"
-#include "tests/integration/link/LinkTesting.h"
+#include "testing/bus/LinkOnTheBus.h"
+#include "testing/files/Noise.h"
+#include "testing/main/Shown.h"
 
-using namespace link_testing;
+using namespace velmora::testkit;
+using namespace velmora::testkit::bus;
 using namespace velmora::link;
 
 namespace {

@@ -9,7 +9,7 @@
 #include <QPoint>
 #include <limits>
 
-#include "tests/integration/link/LinkTesting.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora::link;
 

@@ -11,11 +11,11 @@
 #include "desktop/web/QtWeb.h"
 #include "testing/TestServices.h"
 #include "testing/main/Shown.h"
-#include "tests/support/LocalWebServer.h"
+#include "testing/web/LocalWebServer.h"
 
 using namespace velmora;
 
-using testing_support::LocalWebServer;
+using testkit::LocalWebServer;
 
 namespace {
 

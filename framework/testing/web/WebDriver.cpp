@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "bridge/testing/WebDriver.h"
+#include "testing/web/WebDriver.h"
 
 #include <csignal>
 #include <sys/prctl.h>
@@ -14,7 +14,7 @@
 #include <memory>
 #include <stdexcept>
 
-namespace browser_testing {
+namespace velmora::testkit {
 
 namespace {
 
@@ -161,4 +161,4 @@ QJsonValue WebDriver::exchange(const QByteArray& method, const QString& path, co
   return value;
 }
 
-}  // namespace browser_testing
+}  // namespace velmora::testkit

@@ -11,9 +11,9 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "tests/robustness/link/RawMessage.h"
+#include "testing/bus/RawMessage.h"
 
-namespace link_testing {
+namespace velmora::testkit {
 
 /// A program on a real bus that may send any bytes at all.
 class RawClient {
@@ -77,4 +77,4 @@ class RawClient {
   quint32 serial_ = 0;
 };
 
-}  // namespace link_testing
+}  // namespace velmora::testkit

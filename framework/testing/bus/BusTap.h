@@ -13,18 +13,16 @@
 #include <stdexcept>
 #include <thread>
 
-#include "tests/support/PrivateBus.h"
+#include "testing/bus/PrivateBus.h"
 
-namespace link_testing {
+namespace velmora::testkit {
 
 /// Stands between one program and its bus and counts the bytes that the bus sends to the program: what is not
 /// counted here has not woken it.
 class BusTap {
  public:
-  explicit BusTap(const testing_support::PrivateBus& bus) {
-    const QString address = bus.address();
-    const qsizetype start = address.indexOf(QStringLiteral("path=")) + 5;
-    busPath_ = address.mid(start, address.indexOf(QLatin1Char(','), start) - start);
+  explicit BusTap(const PrivateBus& bus) {
+    busPath_ = bus.socketPath();
     tapPath_ = folder_.filePath(QStringLiteral("tap"));
     listener_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const sockaddr_un tap = socketAddress(tapPath_);
@@ -104,4 +102,4 @@ class BusTap {
   std::thread thread_;
 };
 
-}  // namespace link_testing
+}  // namespace velmora::testkit

@@ -12,7 +12,7 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
-namespace browser_testing {
+namespace velmora::testkit {
 
 /// A headless Chromium, driven over the W3C WebDriver protocol by chromium-driver. It has a profile of its
 /// own in a temporary folder and goes when this object does, or when the process that made it ends in any
@@ -57,4 +57,4 @@ class WebDriver {
   QString session_;
 };
 
-}  // namespace browser_testing
+}  // namespace velmora::testkit

@@ -11,7 +11,7 @@
 #include <functional>
 #include <memory>
 
-namespace testing_support {
+namespace velmora::testkit {
 
 /// A web server of a test's own, on this machine, that behaves as badly as the test wants. It lives on the
 /// event loop of its thread, so it answers while the test waits for something.
@@ -69,4 +69,4 @@ class LocalWebServer {
   qint64 bytesSent_ = 0;
 };
 
-}  // namespace testing_support
+}  // namespace velmora::testkit

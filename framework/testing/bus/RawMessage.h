@@ -5,7 +5,7 @@
 #include <cstring>
 #include <functional>
 
-namespace link_testing {
+namespace velmora::testkit {
 
 /// Values in their form on the bus, written byte by byte: for what no bus library would agree to send.
 /// Little-endian; places are aligned as the D-Bus protocol (0.41, "Message Format") has it, counted from the
@@ -133,4 +133,4 @@ inline void textEntry(RawValues& body, const QByteArray& key, const QByteArray& 
   body.textVariant(value);
 }
 
-}  // namespace link_testing
+}  // namespace velmora::testkit

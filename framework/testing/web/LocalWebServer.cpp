@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "tests/support/LocalWebServer.h"
+#include "testing/web/LocalWebServer.h"
 
 #include <QHostAddress>
 #include <QSslCertificate>
@@ -12,9 +12,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "tests/support/TestCertificate.h"
+#include "testing/web/TestCertificate.h"
 
-namespace testing_support {
+namespace velmora::testkit {
 
 namespace {
 constexpr qint64 Piece = 64 * 1024;  // bytes that are sent at once
@@ -130,4 +130,4 @@ LocalWebServer::Handler LocalWebServer::flood(const QByteArray& head, qint64 siz
   };
 }
 
-}  // namespace testing_support
+}  // namespace velmora::testkit

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "tests/robustness/link/RawBus.h"
+#include "testing/bus/RawBus.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -11,7 +11,7 @@
 #include <stdexcept>
 #include <vector>
 
-namespace link_testing {
+namespace velmora::testkit {
 namespace {
 
 bool writeAll(int socket, const QByteArray& bytes) {
@@ -177,4 +177,4 @@ bool RawBus::takeMessage(Connection& connection) {
   return true;
 }
 
-}  // namespace link_testing
+}  // namespace velmora::testkit

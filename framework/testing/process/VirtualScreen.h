@@ -5,7 +5,7 @@
 #include <QString>
 #include <stdexcept>
 
-namespace link_testing {
+namespace velmora::testkit {
 
 /// A screen without glass, for programs that must run on a real window system: up when the constructor
 /// returns.
@@ -37,4 +37,4 @@ class VirtualScreen {
   QString display_;
 };
 
-}  // namespace link_testing
+}  // namespace velmora::testkit

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-namespace testing_support {
+namespace velmora::testkit {
 
 // With these a server of the tests proves to be 127.0.0.1, to those who were told to trust it: its own
 // certificate, valid until 2120, and the key to it. They were made for the tests and guard nothing.
@@ -25,4 +25,4 @@ inline constexpr char TestCertificateKey[] =
     "3gpND/1X4Tg+jGGqq0I09eOIjIZsOvMkTUad9Bpfg+yNUXNUrZ5hT/Yo\n"
     "-----END PRIVATE KEY-----\n";
 
-}  // namespace testing_support
+}  // namespace velmora::testkit

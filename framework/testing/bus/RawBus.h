@@ -10,9 +10,9 @@
 #include <mutex>
 #include <thread>
 
-#include "tests/robustness/link/RawMessage.h"
+#include "testing/bus/RawMessage.h"
 
-namespace link_testing {
+namespace velmora::testkit {
 
 /// Something that stands where the session bus should be, and behaves as badly as it is told. To one program
 /// it can send any bytes at all, which a real bus would refuse to pass on.
@@ -71,4 +71,4 @@ class RawBus {
   std::thread thread_;
 };
 
-}  // namespace link_testing
+}  // namespace velmora::testkit
