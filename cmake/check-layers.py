@@ -50,6 +50,7 @@ DESKTOP_ELSEWHERE = {
     "testing/bus/": ("QDBus", "QProcess"),
     "testing/process/": ("QProcess",),
     "testing/web/": ("QNetwork", "QProcess", "QTimer"),
+    "testing/window/": ("QTimer",),
 }
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]*)[>"]')

@@ -14,6 +14,7 @@
 #include "tests/integration/languages/WindowsInLanguage.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 using languages::WindowsInLanguage;
 

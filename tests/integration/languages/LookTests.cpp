@@ -15,6 +15,8 @@
 #include "tests/integration/languages/TranslationFiles.h"
 #include "tests/integration/languages/WindowsInLanguage.h"
 
+using namespace velmora::testkit;
+
 using languages::WindowsInLanguage;
 
 namespace {

@@ -10,7 +10,7 @@
 
 #include "platform/text/Localization.h"
 #include "testing/LogRecorder.h"
-#include "tests/unit/velmora/support/UserActions.h"
+#include "testing/window/UserActions.h"
 
 using namespace velmora;
 

@@ -15,6 +15,7 @@
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace languages {
 

@@ -12,6 +12,7 @@
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 using namespace weather;
 
@@ -129,7 +130,7 @@ INSTANTIATE_TEST_SUITE_P(Of, Destruction,
                          });
 
 TEST(DestructionOfTheController, DropsEveryCallThatIsPending) {
-  testing_support::RecordApplication application;
+  RecordApplication application;
   application.turnOn(velmora::settings::AutoSave);
   // A controller beside the application's own, with calls of every kind pending.
   auto controller = std::make_unique<VelmoraAppController>(application.desktop.services);
@@ -145,7 +146,7 @@ TEST(DestructionOfTheController, DropsEveryCallThatIsPending) {
   QPointer<platform::Document> document = controller->currentDocument();
   document->performClose();
   std::thread viewer([&] {
-    controller->notifiedOfLinkFromOsirix({{}, {}, testing_support::study(QStringLiteral("1"))});
+    controller->notifiedOfLinkFromOsirix({{}, {}, study(QStringLiteral("1"))});
   });
   viewer.join();
   controller->closeAllDocuments({});

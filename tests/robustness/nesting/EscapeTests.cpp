@@ -11,6 +11,8 @@
 #include "tests/robustness/nesting/WeatherDesktop.h"
 #include "testing/files/Files.h"
 
+using namespace velmora::testkit;
+
 using namespace weather;
 
 namespace {
@@ -28,7 +30,7 @@ class Escape : public ::testing::Test {
   void fillTheDisk() {
     QFile::remove(file());
     QDir().mkpath(file());
-    velmora::testkit::writeFile(application_.home.path(QStringLiteral(".local/share/org.velmora.recorder")),
+    writeFile(application_.home.path(QStringLiteral(".local/share/org.velmora.recorder")),
                                 "a file");
   }
   QString file() const { return application_.pathOfRecord(QStringLiteral("B2")); }
@@ -53,13 +55,13 @@ class Escape : public ::testing::Test {
 }  // namespace
 
 TEST_F(Escape, AtTheQuestionOfAChangedIdentifierWritesOnePatientOverNoOther) {
-  const QByteArray before = velmora::testkit::readFile(file());
+  const QByteArray before = readFile(file());
   application_.chooseStudy(QStringLiteral("A1"));
   waitUntil([this] { return application_.identifierInFront() == QStringLiteral("A1"); });
   expectAndEscape(QStringLiteral("The identifier of this record has changed"));
   record_->saveDocument();
   expectTheRecordStays();
-  EXPECT_EQ(velmora::testkit::readFile(file()), before);
+  EXPECT_EQ(readFile(file()), before);
   EXPECT_FALSE(QFile::exists(application_.pathOfRecord(QStringLiteral("A1"))));
 }
 

@@ -20,6 +20,7 @@
 #include "velmora/document/VelmoraGraphView.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 using namespace weather;
 
@@ -211,7 +212,7 @@ TEST_F(Exceptions, InALinkRequest) {
 }
 
 TEST_F(Exceptions, InTheHandlerOfANotificationFromTheBus) {
-  testkit::PrivateBus bus;
+  PrivateBus bus;
   desktop::QtDistributedNotificationCenter centre(bus.address());
   QObject observer;
   std::atomic<int> heard{0};

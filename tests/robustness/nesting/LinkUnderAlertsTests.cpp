@@ -11,6 +11,7 @@
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 using namespace weather;
 
@@ -106,13 +107,13 @@ TEST_F(LinkUnderAlerts, TheQuestionBeforeAChartIsOverwritten) {
   record.setIdentifier(QStringLiteral("1"));
   record.setCurrentDataPointsVisible(true);
   record.autoExport();
-  const QString chart = testkit::fileNames(application_.home.path(QStringLiteral("Charts"))).value(0);
+  const QString chart = fileNames(application_.home.path(QStringLiteral("Charts"))).value(0);
   ASSERT_FALSE(chart.isEmpty());
   person_.expect(QStringLiteral("A file with that name already exists"), studyIsChosen(),
                  QStringLiteral("Overwrite"));
   record.autoExport();
   // The chart of the patient that was in front, under that patient's name.
-  EXPECT_EQ(testkit::fileNames(application_.home.path(QStringLiteral("Charts"))), QStringList{chart});
+  EXPECT_EQ(fileNames(application_.home.path(QStringLiteral("Charts"))), QStringList{chart});
   expectTheRequestIsHandled();
 }
 

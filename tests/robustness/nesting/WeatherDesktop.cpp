@@ -21,6 +21,7 @@
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace weather {
 namespace {
@@ -89,7 +90,7 @@ void letEventsPass() {
 
 void waitUntil(const std::function<bool()>& holds) { EXPECT_TRUE(QTest::qWaitFor(holds, 30000)); }
 
-Application::Application() : desktop(testing_support::RecordApplication::informationOf(BundleIdentifier)) {
+Application::Application() : desktop(RecordApplication::informationOf(BundleIdentifier)) {
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
   home.makeFolder(QStringLiteral("Records"));
   home.makeFolder(QStringLiteral("Charts"));
@@ -120,7 +121,7 @@ void Application::keepRecord(const QString& name) {
                                       {QStringLiteral("birthDate"), QStringLiteral("03/04/2020")},
                                       {QStringLiteral("exams"), QJsonArray{QStringLiteral("01/02/2023"),
                                                                            QStringLiteral("01/02/2024")}}}}};
-  testkit::writeFile(pathOfRecord(name), orv::withChecksum(QJsonDocument(file).toJson()));
+  writeFile(pathOfRecord(name), orv::withChecksum(QJsonDocument(file).toJson()));
   controller_->addToCachedDatabaseFiles(name + QStringLiteral(".rec"));
 }
 
@@ -143,7 +144,7 @@ RecordingDocument& Application::openRecord(const QString& name) {
 void Application::chooseStudy(const QString& identifier) {
   std::thread viewer([this, identifier] {
     desktop.distributedCenter.deliver(velmora::link::notificationName(BundleIdentifier),
-                                      velmora::link::RequestObject, testing_support::study(identifier));
+                                      velmora::link::RequestObject, study(identifier));
   });
   viewer.join();
 }

@@ -21,7 +21,7 @@
 #include "testing/LogRecorder.h"
 #include "testing/Scripted.h"
 #include "testing/files/TemporaryHome.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/app/VelmoraAppController.h"
 
 namespace weather {
@@ -114,10 +114,10 @@ class Application {
   }
   /// Puts a record into the save folder, and the cache knows it.
   void keepRecord(const QString& name);
-  RecordingDocument& newRecord();
-  RecordingDocument& openRecord(const QString& name);
-  RecordingDocument* front() const {
-    return dynamic_cast<RecordingDocument*>(controller().currentDocument());
+  velmora::testkit::RecordingDocument& newRecord();
+  velmora::testkit::RecordingDocument& openRecord(const QString& name);
+  velmora::testkit::RecordingDocument* front() const {
+    return dynamic_cast<velmora::testkit::RecordingDocument*>(controller().currentDocument());
   }
   QString identifierInFront() const { return front() ? front()->identifier() : QString(); }
   /// The viewer tells of a study, from a thread of its own as the real centre does.
@@ -129,7 +129,7 @@ class Application {
   velmora::testkit::TemporaryHome home;
   velmora::testkit::LogRecorder log;
   Desktop desktop;
-  testing_support::RecordingDelegate delegate;
+  velmora::testkit::RecordingDelegate delegate;
 
  private:
   QLocale localeBefore_;

@@ -17,14 +17,14 @@
 #include "platform/settings/UserDefaults.h"
 #include "testing/LogRecorder.h"
 #include "testing/main/Shown.h"
-#include "tests/unit/desktop/alerts/ModalBox.h"
+#include "testing/window/WhenOpen.h"
 #include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 using velmora::desktop::Desktop;
 using velmora::platform::DocumentController;
-using velmora::testkit::LogRecorder;
 
 namespace {
 
@@ -53,7 +53,7 @@ class ShortLife : public DocumentController {
 /// There is no session bus.
 class DesktopWithoutABus : public testing::Test {
  private:
-  testkit::EnvironmentVariable bus_{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus"};
+  EnvironmentVariable bus_{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus"};
 };
 
 TEST_F(DesktopWithoutABus, HasEveryPart) {
@@ -80,7 +80,7 @@ TEST_F(DesktopWithoutABus, SaysThatTheBundleCarriesNoHelp) {
   const LogRecorder log;
   Desktop desktop("platform-qt-tests");
   QString said;
-  testing_support::whenOpen<QMessageBox>([&said](QMessageBox& box) {
+  whenOpen<QMessageBox>([&said](QMessageBox& box) {
     said = box.text();
     box.defaultButton()->click();
   });

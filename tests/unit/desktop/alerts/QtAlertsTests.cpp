@@ -12,11 +12,11 @@
 #include "desktop/runloop/QtRunLoop.h"
 #include "testing/LogRecorder.h"
 #include "testing/main/Shown.h"
-#include "tests/unit/desktop/alerts/ModalBox.h"
+#include "testing/window/WhenOpen.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
-using testing_support::whenOpen;
 using velmora::desktop::QtAlerts;
 using velmora::platform::Alert;
 
@@ -234,7 +234,7 @@ TEST_F(RealAlerts, AsASheetSurviveAnAnswerThatThrows) {
   QWidget window;
   window.show();
   QObject owner;
-  const testkit::LogRecorder log;
+  const LogRecorder log;
   alerts.beginSheetModalForWindow(SaveQuestion, &window, &owner,
                                   [](int) { throw std::runtime_error("no record"); });
   press(*window.findChild<QMessageBox*>(), "Save");

@@ -13,11 +13,11 @@
 
 #include "desktop/runloop/QtRunLoop.h"
 #include "testing/main/Shown.h"
-#include "tests/unit/desktop/alerts/ModalBox.h"
+#include "testing/window/WhenOpen.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
-using testing_support::whenOpen;
 using velmora::desktop::QtPanels;
 using velmora::platform::OpenPanel;
 using velmora::platform::SavePanel;

@@ -15,10 +15,11 @@
 #include "platform/printing/GraphicsContext.h"
 #include "desktop/runloop/QtRunLoop.h"
 #include "testing/main/Shown.h"
-#include "tests/unit/desktop/alerts/ModalBox.h"
+#include "testing/window/WhenOpen.h"
 #include "tests/unit/desktop/printing/PdfFile.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 using testing_support::PdfFile;
 using velmora::desktop::QtPrinter;
@@ -170,7 +171,7 @@ QRadioButton* orientationButton(const QPageSetupDialog& dialog, const char* name
 
 TEST_F(RealPrinter, TakesPaperAndOrientationFromThePageSetup) {
   PrintInfo info = fit;
-  testing_support::whenOpen<QPageSetupDialog>([this](QPageSetupDialog& dialog) {
+  whenOpen<QPageSetupDialog>([this](QPageSetupDialog& dialog) {
     EXPECT_TRUE(runLoop.inModalSession());
     orientationButton(dialog, "landscape")->click();
     dialog.printer()->setPageMargins(QMarginsF(30, 30, 30, 30), QPageLayout::Millimeter);
@@ -186,7 +187,7 @@ TEST_F(RealPrinter, TakesPaperAndOrientationFromThePageSetup) {
 TEST_F(RealPrinter, BeginsThePageSetupWithWhatWasChosenBefore) {
   PrintInfo info;
   info.orientation = PrintInfo::Orientation::Landscape;
-  testing_support::whenOpen<QPageSetupDialog>([](QPageSetupDialog& dialog) {
+  whenOpen<QPageSetupDialog>([](QPageSetupDialog& dialog) {
     EXPECT_TRUE(orientationButton(dialog, "landscape")->isChecked());
     dialog.accept();
   });
@@ -196,7 +197,7 @@ TEST_F(RealPrinter, BeginsThePageSetupWithWhatWasChosenBefore) {
 
 TEST_F(RealPrinter, ForgetsACancelledPageSetup) {
   PrintInfo info;
-  testing_support::whenOpen<QPageSetupDialog>([](QPageSetupDialog& dialog) {
+  whenOpen<QPageSetupDialog>([](QPageSetupDialog& dialog) {
     orientationButton(dialog, "landscape")->click();
     dialog.reject();
   });

@@ -18,20 +18,18 @@
 #include "testing/LogRecorder.h"
 #include "testing/VirtualRunLoop.h"
 #include "testing/main/Shown.h"
-#include "tests/unit/desktop/alerts/ModalBox.h"
+#include "testing/window/WhenOpen.h"
 #include "tests/unit/desktop/scripts/QtScriptsTesting.h"
 #include "testing/files/TemporaryHome.h"
 #include "testing/files/Files.h"
 #include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 using namespace std::chrono_literals;
 using testing_support::Fifo;
 using testing_support::pinned;
-using testkit::EnvironmentVariable;
-using testkit::readFile;
-using testkit::TemporaryHome;
 using velmora::desktop::QtScripts;
 using velmora::desktop::ScriptTimes;
 using velmora::platform::Script;
@@ -76,7 +74,7 @@ class RunningScripts : public testing::Test {
   TemporaryHome home;
   Fifo started{home.path("started")};
   Fifo go{home.path("go")};
-  testkit::VirtualRunLoop runLoop;
+  VirtualRunLoop runLoop;
   QtScripts scripts{runLoop};
   std::unique_ptr<Script> script;
 };
@@ -257,7 +255,7 @@ TEST_F(RunningScripts, HoldDeferredCallsUntilTheirEnd) {
 
 TEST_F(RunningScripts, AreNotedInTheLogWhenTheyRunForLong) {
   EXPECT_EQ(ScriptTimes().untilLogged, 10s);
-  const testkit::LogRecorder log;
+  const LogRecorder log;
   QtScripts impatient(runLoop, {.untilLogged = 30ms});
   script = impatient.initWithSource(WaitingScript);
   // It ends as soon as the line is there, and else not at all.
@@ -387,7 +385,7 @@ TEST_F(RunningScriptsBehindAWindow, MayEndInTheirOwnWayWhenTheyAreStopped) {
 
 TEST_F(RunningScriptsBehindAWindow, LetADialogOfTheApplicationBeAnswered) {
   EXPECT_FALSE(runWhile(WaitingScript, [&](const QByteArray&) {
-    testing_support::whenOpen<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    whenOpen<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
     QMessageBox box(QMessageBox::Question, "End of session", "Save?",
                     QMessageBox::Save | QMessageBox::Cancel);
     EXPECT_EQ(box.exec(), QMessageBox::Cancel);

@@ -13,6 +13,7 @@
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace testing_support {
 

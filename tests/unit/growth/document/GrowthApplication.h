@@ -8,7 +8,7 @@
 #include "apps/growth/document/GrowthDocument.h"
 #include "testing/TestServices.h"
 #include "testing/files/TemporaryHome.h"
-#include "tests/unit/velmora/support/UserActions.h"
+#include "testing/window/UserActions.h"
 #include "velmora/app/VelmoraAppController.h"
 
 namespace testing_support {

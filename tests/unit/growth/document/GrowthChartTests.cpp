@@ -12,6 +12,7 @@
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 using growth::Measure;
 using testing_support::GrowthApplication;
@@ -126,7 +127,7 @@ TEST_F(GrowthChart, IsNamedAfterPatientAndTab) {
   document->doPreviousRecord(nullptr);
   document->doPreviousRecord(nullptr);
   document->doExport(true);
-  EXPECT_EQ(testkit::fileNames(application.home.path("Charts")),
+  EXPECT_EQ(fileNames(application.home.path("Charts")),
             (QStringList{"BOY1 Height.jpg", "BOY1 Weight.jpg"}));
 }
 

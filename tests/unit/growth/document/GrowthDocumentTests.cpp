@@ -12,6 +12,7 @@
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 using growth::Measure;
 using testing_support::GrowthApplication;

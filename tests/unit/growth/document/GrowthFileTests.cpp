@@ -4,21 +4,21 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "tests/support/SealedFile.h"
+#include "testing/application/SealedFile.h"
 #include "tests/unit/growth/document/GrowthApplication.h"
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 using testing_support::GrowthApplication;
-using testkit::readFile;
 using user::textOf;
 
 namespace {
 
 /// A data file with that content.
 QByteArray file(const QByteArray& content, int version = 1, const char* format = "org.velmora.growth") {
-  return testing_support::sealed(QByteArray("{\"format\": \"") + format +
+  return sealed(QByteArray("{\"format\": \"") + format +
                                  "\", \"version\": " + QByteArray::number(version) +
                                  ", \"application\": \"Growth 9.9\", \"content\": " + content + "}");
 }
@@ -144,7 +144,7 @@ TEST(GrowthFile, CutShortAnywhereIsRefused) {
 TEST(GrowthFile, ThatIsRefusedIsTheUsersToKnow) {
   GrowthApplication application;
   const QString path = application.pathOfRecord("given");
-  testkit::writeFile(path, file("{}"));
+  writeFile(path, file("{}"));
   application.desktop.panels.expectOpen({QUrl::fromLocalFile(path)});
   application.desktop.alerts.expect(
       {"The file 'given.growth' could not be opened.", "OK", "", "", "The file is damaged (identifier)."},

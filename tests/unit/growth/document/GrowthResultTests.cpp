@@ -11,6 +11,7 @@
 #include "tests/unit/growth/document/GrowthApplication.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 using testing_support::GrowthApplication;
 using user::textOf;
@@ -93,7 +94,7 @@ TEST(GrowthResult, FarOutsideTheCentilesIsBounded) {
 }
 
 TEST(GrowthResult, WithoutReferenceFilesIsMissingAndTheLogSaysWhy) {
-  const testkit::LogRecorder log;
+  const LogRecorder log;
   GrowthApplication application("/nowhere");
   EXPECT_EQ(log.lines().filter("Reference /nowhere/").size(), 3);
   GrowthDocument& document = application.typeBoy("17/1/2024", "14");

@@ -7,7 +7,7 @@
 #include <QJsonDocument>
 #include <QLocale>
 
-#include "tests/unit/velmora/support/UserActions.h"
+#include "testing/window/UserActions.h"
 
 using namespace velmora;
 

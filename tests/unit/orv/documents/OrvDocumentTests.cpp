@@ -5,10 +5,11 @@
 
 #include <QJsonDocument>
 
-#include "tests/support/SealedFile.h"
+#include "testing/application/SealedFile.h"
 #include "tests/unit/orv/documents/NoteDocument.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 using testing_support::NoteDocument;
 using velmora::base::Failure;
@@ -62,7 +63,7 @@ TEST_F(DataFiles, OfAnEarlierFormAreReadAsThatForm) {
   NoteDocument document(desktop.services);
   document.newestVersion = 3;
   const QByteArray old = R"({"format": "org.velmora.tests", "version": 2, "content": {"note": "old"}})";
-  ASSERT_TRUE(document.readFromData(testing_support::sealed(old), "note").ok());
+  ASSERT_TRUE(document.readFromData(sealed(old), "note").ok());
   EXPECT_EQ(document.versionRead, 2);
   EXPECT_EQ(document.note, "old");
 }
@@ -96,7 +97,7 @@ TEST_F(DataFiles, AreRefusedWithTheReason) {
       {R"({"format": "org.velmora.tests", "version": 1, "content": {"note": "good"}})", nullptr},
   };
   for (const Case& each : cases) {
-    EXPECT_EQ(refusal(testing_support::sealed(each.data)), QString::fromUtf8(each.reason)) << each.data;
+    EXPECT_EQ(refusal(sealed(each.data)), QString::fromUtf8(each.reason)) << each.data;
   }
 }
 
@@ -165,7 +166,7 @@ TEST_F(BlankDocuments, ShowTheNameThatTheyWouldGiveTheirFile) {
 class Printing : public testing_support::NoteDocuments {
  protected:
   Printing() {
-    testkit::writeFile(path("NoteDocument.ui"),
+    writeFile(path("NoteDocument.ui"),
                        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><ui version=\"4.0\"><class>W</class>"
                        "<widget class=\"QMainWindow\" name=\"W\"><widget class=\"QWidget\" "
                        "name=\"contents\"/></widget></ui>");

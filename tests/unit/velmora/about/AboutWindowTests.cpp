@@ -13,9 +13,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 
-using testing_support::RecordApplication;
+using namespace velmora::testkit;
+
 
 namespace {
 

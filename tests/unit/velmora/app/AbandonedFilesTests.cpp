@@ -7,19 +7,19 @@
 
 #include "orv/documents/OrvKeptCopies.h"
 #include "orv/documents/OrvWrittenFolders.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
-using testing_support::RecordApplication;
-using velmora::testkit::writeFile;
+using namespace velmora::testkit;
+
 
 namespace {
 
 /// A file that a write which was cut off has left, a day ago.
 void leave(const QString& path) {
   writeFile(path, "half a record");
-  velmora::testkit::setModified(path, QDateTime::currentDateTime().addDays(-1));
+  setModified(path, QDateTime::currentDateTime().addDays(-1));
 }
 
 void launch(RecordApplication& application) {

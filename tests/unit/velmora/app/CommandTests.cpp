@@ -6,7 +6,7 @@
 #include <QUrl>
 
 #include "base/log/AssertionFailure.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/batch/BatchExportController.h"
 #include "velmora/preferences/PreferencesController.h"
@@ -14,9 +14,9 @@
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
 
 TEST(Commands, EnableItemsThatBeginWithExportOnlyWithADocument) {
   RecordApplication application;
@@ -54,13 +54,13 @@ TEST(Commands, ExportTheChartOfTheFrontDocument) {
   application.newRecord().setIdentifier("back");
   application.newRecord().setIdentifier("front");
   application.controller.doExport(nullptr);
-  EXPECT_EQ(testkit::fileNames(application.exportFolder()), QStringList{"FRONT.jpg"});
+  EXPECT_EQ(fileNames(application.exportFolder()), QStringList{"FRONT.jpg"});
 }
 
 TEST(Commands, ExportNothingWithoutADocument) {
   RecordApplication application;
   application.controller.doExport(nullptr);
-  EXPECT_TRUE(testkit::fileNames(application.exportFolder()).isEmpty());
+  EXPECT_TRUE(fileNames(application.exportFolder()).isEmpty());
 }
 
 TEST(Commands, EndTheEditInProgressBeforeTheyRun) {
@@ -102,9 +102,9 @@ TEST(Commands, DoNothingToADocumentThatTheEndOfTheEditHasClosed) {
        "A previously saved data file is available for patient 'AB1'.  Would you like to open it?"},
       platform::AlertDefaultReturn);
   document.window()->findChild<QAction*>("doSave")->trigger();
-  const QByteArray kept = testkit::readFile(application.pathOfRecord("AB1"));
+  const QByteArray kept = readFile(application.pathOfRecord("AB1"));
   application.settle();
-  EXPECT_EQ(testkit::readFile(application.pathOfRecord("AB1")), kept);
+  EXPECT_EQ(readFile(application.pathOfRecord("AB1")), kept);
   ASSERT_NE(application.front(), nullptr);
   EXPECT_EQ(application.front()->identifier(), "AB1");
 }
@@ -236,7 +236,7 @@ TEST(PrintingAFile, ClosesTheWindowThatWasOpenBeforeWithoutAskingAndKeepsWhatWas
   application.writeRecord("AB1");
   RecordingDocument& document = application.openRecord("AB1");
   user::enter(user::field(document, "examDateField"), "2/2/2021");
-  application.desktop.alerts.expect(testing_support::closedWithChanges(application, "AB1"),
+  application.desktop.alerts.expect(closedWithChanges(application, "AB1"),
                                     platform::AlertDefaultReturn);
   EXPECT_TRUE(application.controller.applicationPrintFile(application.pathOfRecord("AB1")));
   EXPECT_EQ(application.desktop.printer.jobs.size(), 1);

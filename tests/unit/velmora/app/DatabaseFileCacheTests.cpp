@@ -3,14 +3,14 @@
 
 #include <QLabel>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
+using namespace velmora::testkit;
+
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
-using velmora::testkit::writeFile;
 
 namespace {
 

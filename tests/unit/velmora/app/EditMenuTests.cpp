@@ -13,9 +13,10 @@
 #include <QTest>
 #include <QTextEdit>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 
-using testing_support::RecordApplication;
+using namespace velmora::testkit;
+
 
 namespace {
 

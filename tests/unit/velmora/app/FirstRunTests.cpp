@@ -7,15 +7,15 @@
 #include <QTimer>
 
 #include "desktop/alerts/QtAlerts.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
 using velmora::platform::AlertAlternateReturn;
 using velmora::platform::AlertDefaultReturn;
 using velmora::platform::AlertStopped;
@@ -108,7 +108,7 @@ TEST(FirstRun, ReadsTheSaveFolderBackInTildeFormAndExpandsItWhereItIsUsed) {
 
 TEST(FirstRun, StoresTheSaveFolderEvenWhenItCannotBeMade) {
   RecordApplication application;
-  testkit::writeFile(application.home.path("Documents"), "a file where the folder should be");
+  writeFile(application.home.path("Documents"), "a file where the folder should be");
   application.desktop.alerts.expect(checkQuestion, AlertAlternateReturn);
   application.desktop.alerts.expect(setUpQuestion, AlertDefaultReturn);
   application.controller.applicationDidFinishLaunching();

@@ -11,7 +11,7 @@
 #include <QTranslator>
 #include <QUrl>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/app/MainMenu.h"
 #include "velmora/batch/BatchExportController.h"
@@ -19,9 +19,9 @@
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
 using velmora::titleWithoutMnemonic;
 
 namespace {

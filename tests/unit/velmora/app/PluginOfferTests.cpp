@@ -6,20 +6,20 @@
 
 #include "testing/LogRecorder.h"
 #include "tests/unit/velmora/osirix/PluginTesting.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "link/protocol/LinkPayload.h"
 #include "velmora/osirix/Osirix.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
 using plugin_testing::dictionary;
 using plugin_testing::Failed;
 using plugin_testing::makePlugin;
 using plugin_testing::Succeeded;
-using testing_support::RecordApplication;
 using velmora::platform::AlertAlternateReturn;
 using velmora::platform::AlertDefaultReturn;
 using velmora::platform::AlertStopped;
@@ -65,7 +65,7 @@ TEST_F(PluginOffer, InstallsOnUpdateAndIsNotMadeAgain) {
   application.desktop.alerts.expect(Succeeded, AlertDefaultReturn);
   start();
   EXPECT_TRUE(application.desktop.alerts.allCame());
-  EXPECT_EQ(testkit::readFile(installed() + "/Contents/Info.plist"), dictionary("2"));
+  EXPECT_EQ(readFile(installed() + "/Contents/Info.plist"), dictionary("2"));
   EXPECT_TRUE(chartsGoToOsirix());
   start();
   EXPECT_EQ(application.desktop.alerts.shown().size(), 2);
@@ -75,7 +75,7 @@ TEST_F(PluginOffer, OnCancelSendsChartsToTheFolderAgainAndComesBackOnlyWithTheSe
   application.desktop.alerts.expect(Offer, AlertAlternateReturn);
   start();
   EXPECT_EQ(application.desktop.defaults.stored().value(settings::ExportToOsiriX), QVariant(false));
-  EXPECT_EQ(testkit::readFile(installed() + "/Contents/Info.plist"), dictionary("1"));
+  EXPECT_EQ(readFile(installed() + "/Contents/Info.plist"), dictionary("1"));
   start();
   EXPECT_EQ(application.desktop.alerts.shown().size(), 1);
 
@@ -90,7 +90,7 @@ TEST_F(PluginOffer, IsLeftForTheNextStartWhenTheProgramEnds) {
   application.desktop.alerts.expect(Offer, AlertStopped);
   start();
   EXPECT_EQ(application.desktop.defaults.stored(), stored);
-  EXPECT_EQ(testkit::readFile(installed() + "/Contents/Info.plist"), dictionary("1"));
+  EXPECT_EQ(readFile(installed() + "/Contents/Info.plist"), dictionary("1"));
   EXPECT_EQ(application.controller.aboutController(), nullptr);
 
   application.desktop.alerts.expect(Offer, AlertAlternateReturn);
@@ -116,8 +116,8 @@ TEST_F(PluginOffer, IsMadeAgainAfterAnInstallationThatFailed) {
   ASSERT_TRUE(base::FileManager().removeItem(installed()).ok());
   const QString folder = QFileInfo(installed()).path();
   ASSERT_TRUE(base::FileManager().removeItem(folder).ok());
-  testkit::writeFile(folder, "in the way");
-  const testkit::LogRecorder log;
+  writeFile(folder, "in the way");
+  const LogRecorder log;
   for (int i = 0; i < 2; ++i) {
     application.desktop.alerts.expect(Offer, AlertDefaultReturn);
     application.desktop.alerts.expect(Failed, AlertDefaultReturn);
@@ -148,8 +148,8 @@ TEST_F(PluginOffer, IsNotMadeByAnApplicationThatCarriesNone) {
 }
 
 TEST_F(PluginOffer, LooksAtTheInstalledPluginOnlyWhenTheOtherConditionsHold) {
-  testkit::writeFile(installed() + "/Contents/Info.plist", "damaged, which is logged by whoever reads it");
-  const testkit::LogRecorder log;
+  writeFile(installed() + "/Contents/Info.plist", "damaged, which is logged by whoever reads it");
+  const LogRecorder log;
   application.desktop.workspace.applications.clear();
   startWithoutAnOffer();
   installOsirix();
@@ -184,5 +184,5 @@ TEST_F(PluginOffer, ComesAfterTheFirstRunQuestionsAndBeforeTheSplash) {
 TEST_F(PluginOffer, IsNotNeededForTheNotificationThatInstallsThePlugin) {
   application.desktop.alerts.expect(Succeeded, AlertDefaultReturn);
   application.desktop.notificationCenter.postNotificationName(velmora::link::InstallPluginNotification);
-  EXPECT_EQ(testkit::readFile(installed() + "/Contents/Info.plist"), dictionary("2"));
+  EXPECT_EQ(readFile(installed() + "/Contents/Info.plist"), dictionary("2"));
 }

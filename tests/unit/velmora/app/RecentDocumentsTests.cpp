@@ -4,15 +4,15 @@
 #include <QAction>
 #include <QMenu>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/app/RecentDocuments.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
 using velmora::RecentDocuments;
 
 namespace {
@@ -110,7 +110,7 @@ TEST_F(Recents, NoteWhatTheUserOpensAndSaves) {
 }
 
 TEST_F(Recents, DoNotNoteWhatDidNotOpen) {
-  testkit::writeFile(application.pathOfRecord("bad"), "no record");
+  writeFile(application.pathOfRecord("bad"), "no record");
   application.desktop.alerts.expect({"The file 'bad.rec' could not be opened.", "OK", "", "",
                                      "The file is damaged (illegal value at byte 1)."},
                                     platform::AlertDefaultReturn);

@@ -4,16 +4,16 @@
 #include <QLabel>
 
 #include "testing/LogRecorder.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/about/AboutController.h"
 #include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
 
 namespace {
 
@@ -147,7 +147,7 @@ TEST(End, HearsNoRequestAnyMore) {
   EXPECT_EQ(application.desktop.distributedCenter.observerCount(), 1);
   application.controller.applicationWillTerminate();
   EXPECT_EQ(application.desktop.distributedCenter.observerCount(), 0);
-  application.chooseStudy(testing_support::study("AB1"));
+  application.chooseStudy(study("AB1"));
   EXPECT_EQ(document.identifier(), "");
 }
 
@@ -191,7 +191,7 @@ TEST(End, EmptiesTheListsAndLeavesDocumentsAndSettingsAlone) {
   EXPECT_EQ(application.controller.documents().size(), 1);
   EXPECT_EQ(application.desktop.defaults.stored(), stored);
 
-  const testkit::LogRecorder log;
+  const LogRecorder log;
   application.pass(1);
   EXPECT_TRUE(application.replies().isEmpty());
   EXPECT_EQ(log.lines(), (QStringList{"Delayed batch export", "Zero items in array, exiting"}));

@@ -4,6 +4,8 @@
 #include "tests/unit/velmora/batch/BatchTesting.h"
 #include <QTest>
 
+using namespace velmora::testkit;
+
 namespace settings = velmora::settings;
 using batch_testing::BatchExport;
 

@@ -9,6 +9,7 @@
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
 using batch_testing::BatchExport;
@@ -256,7 +257,7 @@ TEST_F(BatchExport, ComesWhenTheQuestionThatIsOpenHasBeenAnswered) {
 TEST_F(BatchExport, ToleratesAWindowWithoutItsOutlets) {
   const QString folder = application.home.makeFolder("interface");
   for (const char* name : {"BatchExport", "BatchProgress"}) {
-    testkit::writeFile(folder + '/' + name + ".ui",
+    writeFile(folder + '/' + name + ".ui",
                        QByteArray("<ui version=\"4.0\"><class>") + name +
                            "</class><widget class=\"QWidget\" name=\"Bare\"/></ui>");
   }

@@ -5,11 +5,10 @@
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
 using batch_testing::BatchExport;
-using testkit::readFile;
-using testkit::writeFile;
 
 namespace {
 
@@ -95,7 +94,7 @@ TEST_F(BatchExport, WritesToTheDesktopWhenTheExportFolderGoesMeanwhile) {
   });
   exportDays("7");
   EXPECT_EQ(posted.size(), 2);
-  EXPECT_EQ(testkit::fileNames(application.home.path("Desktop")).size(), 1);
+  EXPECT_EQ(fileNames(application.home.path("Desktop")).size(), 1);
 }
 
 // Erasing.
@@ -170,7 +169,7 @@ TEST_F(BatchErasing, GoesOnWhereOneFileCannotBeRemoved) {
     }
     QStringList asked;
   } files;
-  testkit::TestServices& desktop = application.desktop;
+  TestServices& desktop = application.desktop;
   platform::Services services{desktop.defaults,
                               desktop.notificationCenter,
                               desktop.distributedCenter,

@@ -10,6 +10,7 @@
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
 
@@ -37,7 +38,7 @@ class BatchOnTheDesktop : public testing::Test {
   }
   BatchExportController& batch() { return *application.controller().batchExportController(); }
   QWidget* progress() { return batch().progress().window(); }
-  QStringList charts() { return testkit::fileNames(application.home.path("Charts")); }
+  QStringList charts() { return fileNames(application.home.path("Charts")); }
 
   weather::Application application;
   weather::Person person;
@@ -115,7 +116,7 @@ TEST_F(BatchOnTheDesktop, ClosesEveryRecordAfterwards) {
 
 TEST_F(BatchOnTheDesktop, AsksAboveItsProgressAndGoesOn) {
   writeRecords({"A", "B", "C"});
-  testkit::writeFile(application.home.path("Charts/B.jpg"), "earlier");
+  writeFile(application.home.path("Charts/B.jpg"), "earlier");
   open();
   person.expect(
       "A file with that name already exists",
@@ -132,14 +133,14 @@ TEST_F(BatchOnTheDesktop, AsksAboveItsProgressAndGoesOn) {
   exportAll();
   EXPECT_EQ(posts, 3);
   EXPECT_EQ(charts(), (QStringList{"A.jpg", "B.jpg", "C.jpg"}));
-  EXPECT_EQ(testkit::readFile(application.home.path("Charts/B.jpg")), "earlier");
+  EXPECT_EQ(readFile(application.home.path("Charts/B.jpg")), "earlier");
 }
 
 TEST_F(BatchOnTheDesktop, IsNotStoppedByTheAnswerToAQuestion) {
   // Escape is the answer Skip, and must not reach the window behind.
   writeRecords({"A", "B"});
   for (const char* name : {"A", "B"})
-    testkit::writeFile(application.home.path("Charts/") + name + ".jpg", "earlier");
+    writeFile(application.home.path("Charts/") + name + ".jpg", "earlier");
   open();
   for (int i = 0; i < 2; ++i) {
     person.expect(

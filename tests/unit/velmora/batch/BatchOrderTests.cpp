@@ -8,6 +8,7 @@
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
 using batch_testing::BatchExport;
@@ -66,7 +67,7 @@ struct TracedApplication {
     QStringList all = trace + log.lines();
     for (const auto& reply : application.replies())
       all.append(QString::number(reply.time, 'f', 3) + ' ' + reply.userInfo.value("Identifier").toString());
-    for (const QString& chart : testkit::fileNames(application.exportFolder())) all.append(chart);
+    for (const QString& chart : fileNames(application.exportFolder())) all.append(chart);
     for (const platform::Document* document : application.controller.orderedDocuments())
       all.append("still open " + document->displayName());
     return all;
@@ -74,11 +75,11 @@ struct TracedApplication {
 
   QObject observer;
   QStringList trace;
-  testkit::LogRecorder log;
-  testing_support::RecordApplication application;
+  LogRecorder log;
+  RecordApplication application;
 };
 
-void writeRecent(testing_support::RecordApplication& application, const QStringList& names) {
+void writeRecent(RecordApplication& application, const QStringList& names) {
   for (const QString& name : names) {
     application.writeRecord(name);
     batch_testing::setModified(application.pathOfRecord(name),
@@ -177,7 +178,7 @@ TEST_F(BatchExport, KeepsAStudyThatTheViewerChoosesMeanwhileForAfterwards) {
   for (const char* name : {"A", "B"}) write(name, 60);
   int turn = 0;
   betweenFiles([&] {
-    if (++turn == 2) application.chooseStudy(testing_support::study("P1"));
+    if (++turn == 2) application.chooseStudy(study("P1"));
     EXPECT_EQ(front.identifier(), "");
   });
   exportDays("7");

@@ -6,6 +6,7 @@
 #include <QTest>
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
 using batch_testing::BatchExport;
@@ -171,7 +172,7 @@ TEST_F(BatchProgressWindow, IsNotStoppedByAReturnPressedTwice) {
 
 TEST_F(BatchProgressWindow, GoesOnAfterTheQuestionOfOneExport) {
   writeRecords();
-  testkit::writeFile(application.exportFolder() + "/B.jpg", "earlier");
+  writeFile(application.exportFolder() + "/B.jpg", "earlier");
   application.desktop.alerts.expect(
       {"A file with that name already exists", "Overwrite", "Skip", "",
        "A file named 'B.jpg' is already present in '" + application.exportFolder() + "/'."},
@@ -179,7 +180,7 @@ TEST_F(BatchProgressWindow, GoesOnAfterTheQuestionOfOneExport) {
   exportDays("7");
   EXPECT_EQ(posted.size(), 4);
   EXPECT_EQ(charts(), (QStringList{"A.jpg", "B.jpg", "C.jpg", "D.jpg"}));
-  EXPECT_EQ(testkit::readFile(application.exportFolder() + "/B.jpg"), "earlier");
+  EXPECT_EQ(readFile(application.exportFolder() + "/B.jpg"), "earlier");
   EXPECT_FALSE(progressShown());
 }
 

@@ -9,6 +9,7 @@
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
 using batch_testing::BatchExport;
@@ -87,7 +88,7 @@ TEST_F(BatchExport, ComparesTheExtensionExactly) {
   const QString right = write("A", 60);
   for (const char* other : {"A.REC", "A.Rec", "A.re", "A.recs", "Arec", ".rec", "A.rec.bak", "A"}) {
     const QString path = application.saveFolder() + '/' + QString::fromLatin1(other);
-    testkit::writeFile(path, testkit::readFile(right));
+    writeFile(path, readFile(right));
     saved(path, 60);
   }
   exportDays("7");
@@ -133,7 +134,7 @@ TEST_F(BatchExport, FindsThreeRecordsAmongTenThousandFiles) {
     const QString path = QStringLiteral("%1/%2/file%3.%4")
                              .arg(application.saveFolder(), QString::number(i % 20), QString::number(i),
                                   record ? QStringLiteral("rec") : QStringLiteral("txt"));
-    testkit::writeFile(path, nothing);
+    writeFile(path, nothing);
     saved(path, 30 * Day);
   }
   for (const char* name : {"3/A", "11/B", "C"}) three.append(write(name, 60));
@@ -191,7 +192,7 @@ TEST_F(BatchExport, PassesOverFoldersThatCannotBeRead) {
   const QString open = write("A", 60);
   write("locked/B", 60);
   QDir().mkpath(application.saveFolder() + "/empty.rec");
-  const testkit::OrdinaryUser user(application.home.path());
+  const OrdinaryUser user(application.home.path());
   const QString locked = application.saveFolder() + "/locked";
   ASSERT_TRUE(QFile::setPermissions(locked, {}));
   exportDays("7");
@@ -204,7 +205,7 @@ TEST_F(BatchExport, PassesOverFoldersThatCannotBeRead) {
 
 TEST_F(BatchExport, TakesNothingFromASaveFolderThatCannotBeRead) {
   write("A", 60);
-  const testkit::OrdinaryUser user(application.home.path());
+  const OrdinaryUser user(application.home.path());
   ASSERT_TRUE(QFile::setPermissions(application.saveFolder(), {}));
   exportDays("7");
   ASSERT_TRUE(QFile::setPermissions(application.saveFolder(),
@@ -215,7 +216,7 @@ TEST_F(BatchExport, TakesNothingFromASaveFolderThatCannotBeRead) {
 
 TEST_F(BatchExport, TakesNothingWhileTheApplicationNamesNoDataFiles) {
   write("A", 60);
-  testkit::writeFile(application.saveFolder() + "/note", "no extension");
+  writeFile(application.saveFolder() + "/note", "no extension");
   for (const QVariant& none : {QVariant(), QVariant("")}) {
     application.desktop.defaults.registerDefaults({{settings::DataFileExtension, none}});
     exportDays("99999");
@@ -228,7 +229,7 @@ TEST_F(BatchExport, TakesNothingWhileTheApplicationNamesNoDataFiles) {
 TEST_F(BatchExport, GoesOnAfterARecordThatCannotBeOpened) {
   for (const char* name : {"A", "B", "C", "D"}) write(name, 60);
   for (const char* name : {"B", "D"}) {
-    testkit::writeFile(application.pathOfRecord(name), "no record");
+    writeFile(application.pathOfRecord(name), "no record");
     saved(application.pathOfRecord(name), 60);
   }
   exportDays("7");
@@ -250,7 +251,7 @@ TEST_F(BatchExport, GoesOnAfterARecordThatGoesMeanwhile) {
 }
 
 TEST_F(BatchExport, GoesOnAfterARecordWhoseWindowFails) {
-  const testkit::LogRecorder log;
+  const LogRecorder log;
   for (const char* name : {"A", "B", "C"}) write(name, 60);
   int made = 0;
   struct Failing : RecordingDocument {

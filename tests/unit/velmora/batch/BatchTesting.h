@@ -10,7 +10,7 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/batch/BatchExportController.h"
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
@@ -67,8 +67,8 @@ class BatchExport : public testing::Test {
   /// The user exports what was saved in the last days.
   void exportDays(const QString& number) {
     open();
-    user::type(days(), number);
-    user::click(ok());
+    velmora::testkit::user::type(days(), number);
+    velmora::testkit::user::click(ok());
   }
 
   // The progress window.
@@ -94,7 +94,7 @@ class BatchExport : public testing::Test {
   QObject observer_;
 
  protected:
-  testing_support::RecordApplication application;
+  velmora::testkit::RecordApplication application;
   /// The paths for which the opening of a file was asked, in order.
   QStringList posted;
   std::function<void()> whenPosted;

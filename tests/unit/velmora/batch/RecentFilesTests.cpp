@@ -6,7 +6,7 @@
 #include <QTimeZone>
 #include <limits>
 
-#include "tests/unit/velmora/support/UserActions.h"
+#include "testing/window/UserActions.h"
 
 using velmora::ageLimit;
 using velmora::integerValue;

@@ -3,12 +3,12 @@
 
 #include <QTest>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/document/VelmoraGraphView.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
-using testing_support::RecordApplication;
 
 namespace {
 

@@ -3,17 +3,15 @@
 
 #include <QTabWidget>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/document/ChartFileName.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
-using testkit::readFile;
-using testkit::writeFile;
 using velmora::platform::AlertAlternateReturn;
 using velmora::platform::AlertDefaultReturn;
 using velmora::platform::AlertOtherReturn;
@@ -28,7 +26,7 @@ class ChartExport : public testing::Test {
     document->setIdentifier("ab/12");
   }
   QTabWidget& tabView() { return dynamic_cast<QTabWidget&>(*user::widget(*document, "tabView")); }
-  QStringList charts() const { return testkit::fileNames(application.exportFolder()); }
+  QStringList charts() const { return fileNames(application.exportFolder()); }
   platform::Alert exists(const QString& name) const {
     return {"A file with that name already exists", "Overwrite", "Skip", "",
             "A file named '" + name + "' is already present in '" + application.exportFolder() + "/'."};

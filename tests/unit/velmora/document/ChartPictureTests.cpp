@@ -6,10 +6,11 @@
 #include <QImage>
 #include <QTabWidget>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/document/VelmoraGraphView.h"
 
-using testing_support::RecordApplication;
+using namespace velmora::testkit;
+
 
 namespace {
 

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
 using velmora::platform::AlertAlternateReturn;
 using velmora::platform::AlertDefaultReturn;
 using velmora::platform::AlertOtherReturn;
@@ -66,7 +66,7 @@ TEST_F(Closing, WithAutoSaveSavesWithoutAPanelAndDoesNotOpenAgain) {
   application.desktop.alerts.expect(saveQuestion, AlertDefaultReturn);
   closeWindow();
   EXPECT_TRUE(application.controller.documents().isEmpty());
-  EXPECT_TRUE(testkit::readFile(application.pathOfRecord("AB1")).contains("03/04/2020"));
+  EXPECT_TRUE(readFile(application.pathOfRecord("AB1")).contains("03/04/2020"));
   EXPECT_TRUE(application.controller.fileIsInCachedDatabaseFiles("AB1"));
 }
 
@@ -121,7 +121,7 @@ TEST_F(Closing, OfASavedRecordWithAutoSaveSavesItInPlace) {
   record.window()->close();
   application.settle();
   EXPECT_FALSE(application.controller.documents().contains(&record));
-  EXPECT_TRUE(testkit::readFile(application.pathOfRecord("AB1")).contains("02/02/2022"));
+  EXPECT_TRUE(readFile(application.pathOfRecord("AB1")).contains("02/02/2022"));
 }
 
 TEST_F(Closing, WithoutAutoSaveOffersSaveAs) {

@@ -4,14 +4,14 @@
 #include <QPushButton>
 
 #include "platform/text/DateFormatter.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
 using user::textOf;
 
 namespace {
@@ -120,7 +120,7 @@ TEST(DocumentSetUp, KeepsATextThatIsNoDateAndSaysSo) {
 TEST(DocumentSetUp, ToleratesAWindowWithoutAnyOutlet) {
   RecordApplication application;
   application.turnOn(settings::AutoSave);
-  testkit::writeFile(application.home.path("bare/VelmoraDocument.ui"),
+  writeFile(application.home.path("bare/VelmoraDocument.ui"),
                      "<ui version=\"4.0\"><class>Bare</class>"
                      "<widget class=\"QMainWindow\" name=\"Bare\">"
                      "<widget class=\"QWidget\" name=\"contents\"/></widget></ui>");
@@ -144,7 +144,7 @@ TEST(DocumentSetUp, ToleratesAWindowWithoutAnyOutlet) {
   document.doExport(false);
   document.doExportToOsirix();
   document.printDocument({}, false);
-  EXPECT_TRUE(testkit::fileNames(application.exportFolder()).isEmpty());
+  EXPECT_TRUE(fileNames(application.exportFolder()).isEmpty());
 }
 
 TEST(FrameworkDocument, HasExactlyOneExamination) {

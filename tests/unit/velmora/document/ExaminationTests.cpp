@@ -4,11 +4,11 @@
 #include <QTest>
 #include <QLabel>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
-using testing_support::RecordApplication;
 using user::textOf;
 using velmora::platform::AlertAlternateReturn;
 using velmora::platform::AlertDefaultReturn;

@@ -4,13 +4,13 @@
 #include <QApplication>
 #include <QTest>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
 using user::textOf;
 using velmora::platform::AlertAlternateReturn;
 using velmora::platform::AlertDefaultReturn;
@@ -207,7 +207,7 @@ TEST(FieldInEdit, IsLeftBeforeTheViewerFillsIt) {
     RecordingDocument& document = application.newRecord();
     QLineEdit* field = user::field(document, name);
     user::click(field);  // empty: nothing is asked, and the edit is open
-    application.chooseStudy(testing_support::study("A1"));
+    application.chooseStudy(study("A1"));
     const QString filled = field->text();
     EXPECT_FALSE(field->hasFocus()) << name;
     EXPECT_FALSE(field->hasSelectedText()) << name;
@@ -224,7 +224,7 @@ TEST(FieldInEdit, IsLeftWithoutTheConsequencesOfAnEdit) {
   user::type(user::field(document, "referenceIDField"), "other");
   document.setLookUpRequired(true);
   document.forgetCalls();
-  application.chooseStudy(testing_support::study("A1"));
+  application.chooseStudy(study("A1"));
   EXPECT_EQ(document.identifier(), "A1");
   EXPECT_TRUE(application.desktop.alerts.shown().isEmpty()) << "no look-up of what was typed by half";
   EXPECT_EQ(document.calls, (QStringList{"updateDisplay 0", "synchronizeToData 0"}));
@@ -236,7 +236,7 @@ TEST(FieldInEdit, AsksAnewWhenTheUserComesBackToWhatTheViewerFilled) {
   RecordingDocument& document = application.newRecord();
   QLineEdit* field = user::field(document, "referenceIDField");
   user::click(field);
-  application.chooseStudy(testing_support::study("A1"));
+  application.chooseStudy(study("A1"));
   application.desktop.alerts.expect(alreadyDefined, AlertAlternateReturn);
   user::click(field);
   EXPECT_TRUE(application.desktop.alerts.allCame());
@@ -247,7 +247,7 @@ TEST(FieldInEdit, WhoseTextTheViewerDoesNotBringKeepsItInProperForm) {
   RecordApplication application;
   RecordingDocument& document = application.newRecord();
   user::type(user::field(document, "birthDateField"), "1/2/2020");
-  QVariantMap request = testing_support::study("A1");
+  QVariantMap request = study("A1");
   request.remove("DateOfBirth");
   application.chooseStudy(request);
   EXPECT_EQ(textOf(document, "birthDateField"), "01/02/2020");

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
 using velmora::platform::AlertAlternateReturn;
 using velmora::platform::AlertDefaultReturn;
 using velmora::platform::AlertOtherReturn;
@@ -93,8 +93,8 @@ TEST_F(LookUp, NamesThePatientInUpperCase) {
 }
 
 TEST_F(LookUp, DoesNotFindAFileInASubFolder) {
-  testkit::writeFile(application.saveFolder() + "/old/JONES.rec",
-                     testkit::readFile(application.pathOfRecord("ABC123")));
+  writeFile(application.saveFolder() + "/old/JONES.rec",
+                     readFile(application.pathOfRecord("ABC123")));
   application.controller.cacheDatabaseFiles();
   ASSERT_TRUE(application.controller.fileIsInCachedDatabaseFiles("old/JONES"));
   EXPECT_FALSE(document->lookUp("JONES", false));
@@ -170,7 +170,7 @@ TEST_F(LookUp, GivesBackAFileThatIsOpenAlready) {
 }
 
 TEST_F(LookUp, ClosesTheDocumentEvenWhenTheFileDoesNotOpenAndThenSaysWhy) {
-  testkit::writeFile(application.pathOfRecord("ABC123"), "");
+  writeFile(application.pathOfRecord("ABC123"), "");
   application.desktop.alerts.expect(
       {"The file 'ABC123.rec' could not be opened.", "OK", "", "", "The file is empty."}, AlertDefaultReturn,
       [&] { EXPECT_TRUE(application.controller.documents().isEmpty()); });
@@ -183,14 +183,14 @@ TEST_F(LookUp, KeepsACopyOfUnsavedChangesToAnotherPatientsSavedRecord) {
   application.keepRecord("OTHER", {"01/01/2020"});
   RecordingDocument& other = application.openRecord("OTHER");
   user::enter(user::field(other, "examDateField"), "02/02/2022");
-  application.desktop.alerts.expect(testing_support::closedWithChanges(application, "OTHER"),
+  application.desktop.alerts.expect(closedWithChanges(application, "OTHER"),
                                     AlertDefaultReturn);
   EXPECT_TRUE(other.lookUp("ABC123", false));
   application.settle();
   EXPECT_EQ(open(), (QStringList{"ABC123", ""}));
   ASSERT_EQ(application.rescueCopies().size(), 1);
   EXPECT_TRUE(application.rescueCopies().first().startsWith("OTHER "));
-  EXPECT_TRUE(testkit::readFile(application.pathOfRecord("OTHER")).contains("01/01/2020"))
+  EXPECT_TRUE(readFile(application.pathOfRecord("OTHER")).contains("01/01/2020"))
       << "the file itself stays as it was";
 }
 
@@ -239,7 +239,7 @@ TEST_F(LookUp, TakesUpperAndLowerCaseOfTheIdentifierInsideForOnePatient) {
 TEST_F(LookUp, OfTheRecordInFrontKeepsItOpenWhenItsFileHasBeenDamaged) {
   RecordingDocument& record = application.openRecord("ABC123");
   document->close();
-  testkit::writeFile(application.pathOfRecord("ABC123"), "");
+  writeFile(application.pathOfRecord("ABC123"), "");
   application.desktop.alerts.expect(
       {"The file 'ABC123.rec' could not be opened.", "OK", "", "", "The file is empty."}, AlertDefaultReturn);
   EXPECT_TRUE(record.lookUp("ABC123", false));
@@ -264,7 +264,7 @@ TEST_F(LookUp, OfTheRecordInFrontLeavesWhatCannotBeKeptWithoutAFile) {
   RecordingDocument& record = application.openRecord("ABC123");
   document->close();
   user::enter(user::field(record, "examDateField"), "02/02/2022");
-  testkit::writeFile(application.home.path(".local/share/org.velmora.recorder"), "no folder");
+  writeFile(application.home.path(".local/share/org.velmora.recorder"), "no folder");
   application.desktop.alerts.expect(
       {"Unsaved changes to 'ABC123' are about to be dropped.", "Save Elsewhere...", "Don't Save", "Cancel",
        "No copy of them could be kept."},

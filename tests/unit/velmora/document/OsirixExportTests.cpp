@@ -2,15 +2,14 @@
 #include <gtest/gtest.h>
 
 #include "platform/text/DateFormatter.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
-using testing_support::study;
 
 namespace {
 

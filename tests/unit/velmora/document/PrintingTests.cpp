@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
-using testing_support::RecordApplication;
 using user::textOf;
 
 namespace {

@@ -7,17 +7,16 @@
 #include <QTabWidget>
 
 #include "orv/documents/OrvKeptCopies.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
-using testkit::readFile;
 using velmora::platform::Alert;
 using velmora::platform::AlertAlternateReturn;
 using velmora::platform::AlertDefaultReturn;
@@ -35,7 +34,7 @@ class RecordSafety : public testing::Test {
     application.turnOn(settings::AutoSave);
     application.keepRecord("AB1", {"01/01/2020"});
   }
-  QStringList files() const { return testkit::fileNames(application.saveFolder()); }
+  QStringList files() const { return fileNames(application.saveFolder()); }
 
   RecordApplication application;
 };
@@ -100,7 +99,7 @@ TEST_F(RecordSafety, ClosesAnotherWindowOfTheFileThatIsSavedAndKeepsItsChanges) 
        "Yours has been saved. The other one, which somebody else may have written, was kept as '" +
            copies.earlierVersionsFolder(application.pathOfRecord("AB1")) + '/' + stamp + " another.rec'."},
       AlertDefaultReturn);
-  application.desktop.alerts.expect(testing_support::closedWithChanges(application, "AB1"),
+  application.desktop.alerts.expect(closedWithChanges(application, "AB1"),
                                     AlertDefaultReturn,
                                     [&] { EXPECT_EQ(application.rescueCopies().size(), 1); });
   newer.saveDocument();
@@ -207,7 +206,7 @@ TEST_F(RecordSafety, KeepsChangesWhenTheSaveFolderIsGoneAndThePanelIsCancelledAt
   application.desktop.alerts.expect({"Save changes to document?", "Save", "Don't Save", "Cancel", ""},
                                     AlertDefaultReturn);
   application.desktop.panels.expectSave({});
-  application.desktop.alerts.expect(testing_support::closedWithChanges(application, "CD2"),
+  application.desktop.alerts.expect(closedWithChanges(application, "CD2"),
                                     AlertDefaultReturn);
   record.performClose();
   application.settle();

@@ -2,16 +2,14 @@
 #include <gtest/gtest.h>
 
 #include "orv/documents/OrvKeptCopies.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
-using testkit::readFile;
-using testkit::writeFile;
 
 namespace {
 
@@ -54,7 +52,7 @@ TEST_F(Saving, NamesTheFileAfterTheIdentifierWithDashes) {
 TEST_F(Saving, AutomaticallyWritesToTheSaveFolderWithoutAPanel) {
   application.turnOn(settings::AutoSave);
   document->saveDocument();
-  EXPECT_EQ(testkit::fileNames(application.saveFolder()), QStringList{"12-345.rec"});
+  EXPECT_EQ(fileNames(application.saveFolder()), QStringList{"12-345.rec"});
   EXPECT_TRUE(readFile(path()).contains("03/04/2020"));
   EXPECT_TRUE(panels().isEmpty());
 }
@@ -265,7 +263,7 @@ TEST_F(Saving, LetsTheNextRequestFindTheRecord) {
   application.settle();
   application.front()->close();
   application.newRecord();
-  application.chooseStudy(testing_support::study("12/345"));
+  application.chooseStudy(study("12/345"));
   application.pass(0.1);
   EXPECT_EQ(application.front()->fileURL().toLocalFile(), path());
   EXPECT_EQ(application.front()->exams, (QStringList{"03/04/2020", "29/04/2024"}));

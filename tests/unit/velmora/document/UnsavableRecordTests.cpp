@@ -9,17 +9,15 @@
 #include <stdexcept>
 
 #include "testing/LogRecorder.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
-using testing_support::study;
-using testkit::readFile;
 using velmora::platform::Alert;
 using velmora::platform::AlertAlternateReturn;
 using velmora::platform::AlertDefaultReturn;
@@ -85,7 +83,7 @@ class UnsavableRecord : public testing::Test {
   }
   void fillTheDiskOfCopies() {
     QDir(copies()).removeRecursively();
-    testkit::writeFile(copies(), "a file where the folder of copies would be");
+    writeFile(copies(), "a file where the folder of copies would be");
   }
   void emptyTheDisk() {
     QDir().rmdir(file());
@@ -110,7 +108,7 @@ class UnsavableRecord : public testing::Test {
   }
 
   RecordApplication application;
-  testkit::LogRecorder log;  // every copy that cannot be kept leaves a line
+  LogRecorder log;  // every copy that cannot be kept leaves a line
 };
 
 }  // namespace

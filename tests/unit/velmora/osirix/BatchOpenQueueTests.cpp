@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
+using namespace velmora::testkit;
+
 namespace platform = velmora::platform;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
 
 namespace {
 
@@ -18,7 +19,7 @@ class BatchOpenQueue : public testing::Test {
   void request(const QString& path) {
     application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification, path);
   }
-  QStringList charts() const { return velmora::testkit::fileNames(application.exportFolder()); }
+  QStringList charts() const { return fileNames(application.exportFolder()); }
   RecordApplication application;
 };
 
@@ -74,7 +75,7 @@ TEST_F(BatchOpenQueue, PassesOverAPathThatDoesNotExist) {
 }
 
 TEST_F(BatchOpenQueue, PassesOverADamagedFileAndGoesOn) {
-  velmora::testkit::writeFile(application.pathOfRecord("A"), "no record");
+  writeFile(application.pathOfRecord("A"), "no record");
   application.writeRecord("B");
   request(application.pathOfRecord("A"));
   request(application.pathOfRecord("B"));
@@ -98,13 +99,13 @@ TEST_F(BatchOpenQueue, SendsTheChartsToOsirixWhereTheSettingSaysSo) {
 
 TEST_F(BatchOpenQueue, ShowsNoPanelButAsksBeforeItOverwrites) {
   application.writeRecord("A");
-  velmora::testkit::writeFile(application.exportFolder() + "/A.jpg", "earlier");
+  writeFile(application.exportFolder() + "/A.jpg", "earlier");
   application.desktop.alerts.expect(
       {"A file with that name already exists", "Overwrite", "Skip", "",
        "A file named 'A.jpg' is already present in '" + application.exportFolder() + "/'."},
       platform::AlertAlternateReturn);
   request(application.pathOfRecord("A"));
-  EXPECT_EQ(velmora::testkit::readFile(application.exportFolder() + "/A.jpg"), "earlier");
+  EXPECT_EQ(readFile(application.exportFolder() + "/A.jpg"), "earlier");
   EXPECT_TRUE(application.desktop.panels.savePanels().isEmpty());
 }
 

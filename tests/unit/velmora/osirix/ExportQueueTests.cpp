@@ -2,13 +2,12 @@
 #include <gtest/gtest.h>
 
 #include "testing/LogRecorder.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "link/protocol/LinkPayload.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
-using testing_support::RecordApplication;
-using velmora::testkit::LogRecorder;
 
 namespace {
 

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "link/protocol/LinkProtocol.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
-using testing_support::RecordApplication;
-using testing_support::study;
 
 namespace keys = velmora::link;
 
@@ -55,7 +54,7 @@ TEST(LinkNotification, ToAnotherApplicationIsNotHeard) {
 TEST(LinkNotification, ReachesOfTwoApplicationsTheOneItNames) {
   RecordApplication first;
   // A second application on a desktop of its own, but on the same distributed centre.
-  testkit::TestServices own(RecordApplication::informationOf("org.velmora.second"));
+  TestServices own(RecordApplication::informationOf("org.velmora.second"));
   platform::Services services{own.defaults,
                               own.notificationCenter,
                               first.desktop.distributedCenter,

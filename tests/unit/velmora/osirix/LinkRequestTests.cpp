@@ -10,19 +10,18 @@
 #include "base/log/AssertionFailure.h"
 #include "platform/text/DateFormatter.h"
 #include "testing/LogRecorder.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 /// Of the address sanitizer, where it is there.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
 
 namespace keys = velmora::link;
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
-using testing_support::study;
 using user::textOf;
 
 namespace {
@@ -200,7 +199,7 @@ TEST(LinkRequest, WithoutAnIdentifierTouchesNothing) {
 TEST(LinkRequest, WithoutAnIdentifierLeavesOneLineInTheLog) {
   RecordApplication application;
   application.newRecord();
-  const testkit::LogRecorder log;
+  const LogRecorder log;
   application.chooseStudy(without(study("AB1"), keys::Identifier));
   EXPECT_EQ(log.lines(), QStringList{"timed call: VelmoraAppController: Value==nil"});
 }
@@ -208,7 +207,7 @@ TEST(LinkRequest, WithoutAnIdentifierLeavesOneLineInTheLog) {
 TEST(LinkRequest, WithSomethingThatIsNoIdentifierTouchesNothing) {
   RecordApplication application;
   RecordingDocument& document = application.newRecord();
-  const testkit::LogRecorder log;
+  const LogRecorder log;
   const QVariantList odd{QVariantMap{{"a", 1}}, QVariantList{"AB1"}, QByteArray("AB1"), 17, true, QVariant()};
   for (const QVariant& identifier : odd) {
     application.chooseStudy(with(study("AB1"), keys::Identifier, identifier));
@@ -271,7 +270,7 @@ TEST(LinkRequest, ShowsTheCalendarDayOfAPointInTime) {
 TEST(LinkRequest, WithNoDocumentOpenChangesNothing) {
   RecordApplication application;
   EXPECT_THROW(application.controller.doLinkFromOsirix({"", {}, study("AB1")}), std::out_of_range);
-  const testkit::LogRecorder log;
+  const LogRecorder log;
   application.chooseStudy(study("AB1"));
   EXPECT_EQ(log.lines().size(), 1);
   EXPECT_TRUE(application.controller.documents().isEmpty());
@@ -368,7 +367,7 @@ TEST(WaitingRequest, HoldsNoMoreThanItsKeys) {
 TEST(WaitingRequest, OfAbsurdLengthIsRefusedWhenItComes) {
   RecordApplication application;
   RecordingDocument& document = application.newRecord();
-  const testkit::LogRecorder log;
+  const LogRecorder log;
   const QString tooLong(1025, 'x');
   const QList<QVariantMap> refused{
       study(tooLong),
@@ -400,7 +399,7 @@ TEST(WaitingRequest, OfTheGreatestLengthIsTaken) {
 TEST(WaitingRequest, BeyondWhatAProgramHoldsIsDroppedWithOneLine) {
   RecordApplication application;
   RecordingDocument& document = application.newRecord();
-  const testkit::LogRecorder log;
+  const LogRecorder log;
   const QVariantMap large = with(study("LARGE"), keys::OsiriXStudyID, QByteArray(60 * 1024, 'x'));
   for (int turn = 1; turn <= 2; ++turn) {
     document.forgetCalls();
@@ -418,7 +417,7 @@ TEST(WaitingRequest, BeyondWhatAProgramHoldsIsDroppedWithOneLine) {
 TEST(WaitingRequest, IsOneOfManyThatMayWait) {
   RecordApplication application;
   RecordingDocument& document = application.newRecord();
-  const testkit::LogRecorder log;
+  const LogRecorder log;
   for (int i = 0; i < 20001; ++i) application.controller.notifiedOfLinkFromOsirix({"", {}, study("AB1")});
   application.settle();
   EXPECT_EQ(document.calls.count("updateDisplay 0"), 20000);

@@ -2,16 +2,15 @@
 #include <gtest/gtest.h>
 
 #include "testing/LogRecorder.h"
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
-using testing_support::RecordApplication;
-using testing_support::study;
 
 namespace {
 
@@ -41,7 +40,7 @@ TEST_F(RightPatient, WhoseRecordIsInFrontGetsTheExaminationInThatRecord) {
 TEST_F(RightPatient, WhoseRecordIsInFrontKeepsACopyOfUnsavedChanges) {
   RecordingDocument& document = application.openRecord("AB1");
   user::enter(user::field(document, "examDateField"), "05/02/2023");
-  application.desktop.alerts.expect(testing_support::closedWithChanges(application, "AB1"),
+  application.desktop.alerts.expect(closedWithChanges(application, "AB1"),
                                     platform::AlertDefaultReturn);
   application.chooseStudy(study("AB1"));
   application.pass(0.1);
@@ -50,7 +49,7 @@ TEST_F(RightPatient, WhoseRecordIsInFrontKeepsACopyOfUnsavedChanges) {
   EXPECT_TRUE(application.rescueCopies().first().startsWith("AB1 "));
   const QString copy = application.home.path(".local/share/org.velmora.recorder/Rescued/") +
                        application.rescueCopies().first();
-  EXPECT_TRUE(testkit::readFile(copy).contains("05/02/2023"));
+  EXPECT_TRUE(readFile(copy).contains("05/02/2023"));
 }
 
 TEST_F(RightPatient, WhoseRecordIsOpenInTheBackComesForwardAndGetsTheExamination) {
@@ -64,7 +63,7 @@ TEST_F(RightPatient, WhoseRecordIsOpenInTheBackComesForwardAndGetsTheExamination
 }
 
 TEST_F(RightPatient, WhoseFileIsDamagedGetsAReasonAndNobodyElseTheExamination) {
-  testkit::writeFile(application.pathOfRecord("AB1"), "");
+  writeFile(application.pathOfRecord("AB1"), "");
   application.keepRecord("OTHER", {"09/09/2022"});
   RecordingDocument& other = application.openRecord("OTHER");
   application.newRecord();
@@ -72,7 +71,7 @@ TEST_F(RightPatient, WhoseFileIsDamagedGetsAReasonAndNobodyElseTheExamination) {
       {"The file 'AB1.rec' could not be opened.", "OK", "", "", "The file is empty."},
       platform::AlertDefaultReturn,
       [&] { EXPECT_EQ(application.front(), &other) << "told after the front document was closed"; });
-  const testkit::LogRecorder log;
+  const LogRecorder log;
   application.chooseStudy(study("AB1"));
   application.pass(0.1);
   EXPECT_EQ(application.front(), &other);
@@ -82,7 +81,7 @@ TEST_F(RightPatient, WhoseFileIsDamagedGetsAReasonAndNobodyElseTheExamination) {
 }
 
 TEST_F(RightPatient, WhoseFileIsDamagedLeavesNoDocumentWhenThereWasNoOther) {
-  testkit::writeFile(application.pathOfRecord("AB1"), "");
+  writeFile(application.pathOfRecord("AB1"), "");
   application.newRecord();
   application.desktop.alerts.expect(
       {"The file 'AB1.rec' could not be opened.", "OK", "", "", "The file is empty."},
@@ -129,7 +128,7 @@ TEST_F(RightPatient, FindsAnotherPatientsUnsavedRecordKeptAsACopy) {
   RecordingDocument& document = application.newRecord();
   user::enter(user::field(document, "referenceIDField"), "zz9");
   user::enter(user::field(document, "examDateField"), "05/02/2023");
-  application.desktop.alerts.expect(testing_support::closedWithChanges(application, "ZZ9"),
+  application.desktop.alerts.expect(closedWithChanges(application, "ZZ9"),
                                     platform::AlertDefaultReturn);
   application.chooseStudy(study("AB1"));
   application.pass(0.1);

@@ -10,6 +10,7 @@
 #include <QTest>
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
 using preferences_testing::PreferencesWindow;
@@ -78,7 +79,7 @@ TEST_F(PreferencesWindow, RevealsTheFolderThatTheFieldNamesNow) {
 }
 
 TEST_F(PreferencesWindow, TellsThatAFolderIsMissing) {
-  testkit::writeFile(application.home.path("file"), "x");
+  writeFile(application.home.path("file"), "x");
   QFile::link(application.home.path("nowhere"), application.home.path("dangling"));
   open();
   for (const char* path : {"~/absent", "~/file", "~/dangling", "", "~nobody"}) {
@@ -126,7 +127,7 @@ TEST_F(PreferencesWindow, AsksForThePluginWhereOsirixIsInstalled) {
 }
 
 TEST_F(PreferencesWindow, InstallsThePluginThroughTheController) {
-  const testkit::LogRecorder log;
+  const LogRecorder log;
   application.desktop.workspace.applications.insert(velmora::osirix::BundleIdentifier, "/opt/osirix");
   open();
   choose("exportToPopUp", 1);
@@ -243,7 +244,7 @@ class PreferencesWithout : public PreferencesWindow, public testing::WithParamIn
     interface.replace(name, QByteArray("name=\"gone\""));
     interface.replace(QByteArray("<cstring>") + GetParam(), "<cstring>gone");
     interface.replace(QByteArray("<tabstop>") + GetParam(), "<tabstop>gone");
-    testkit::writeFile(application.home.path("interface/Preferences.ui"), interface);
+    writeFile(application.home.path("interface/Preferences.ui"), interface);
     application.desktop.interfaceFiles.addSearchPath(application.home.path("interface"));
   }
 };

@@ -9,6 +9,8 @@
 
 #include "tests/unit/velmora/preferences/PreferencesTesting.h"
 
+using namespace velmora::testkit;
+
 namespace settings = velmora::settings;
 using preferences_testing::PreferencesWindow;
 

@@ -10,6 +10,7 @@
 #include "tests/robustness/nesting/WeatherDesktop.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 using preferences_testing::PreferencesWindow;
 

@@ -14,7 +14,7 @@
 #include <QStackedWidget>
 #include <QTest>
 
-#include "tests/unit/velmora/support/RecordApplication.h"
+#include "testing/application/RecordApplication.h"
 #include "velmora/preferences/PreferencesController.h"
 #include "velmora/resources/SettingsKeys.h"
 
@@ -46,7 +46,7 @@ class PreferencesWindow : public testing::Test {
   QPlainTextEdit* script() { return the<QPlainTextEdit>("launchScriptField"); }
   QPushButton* ok() { return the<QDialogButtonBox>("buttonBox")->button(QDialogButtonBox::Ok); }
   QPushButton* cancel() { return the<QDialogButtonBox>("buttonBox")->button(QDialogButtonBox::Cancel); }
-  void press(const char* button) { user::click(the<QAbstractButton>(button)); }
+  void press(const char* button) { velmora::testkit::user::click(the<QAbstractButton>(button)); }
   /// Chooses an item by keyboard, as a person with the pop-up before him.
   void choose(const char* popUp, int index) {
     auto* combo = the<QComboBox>(popUp);
@@ -60,16 +60,16 @@ class PreferencesWindow : public testing::Test {
     QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
   }
   void typeScript(const QString& source) {
-    user::click(script()->viewport());
+    velmora::testkit::user::click(script()->viewport());
     QTest::keyClick(script(), Qt::Key_A, Qt::ControlModifier);
     QTest::keyClick(script(), Qt::Key_Delete);
     QTest::keyClicks(script(), source);
   }
   /// Changes every control to something else.
   void changeEverything() {
-    user::type(field("defaultSaveFolderField"), "/srv/records");
+    velmora::testkit::user::type(field("defaultSaveFolderField"), "/srv/records");
     choose("exportToPopUp", 0);
-    user::type(field("defaultExportFolderField"), "/srv/charts");
+    velmora::testkit::user::type(field("defaultExportFolderField"), "/srv/charts");
     choose("exportToPopUp", 1);
     toggle("autoSaveCheckBox");
     typeScript("date");
@@ -81,7 +81,7 @@ class PreferencesWindow : public testing::Test {
     application.desktop.defaults.setObject(value, key);
   }
 
-  testing_support::RecordApplication application;
+  velmora::testkit::RecordApplication application;
 };
 
 }  // namespace preferences_testing

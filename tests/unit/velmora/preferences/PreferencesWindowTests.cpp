@@ -5,6 +5,7 @@
 #include <QTest>
 
 using namespace velmora;
+using namespace velmora::testkit;
 
 namespace settings = velmora::settings;
 using preferences_testing::PreferencesWindow;
@@ -352,7 +353,7 @@ TEST_F(PreferencesWindow, ShowsNothingNewForAnUnsuccessfulCheck) {
 }
 
 TEST_F(PreferencesWindow, LooksForANewVersionWhenTheUserAsks) {
-  QVariantMap information = testing_support::RecordApplication::informationOf("org.velmora.recorder");
+  QVariantMap information = RecordApplication::informationOf("org.velmora.recorder");
   information.insert("SUFeedURL", "https://example.org/feed.xml");
   application.desktop.mainBundle = platform::Bundle(information, {});
   open();

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QWidget>
 #include <QTimer>
 #include <functional>
 
-namespace testing_support {
+#include "testing/Scripted.h"
+
+namespace velmora::testkit {
 
 /// Calls `person` with the dialog that opens next, in its own event loop. A dialog opens before its loop
 /// begins, so the first event of that loop finds it open.
@@ -17,7 +17,7 @@ void whenOpen(std::function<void(Dialog&)> person) {
   QTimer::singleShot(0, qApp, [person = std::move(person)] {
     auto* dialog = dynamic_cast<Dialog*>(QApplication::activeModalWidget());
     if (!dialog) {
-      ADD_FAILURE() << "no such dialog is open";
+      reportFailure(QStringLiteral("no such dialog is open"));
       if (QWidget* other = QApplication::activeModalWidget()) other->close();
       return;
     }
@@ -25,4 +25,4 @@ void whenOpen(std::function<void(Dialog&)> person) {
   });
 }
 
-}  // namespace testing_support
+}  // namespace velmora::testkit

@@ -6,12 +6,12 @@
 
 #include "testing/TestServices.h"
 #include "testing/files/TemporaryHome.h"
-#include "tests/unit/velmora/support/RecordingDocument.h"
-#include "tests/unit/velmora/support/UserActions.h"
+#include "testing/application/RecordingDocument.h"
+#include "testing/window/UserActions.h"
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/document/VelmoraApplicationDelegate.h"
 
-namespace testing_support {
+namespace velmora::testkit {
 
 /// The delegate between a document and its controller, which keeps what the document says.
 class RecordingDelegate : public VelmoraApplicationDelegate {
@@ -37,7 +37,7 @@ class RecordApplication {
   ~RecordApplication();
 
   TemporaryHome home;
-  velmora::testkit::TestServices desktop;
+  TestServices desktop;
   RecordingDelegate delegate;
   VelmoraAppController controller;
 
@@ -72,7 +72,7 @@ class RecordApplication {
 
   /// A request as the viewer's end sends it, and everything that it sets going at once.
   void chooseStudy(const QVariantMap& request);
-  const QList<velmora::testkit::RecordingDistributedCenter::Posted>& replies() const {
+  const QList<RecordingDistributedCenter::Posted>& replies() const {
     return desktop.distributedCenter.posted();
   }
   /// Lets time pass.
@@ -87,6 +87,6 @@ class RecordApplication {
 QVariantMap study(const QString& identifier);
 
 /// The notice that a record was closed with unsaved changes, for a copy that is made now.
-velmora::platform::Alert closedWithChanges(RecordApplication& application, const QString& name);
+platform::Alert closedWithChanges(RecordApplication& application, const QString& name);
 
-}  // namespace testing_support
+}  // namespace velmora::testkit

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "tests/unit/velmora/support/RecordApplication.h"
-
-#include <gtest/gtest.h>
+#include "testing/application/RecordApplication.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -9,14 +7,12 @@
 #include <stdexcept>
 
 #include "platform/text/DateFormatter.h"
-#include "tests/support/SealedFile.h"
+#include "testing/application/SealedFile.h"
 #include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
 
-using namespace velmora;
-
-namespace testing_support {
+namespace velmora::testkit {
 
 namespace {
 const QString BundleIdentifier = QStringLiteral("org.velmora.recorder");
@@ -96,7 +92,7 @@ RecordingDocument* RecordApplication::front() const {
 }
 
 QStringList RecordApplication::rescueCopies() const {
-  return testkit::fileNames(home.path(QStringLiteral(".local/share/%1/Rescued").arg(BundleIdentifier)));
+  return fileNames(home.path(QStringLiteral(".local/share/%1/Rescued").arg(BundleIdentifier)));
 }
 
 void RecordApplication::chooseStudy(const QVariantMap& request) {
@@ -120,4 +116,4 @@ platform::Alert closedWithChanges(RecordApplication& application, const QString&
           "A copy with the changes was kept as '" + copy + "'."};
 }
 
-}  // namespace testing_support
+}  // namespace velmora::testkit

@@ -5,6 +5,8 @@
 
 #include "velmora/document/VelmoraDocument.h"
 
+namespace velmora::testkit {
+
 /// A document of an application of the family that keeps, in order, what the framework asks of it. An
 /// examination of its record is nothing but its date, as text.
 class RecordingDocument : public VelmoraDocument {
@@ -26,7 +28,7 @@ class RecordingDocument : public VelmoraDocument {
   bool toldOfSave = false;
 
   quint64 lastExam() const override { return static_cast<quint64>(exams.size() - 1); }
-  void windowControllerDidLoadNib(velmora::platform::WindowController& windowController) override;
+  void windowControllerDidLoadNib(platform::WindowController& windowController) override;
   void synchronizeFromData() override;
   void synchronizeToData() override;
   void addExamination() override;
@@ -34,13 +36,13 @@ class RecordingDocument : public VelmoraDocument {
   void updateArrayOrder() override;
   void setCurrentRecordFromClick(const QPointF& point) override;
   void updateDisplay() override;
-  void documentDidSave(velmora::platform::Document* document, bool didSave) override;
+  void documentDidSave(platform::Document* document, bool didSave) override;
 
   QList<QPointF> clicks;
 
  protected:
   QJsonObject contentToJson() const override;
-  velmora::base::Result<> contentFromJson(const QJsonObject& content, int version) override;
+  base::Result<> contentFromJson(const QJsonObject& content, int version) override;
 
  private:
   void note(const char* hook);
@@ -48,3 +50,5 @@ class RecordingDocument : public VelmoraDocument {
   QString identifierOfRecord_;
   QString birthDateOfRecord_;
 };
+
+}  // namespace velmora::testkit

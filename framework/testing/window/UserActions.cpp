@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "tests/unit/velmora/support/UserActions.h"
-
-#include <gtest/gtest.h>
+#include "testing/window/UserActions.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -9,15 +7,14 @@
 #include <stdexcept>
 
 #include "platform/documents/Document.h"
+#include "testing/Scripted.h"
 
-using namespace velmora;
-
-namespace user {
+namespace velmora::testkit::user {
 
 void bringToFront(platform::Document& document) {
   document.showWindows();
   if (!QTest::qWaitForWindowActive(document.window()))
-    ADD_FAILURE() << "The window does not come to the front";
+    reportFailure(QStringLiteral("The window does not come to the front"));
 }
 
 QWidget* widget(platform::Document& document, const char* name) {
@@ -62,4 +59,4 @@ void pressKey(platform::Document& document, Qt::Key key) {
   QTest::keyClick(focused ? focused : document.window(), key);
 }
 
-}  // namespace user
+}  // namespace velmora::testkit::user

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "tests/unit/velmora/support/RecordingDocument.h"
+#include "testing/application/RecordingDocument.h"
 
 #include <QJsonArray>
 #include <QLineEdit>
 
-using namespace velmora;
+namespace velmora::testkit {
 
 void RecordingDocument::note(const char* hook) {
   calls.append(QStringLiteral("%1 %2").arg(QString::fromLatin1(hook)).arg(currentExam()));
@@ -81,3 +81,5 @@ base::Result<> RecordingDocument::contentFromJson(const QJsonObject& content, in
     exams.append(exam.toString());
   return {};
 }
+
+}  // namespace velmora::testkit

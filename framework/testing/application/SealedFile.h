@@ -5,7 +5,7 @@
 
 #include "orv/documents/OrvChecksum.h"
 
-namespace testing_support {
+namespace velmora::testkit {
 
 /// A data file written by hand, with the checksum that it must carry put in.
 inline QByteArray sealed(QByteArray json) {
@@ -16,4 +16,4 @@ inline QByteArray sealed(QByteArray json) {
   return velmora::orv::withChecksum(json);
 }
 
-}  // namespace testing_support
+}  // namespace velmora::testkit

@@ -5,14 +5,13 @@
 #include <QPushButton>
 #include <QString>
 
-#include "testing/main/Shown.h"
 
 namespace velmora::platform {
 class Document;
 }
 
 /// What a person does with the window of a document, by mouse and keyboard.
-namespace user {
+namespace velmora::testkit::user {
 
 /// Brings the document's window to the front and waits until it has the keyboard.
 void bringToFront(velmora::platform::Document& document);
@@ -33,4 +32,4 @@ void enter(QLineEdit* field, const QString& text);
 /// Presses a key in the window, wherever the keyboard is.
 void pressKey(velmora::platform::Document& document, Qt::Key key);
 
-}  // namespace user
+}  // namespace velmora::testkit::user
