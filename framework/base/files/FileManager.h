@@ -32,8 +32,8 @@ class FileManager {
 
   /// Makes a folder and those above it that are missing, on the disk itself. One that is there is no failure.
   virtual Result<> createDirectory(const QString& path);
-  /// Makes a folder for the user alone, and those above it that are missing likewise, on the disk itself; one
-  /// that is there is made so. The process's mask does not matter.
+  /// Makes a folder that only the user may enter, and missing parents likewise, on the disk itself. An
+  /// existing folder is closed to others. The process's umask does not matter.
   virtual Result<> createPrivateDirectory(const QString& path);
   /// Removes a file, a link (not what it leads to), or a folder with all that is in it. A folder that cannot
   /// be taken out of its place stays whole.
@@ -44,33 +44,34 @@ class FileManager {
 
   /// Reads a regular file whole, refusing anything above `limit` bytes.
   virtual Result<QByteArray> readFile(const QString& path, qint64 limit = 256LL * 1024 * 1024) const;
-  /// Called when a new file is on the disk under another name, right before it takes the place of what stands
-  /// at its own: the moment to see whether that is still what it was. A failure gives the write up.
+  /// Called when the new contents are on the disk under a temporary name, right before they replace what
+  /// stands at the target: the last chance to see whether that is still what it was. A failure cancels the
+  /// write.
   using FinalCheck = std::function<Result<>()>;
-  /// Puts `contents` at `path` so that the file there is at any moment the old or the new one, whole, and is
-  /// the new one, on the disk itself, when this returns success. After a failure it is the old one, unless
-  /// the failure came when the new one was in place and could only not be vouched for. A link is followed; a
-  /// protected file, and what is no file, are not replaced. Of a file that is replaced the rights, the group
-  /// and the access list stay; in a group that the user may not give it to, the group may do no more than
-  /// everybody. With a final check, what appears meanwhile where nothing stood is not replaced unseen: there
-  /// is another check then.
+  /// Replaces the file at `path` in one step: at any moment it holds either the old or the new contents, and
+  /// on success the new ones are on the disk itself. After a failure it holds the old ones, unless only the
+  /// last synchronization or the check of what was written failed.
+  ///
+  /// A link is followed. A file that is protected from writing is not replaced, nor is anything but a file. A
+  /// replaced file keeps its rights, group and access list; if the user cannot give the new one to that
+  /// group, its group may do no more than everybody. With a final check, a file that appears meanwhile where
+  /// there was none is not replaced before another check.
   virtual Result<> writeDurably(const QString& path, const QByteArray& contents,
                                 const FinalCheck& check = {});
-  /// Does the same for a file that is the program's own: whatever stands there, a link as well, is replaced,
-  /// and the file is for the user alone, whatever the process's mask.
+  /// Does the same for a file of the program's own: replaces whatever stands there, a link included, by a
+  /// file that only the user may read and write, whatever the process's umask.
   virtual Result<> writePrivately(const QString& path, const QByteArray& contents);
 
   enum class Depth { Folder, Everything };
-  /// The age from which on a temporary file is taken for abandoned.
+  /// The age at which a temporary file counts as abandoned.
   static constexpr int AbandonedAfterMinutes = 10;
-  /// In place of extensions: whatever the name of the file was to be.
+  /// Stands for every extension.
   inline static const QStringList AnyExtension{QStringLiteral("*")};
-  /// Removes what writes that were cut off by a power cut or a kill have left in the folder, or anywhere
-  /// below it: temporary files of writeDurably and writePrivately, ".<16 hexadecimal
-  /// digits>.<extension>.unfinished", for names with one of these extensions or with none. One that a living
-  /// process of this machine is writing just now stays, and so do those younger than `age`: where locks hold
-  /// on one machine only, another may be writing them. An age of 0 is for folders that no other machine
-  /// writes into.
+  /// Removes the temporary files that interrupted writes (a power cut, a kill) left in the folder, or
+  /// anywhere below it: ".<16 hexadecimal digits>.<extension>.unfinished" for one of these extensions, or
+  /// without an extension. Keeps a file that a process on this machine is still writing, and files younger
+  /// than `age`, which a process on another machine may be writing, since locks may not reach that far. Use 0
+  /// for a folder that no other machine writes into.
   virtual void removeAbandonedFiles(const QString& folder, const QStringList& extensions,
                                     Depth depth = Depth::Folder,
                                     std::chrono::minutes age = std::chrono::minutes(AbandonedAfterMinutes));

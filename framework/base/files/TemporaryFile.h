@@ -11,8 +11,8 @@
 
 namespace velmora::base {
 
-/// A file under a temporary name in the folder of its final one: readable by the user alone until it is put
-/// in place, and removed again unless it is.
+/// A file under a temporary name in the folder of its target. Only the user may read it until it is put in
+/// place; if it never is, the destructor removes it.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const QString& target);
@@ -23,17 +23,16 @@ class TemporaryFile {
   /// Writes everything, to the disk itself.
   Result<> write(const QByteArray& contents);
 
-  /// Takes the final name, and the rights, the group and the access list of the file that has it.
+  /// Replaces the target and takes over its rights, group and access list.
   Result<> replace();
-  /// Takes the final name with the rights that it has.
+  /// Replaces the target and stays readable and writable by the user alone.
   Result<> rename();
-  /// Takes the final name if nothing has it, and the rights that a new file gets in this folder. False when
-  /// something has it by now.
+  /// Takes the target's place if nothing stands there, with the rights that a new file gets in this folder.
+  /// False if something stands there by now.
   Result<bool> placeWhereNothingStands();
 
-  /// The extension of the final name for which a file of this name is a temporary one, empty when the final
-  /// name has none: ".<16 hexadecimal digits>", a dot and the extension, ".unfinished". Nothing for any other
-  /// name.
+  /// Takes the target's extension out of the name of a temporary file, ".<16 hexadecimal
+  /// digits>.<extension>.unfinished"; it is empty if the target has none. Nothing for any other name.
   static std::optional<QString> finalExtension(const QString& name);
 
  private:

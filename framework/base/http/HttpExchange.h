@@ -37,10 +37,10 @@ struct HttpAnswer {
   QByteArray header(const char* name) const;
 };
 
-/// One HTTP request and its answer, within a size and a time. It remembers nothing of other exchanges
-/// (connections, cookies, passwords) and leaves nothing to them.
+/// One HTTP request and its answer, with a limit on size and time. Shares nothing with other exchanges: no
+/// connections, cookies or passwords.
 ///
-/// Lives on a thread with an event loop. Its end breaks off what is under way; nothing is said then.
+/// Lives on a thread with an event loop. Destroying it cancels the request without a callback.
 ///
 /// Memory is bounded for the body, not for what comes before it: Qt reads a head that never ends for as long
 /// as it comes in, at about 2 MB a second and even after the request was given up (6.4.2).
@@ -51,14 +51,14 @@ class HttpExchange : public QObject {
     std::chrono::milliseconds timeout{0};  ///< for everything; 0 for as long as it takes
   };
   enum class Proxy { OfTheSystem, None };
-  /// Called once, from the event loop. It may ask for the exchange to be deleted later, and not delete it.
+  /// Called once, from the event loop. May call deleteLater() on the exchange, but must not delete it.
   using Ended = std::function<void(const HttpAnswer&)>;
 
-  /// A request of HTTP/1.1 that says nothing of who asks but `userAgent`, and follows no redirection. The
-  /// answer is not to be packed: it could swell while it is unpacked.
+  /// An HTTP/1.1 request that tells nothing about the sender but `userAgent`, and follows no redirection. It
+  /// asks for an uncompressed answer, because a compressed one could exceed any limit when it is unpacked.
   static QNetworkRequest plainRequest(const QUrl& url, const QByteArray& userAgent);
 
-  /// Begins with the request: POST with a body, GET without one.
+  /// Sends the request: POST with a body, GET without one.
   HttpExchange(const QNetworkRequest& request, const std::optional<QByteArray>& body, Limits limits,
                Proxy proxy, Ended ended);
   ~HttpExchange() override;

@@ -9,20 +9,20 @@
 
 namespace velmora::base {
 
-/// Ends a program in good order when it is asked to by a signal: SIGTERM (the end of a session, a shutdown,
-/// kill), SIGHUP (the terminal is closed), SIGINT (Ctrl-C).
+/// Ends a program in good order on a signal: SIGTERM (the end of a session, a shutdown, kill), SIGHUP (the
+/// terminal is closed), SIGINT (Ctrl-C).
 ///
-/// While one of these lives the first of its signals calls `end` on the thread that made it, from the event
-/// loop, nested ones included. Later signals do nothing more, unless one is to end the process. A process has
-/// one handler at a time.
+/// While a handler lives, the first of its signals calls `end` from the event loop of the thread that created
+/// the handler, nested loops included. Further signals are ignored, unless one of them is to end the process.
+/// A process has one handler at a time.
 class SignalHandler {
  public:
   struct Signal {
     int number;
-    /// The second one ends the process at once. Not for SIGHUP, which comes twice when a terminal is closed:
+    /// A second one ends the process at once. Not for SIGHUP, which arrives twice when a terminal is closed:
     /// from the shell and from the system.
     bool againEndsProcess = false;
-    /// Handled even when whoever started the program has it ignored, as nohup does with SIGHUP.
+    /// Handled even if the process was started with it ignored, as under nohup.
     bool evenIfIgnored = false;
   };
 

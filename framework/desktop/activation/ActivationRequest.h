@@ -6,7 +6,7 @@
 
 namespace velmora::desktop {
 
-/// What somebody outside asks of the application: a person on the command line, or the desktop over the bus.
+/// A request to the application from outside: from the command line, or from the desktop over the bus.
 struct ActivationRequest {
   enum class Kind {
     Activate,  ///< come to the front, with a document
@@ -18,28 +18,29 @@ struct ActivationRequest {
   Kind kind = Kind::Activate;
   QStringList files;  ///< absolute paths
   QString action;
-  /// What lets the application come to the front by leave of the desktop; empty when there is none.
+  /// The desktop's permission to come to the front (xdg-activation); may be empty.
   QString activationToken;
 
   bool operator==(const ActivationRequest&) const = default;
 };
 
-/// What came of a request that another running program may take over.
+/// The outcome of taking the application's name on the bus, or handing the request over to whoever has it.
 enum class ActivationOutcome {
-  Serving,     ///< this program is the one: go on, requests will come
-  HandedOver,  ///< another one runs and has taken the request over: end
-  Refused,     ///< another one runs and will have none of it, or of the rest: end
-  Alone        ///< no bus, no name, or no answer: go on without
+  Serving,     ///< this instance has the name: continue, requests will arrive
+  HandedOver,  ///< another instance took the request over: end
+  Refused,     ///< another instance refused the request, or the rest of it: end
+  Alone        ///< no bus, no valid name, or no answer: continue without
 };
 
-/// What the running program says to a request.
+/// The running instance's answer to a request.
 enum class ActivationAcceptance {
   Taken,
-  Full,   ///< too many wait already
-  Ending  ///< it comes too late
+  Full,   ///< too many requests are waiting
+  Ending  ///< the application is ending
 };
 
-/// A request for the log: its kind, and how many files, whose names are those of patients.
+/// The request for the log: its kind and the number of files, but not their names, which are those of
+/// patients.
 inline QString summaryForLog(const ActivationRequest& request) {
   using Kind = ActivationRequest::Kind;
   switch (request.kind) {

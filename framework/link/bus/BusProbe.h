@@ -16,8 +16,8 @@ QString sessionBusAddress();
 /// again.
 QString lastingAddress(const QString& address);
 
-/// Finds out whether a bus lets programs in, before the bus library is sent there: that one waits for a
-/// greeting, for half a minute and more, and cannot be called back.
+/// Finds out whether a bus accepts connections before the bus library connects to it: the library waits half
+/// a minute and longer for a bus that does not answer, and cannot be interrupted.
 class BusProbe {
  public:
   BusProbe();
@@ -25,11 +25,11 @@ class BusProbe {
   BusProbe(const BusProbe&) = delete;
   BusProbe& operator=(const BusProbe&) = delete;
 
-  /// Goes to `address`, says hello and leaves. Succeeds when it was greeted within `limit`. An address that
-  /// is no socket on this machine is believed.
+  /// Connects to `address`, says hello and disconnects. Succeeds if the bus answers within `limit`. An
+  /// address other than a socket on this machine is not tried and counts as a success.
   base::Result<> ask(const QString& address, std::chrono::milliseconds limit);
 
-  /// Ends the question that is being asked, and all later ones. From any thread.
+  /// Ends the current attempt, and all later ones. From any thread.
   void giveUp();
   bool gaveUp() const;
 
