@@ -15,8 +15,8 @@ TEST(ShortDates, ReadTwoDigitsOfAYearByTheClockOfTheRunLoop) {
   QLocale::setDefault(QLocale("en_GB"));
   testkit::VirtualRunLoop in2024;
   const ShortDates dates(in2024);
-  EXPECT_EQ(dates.day("02/05/44"), QDate(2044, 5, 2));
-  EXPECT_EQ(dates.day("02/05/45"), QDate(1945, 5, 2));
+  EXPECT_EQ(dates.day("02/05/43"), QDate(2043, 5, 2));
+  EXPECT_EQ(dates.day("02/05/44"), QDate(1944, 5, 2));
   in2024.advance(366.0 * 24 * 3600);
-  EXPECT_EQ(dates.day("02/05/45"), QDate(2045, 5, 2)) << "a year later";
+  EXPECT_EQ(dates.day("02/05/44"), QDate(2044, 5, 2)) << "a year later";
 }
