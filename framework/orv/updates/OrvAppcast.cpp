@@ -193,24 +193,25 @@ QUrl firstOf(const QList<QUrl>& addresses) {
 
 }  // namespace
 
-Appcast readAppcast(const QByteArray& feed) {
+base::Result<std::optional<AppcastItem>> readAppcast(const QByteArray& feed) {
   const std::optional<QString> text = feedText(feed);
   Reader reader(text.value_or(QString()));
   if (!text || !reader.read())
-    return {{}, platform::localizedString("OrvVersion", "The list of versions could not be understood.")};
+    return base::Failure{
+        platform::localizedString("OrvVersion", "The list of versions could not be understood.")};
   const Entry* newest = newestOf(reader.entries());
   if (newest) {
-    return {AppcastItem{newest->version, newest->shortVersion,
-                        firstOf({newest->link, newest->download, newest->releaseNotes, reader.link()}),
-                        plainText(newest->description)},
-            {}};
+    return std::optional(
+        AppcastItem{newest->version, newest->shortVersion,
+                    firstOf({newest->link, newest->download, newest->releaseNotes, reader.link()}),
+                    plainText(newest->description)});
   }
   for (const Entry& entry : reader.entries()) {
     // It offers something, and does not say what.
     if (!entry.forOthers)
-      return {{}, platform::localizedString("OrvVersion", "The list of versions names no version.")};
+      return base::Failure{platform::localizedString("OrvVersion", "The list of versions names no version.")};
   }
-  return {};
+  return std::optional<AppcastItem>();
 }
 
 }  // namespace velmora::orv

@@ -6,6 +6,8 @@
 #include <QUrl>
 #include <optional>
 
+#include "base/Result.h"
+
 namespace velmora::orv {
 
 /// A version that a feed offers. At least one of the two version texts is there.
@@ -19,15 +21,8 @@ struct AppcastItem {
   const QString& shownVersion() const { return shortVersion.isEmpty() ? version : shortVersion; }
 };
 
-/// What a feed says.
-struct Appcast {
-  std::optional<AppcastItem> newest;  ///< nothing when no entry is meant for this system
-  QString error;                      ///< why it could not be read, a sentence that can be shown; else null
-  bool ok() const { return error.isNull(); }
-};
-
-/// Reads a feed of versions: RSS 2.0 whose items carry the attributes or elements of the namespace
-/// http://www.andymatuschak.org/xml-namespaces/sparkle.
+/// The newest version that a feed offers this system, if it offers one: RSS 2.0 whose items carry the
+/// attributes or elements of the namespace http://www.andymatuschak.org/xml-namespaces/sparkle.
 ///
 /// Entries for other systems (sparkle:os other than "linux") and of a channel that one has to ask for
 /// (sparkle:channel, beta versions) are passed over. The page is the item's link, else its enclosure, else
@@ -36,6 +31,6 @@ struct Appcast {
 /// The text comes from outside and may be anything: a document type declaration, and with it every entity of
 /// its own, is refused, and so are more than 1000 items, elements within elements deeper than 32, and tags of
 /// more than 4096 characters.
-Appcast readAppcast(const QByteArray& feed);
+base::Result<std::optional<AppcastItem>> readAppcast(const QByteArray& feed);
 
 }  // namespace velmora::orv

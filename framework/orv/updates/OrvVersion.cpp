@@ -49,9 +49,9 @@ void OrvVersion::checkVersion(bool userAsked) {
 
 void OrvVersion::didLoad(const base::Result<QByteArray>& page) {
   if (!page.ok()) return fail(page.error());
-  const orv::Appcast appcast = orv::readAppcast(*page);
-  if (!appcast.ok()) return fail(appcast.error);
-  succeed(appcast.newest && isNewer(*appcast.newest) ? &*appcast.newest : nullptr);
+  const auto newest = orv::readAppcast(*page);
+  if (!newest.ok()) return fail(newest.error());
+  succeed(*newest && isNewer(**newest) ? &**newest : nullptr);
 }
 
 bool OrvVersion::isNewer(const orv::AppcastItem& item) const {

@@ -8,7 +8,7 @@
 
 #include "testing/main/Shown.h"
 
-using velmora::orv::Appcast;
+using velmora::orv::AppcastItem;
 using velmora::orv::readAppcast;
 
 namespace {
@@ -29,22 +29,25 @@ QByteArray enclosed(const QByteArray& version, const QByteArray& attributes = {}
               "\" length=\"1\" type=\"application/octet-stream\" " + attributes + "/>");
 }
 
+/// The newest version that a feed offers; none as well when it cannot be read.
+std::optional<AppcastItem> offered(const QByteArray& whole) { return readAppcast(whole).valueOr({}); }
+
 /// The version of the newest item, in words when there is none.
 QString newest(const QByteArray& items) {
-  const Appcast appcast = readAppcast(feed(items));
-  if (!appcast.ok()) return appcast.error;
-  return appcast.newest ? appcast.newest->version + "/" + appcast.newest->shortVersion : "none";
+  const auto found = readAppcast(feed(items));
+  if (!found.ok()) return found.error();
+  return *found ? (*found)->version + "/" + (*found)->shortVersion : "none";
 }
 
 QString page(const QByteArray& content) {
-  const Appcast appcast = readAppcast(feed(item("<sparkle:version>2</sparkle:version>" + content)));
-  return appcast.newest ? appcast.newest->page.toString() : appcast.error;
+  const auto found = readAppcast(feed(item("<sparkle:version>2</sparkle:version>" + content)));
+  return found.ok() ? found.value()->page.toString() : found.error();
 }
 
 QString whatIsNew(const QByteArray& description) {
-  const Appcast appcast = readAppcast(
+  const auto found = readAppcast(
       feed(item("<sparkle:version>2</sparkle:version><description>" + description + "</description>")));
-  return appcast.newest ? appcast.newest->whatIsNew : appcast.error;
+  return found.ok() ? found.value()->whatIsNew : found.error();
 }
 
 const QString NotUnderstood = "The list of versions could not be understood.";
@@ -69,8 +72,8 @@ TEST(VersionFeed, KnowsTheVersionNamespaceByItsNameNotItsPrefix) {
       "<rss xmlns:s=\"http://www.andymatuschak.org/xml-namespaces/sparkle\" "
       "xmlns:sparkle=\"urn:other\"><channel>"
       "<item><s:version>5</s:version><sparkle:version>9</sparkle:version></item></channel></rss>";
-  ASSERT_TRUE(readAppcast(other).newest);
-  EXPECT_EQ(readAppcast(other).newest->version, "5");
+  ASSERT_TRUE(offered(other));
+  EXPECT_EQ(offered(other)->version, "5");
 }
 
 TEST(VersionFeed, GivesTheNewestWhereverItStands) {
@@ -196,13 +199,13 @@ TEST(VersionFeed, IsReadInEveryEncodingThatItNames) {
       "xmlns:s=\"http://www.andymatuschak.org/xml-namespaces/sparkle\"><channel><item><s:version>2</"
       "s:version>"
       "<description>f\xfcr Sie</description></item></channel></rss>";
-  ASSERT_TRUE(readAppcast(latin1).newest);
-  EXPECT_EQ(readAppcast(latin1).newest->whatIsNew, QString::fromUtf8("für Sie"));
+  ASSERT_TRUE(offered(latin1));
+  EXPECT_EQ(offered(latin1)->whatIsNew, QString::fromUtf8("für Sie"));
   const QString text = QString::fromUtf8(feed(enclosed("2"))).replace("utf-8", "utf-16");
   const auto* units = reinterpret_cast<const char*>(text.utf16());
-  EXPECT_TRUE(readAppcast(QByteArray("\xff\xfe", 2) + QByteArray(units, text.size() * 2)).newest);
-  EXPECT_TRUE(readAppcast("\xef\xbb\xbf" + feed(enclosed("2"))).newest);
-  EXPECT_EQ(readAppcast(feed(enclosed("2")).replace("utf-8", "klingon")).error, NotUnderstood);
+  EXPECT_TRUE(offered(QByteArray("\xff\xfe", 2) + QByteArray(units, text.size() * 2)));
+  EXPECT_TRUE(offered("\xef\xbb\xbf" + feed(enclosed("2"))));
+  EXPECT_EQ(readAppcast(feed(enclosed("2")).replace("utf-8", "klingon")).error(), NotUnderstood);
 }
 
 TEST(VersionFeed, ThatIsNoneIsRefused) {
@@ -218,9 +221,7 @@ TEST(VersionFeed, ThatIsNoneIsRefused) {
         QByteArray(whole).replace("Growth", "Growth &nbsp;"),
         QByteArray(whole).replace("Growth", "Gr\xfcwth"), declaration + whole.mid(whole.indexOf("<rss")),
         QByteArray(100000, '<'), QByteArray(1000, '\0')}) {
-    const Appcast appcast = readAppcast(bad);
-    EXPECT_EQ(appcast.error, NotUnderstood) << bad.left(100).constData();
-    EXPECT_FALSE(appcast.newest);
+    EXPECT_EQ(readAppcast(bad).error(), NotUnderstood) << bad.left(100).constData();
   }
 }
 
@@ -231,10 +232,10 @@ TEST(VersionFeed, ExpandsNoEntitiesOfItsOwn) {
     bomb += "<!ENTITY e" + QByteArray::number(i) + " \"" + before + before + "\">";
   }
   bomb += "]>" + feed(item("<description>&e29;</description>")).mid(39);
-  EXPECT_EQ(readAppcast(bomb).error, NotUnderstood);
+  EXPECT_EQ(readAppcast(bomb).error(), NotUnderstood);
   EXPECT_EQ(readAppcast("<!DOCTYPE rss [<!ENTITY f SYSTEM \"file:///etc/passwd\">]>" +
                         feed(item("<description>&f;</description>")).mid(39))
-                .error,
+                .error(),
             NotUnderstood);
 }
 
@@ -291,7 +292,7 @@ TEST(VersionFeed, IsReadInAMomentWhateverItHolds) {
         QByteArray("<?xml version='1.0' encoding='UTF-7'?>") + attributes}) {
     QElapsedTimer time;
     time.start();
-    EXPECT_EQ(readAppcast(text.left(Largest)).error, NotUnderstood);
+    EXPECT_EQ(readAppcast(text.left(Largest)).error(), NotUnderstood);
     EXPECT_LT(time.elapsed(), 3000) << text.left(60).constData();
   }
 }
@@ -317,7 +318,7 @@ TEST(VersionFeed, SurvivesDamageOfEveryKind) {
       feed(enclosed("9", "sparkle:shortVersionString=\"1.9\"") +
            item("<sparkle:version>10</sparkle:version><description><![CDATA[<p>New</p>]]></description>"));
   for (qsizetype length = 0; length + 1 < whole.size(); ++length)
-    ASSERT_EQ(readAppcast(whole.left(length)).error, NotUnderstood) << length;
+    ASSERT_EQ(readAppcast(whole.left(length)).error(), NotUnderstood) << length;
   QRandomGenerator random(7);
   int read = 0;
   for (int i = 0; i < 3000; ++i) {
@@ -336,13 +337,12 @@ TEST(VersionFeed, SurvivesDamageOfEveryKind) {
                          whole.mid(random.bounded(static_cast<int>(whole.size())), random.bounded(1, 40)));
       }
     }
-    const Appcast appcast = readAppcast(damaged);
-    if (appcast.ok()) ++read;
-    if (appcast.newest) {
-      EXPECT_LE(appcast.newest->version.size(), 40);
-      EXPECT_TRUE(appcast.newest->page.isEmpty() || appcast.newest->page.scheme().startsWith("http"));
-    }
-    EXPECT_FALSE(appcast.newest && !appcast.ok());
+    const auto found = readAppcast(damaged);
+    if (!found.ok()) continue;
+    ++read;
+    if (!*found) continue;
+    EXPECT_LE((*found)->version.size(), 40);
+    EXPECT_TRUE((*found)->page.isEmpty() || (*found)->page.scheme().startsWith("http"));
   }
   EXPECT_GT(read, 100) << "some damage is harmless";
   EXPECT_LT(read, 2900) << "and most is not";
