@@ -1,29 +1,34 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-//
-// What the window does. How it is loaded and wired stands in PreferencesWindow.cpp.
 #include "velmora/preferences/PreferencesController.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFontDatabase>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScreen>
 #include <QStackedWidget>
 #include <QTextDocument>
 #include <QUrl>
 
-#include "orv/updates/OrvVersion.h"
-#include "platform/controls/Alert.h"
 #include "base/files/FileManager.h"
-#include "platform/text/Localization.h"
-#include "platform/notifications/NotificationCenter.h"
-#include "platform/controls/Panels.h"
-#include "platform/runloop/RunLoop.h"
-#include "platform/Services.h"
-#include "platform/settings/UserDefaults.h"
-#include "platform/workspace/Workspace.h"
+#include "base/log/Guard.h"
 #include "link/protocol/LinkPayload.h"
+#include "orv/updates/OrvVersion.h"
+#include "platform/Services.h"
+#include "platform/controls/Alert.h"
+#include "platform/controls/EventFilters.h"
+#include "platform/controls/Panels.h"
+#include "platform/notifications/NotificationCenter.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/settings/UserDefaults.h"
+#include "platform/text/Localization.h"
+#include "platform/workspace/Workspace.h"
 #include "velmora/osirix/Osirix.h"
 #include "velmora/preferences/LastCheckedText.h"
 #include "velmora/preferences/ScriptCheck.h"
@@ -33,6 +38,7 @@
 using namespace velmora;
 
 namespace settings = velmora::settings;
+using velmora::base::guarded;
 using velmora::platform::localizedString;
 
 namespace {
@@ -74,6 +80,100 @@ void PreferencesController::showWindow(const QObject* sender) {
   WindowController::showWindow(sender);
 }
 
+// Loading and wiring the window.
+
+void PreferencesController::windowDidLoad() {
+  findOutlets();
+  connectActions();
+  fitAndCentre();
+  resetDefaults();
+  services().notificationCenter.addObserver(
+      this, QStringLiteral("VersionCheckSuccessful"),
+      [this](const platform::Notification&) { versionCheckSuccessful(); });
+}
+
+void PreferencesController::findOutlets() {
+  const auto find = [this]<typename Widget>(QPointer<Widget>& field, const char* name) {
+    field = outlet<Widget>(QString::fromLatin1(name));
+  };
+  find(defaultSaveFolderField_, "defaultSaveFolderField");
+  find(defaultExportFolderField_, "defaultExportFolderField");
+  find(autoSaveCheckBox_, "autoSaveCheckBox");
+  find(installOsirixPluginButton_, "installOsirixPluginButton");
+  find(exportToPopUp_, "exportToPopUp");
+  find(exportTabView_, "exportTabView");
+  find(osirixExplanationField_, "osirixExplanationField");
+  find(launchScriptField_, "launchScriptField");
+  find(scriptErrorField_, "scriptErrorField");
+  find(autoCheckVersionCheckBox_, "autoCheckVersionCheckBox");
+  find(checkVersionIntervalPopUp_, "checkVersionIntervalPopUp");
+  find(versionLastCheckedField_, "versionLastCheckedField");
+
+  // An interface file cannot give items their tags.
+  for (int i = 0; exportToPopUp_ && i < exportToPopUp_->count(); ++i) exportToPopUp_->setItemData(i, i);
+  platform::ignoreWheelWithoutFocus(exportToPopUp_);
+  platform::ignoreWheelWithoutFocus(checkVersionIntervalPopUp_);
+  if (launchScriptField_) launchScriptField_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+}
+
+void PreferencesController::connectButton(const char* name, Action action) {
+  auto* button = outlet<QAbstractButton>(QString::fromLatin1(name));
+  if (!button) return;
+  connect(button, &QAbstractButton::clicked, this,
+          [this, button, action] { guarded("button", [&] { (this->*action)(button); }); });
+}
+
+void PreferencesController::connectActions() {
+  connectButton("chooseSaveFolderButton", &PreferencesController::doChooseSaveFolder);
+  connectButton("chooseExportFolderButton", &PreferencesController::doChooseExportFolder);
+  connectButton("showSaveFolderButton", &PreferencesController::doShowSaveFolder);
+  connectButton("showExportFolderButton", &PreferencesController::doShowExportFolder);
+  connectButton("checkSyntaxButton", &PreferencesController::checkSyntax);
+  connectButton("updateButton", &PreferencesController::doUpdate);
+  if (installOsirixPluginButton_) {
+    connect(installOsirixPluginButton_, &QAbstractButton::clicked, this,
+            [this] { guarded("button", [&] { doInstallPlugin(installOsirixPluginButton_); }); });
+  }
+  if (exportToPopUp_) {
+    connect(exportToPopUp_, &QComboBox::activated, this,
+            [this] { guarded("pop-up", [&] { doChangeExportTo(exportToPopUp_); }); });
+  }
+  connectButtonBox();
+}
+
+void PreferencesController::connectButtonBox() {
+  auto* box = outlet<QDialogButtonBox>(QStringLiteral("buttonBox"));
+  if (!box) return;
+  // The box makes OK the default button, being the first that accepts.
+  if (QPushButton* ok = box->button(QDialogButtonBox::Ok)) ok->setText(localizedString("OrvVersion", "OK"));
+  if (QPushButton* cancel = box->button(QDialogButtonBox::Cancel))
+    cancel->setText(localizedString("OrvVersion", "Cancel"));
+  connect(box, &QDialogButtonBox::accepted, this, [this, box] { guarded("button", [&] { doOK(box); }); });
+  connect(box, &QDialogButtonBox::rejected, this, [this, box] { guarded("button", [&] { doCancel(box); }); });
+}
+
+void PreferencesController::fitAndCentre() {
+  const QScreen* screen = window()->screen();
+  if (!screen) return;
+  const QRect available = screen->availableGeometry();
+  window()->resize(window()->size().expandedTo(window()->sizeHint()).boundedTo(available.size()));
+  window()->move(available.center() - QRect(QPoint(), window()->frameSize()).center());
+}
+
+bool PreferencesController::eventFilter(QObject* watched, QEvent* event) {
+  // What arrives at the window, no control in it has wanted.
+  if (event->type() == QEvent::KeyPress && isWindowLoaded() && watched == window()) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (key->matches(QKeySequence::Cancel)) {
+      guarded("key", [this] { doCancel(this); });
+      return true;
+    }
+  }
+  return WindowController::eventFilter(watched, event);
+}
+
+// The settings and their copy.
+
 void PreferencesController::resetDefaults() {
   const platform::UserDefaults& defaults = services().defaults;
   const auto showFolderOf = [&defaults](QLineEdit* field, const QString& key) {
@@ -110,7 +210,7 @@ void PreferencesController::doOK(const QObject*) {
   if (exportToPopUp_)
     defaults.setObject(exportToPopUp_->currentData().toInt() == OsirixTag, settings::ExportToOsiriX);
   if (launchScriptField_)
-    defaults.setObject(velmora::scriptInDocument(*launchScriptField_->document()), settings::LaunchScript);
+    defaults.setObject(scriptInDocument(*launchScriptField_->document()), settings::LaunchScript);
   if (autoCheckVersionCheckBox_)
     defaults.setObject(autoCheckVersionCheckBox_->isChecked(), settings::AutomaticVersionCheck);
   if (checkVersionIntervalPopUp_) defaults.setInteger(chosenInterval(), settings::VersionCheckInterval);
@@ -174,15 +274,13 @@ void PreferencesController::showFolder(const QString& path) {
        QString(), localizedString("Preferences", "The specified folder is not currently available.")});
 }
 
-bool PreferencesController::osirixIsInstalled() const {
-  return velmora::osirix::isInstalled(services().workspace);
-}
+bool PreferencesController::osirixIsInstalled() const { return osirix::isInstalled(services().workspace); }
 
 void PreferencesController::doInstallPlugin(const QAbstractButton* sender) {
   if (sender && titleOf(*sender) == localizedString("OrvVersion", "Download"))
-    services().workspace.openURL(QUrl(velmora::osirix::DownloadPage));
+    services().workspace.openURL(QUrl(osirix::DownloadPage));
   else
-    services().notificationCenter.postNotificationName(velmora::link::InstallPluginNotification);
+    services().notificationCenter.postNotificationName(link::InstallPluginNotification);
 }
 
 void PreferencesController::windowDidBecomeKey() {
@@ -197,21 +295,20 @@ void PreferencesController::windowDidBecomeKey() {
         installed ? localizedString(
                         "Preferences",
                         "Once installed, the plugin will be available the next time OsiriX is launched.")
-                  : localizedString("Preferences", "OsiriX may be downloaded from ") +
-                        velmora::osirix::DownloadPage);
+                  : localizedString("Preferences", "OsiriX may be downloaded from ") + osirix::DownloadPage);
   }
 }
 
 void PreferencesController::checkSyntax(const QObject* sender) {
   if (scriptErrorField_) scriptErrorField_->clear();
   if (!launchScriptField_) return;
-  const velmora::ScriptCheck check =
-      velmora::checkScript(services().scripts, velmora::scriptInDocument(*launchScriptField_->document()));
+  const ScriptCheck check =
+      checkScript(services().scripts, scriptInDocument(*launchScriptField_->document()));
   if (!launchScriptField_) return;  // the script runner takes its time, and the window may go meanwhile
   QTextDocument& document = *launchScriptField_->document();
-  if (check.formatted) velmora::setScriptText(document, *check.formatted, launchScriptField_->palette());
+  if (check.formatted) setScriptText(document, *check.formatted, launchScriptField_->palette());
   if (sender == this || !check.error) return;
-  launchScriptField_->setTextCursor(velmora::cursorSelecting(document, check.error->range));
+  launchScriptField_->setTextCursor(cursorSelecting(document, check.error->range));
   if (scriptErrorField_) scriptErrorField_->setText(check.error->briefMessage);
   launchScriptField_->setFocus();
 }
@@ -226,5 +323,5 @@ void PreferencesController::versionCheckSuccessful() {
 void PreferencesController::updateVersionLastChecked() {
   if (!versionLastCheckedField_) return;
   versionLastCheckedField_->setText(
-      velmora::lastCheckedText(services().defaults.dateForKey(settings::LastVersionCheckDate)));
+      lastCheckedText(services().defaults.dateForKey(settings::LastVersionCheckDate)));
 }
