@@ -9,19 +9,19 @@
 #include "platform/text/Localization.h"
 #include "base/log/Log.h"
 #include "platform/scripts/Script.h"
-#include "platform/Services.h"
 #include "platform/settings/UserDefaults.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace velmora {
 
-StartupScript::StartupScript(platform::Services& services, ShowStatus showStatus)
-    : services_(services), showStatus_(std::move(showStatus)) {}
+StartupScript::StartupScript(platform::Scripts& scripts, const platform::UserDefaults& defaults,
+                             ShowStatus showStatus)
+    : scripts_(scripts), defaults_(defaults), showStatus_(std::move(showStatus)) {}
 
 void StartupScript::doLaunchScript() {
-  const QString source = services_.defaults.stringForKey(settings::LaunchScript);
+  const QString source = defaults_.stringForKey(settings::LaunchScript);
   if (source.isEmpty()) return;
-  const std::unique_ptr<platform::Script> script = services_.scripts.initWithSource(source);
+  const std::unique_ptr<platform::Script> script = scripts_.initWithSource(source);
   if (!script) return;
   showStatus_(platform::localizedString("VelmoraAppController", "Running startup script..."));
 

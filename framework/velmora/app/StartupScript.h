@@ -6,8 +6,9 @@
 #include <functional>
 
 namespace velmora::platform {
-struct Services;
-}
+class Scripts;
+class UserDefaults;
+}  // namespace velmora::platform
 
 namespace velmora {
 
@@ -17,14 +18,15 @@ class StartupScript : public QObject {
   using ShowStatus = std::function<void(const QString&)>;
 
   /// `showStatus` shows that the script runs, and that it failed.
-  StartupScript(platform::Services& services, ShowStatus showStatus);
+  StartupScript(platform::Scripts& scripts, const platform::UserDefaults& defaults, ShowStatus showStatus);
 
   /// Runs the script under "Launch Script", if there is one, and waits for its end. A script that fails is
   /// reported by the status and a log line alone; the start goes on.
   void doLaunchScript();
 
  private:
-  platform::Services& services_;
+  platform::Scripts& scripts_;
+  const platform::UserDefaults& defaults_;
   ShowStatus showStatus_;
 };
 

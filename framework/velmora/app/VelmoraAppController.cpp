@@ -50,11 +50,12 @@ VelmoraAppController::VelmoraAppController(platform::Services& services)
       orvVersion_(services),
       recentDocuments_(services.defaults),
       databaseFiles_(services, [this](const QString& status) { showStatusString(status); }),
-      link_(services, *this),
-      batchOpenQueue_(services, *this),
+      link_(*this, services.runLoop, services.alerts),
+      batchOpenQueue_(*this, services.runLoop, services.alerts),
       exportQueue_(services),
       plugin_(services),
-      startupScript_(services, [this](const QString& status) { showStatusString(status); }),
+      startupScript_(services.scripts, services.defaults,
+                     [this](const QString& status) { showStatusString(status); }),
       versionCheck_(
           services, orvVersion_, [this](const QString& status) { showStatusString(status); },
           [this] {

@@ -11,7 +11,6 @@
 #include "base/log/Guard.h"
 #include "platform/text/Localization.h"
 #include "platform/runloop/RunLoop.h"
-#include "platform/Services.h"
 #include "velmora/document/VelmoraDocument.h"
 
 namespace velmora {
@@ -31,7 +30,7 @@ void BatchOpenQueue::delayBatchOpen() {
   // Whatever becomes of this file, the next step is for the next one.
   const auto next = qScopeGuard([this] {
     if (!batchArray_.isEmpty()) batchArray_.removeFirst();
-    services_.runLoop.performAfterDelay(this, 0, [this] { delayBatchOpen(); });
+    runLoop_.performAfterDelay(this, 0, [this] { delayBatchOpen(); });
   });
   // Exporting may ask a question, and what is asked may close the document.
   const QPointer<platform::Document> document(
@@ -41,7 +40,7 @@ void BatchOpenQueue::delayBatchOpen() {
   const auto thenClose = qScopeGuard([this, document] {
     if (!document) return;
     ++closing_;
-    services_.runLoop.performAfterDelay(this, CloseDelay, [this, document] { close(document); });
+    runLoop_.performAfterDelay(this, CloseDelay, [this, document] { close(document); });
   });
   record->autoExport();
 }
@@ -60,7 +59,7 @@ void BatchOpenQueue::close(const QPointer<platform::Document>& document) {
 
 void BatchOpenQueue::tellAboutKeptCopies() {
   const QString copies = std::exchange(keptCopies_, {}).join(QLatin1Char('\n'));
-  services_.alerts.runModal(
+  alerts_.runModal(
       {platform::localizedString("VelmoraAppController",
                                  "The batch export has closed records with unsaved changes"),
        platform::localizedString("OrvVersion", "OK"), QString(), QString(),

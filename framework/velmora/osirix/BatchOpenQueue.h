@@ -8,9 +8,10 @@
 #include "platform/notifications/NotificationCenter.h"
 
 namespace velmora::platform {
+class Alerts;
 class Document;
 class DocumentController;
-struct Services;
+class RunLoop;
 }  // namespace velmora::platform
 
 namespace velmora {
@@ -18,8 +19,9 @@ namespace velmora {
 /// Data files that are to be opened, exported and closed again without the user, one in a step.
 class BatchOpenQueue : public QObject {
  public:
-  BatchOpenQueue(platform::Services& services, platform::DocumentController& controller)
-      : services_(services), controller_(controller) {}
+  BatchOpenQueue(platform::DocumentController& controller, platform::RunLoop& runLoop,
+                 platform::Alerts& alerts)
+      : controller_(controller), runLoop_(runLoop), alerts_(alerts) {}
 
   /// Takes a path (the notification's object) and works at once.
   void batchOpen(const platform::Notification& notification);
@@ -33,8 +35,9 @@ class BatchOpenQueue : public QObject {
   void close(const QPointer<platform::Document>& document);
   void tellAboutKeptCopies();
 
-  platform::Services& services_;
   platform::DocumentController& controller_;
+  platform::RunLoop& runLoop_;
+  platform::Alerts& alerts_;
   QStringList batchArray_;
   int closing_ = 0;  // documents that wait to be closed
   QStringList keptCopies_;

@@ -7,12 +7,12 @@
 #include <utility>
 
 #include "platform/controls/Alert.h"
+#include "base/Result.h"
 #include "base/log/AssertionFailure.h"
 #include "platform/documents/DocumentController.h"
 #include "platform/text/Localization.h"
 #include "base/log/Log.h"
 #include "platform/runloop/RunLoop.h"
-#include "platform/Services.h"
 #include "velmora/document/VelmoraDocument.h"
 #include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
@@ -56,12 +56,13 @@ platform::Notification withItsKeysOnly(const platform::Notification& notificatio
   return request;
 }
 
-/// What is wrong with the lengths in a request; null when nothing is.
-QString whyUnreasonable(const platform::Notification& request) {
+/// Refuses texts of absurd length.
+base::Result<> checkLengths(const platform::Notification& request) {
   for (const QString& key : {link::Identifier, link::Name}) {
     if (request.userInfo.value(key).toString().size() <= LongestText) continue;
-    return QStringLiteral("VelmoraAppController: a study was chosen whose %1 is longer than any patient's")
-        .arg(key);
+    return base::Failure{
+        QStringLiteral("VelmoraAppController: a study was chosen whose %1 is longer than any patient's")
+            .arg(key)};
   }
   return {};
 }
@@ -81,9 +82,6 @@ QDateTime dateOf(const platform::Notification& notification, const QString& key)
 
 }  // namespace
 
-LinkReceiver::LinkReceiver(platform::Services& services, platform::DocumentController& controller)
-    : services_(services), controller_(controller) {}
-
 VelmoraDocument* LinkReceiver::frontDocument() const {
   const auto& ordered = controller_.orderedDocuments();
   return ordered.isEmpty() ? nullptr : dynamic_cast<VelmoraDocument*>(ordered.first());
@@ -92,13 +90,14 @@ VelmoraDocument* LinkReceiver::frontDocument() const {
 void LinkReceiver::notifiedOfLinkFromOsirix(const platform::Notification& notification) {
   const platform::Notification request = withItsKeysOnly(notification);
   const qsizetype bytes = bytesOf(request.userInfo);
-  QString why = whyUnreasonable(request);
-  if (why.isNull() && bytes > LongestRequest) {
-    why = QStringLiteral("VelmoraAppController: a study was chosen whose details are far too long");
+  const base::Result<> lengths = checkLengths(request);
+  if (!lengths.ok()) return base::logLine(lengths.error());
+  if (bytes > LongestRequest) {
+    return base::logLine(
+        QStringLiteral("VelmoraAppController: a study was chosen whose details are far too long"));
   }
-  if (!why.isNull()) return base::logLine(why);
   if (!mayWait(bytes)) return;
-  services_.runLoop.performOnMainThread(this, [this, request, bytes] {
+  runLoop_.performOnMainThread(this, [this, request, bytes] {
     hasWaited(bytes);
     doLinkFromOsirix(request);
   });
@@ -126,15 +125,15 @@ void LinkReceiver::hasWaited(qsizetype bytes) {
 }
 
 void LinkReceiver::doLinkFromOsirix(const platform::Notification& notification) {
-  const QString why = whyUnreasonable(notification);
-  if (!why.isNull()) throw std::length_error(why.toStdString());
+  const base::Result<> lengths = checkLengths(notification);
+  if (!lengths.ok()) throw std::length_error(lengths.error().toStdString());
   const QString identifier = identifierOf(notification);
   VelmoraDocument* target = frontDocument();
   if (!target) throw std::out_of_range("VelmoraAppController: a study was chosen, but no document is open");
 
   if (target->lookUp(identifier, false)) {
-    services_.runLoop.performAfterDelay(this, NewRecordDelay,
-                                        [this, notification] { deferredNewRecord(notification); });
+    runLoop_.performAfterDelay(this, NewRecordDelay,
+                               [this, notification] { deferredNewRecord(notification); });
     return;
   }
   target->abandonEditing();
@@ -163,11 +162,10 @@ void LinkReceiver::deferredNewRecord(const platform::Notification& notification)
     return base::logLine(QStringLiteral("The record of a chosen study is not open: nothing was added"));
   const QString why = target->whyNotTheRecordOf(identifier);
   if (!why.isNull()) {
-    services_.alerts.runModal(
-        {platform::formatted(
-             platform::localizedString("VelmoraAppController", "No examination was added to '%@'"),
-             {target->displayName()}),
-         platform::localizedString("OrvVersion", "OK"), QString(), QString(), why});
+    alerts_.runModal({platform::formatted(platform::localizedString("VelmoraAppController",
+                                                                    "No examination was added to '%@'"),
+                                          {target->displayName()}),
+                      platform::localizedString("OrvVersion", "OK"), QString(), QString(), why});
     return;
   }
   if (target != frontDocument()) target->showWindows();

@@ -9,8 +9,9 @@
 class VelmoraDocument;
 
 namespace velmora::platform {
+class Alerts;
 class DocumentController;
-struct Services;
+class RunLoop;
 }  // namespace velmora::platform
 
 namespace velmora {
@@ -20,7 +21,8 @@ namespace velmora {
 /// examination.
 class LinkReceiver : public QObject {
  public:
-  LinkReceiver(platform::Services& services, platform::DocumentController& controller);
+  LinkReceiver(platform::DocumentController& controller, platform::RunLoop& runLoop, platform::Alerts& alerts)
+      : controller_(controller), runLoop_(runLoop), alerts_(alerts) {}
 
   /// The observer of link requests. May be called on any thread: it only hands over to the main thread, and
   /// of the request only what is its own. Requests wait as long as the program asks a question; one of absurd
@@ -47,8 +49,9 @@ class LinkReceiver : public QObject {
   VelmoraDocument* frontDocument() const;
   VelmoraDocument* recordOf(const QString& identifier) const;
 
-  platform::Services& services_;
   platform::DocumentController& controller_;
+  platform::RunLoop& runLoop_;
+  platform::Alerts& alerts_;
   std::mutex mutex_;  // over what follows
   int waiting_ = 0;
   qsizetype bytesWaiting_ = 0;

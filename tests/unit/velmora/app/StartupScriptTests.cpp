@@ -44,7 +44,7 @@ class StartupScript : public testing::Test {
   QStringList said;  // statuses and log lines, as they come
   testkit::LogRecorder log;
   std::unique_ptr<velmora::StartupScript> startupScript = std::make_unique<velmora::StartupScript>(
-      desktop.services, [this](const QString& status) { said.append(status); });
+      desktop.scripts, desktop.defaults, [this](const QString& status) { said.append(status); });
 };
 
 /// A document with a change, which keeps that it was asked about it.
@@ -116,7 +116,7 @@ class StartupScriptOfTheShell : public testing::Test {
                               desktop.web,
                               nullptr};
   AboutController about{services};
-  velmora::StartupScript startupScript{services,
+  velmora::StartupScript startupScript{services.scripts, services.defaults,
                                        [this](const QString& text) { about.showStatusString(text); }};
 };
 
