@@ -2,7 +2,7 @@
 #
 # How targets are made here. One target a folder, one library a storey; a folder's list says whom it may know.
 
-set(VELMORA_ROOT ${CMAKE_CURRENT_LIST_DIR}/..)
+cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH VELMORA_ROOT)
 include(${CMAKE_CURRENT_LIST_DIR}/DesktopIntegration.cmake)
 
 # What every target of ours is compiled with.
@@ -18,6 +18,10 @@ target_compile_options(
             # 12.2's optimiser warns about its own std::string and std::vector code
             -Wno-restrict)
 target_compile_definitions(velmora_options INTERFACE QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
+# What is not marked VELMORA_EXPORT is private to its library; the tests look inside.
+if(NOT VELMORA_TESTS)
+  target_compile_options(velmora_options INTERFACE -fvisibility=hidden -fvisibility-inlines-hidden)
+endif()
 if(VELMORA_SANITIZE)
   target_compile_options(velmora_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
                                                    -fno-omit-frame-pointer)

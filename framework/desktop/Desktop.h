@@ -4,6 +4,7 @@
 #include <QString>
 #include <memory>
 
+#include "base/Export.h"
 #include "platform/Services.h"
 
 namespace velmora::desktop {
@@ -17,7 +18,7 @@ namespace velmora::desktop {
 ///       ...  // a document controller made with desktop.services()
 ///       return desktop.run(controller);
 ///     }
-class Desktop {
+class VELMORA_EXPORT Desktop {
  public:
   /// `name` is the program's name: its bundle stands in ../share/<name> beside the folder of the program.
   explicit Desktop(const QString& name);

@@ -3,11 +3,13 @@
 
 #include <QStringList>
 
+#include "base/Export.h"
+
 namespace velmora::testkit {
 
 /// While one lives it keeps the log lines of the process, from any thread, in order, instead of letting them
 /// out.
-class LogRecorder {
+class VELMORA_EXPORT LogRecorder {
  public:
   LogRecorder();
   ~LogRecorder();

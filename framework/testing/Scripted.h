@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 
+#include "base/Export.h"
 #include "platform/controls/Alert.h"
 #include "platform/documents/Application.h"
 #include "platform/controls/Feedback.h"
@@ -23,11 +24,11 @@ namespace velmora::testkit {
 /// Told of every broken expectation. A test program sets this to its framework's failure function; without it
 /// the failure ends the process.
 using FailureHandler = std::function<void(const QString&)>;
-void setFailureHandler(FailureHandler handler);
-void reportFailure(const QString& what);
+VELMORA_EXPORT void setFailureHandler(FailureHandler handler);
+VELMORA_EXPORT void reportFailure(const QString& what);
 
 /// Answers alerts from a list. Each entry says which alert must come, word for word.
-class ScriptedAlerts : public platform::Alerts {
+class VELMORA_EXPORT ScriptedAlerts : public platform::Alerts {
  public:
   explicit ScriptedAlerts(platform::RunLoop& runLoop) : runLoop_(runLoop) {}
   /// Fails the test if an expected alert never came or a sheet was left unanswered.
@@ -67,7 +68,7 @@ class ScriptedAlerts : public platform::Alerts {
 };
 
 /// Answers panels from a list: a chosen location, or an empty one for Cancel.
-class ScriptedPanels : public platform::Panels {
+class VELMORA_EXPORT ScriptedPanels : public platform::Panels {
  public:
   ~ScriptedPanels() override;
   /// `directoryURL` is where the panel is when it closes; none leaves it where it started.
@@ -93,7 +94,7 @@ class ScriptedPanels : public platform::Panels {
 };
 
 /// Settings that live in memory.
-class MemoryUserDefaults : public platform::UserDefaults {
+class VELMORA_EXPORT MemoryUserDefaults : public platform::UserDefaults {
  public:
   /// What has been stored, registered defaults not included.
   const QVariantMap& stored() const { return values_; }
@@ -107,7 +108,7 @@ class MemoryUserDefaults : public platform::UserDefaults {
 };
 
 /// A distributed centre without other processes: keeps what is posted, delivers what the test says.
-class RecordingDistributedCenter : public platform::DistributedNotificationCenter {
+class VELMORA_EXPORT RecordingDistributedCenter : public platform::DistributedNotificationCenter {
  public:
   struct Posted {
     double time;
@@ -140,7 +141,7 @@ class RecordingDistributedCenter : public platform::DistributedNotificationCente
   QList<Posted> posted_;
 };
 
-class RecordingWorkspace : public platform::Workspace {
+class VELMORA_EXPORT RecordingWorkspace : public platform::Workspace {
  public:
   QList<QUrl> opened;
   QStringList revealed;
@@ -160,7 +161,7 @@ class RecordingWorkspace : public platform::Workspace {
   }
 };
 
-class RecordingPrinter : public platform::Printer {
+class VELMORA_EXPORT RecordingPrinter : public platform::Printer {
  public:
   struct Job {
     QString title;
@@ -183,7 +184,7 @@ class RecordingPrinter : public platform::Printer {
   bool hasPrinter() const override { return available; }
 };
 
-class RecordingFeedback : public platform::Feedback {
+class VELMORA_EXPORT RecordingFeedback : public platform::Feedback {
  public:
   int beeps = 0;
   QList<QPoint> poofs;
@@ -191,7 +192,7 @@ class RecordingFeedback : public platform::Feedback {
   void showPoof(const QPoint& screenPoint) override { poofs.append(screenPoint); }
 };
 
-class RecordingApplication : public platform::Application {
+class VELMORA_EXPORT RecordingApplication : public platform::Application {
  public:
   int stops = 0;
   int helps = 0;

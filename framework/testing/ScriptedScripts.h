@@ -5,13 +5,14 @@
 #include <QStringList>
 #include <functional>
 
+#include "base/Export.h"
 #include "platform/scripts/Script.h"
 
 namespace velmora::testkit {
 
 /// A script runner whose scripts do what the test says. A source that the test says nothing about compiles,
 /// has no better form, and ends well.
-class ScriptedScripts : public platform::Scripts {
+class VELMORA_EXPORT ScriptedScripts : public platform::Scripts {
  public:
   struct Behaviour {
     bool refused = false;                               ///< no script is made from it

@@ -5,13 +5,14 @@
 #include <QPointer>
 #include <deque>
 
+#include "base/Export.h"
 #include "platform/runloop/RunLoop.h"
 #include "platform/workspace/Web.h"
 
 namespace velmora::testkit {
 
 /// A web whose pages the test writes. A page that was asked for answers when the test says so.
-class ScriptedWeb : public platform::Web {
+class VELMORA_EXPORT ScriptedWeb : public platform::Web {
  public:
   struct Request {
     QUrl url;

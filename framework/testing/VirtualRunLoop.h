@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
+#include "base/Export.h"
 #include "platform/runloop/RunLoop.h"
 
 namespace velmora::testkit {
 
 /// A run loop whose time passes only when a test says so.
-class VirtualRunLoop : public platform::RunLoop {
+class VELMORA_EXPORT VirtualRunLoop : public platform::RunLoop {
  public:
   /// Starts at 2024-05-02 10:00, local time.
   VirtualRunLoop();

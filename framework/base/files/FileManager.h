@@ -8,12 +8,13 @@
 #include <chrono>
 #include <functional>
 
+#include "base/Export.h"
 #include "base/Result.h"
 
 namespace velmora::base {
 
 /// The files of this machine. Virtual so that a test can make one operation fail.
-class FileManager {
+class VELMORA_EXPORT FileManager {
  public:
   virtual ~FileManager() = default;
 
@@ -78,14 +79,14 @@ class FileManager {
 };
 
 /// "~" and "~/…" with the home folder in place of the tilde; a slash at the end is dropped.
-QString expandingTildeInPath(const QString& path);
+VELMORA_EXPORT QString expandingTildeInPath(const QString& path);
 /// The home folder at the beginning replaced by "~".
-QString abbreviatingWithTildeInPath(const QString& path);
+VELMORA_EXPORT QString abbreviatingWithTildeInPath(const QString& path);
 /// What follows the last dot of the last component; empty for ".name" and for a name without a dot.
-QString pathExtension(const QString& path);
+VELMORA_EXPORT QString pathExtension(const QString& path);
 /// The path without that extension and its dot.
-QString deletingPathExtension(const QString& path);
+VELMORA_EXPORT QString deletingPathExtension(const QString& path);
 /// The path, a dot and the extension; the path alone when there is no extension.
-QString appendingPathExtension(const QString& path, const QString& extension);
+VELMORA_EXPORT QString appendingPathExtension(const QString& path, const QString& extension);
 
 }  // namespace velmora::base

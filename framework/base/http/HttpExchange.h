@@ -15,10 +15,12 @@
 #include <memory>
 #include <optional>
 
+#include "base/Export.h"
+
 namespace velmora::base {
 
 /// How an exchange ended, and what came of it.
-struct HttpAnswer {
+struct VELMORA_EXPORT HttpAnswer {
   enum class End {
     Finished,  ///< the server answered, or `error` says why it did not
     TooLarge,  ///< the body is larger than was allowed
@@ -44,7 +46,7 @@ struct HttpAnswer {
 ///
 /// Memory is bounded for the body, not for what comes before it: Qt reads a head that never ends for as long
 /// as it comes in, at about 2 MB a second and even after the request was given up (6.4.2).
-class HttpExchange : public QObject {
+class VELMORA_EXPORT HttpExchange : public QObject {
  public:
   struct Limits {
     qint64 bytes;                          ///< of the answer's body

@@ -4,11 +4,13 @@
 #include <QString>
 #include <stdexcept>
 
+#include "base/Export.h"
+
 namespace velmora::base {
 
 /// Thrown where a value that must exist does not. The message says what was found ("Value==nil"), the source
 /// file names the class that insisted, by its base name ("VelmoraDocument").
-class AssertionFailure : public std::runtime_error {
+class VELMORA_EXPORT AssertionFailure : public std::runtime_error {
  public:
   AssertionFailure(const QString& message, const QString& sourceFile)
       : std::runtime_error((sourceFile + QStringLiteral(": ") + message).toStdString()),

@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "base/Export.h"
+
 namespace velmora::base {
 
 /// Ends a program in good order on a signal: SIGTERM (the end of a session, a shutdown, kill), SIGHUP (the
@@ -15,7 +17,7 @@ namespace velmora::base {
 /// While a handler lives, the first of its signals calls `end` from the event loop of the thread that created
 /// the handler, nested loops included. Further signals are ignored, unless one of them is to end the process.
 /// A process has one handler at a time.
-class SignalHandler {
+class VELMORA_EXPORT SignalHandler {
  public:
   struct Signal {
     int number;

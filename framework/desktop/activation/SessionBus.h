@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
+#include "base/Export.h"
+
 namespace velmora::desktop {
 
 /// Keeps a session bus that accepts and does not answer from holding up the program. Called once, first thing
@@ -14,6 +16,6 @@ namespace velmora::desktop {
 /// the main thread and without a limit of its own. So the bus is asked for a greeting before, for two seconds
 /// at most. If there is none, Qt does without a session bus for as long as the program runs. The link to the
 /// viewer, which waits for nobody, goes on looking for the bus and finds it when it wakes.
-void prepareSessionBus();
+VELMORA_EXPORT void prepareSessionBus();
 
 }  // namespace velmora::desktop

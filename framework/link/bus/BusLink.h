@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 
+#include "base/Export.h"
 #include "link/bus/BusProbe.h"
 #include "link/wire/WireForm.h"
 
@@ -29,7 +30,7 @@ class BusReceiver;
 /// While there is no session bus, at the start or later, it is looked for again and again, at growing
 /// distances (retryAfter). What was subscribed to is asked for anew when it is back; what is posted meanwhile
 /// is lost. One log line says that the bus is not there, one that it is back.
-class BusLink {
+class VELMORA_EXPORT BusLink {
  public:
   /// Both are called on the link's thread, must be quick and must not throw.
   using Received = std::function<void(const Message&)>;

@@ -4,21 +4,22 @@
 #include <QString>
 #include <chrono>
 
+#include "base/Export.h"
 #include "base/Result.h"
 
 namespace velmora::link {
 
 /// Where the session bus of this user is: DBUS_SESSION_BUS_ADDRESS or, without it, the socket "bus" in the
 /// user's runtime folder. Empty when neither is there.
-QString sessionBusAddress();
+VELMORA_EXPORT QString sessionBusAddress();
 
 /// The address without what names one run of the bus (its "guid"): a bus that was started anew is found
 /// again.
-QString lastingAddress(const QString& address);
+VELMORA_EXPORT QString lastingAddress(const QString& address);
 
 /// Finds out whether a bus accepts connections before the bus library connects to it: the library waits half
 /// a minute and longer for a bus that does not answer, and cannot be interrupted.
-class BusProbe {
+class VELMORA_EXPORT BusProbe {
  public:
   BusProbe();
   ~BusProbe();

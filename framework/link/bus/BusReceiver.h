@@ -5,11 +5,13 @@
 #include <QObject>
 #include <functional>
 
+#include "base/Export.h"
+
 namespace velmora::link {
 
 /// The object that QtDBus hands arriving signals to, and tells of the end of the connection, on the thread
 /// that the object lives on.
-class BusReceiver : public QObject {
+class VELMORA_EXPORT BusReceiver : public QObject {
   Q_OBJECT
 
  public:

@@ -7,6 +7,7 @@
 #include <QVariant>
 #include <QVariantMap>
 
+#include "base/Export.h"
 #include "base/Result.h"
 
 namespace velmora::link {
@@ -31,21 +32,21 @@ struct ChartExport {
 };
 
 /// The payload of the link reply.
-QVariantMap replyPayload(const ChartExport& chart);
+VELMORA_EXPORT QVariantMap replyPayload(const ChartExport& chart);
 /// What is not as it should be in the payload of a reply that came, in words for the user; empty when all is.
-QString complaintsAbout(const QVariantMap& reply);
+VELMORA_EXPORT QString complaintsAbout(const QVariantMap& reply);
 /// The chart of a reply that came; no bytes when there is none.
-QByteArray jpegOf(const QVariantMap& reply);
+VELMORA_EXPORT QByteArray jpegOf(const QVariantMap& reply);
 /// Whether bytes begin as every JPEG file does: with the start-of-image marker (ITU-T T.81, B.1.1.3) and the
 /// first byte of the next one.
-bool mayBeJpeg(const QByteArray& bytes);
+VELMORA_EXPORT bool mayBeJpeg(const QByteArray& bytes);
 
 /// The payload of the link request for a study: strings stay, dates written "YYYY-MM-DD" become points in
 /// time, the study's identifier is any value and goes as it is. The patient's identifier is required; an
 /// unknown key is an error, since it is most likely a known one mistyped.
-base::Result<QVariantMap> requestPayload(const QVariantMap& study);
+VELMORA_EXPORT base::Result<QVariantMap> requestPayload(const QVariantMap& study);
 
 /// The identifier as it names the patient's data file: every "/" is "-".
-QString fileNameIdentifier(const QString& identifier);
+VELMORA_EXPORT QString fileNameIdentifier(const QString& identifier);
 
 }  // namespace velmora::link

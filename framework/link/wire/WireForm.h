@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include "base/Export.h"
 #include "base/Result.h"
 
 /// A distributed notification as a signal on the session bus.
@@ -49,17 +50,17 @@ struct Outgoing {
   QStringList dropped;  ///< what was left out of the details, and why; some of it when it was very much
 };
 /// Fails when it must not be sent at all.
-base::Result<Outgoing> toBus(const Message& message);
+VELMORA_EXPORT base::Result<Outgoing> toBus(const Message& message);
 
 /// A notification taken from the bus.
 struct Incoming {
   Message message;
   QStringList dropped;  ///< as above
 };
-base::Result<Incoming> fromBus(const QDBusMessage& signal);
+VELMORA_EXPORT base::Result<Incoming> fromBus(const QDBusMessage& signal);
 
 /// Whether the bus can select signals by this name or object: its match rules hold no apostrophe, and no
 /// string on the bus holds a NUL.
-bool canBeMatched(const QString& text);
+VELMORA_EXPORT bool canBeMatched(const QString& text);
 
 }  // namespace velmora::link

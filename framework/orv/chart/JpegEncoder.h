@@ -4,6 +4,8 @@
 #include <QByteArray>
 #include <QImage>
 
+#include "base/Export.h"
+
 namespace velmora::orv {
 
 /// The picture as a baseline JPEG file with full colour resolution (4:4:4), over white where it is
@@ -11,6 +13,6 @@ namespace velmora::orv {
 ///
 /// Not Qt's own writer: that one halves the colour resolution even at the highest quality, which smears thin
 /// coloured curves, and turns what is transparent black.
-QByteArray encodeJpeg(const QImage& image, int quality);
+VELMORA_EXPORT QByteArray encodeJpeg(const QImage& image, int quality);
 
 }  // namespace velmora::orv

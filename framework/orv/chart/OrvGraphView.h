@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "base/Export.h"
 #include "orv/chart/OrvGraphData.h"
 
 namespace velmora::orv {
@@ -19,7 +20,7 @@ class GraphPlot;
 ///
 /// Whatever numbers it is given, it draws: points that are not finite are left out, and points outside the
 /// axes are marked by a triangle at the nearest place of the frame.
-class OrvGraphView : public QWidget {
+class VELMORA_EXPORT OrvGraphView : public QWidget {
  public:
   explicit OrvGraphView(QWidget* parent = nullptr);
   ~OrvGraphView() override;

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
+#include "base/Export.h"
 #include "orv/documents/OrvDocument.h"
 
 /// A document that can name its own file, and that knows whether it is still the blank one it began as.
-class OrvAutoNameDocument : public OrvDocument {
+class VELMORA_EXPORT OrvAutoNameDocument : public OrvDocument {
  public:
   using OrvDocument::OrvDocument;
 

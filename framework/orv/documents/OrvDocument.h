@@ -3,6 +3,7 @@
 
 #include <QJsonObject>
 
+#include "base/Export.h"
 #include "orv/documents/OrvKeptCopies.h"
 #include "orv/documents/OrvPrivateFolder.h"
 #include "orv/documents/OrvRecordFile.h"
@@ -17,7 +18,7 @@
 /// subclass reads and writes. A file that is damaged, of another application or of a newer version is refused
 /// with the reason. What a save replaces is kept as an earlier version; a save that fails tells the user and
 /// leaves a rescue copy. A kept copy that is opened is a new document with that content.
-class OrvDocument : public velmora::platform::Document {
+class VELMORA_EXPORT OrvDocument : public velmora::platform::Document {
  public:
   explicit OrvDocument(velmora::platform::Services& services);
 

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 
+#include "base/Export.h"
 #include "orv/documents/OrvPrivateFolder.h"
 
 namespace velmora::platform {
@@ -14,7 +15,7 @@ class RunLoop;
 /// Copies of records that are kept so that nothing is lost, outside the save folder and readable by the user
 /// alone: the earlier versions of what a save replaces, and rescue copies of what could not be saved or was
 /// dropped.
-class OrvKeptCopies {
+class VELMORA_EXPORT OrvKeptCopies {
  public:
   /// Copies go below the user's data folder, in a folder named by the application's bundle identifier.
   OrvKeptCopies(velmora::base::FileManager& files, const velmora::platform::RunLoop& clock,

@@ -4,13 +4,15 @@
 #include <QByteArray>
 #include <QString>
 
+#include "base/Export.h"
+
 namespace velmora::base {
 class FileManager;
 }  // namespace velmora::base
 
 /// The application's own folder among the user's data, for the user alone. Its files hold patients' records,
 /// or tell of them.
-class OrvPrivateFolder {
+class VELMORA_EXPORT OrvPrivateFolder {
  public:
   /// The folder is named by the application's bundle identifier.
   OrvPrivateFolder(velmora::base::FileManager& files, const QString& bundleIdentifier);

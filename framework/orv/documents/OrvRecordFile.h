@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QStringList>
 
+#include "base/Export.h"
 #include "base/Result.h"
 
 namespace velmora::base {
@@ -17,7 +18,7 @@ class OrvWrittenFolders;
 ///
 /// It remembers what was last read from the file or written there. So a save tells the user's own earlier
 /// version from a record that somebody else has put in its place, and keeps a copy of what it replaces.
-class OrvRecordFile {
+class VELMORA_EXPORT OrvRecordFile {
  public:
   OrvRecordFile(velmora::base::FileManager& files, OrvKeptCopies& copies, OrvWrittenFolders& writtenFolders)
       : files_(files), copies_(copies), writtenFolders_(writtenFolders) {}

@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include "base/Export.h"
 #include "platform/documents/Document.h"
 
 namespace velmora::platform {
@@ -16,7 +17,7 @@ class OrvWrittenFolders;
 
 /// Finds another place for a record's content that cannot be saved, or that is about to be dropped: a rescue
 /// copy or, where none can be made, a file that the user names. Tells the user what became of it.
-class OrvRescue {
+class VELMORA_EXPORT OrvRescue {
  public:
   OrvRescue(velmora::platform::Alerts& alerts, velmora::platform::Panels& panels, OrvKeptCopies& copies,
             OrvWrittenFolders& writtenFolders)

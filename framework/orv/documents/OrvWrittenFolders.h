@@ -3,12 +3,13 @@
 
 #include <QStringList>
 
+#include "base/Export.h"
 #include "base/files/FileManager.h"
 #include "orv/documents/OrvPrivateFolder.h"
 
 /// The folders in which files have been saved, also those that were only chosen in a panel once: what a save
 /// that was cut off has left in one of them is looked for at the next start.
-class OrvWrittenFolders {
+class VELMORA_EXPORT OrvWrittenFolders {
  public:
   /// The list stands in the application's private folder.
   OrvWrittenFolders(velmora::base::FileManager& files, const QString& bundleIdentifier);

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QString>
 
+#include "base/Export.h"
 #include "base/Result.h"
 
 namespace velmora::platform {
@@ -16,7 +17,7 @@ struct AppcastItem;
 
 /// What is known of the application's version, and whether there is a newer one. One object serves the
 /// application; its owner hands it out.
-class OrvVersion : public QObject {
+class VELMORA_EXPORT OrvVersion : public QObject {
  public:
   explicit OrvVersion(velmora::platform::Services& services) : services_(services) {}
 

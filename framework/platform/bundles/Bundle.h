@@ -4,10 +4,12 @@
 #include <QString>
 #include <QVariantMap>
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 
 /// An application or plugin on the disk: its information dictionary and its resources.
-class Bundle {
+class VELMORA_EXPORT Bundle {
  public:
   Bundle() = default;
   Bundle(QVariantMap infoDictionary, QString resourcePath)

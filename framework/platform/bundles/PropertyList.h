@@ -5,6 +5,7 @@
 #include <QString>
 #include <QVariant>
 
+#include "base/Export.h"
 #include "platform/bundles/Bundle.h"
 
 namespace velmora::platform {
@@ -12,11 +13,11 @@ namespace velmora::platform {
 /// The value that a property list, XML or binary, holds; invalid when it is none, or damaged anywhere.
 /// Dictionaries are QVariantMap, arrays QVariantList, strings QString, integers qint64, dates QDateTime, data
 /// QByteArray.
-QVariant propertyListFromData(const QByteArray& data);
+VELMORA_EXPORT QVariant propertyListFromData(const QByteArray& data);
 
 /// The bundle at `folder`: its information dictionary is Info.plist there, its resources stand beside it; or,
 /// as in the bundles of the viewer, they are Contents/Info.plist and Contents/Resources. An empty dictionary,
 /// with a log line, when there is none that can be read.
-Bundle bundleWithPath(const QString& folder);
+VELMORA_EXPORT Bundle bundleWithPath(const QString& folder);
 
 }  // namespace velmora::platform

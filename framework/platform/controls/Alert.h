@@ -5,6 +5,8 @@
 #include <QString>
 #include <functional>
 
+#include "base/Export.h"
+
 class QWidget;
 
 namespace velmora::platform {
@@ -31,7 +33,7 @@ enum AlertReturn : int {
 };
 
 /// Shows alerts.
-class Alerts {
+class VELMORA_EXPORT Alerts {
  public:
   using DidEnd = std::function<void(int returnCode)>;
 

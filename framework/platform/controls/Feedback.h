@@ -3,10 +3,12 @@
 
 #include <QPoint>
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 
 /// Sounds and animations by which the desktop answers without words.
-class Feedback {
+class VELMORA_EXPORT Feedback {
  public:
   virtual ~Feedback() = default;
   /// Plays the system beep: what was asked cannot be done.

@@ -7,13 +7,15 @@
 #include <functional>
 #include <memory>
 
+#include "base/Export.h"
+
 class QWidget;
 
 namespace velmora::platform {
 
 /// Finds and loads the interface files (Qt Designer's .ui) by name: the application's own first, then the
 /// framework's.
-class InterfaceFiles {
+class VELMORA_EXPORT InterfaceFiles {
  public:
   using WidgetFactory = std::function<QWidget*(QWidget* parent)>;
 

@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QUrl>
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 
 /// The panel in which the user chooses files or folders to open.
@@ -33,7 +35,7 @@ struct SavePanel {
 enum PanelReturn : int { PanelCancelButton = 0, PanelOKButton = 1 };
 
 /// Runs the panels application-modally and fills in what was chosen.
-class Panels {
+class VELMORA_EXPORT Panels {
  public:
   virtual ~Panels() = default;
   virtual int runModal(OpenPanel& panel) = 0;

@@ -5,10 +5,12 @@
 #include <QObject>
 #include <functional>
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 
 /// Is told when the user begins and ends editing a text field.
-class TextFieldDelegate {
+class VELMORA_EXPORT TextFieldDelegate {
  public:
   virtual ~TextFieldDelegate() = default;
   /// Asked when the user enters the field; false keeps it as it is and gives the keyboard back to the window.
@@ -24,7 +26,7 @@ class TextFieldDelegate {
 /// is pressed; a change after Return begins anew, whatever makes it (keys, paste, a drop, undo), and is taken
 /// back when it is refused. A window that merely loses or regains the keyboard, or a menu that opens, neither
 /// begins nor ends an edit.
-class TextFieldEditing : public QObject {
+class VELMORA_EXPORT TextFieldEditing : public QObject {
  public:
   /// Brings what was typed into its proper form at the end of an edit, or gives a null string for text that
   /// has none: such a text stays, and is marked, with `complaint` as the tool tip, for as long as it stands

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 
 /// The running program.
-class Application {
+class VELMORA_EXPORT Application {
  public:
   virtual ~Application() = default;
   /// Ends the main loop after the current event. Questions have been asked before this is called.

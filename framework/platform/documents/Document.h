@@ -11,6 +11,7 @@
 #include <optional>
 #include <vector>
 
+#include "base/Export.h"
 #include "base/files/FileManager.h"
 
 class QWidget;
@@ -36,7 +37,7 @@ enum class SaveOutcome {
 /// The document controller owns it. close() detaches it at once and destroys it after the current event,
 /// because documents close themselves in the middle of their own operations: nobody keeps a plain pointer to
 /// one across an alert or a delay.
-class Document : public QObject {
+class VELMORA_EXPORT Document : public QObject {
  public:
   using DidSave = std::function<void(Document*, bool didSave)>;
   using ShouldClose = std::function<void(Document*, bool shouldClose)>;

@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/Export.h"
 #include "platform/documents/Document.h"
 
 namespace velmora::platform {
@@ -17,7 +18,7 @@ struct OpenPanel;
 
 /// Makes, opens, orders and closes the documents of the application, and is the application's delegate: what
 /// happens at start and end is overridden in a subclass.
-class DocumentController : public QObject {
+class VELMORA_EXPORT DocumentController : public QObject {
  public:
   using DocumentFactory = std::function<std::unique_ptr<Document>()>;
   using DidCloseAll = std::function<void(bool didCloseAll)>;

@@ -6,6 +6,8 @@
 #include <QString>
 #include <memory>
 
+#include "base/Export.h"
+
 class QWidget;
 
 namespace velmora::platform {
@@ -20,7 +22,7 @@ struct MouseEvent {
 };
 
 /// Owns one window, loaded from an interface file when it is first needed. Closing the window only hides it.
-class WindowController : public QObject {
+class VELMORA_EXPORT WindowController : public QObject {
  public:
   WindowController(Services& services, QString windowNibName);
   ~WindowController() override;
@@ -67,6 +69,7 @@ class WindowController : public QObject {
 }  // namespace velmora::platform
 
 #include <QWidget>
+
 
 template <typename Widget>
 Widget* velmora::platform::WindowController::outlet(const QString& objectName) {

@@ -11,6 +11,8 @@
 #include <optional>
 #include <vector>
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 
 /// What an observer is told: the name, the object it is about, and a dictionary of details.
@@ -22,7 +24,7 @@ struct Notification {
 
 /// Notifications within the process, on the main thread. Delivery is synchronous inside the post, in the
 /// order of registration, once for each registration: who registers twice is called twice.
-class NotificationCenter {
+class VELMORA_EXPORT NotificationCenter {
  public:
   using Handler = std::function<void(const Notification&)>;
 
@@ -48,7 +50,7 @@ class NotificationCenter {
 /// and a dictionary of property-list values: QString, bool, integers (as qint64), double, QByteArray,
 /// QDateTime, lists and string-keyed dictionaries of these. An observer hears only the exact name and object
 /// it asked for.
-class DistributedNotificationCenter {
+class VELMORA_EXPORT DistributedNotificationCenter {
  public:
   using Handler = std::function<void(const Notification&)>;
 

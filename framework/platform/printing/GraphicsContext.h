@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 
 /// Tells drawing code what it draws for. A window is drawn for the screen, except while it is grabbed for an
 /// image or printed; marks that belong to the screen alone (the highlight of the current examination) ask
 /// here.
-class GraphicsContext {
+class VELMORA_EXPORT GraphicsContext {
  public:
   bool currentContextDrawingToScreen() const { return offScreen_ == 0; }
 

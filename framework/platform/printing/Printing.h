@@ -5,6 +5,7 @@
 #include <QString>
 #include <QVariantMap>
 
+#include "base/Export.h"
 #include "base/Result.h"
 
 class QWidget;
@@ -25,7 +26,7 @@ struct PrintInfo {
 };
 
 /// Puts a view on paper, or into a PDF file.
-class Printer {
+class VELMORA_EXPORT Printer {
  public:
   virtual ~Printer() = default;
 

@@ -11,6 +11,8 @@
 #include <mutex>
 #include <optional>
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 
 /// The main thread's timed calls and hand-offs, and the clock that goes with them.
@@ -18,7 +20,7 @@ namespace velmora::platform {
 /// Calls that fall due together run in the order in which they were made. A call with delay zero runs after
 /// the current event, never within it. A call whose owner is gone is dropped. While an application-modal
 /// alert or panel is open nothing runs: what falls due waits until it closes, and then runs in order.
-class RunLoop {
+class VELMORA_EXPORT RunLoop {
  public:
   using Call = std::function<void()>;
 

@@ -6,6 +6,8 @@
 #include <memory>
 #include <optional>
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 
 /// A stretch of a text, in UTF-16 code units as QString counts them.
@@ -36,7 +38,7 @@ struct ScriptText {
 };
 
 /// A script of the user's.
-class Script {
+class VELMORA_EXPORT Script {
  public:
   virtual ~Script() = default;
 
@@ -51,7 +53,7 @@ class Script {
 };
 
 /// Makes scripts from their source.
-class Scripts {
+class VELMORA_EXPORT Scripts {
  public:
   virtual ~Scripts() = default;
   /// None when the text cannot be a script at all.

@@ -5,12 +5,14 @@
 #include <QString>
 #include <QVariantMap>
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 
 /// The user's settings: string keys, typed values. Beneath the stored values lies a registration domain of
 /// defaults that lives in memory only; a stored value overrides it. Nothing is cached: every read asks the
 /// store.
-class UserDefaults {
+class VELMORA_EXPORT UserDefaults {
  public:
   virtual ~UserDefaults() = default;
 
@@ -42,6 +44,6 @@ class UserDefaults {
 };
 
 /// The platform's "never": 0001-01-01T00:00:00Z.
-QDateTime distantPast();
+VELMORA_EXPORT QDateTime distantPast();
 
 }  // namespace velmora::platform

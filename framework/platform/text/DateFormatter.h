@@ -6,6 +6,7 @@
 #include <QLocale>
 #include <QString>
 
+#include "base/Export.h"
 #include "base/CalendarDay.h"
 
 namespace velmora::platform {
@@ -15,7 +16,7 @@ namespace velmora::platform {
 /// The short date style always has the year in four digits, for showing and for parsing alike: these are
 /// birth dates, and a two-digit year would be read a century off. When two digits are typed they mean the
 /// year from 80 years back to 20 years ahead of the `today` given with the text.
-class DateFormatter {
+class VELMORA_EXPORT DateFormatter {
  public:
   enum class Style { None, Short };
 

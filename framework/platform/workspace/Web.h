@@ -7,6 +7,7 @@
 #include <QUrl>
 #include <functional>
 
+#include "base/Export.h"
 #include "base/Result.h"
 
 namespace velmora::platform {
@@ -15,7 +16,7 @@ namespace velmora::platform {
 using WebAnswer = base::Result<QByteArray>;
 
 /// Gets pages from the web, without keeping anybody waiting.
-class Web {
+class VELMORA_EXPORT Web {
  public:
   using DidLoad = std::function<void(const WebAnswer&)>;
 

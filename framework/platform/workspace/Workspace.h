@@ -4,10 +4,12 @@
 #include <QString>
 #include <QUrl>
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 
 /// The desktop around the application.
-class Workspace {
+class VELMORA_EXPORT Workspace {
  public:
   virtual ~Workspace() = default;
 

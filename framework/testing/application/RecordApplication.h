@@ -4,6 +4,7 @@
 #include <QLocale>
 #include <optional>
 
+#include "base/Export.h"
 #include "testing/TestServices.h"
 #include "testing/files/TemporaryHome.h"
 #include "testing/application/RecordingDocument.h"
@@ -14,7 +15,7 @@
 namespace velmora::testkit {
 
 /// The delegate between a document and its controller, which keeps what the document says.
-class RecordingDelegate : public VelmoraApplicationDelegate {
+class VELMORA_EXPORT RecordingDelegate : public VelmoraApplicationDelegate {
  public:
   VelmoraAppController* controller = nullptr;
   QStringList asked;
@@ -29,7 +30,7 @@ class RecordingDelegate : public VelmoraApplicationDelegate {
 /// An application of the family, "Recorder", on a desktop of stand-ins and with a home folder of its own. Its
 /// documents are RecordingDocuments, its data files end in ".rec", and dates look like 31/12/2024. The
 /// controller has been woken (awakeFromNib), not launched.
-class RecordApplication {
+class VELMORA_EXPORT RecordApplication {
  public:
   static QVariantMap informationOf(const QString& bundleIdentifier);
 
@@ -84,9 +85,9 @@ class RecordApplication {
 };
 
 /// The identifier, name and dates of a study that a request tells of.
-QVariantMap study(const QString& identifier);
+VELMORA_EXPORT QVariantMap study(const QString& identifier);
 
 /// The notice that a record was closed with unsaved changes, for a copy that is made now.
-platform::Alert closedWithChanges(RecordApplication& application, const QString& name);
+VELMORA_EXPORT platform::Alert closedWithChanges(RecordApplication& application, const QString& name);
 
 }  // namespace velmora::testkit

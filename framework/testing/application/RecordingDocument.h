@@ -3,13 +3,14 @@
 
 #include <QStringList>
 
+#include "base/Export.h"
 #include "velmora/document/VelmoraDocument.h"
 
 namespace velmora::testkit {
 
 /// A document of an application of the family that keeps, in order, what the framework asks of it. An
 /// examination of its record is nothing but its date, as text.
-class RecordingDocument : public VelmoraDocument {
+class VELMORA_EXPORT RecordingDocument : public VelmoraDocument {
  public:
   using VelmoraDocument::VelmoraDocument;
 

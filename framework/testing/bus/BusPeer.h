@@ -6,10 +6,12 @@
 #include <QString>
 #include <QVariantMap>
 
+#include "base/Export.h"
+
 namespace velmora::testkit {
 
 /// Another program on a bus, which sends and calls whatever the test likes.
-class BusPeer {
+class VELMORA_EXPORT BusPeer {
  public:
   explicit BusPeer(const QString& address)
       : name_(QStringLiteral("peer-%1").arg(++last_)), bus(QDBusConnection::connectToBus(address, name_)) {}

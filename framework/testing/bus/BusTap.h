@@ -13,13 +13,14 @@
 #include <stdexcept>
 #include <thread>
 
+#include "base/Export.h"
 #include "testing/bus/PrivateBus.h"
 
 namespace velmora::testkit {
 
 /// Stands between one program and its bus and counts the bytes that the bus sends to the program: what is not
 /// counted here has not woken it.
-class BusTap {
+class VELMORA_EXPORT BusTap {
  public:
   explicit BusTap(const PrivateBus& bus) {
     busPath_ = bus.socketPath();

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <optional>
 
+#include "base/Export.h"
 #include "platform/notifications/NotificationCenter.h"
 
 namespace velmora::testkit {
@@ -16,7 +17,7 @@ namespace velmora::testkit {
 inline constexpr std::chrono::seconds Patience{30};
 
 /// Collects notifications on any thread, for a test to take one after the other.
-class Mailbox {
+class VELMORA_EXPORT Mailbox {
  public:
   platform::DistributedNotificationCenter::Handler handler() {
     return [this](const platform::Notification& notification) { put(notification); };

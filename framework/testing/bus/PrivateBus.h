@@ -6,11 +6,13 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include "base/Export.h"
+
 namespace velmora::testkit {
 
 /// A session bus of a test's own, in a temporary folder; gone with the object. It may go and come back at one
 /// address, as the user's bus does when it is restarted.
-class PrivateBus {
+class VELMORA_EXPORT PrivateBus {
  public:
   enum class Start { Now, Later };
 

@@ -10,13 +10,14 @@
 #include <mutex>
 #include <thread>
 
+#include "base/Export.h"
 #include "testing/bus/RawMessage.h"
 
 namespace velmora::testkit {
 
 /// Something that stands where the session bus should be, and behaves as badly as it is told. To one program
 /// it can send any bytes at all, which a real bus would refuse to pass on.
-class RawBus {
+class VELMORA_EXPORT RawBus {
  public:
   enum class Manner {
     Proper,         ///< greets, and answers every question

@@ -11,12 +11,13 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "base/Export.h"
 #include "testing/bus/RawMessage.h"
 
 namespace velmora::testkit {
 
 /// A program on a real bus that may send any bytes at all.
-class RawClient {
+class VELMORA_EXPORT RawClient {
  public:
   explicit RawClient(const QString& address) : socket_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
     const qsizetype start = address.indexOf(QStringLiteral("path=")) + 5;

@@ -5,12 +5,14 @@
 #include <cstring>
 #include <functional>
 
+#include "base/Export.h"
+
 namespace velmora::testkit {
 
 /// Values in their form on the bus, written byte by byte: for what no bus library would agree to send.
 /// Little-endian; places are aligned as the D-Bus protocol (0.41, "Message Format") has it, counted from the
 /// first byte.
-class RawValues {
+class VELMORA_EXPORT RawValues {
  public:
   const QByteArray& bytes() const { return bytes_; }
 
@@ -54,7 +56,7 @@ class RawValues {
 };
 
 /// A message ready for the socket.
-struct RawMessage {
+struct VELMORA_EXPORT RawMessage {
   enum Type : quint8 { MethodCall = 1, MethodReturn = 2, Error = 3, Signal = 4 };
 
   quint8 type = Signal;

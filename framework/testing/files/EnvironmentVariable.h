@@ -4,11 +4,13 @@
 #include <QByteArray>
 #include <ctime>
 
+#include "base/Export.h"
+
 namespace velmora::testkit {
 
 /// While one lives, a variable of the environment has another value. With TZ, local time is that of another
 /// place.
-class EnvironmentVariable {
+class VELMORA_EXPORT EnvironmentVariable {
  public:
   EnvironmentVariable(const char* name, const QByteArray& value)
       : name_(name), wasSet_(qEnvironmentVariableIsSet(name)), before_(qgetenv(name)) {

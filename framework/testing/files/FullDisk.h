@@ -4,11 +4,13 @@
 #include <csignal>
 #include <sys/resource.h>
 
+#include "base/Export.h"
+
 namespace velmora::testkit {
 
 /// While one lives no file of this process grows beyond `bytes`: writes fall short and fail in the middle, as
 /// on a disk that fills. It holds for the superuser too, whom no permission stops.
-class FullDisk {
+class VELMORA_EXPORT FullDisk {
  public:
   explicit FullDisk(rlim_t bytes) : handlerBefore_(std::signal(SIGXFSZ, SIG_IGN)) {
     ::getrlimit(RLIMIT_FSIZE, &before_);

@@ -3,11 +3,13 @@
 
 #include <QString>
 
+#include "base/Export.h"
+
 namespace velmora::testkit {
 
 /// While one lives this process is an ordinary user, whom permissions stop. `folder` and what is in it are
 /// his.
-class OrdinaryUser {
+class VELMORA_EXPORT OrdinaryUser {
  public:
   explicit OrdinaryUser(const QString& folder);
   ~OrdinaryUser();

@@ -5,12 +5,13 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include "base/Export.h"
 #include "testing/files/EnvironmentVariable.h"
 
 namespace velmora::testkit {
 
 /// A home folder that one test has for itself; the one before comes back with the end of the object.
-class TemporaryHome {
+class VELMORA_EXPORT TemporaryHome {
  public:
   QString path() const { return folder_.path(); }
   /// A place below the home folder.

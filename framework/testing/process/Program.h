@@ -6,10 +6,12 @@
 #include <QString>
 #include <QStringList>
 
+#include "base/Export.h"
+
 namespace velmora::testkit {
 
 /// A program of ours as a process of its own. It ends with this object, or with the test.
-class Program {
+class VELMORA_EXPORT Program {
  public:
   Program(const QString& path, const QProcessEnvironment& environment);
   ~Program() { kill(); }

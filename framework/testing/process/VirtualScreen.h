@@ -5,11 +5,13 @@
 #include <QString>
 #include <stdexcept>
 
+#include "base/Export.h"
+
 namespace velmora::testkit {
 
 /// A screen without glass, for programs that must run on a real window system: up when the constructor
 /// returns.
-class VirtualScreen {
+class VELMORA_EXPORT VirtualScreen {
  public:
   VirtualScreen() {
     server_.setStandardErrorFile(QProcess::nullDevice());

@@ -11,11 +11,13 @@
 #include <functional>
 #include <memory>
 
+#include "base/Export.h"
+
 namespace velmora::testkit {
 
 /// A web server of a test's own, on this machine, that behaves as badly as the test wants. It lives on the
 /// event loop of its thread, so it answers while the test waits for something.
-class LocalWebServer {
+class VELMORA_EXPORT LocalWebServer {
  public:
   /// Sends an answer to somebody who has asked; the socket belongs to the server.
   using Handler = std::function<void(QTcpSocket&)>;

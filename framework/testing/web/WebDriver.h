@@ -12,6 +12,8 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
+#include "base/Export.h"
+
 namespace velmora::testkit {
 
 /// A headless Chromium, driven over the W3C WebDriver protocol by chromium-driver. It has a profile of its
@@ -19,7 +21,7 @@ namespace velmora::testkit {
 /// way.
 ///
 /// Every operation waits for its end and throws std::runtime_error when it fails.
-class WebDriver {
+class VELMORA_EXPORT WebDriver {
  public:
   explicit WebDriver(QSize window = QSize(1280, 1024));
   ~WebDriver();

@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <functional>
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 struct Services;
 }
@@ -17,7 +19,7 @@ namespace velmora {
 /// Filled by a scan of the folder, which is repeated every ten seconds while nothing is found, and grown by
 /// saves. The scan gives paths relative to the folder (a file in a sub-folder begins with the sub-folder's
 /// name), a save the bare name; both without extension. Entries are compared exactly.
-class DatabaseFileCache : public QObject {
+class VELMORA_EXPORT DatabaseFileCache : public QObject {
  public:
   using ShowStatus = std::function<void(const QString&)>;
 

@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include "base/Export.h"
+
 class QObject;
 
 namespace velmora {
@@ -10,7 +12,7 @@ namespace velmora {
 class RecentDocuments;
 
 /// What the menus ask of the application, beside making, opening and closing documents.
-class MenuCommands {
+class VELMORA_EXPORT MenuCommands {
  public:
   virtual ~MenuCommands() = default;
 

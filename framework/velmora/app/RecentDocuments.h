@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QUrl>
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 class UserDefaults;
 }
@@ -15,7 +17,7 @@ namespace velmora {
 ///
 /// Their names are patients' identifiers: nothing is stored unless the user has asked for it, and what was
 /// stored goes when he asks for it no longer. Nothing is kept but the setting itself.
-class RecentDocuments {
+class VELMORA_EXPORT RecentDocuments {
  public:
   /// The most that are remembered.
   static constexpr qsizetype Most = 10;

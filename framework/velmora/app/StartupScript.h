@@ -5,6 +5,8 @@
 #include <QString>
 #include <functional>
 
+#include "base/Export.h"
+
 namespace velmora::platform {
 class Scripts;
 class UserDefaults;
@@ -13,7 +15,7 @@ class UserDefaults;
 namespace velmora {
 
 /// The script that the user wants run at every start of the application.
-class StartupScript : public QObject {
+class VELMORA_EXPORT StartupScript : public QObject {
  public:
   using ShowStatus = std::function<void(const QString&)>;
 

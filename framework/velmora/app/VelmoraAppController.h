@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "base/Export.h"
 #include "orv/updates/OrvVersion.h"
 #include "platform/documents/DocumentController.h"
 #include "platform/notifications/NotificationCenter.h"
@@ -30,9 +31,9 @@ class UserDefaults;
 /// It registers the settings, asks the first-run questions, shows the splash, runs the steps of the start-up,
 /// hears link requests, paces link replies, and answers the menus. An application makes one, tells it how its
 /// documents are made (setDocumentFactory) and runs it on a desktop.
-class VelmoraAppController : public velmora::platform::DocumentController,
-                             public VelmoraApplicationDelegate,
-                             public velmora::MenuCommands {
+class VELMORA_EXPORT VelmoraAppController : public velmora::platform::DocumentController,
+                                            public VelmoraApplicationDelegate,
+                                            public velmora::MenuCommands {
  public:
   /// Registers the defaults of the framework's settings. Done by the constructor, before anything reads a
   /// setting.

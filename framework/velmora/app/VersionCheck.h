@@ -6,6 +6,8 @@
 #include <QString>
 #include <functional>
 
+#include "base/Export.h"
+
 class OrvVersion;
 
 namespace velmora::platform {
@@ -16,12 +18,13 @@ namespace velmora {
 
 /// Whether the last check lies further from now than that many days, to either side: a date in the future,
 /// from a clock that was set back, counts by its distance too. Exactly that many days are not further.
-bool versionCheckIsDue(qint64 intervalInDays, const QDateTime& lastCheck, const QDateTime& now);
+VELMORA_EXPORT bool versionCheckIsDue(qint64 intervalInDays, const QDateTime& lastCheck,
+                                      const QDateTime& now);
 
 /// Decides when to look for a newer version, reports in the status line how it goes, and keeps the date of
 /// the last success. Nothing is asked of the web before the user has agreed to automatic checks or calls for
 /// one.
-class VersionCheck : public QObject {
+class VELMORA_EXPORT VersionCheck : public QObject {
  public:
   using ShowStatus = std::function<void(const QString&)>;
 

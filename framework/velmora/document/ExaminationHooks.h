@@ -3,11 +3,13 @@
 
 #include <QtGlobal>
 
+#include "base/Export.h"
+
 namespace velmora {
 
 /// The subclass contract of a patient document: how it is told to keep, show, add and remove examinations.
 /// The hooks do nothing unless a class that holds examinations overrides them.
-class ExaminationHooks {
+class VELMORA_EXPORT ExaminationHooks {
  public:
   virtual ~ExaminationHooks() = default;
 

@@ -3,8 +3,10 @@
 
 #include <QString>
 
+#include "base/Export.h"
+
 /// What a patient document asks of the application: the list of data files in the save folder.
-class VelmoraApplicationDelegate {
+class VELMORA_EXPORT VelmoraApplicationDelegate {
  public:
   virtual ~VelmoraApplicationDelegate() = default;
 

@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QVariant>
 
+#include "base/Export.h"
 #include "orv/documents/OrvAutoNameDocument.h"
 #include "platform/controls/TextFieldEditing.h"
 #include "velmora/document/ExaminationHooks.h"
@@ -32,9 +33,9 @@ class VelmoraApplicationDelegate;
 /// nextStudyButton, newStudyButton, deleteStudyButton). A missing one is tolerated everywhere. The document
 /// is the delegate of every text field of the window that the user can edit, except those with the property
 /// "ownDelegate".
-class VelmoraDocument : public OrvAutoNameDocument,
-                        public velmora::ExaminationHooks,
-                        public velmora::platform::TextFieldDelegate {
+class VELMORA_EXPORT VelmoraDocument : public OrvAutoNameDocument,
+                                       public velmora::ExaminationHooks,
+                                       public velmora::platform::TextFieldDelegate {
  public:
   VelmoraDocument(velmora::platform::Services& services, VelmoraApplicationDelegate& delegate);
   ~VelmoraDocument() override;

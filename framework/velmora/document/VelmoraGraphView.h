@@ -3,6 +3,7 @@
 
 #include <QPointer>
 
+#include "base/Export.h"
 #include "orv/chart/OrvGraphView.h"
 
 class VelmoraDocument;
@@ -10,7 +11,7 @@ class VelmoraDocument;
 /// The chart of a patient document. Every click on it is handed to the document, in the chart's data
 /// coordinates. Applications subclass it, or use it as it is, and name it in their interface file
 /// "VelmoraDocument".
-class VelmoraGraphView : public OrvGraphView {
+class VELMORA_EXPORT VelmoraGraphView : public OrvGraphView {
  public:
   explicit VelmoraGraphView(QWidget* parent = nullptr);
 

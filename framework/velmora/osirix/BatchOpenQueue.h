@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QStringList>
 
+#include "base/Export.h"
 #include "platform/notifications/NotificationCenter.h"
 
 namespace velmora::platform {
@@ -17,7 +18,7 @@ class RunLoop;
 namespace velmora {
 
 /// Data files that are to be opened, exported and closed again without the user, one in a step.
-class BatchOpenQueue : public QObject {
+class VELMORA_EXPORT BatchOpenQueue : public QObject {
  public:
   BatchOpenQueue(platform::DocumentController& controller, platform::RunLoop& runLoop,
                  platform::Alerts& alerts)

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <mutex>
 
+#include "base/Export.h"
 #include "platform/notifications/NotificationCenter.h"
 
 class VelmoraDocument;
@@ -19,7 +20,7 @@ namespace velmora {
 /// What happens when the viewer tells of a study that the user has chosen: the front document is filled with
 /// the patient's data or, for a patient with a data file, that file is opened in its place and gets a new
 /// examination.
-class LinkReceiver : public QObject {
+class VELMORA_EXPORT LinkReceiver : public QObject {
  public:
   LinkReceiver(platform::DocumentController& controller, platform::RunLoop& runLoop, platform::Alerts& alerts)
       : controller_(controller), runLoop_(runLoop), alerts_(alerts) {}

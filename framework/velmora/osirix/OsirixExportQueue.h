@@ -6,6 +6,7 @@
 #include <QVariantMap>
 #include <functional>
 
+#include "base/Export.h"
 #include "platform/notifications/NotificationCenter.h"
 
 namespace velmora::platform {
@@ -20,7 +21,7 @@ namespace velmora {
 /// The first leaves a second after it arrived at an empty queue, each further one four seconds after the one
 /// before. That the queue is empty is the only test: an arrival during the last four seconds of an earlier
 /// chain starts a second chain beside it.
-class OsirixExportQueue : public QObject {
+class VELMORA_EXPORT OsirixExportQueue : public QObject {
  public:
   explicit OsirixExportQueue(platform::Services& services) : services_(services) {}
 

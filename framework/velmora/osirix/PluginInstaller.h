@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include "base/Export.h"
 #include "base/Result.h"
 
 namespace velmora::platform {
@@ -15,7 +16,7 @@ namespace velmora {
 ///
 /// The plugin is the first entry of "OsiriX Plugins" among the application's resources; it goes under the
 /// same name to ~/Library/Application Support/OsiriX/Plugins.
-class PluginInstaller {
+class VELMORA_EXPORT PluginInstaller {
  public:
   explicit PluginInstaller(platform::Services& services) : services_(services) {}
 
