@@ -194,7 +194,7 @@ Result<> take(Config& config, const ConfigEntry& entry) {
   return Failure{QStringLiteral("\"%1\" %2").arg(entry.key, taken.error())};
 }
 
-/// What the whole lacks.
+/// Which keys are missing that must be there.
 QStringList missingFrom(const Config& config) {
   QStringList missing;
   if (config.pacs.kind == PacsSettings::Kind::Dimse && config.pacs.host.isEmpty()) {

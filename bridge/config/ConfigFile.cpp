@@ -75,7 +75,7 @@ class Reader {
 
 ConfigEntries parseConfig(const QByteArray& text) {
   Reader reader;
-  // Line by line, so that what is no UTF-8 has a place.
+  // Line by line, so that bytes that are not UTF-8 are reported with their line.
   const QList<QByteArray> lines = text.split('\n');
   for (const QByteArray& line : lines) {
     QStringDecoder decoder(QStringDecoder::Utf8);

@@ -20,7 +20,7 @@ inline const QString CaptureSopClassUID = QStringLiteral("1.2.840.10008.5.1.4.1.
 /// JPEG Baseline (Process 1) (PS3.5 A.4.1).
 inline const QString CaptureTransferSyntaxUID = QStringLiteral("1.2.840.10008.1.2.4.50");
 
-/// Charts are far smaller; what is larger is no chart.
+/// No chart is nearly as large.
 inline constexpr qsizetype MostJpegBytes = 256LL * 1024 * 1024;
 
 /// What makes one chart one DICOM object. Decided once, when the reply arrives, and kept with it: a chart

@@ -9,9 +9,8 @@
 
 namespace bridge {
 
-/// The bytes that a raw deflate stream (RFC 1951) in a device stands for. It gives no more than
-/// `MostInflated` of them, so that a small file cannot keep us busy: a study's attributes stand at the
-/// beginning.
+/// Inflates a raw deflate stream (RFC 1951) from a device. It gives at most `MostInflated` bytes, so that a
+/// small file cannot keep us busy: a study's attributes are at the beginning.
 class Inflater : public ByteSource {
  public:
   explicit Inflater(QIODevice& device);

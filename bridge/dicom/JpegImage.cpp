@@ -19,30 +19,47 @@ using velmora::base::Result;
 Failure refusal(const QString& why) { return {QStringLiteral("the JPEG image ") + why}; }
 QString hexadecimal(int number) { return QStringLiteral("0x%1").arg(number, 2, 16, QLatin1Char('0')); }
 
-/// Looks from marker to marker (ITU-T T.81, B.1.1.2 and table B.1) up to the first scan for what libjpeg
+// ITU-T T.81, table B.1.
+enum Marker : int {
+  BaselineFrame = 0xc0,
+  HuffmanTable = 0xc4,
+  LastFrame = 0xcf,
+  EndOfImage = 0xd9,
+  StartOfScan = 0xda,
+  QuantizationTable = 0xdb,
+  NumberOfLines = 0xdc,
+  RestartInterval = 0xdd,
+  Application0 = 0xe0,
+  Application15 = 0xef,
+  Comment = 0xfe,
+  Fill = 0xff,
+};
+
+/// Looks from marker to marker (B.1.1.2) up to the first scan for what libjpeg
 /// decodes and the baseline process does not have. Where the markers are damaged, libjpeg says so.
 Result<> checkBaseline(const QByteArray& jpeg) {
   const auto byteAt = [&](qsizetype place) {
     return place < jpeg.size() ? static_cast<unsigned char>(jpeg.at(place)) : -1;
   };
-  for (qsizetype place = 2; byteAt(place) == 0xff;) {
+  for (qsizetype place = 2; byteAt(place) == Fill;) {
     const int marker = byteAt(place + 1);
-    if (marker == 0xff) {  // a fill byte
+    if (marker == Fill) {
       ++place;
       continue;
     }
-    const bool isFrame = marker > 0xc0 && marker <= 0xcf && marker != 0xc4;
-    if (isFrame) return refusal(QStringLiteral("is not baseline JPEG (process %1)").arg(hexadecimal(marker)));
-    if (marker == 0xdc) return refusal(QStringLiteral("says its height only at its end"));
-    if (marker == 0xd9 || marker == 0xda) break;
-    const bool isKnown = marker == 0xc0 || marker == 0xc4 || marker == 0xdb || marker == 0xdd ||
-                         (marker >= 0xe0 && marker <= 0xef) || marker == 0xfe;
+    const bool isOther = marker > BaselineFrame && marker <= LastFrame && marker != HuffmanTable;
+    if (isOther) return refusal(QStringLiteral("is not baseline JPEG (process %1)").arg(hexadecimal(marker)));
+    if (marker == NumberOfLines) return refusal(QStringLiteral("says its height only at its end"));
+    if (marker == EndOfImage || marker == StartOfScan) break;
+    const bool isKnown = marker == BaselineFrame || marker == HuffmanTable || marker == QuantizationTable ||
+                         marker == RestartInterval || marker == Comment ||
+                         (marker >= Application0 && marker <= Application15);
     if (!isKnown && marker >= 0) {
       return refusal(QStringLiteral("has an unknown marker (%1)").arg(hexadecimal(marker)));
     }
     const qsizetype end = place + 2 + (byteAt(place + 2) << 8 | byteAt(place + 3));
-    constexpr qsizetype QuantizationTable = 65;
-    for (qsizetype table = place + 4; marker == 0xdb && table < end; table += QuantizationTable) {
+    constexpr qsizetype TableSize = 65;
+    for (qsizetype table = place + 4; marker == QuantizationTable && table < end; table += TableSize) {
       if (byteAt(table) > 3) return refusal(QStringLiteral("is not baseline JPEG (quantization)"));
     }
     place = end;

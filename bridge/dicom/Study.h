@@ -7,8 +7,8 @@
 
 namespace bridge {
 
-/// What a PACS or a DICOM file says of one study and its patient. Texts are decoded; an absent attribute is
-/// empty.
+/// What a PACS or a DICOM file says of one study and its patient. Texts are decoded; an attribute that is
+/// absent, or cannot be trusted, is empty (studyOf()).
 struct Study {
   QString studyInstanceUID;
   QString patientID;
@@ -26,7 +26,7 @@ struct Study {
   bool operator==(const Study&) const = default;
 };
 
-/// Which studies are meant. Empty members say nothing.
+/// Which studies are asked for: those that match every member that is not empty.
 struct StudyQuery {
   QString studyInstanceUID;
   QString accessionNumber;

@@ -168,7 +168,7 @@ Result<Study> readDataset(ByteSource& source, Encoding encoding) {
     }
   }
   Study study = studyOf(values);
-  // The identifier of the study stands behind all about the patient: with it, those have been read.
+  // The Study Instance UID follows the attributes of the patient: once it is there, they have been read.
   if (!study.studyInstanceUID.isEmpty()) return study;
   if (damaged) return Failure{QStringLiteral("its attributes are damaged")};
   return Failure{QStringLiteral("it is of no study (no Study Instance UID)")};

@@ -68,15 +68,15 @@ class DimseAssociation {
   void limit(std::chrono::seconds time, qint64 bytesToRead);
 
   PacsSettings settings_;
-  QList<DimseContext> contexts_;  // that were asked for
-  DimseLimits limits_;            // of the exchange that is going on
-  std::chrono::seconds time_{0};  // that it was given
+  QList<DimseContext> contexts_;  // as proposed
+  DimseLimits limits_;            // of the present exchange
+  std::chrono::seconds time_{0};  // that it may take in all
   T_ASC_Network* network_ = nullptr;
   T_ASC_Parameters* parameters_ = nullptr;  // the association's, once there is one
   T_ASC_Association* association_ = nullptr;
   DIC_US message_ = 0;
   bool opened_ = false;
-  bool inOrder_ = false;  // and nothing has gone wrong in it since
+  bool inOrder_ = false;  // opened, and nothing has gone wrong since
 };
 
 }  // namespace bridge

@@ -42,8 +42,8 @@ constexpr const char* PlainInQuery = "!$'()*/:?@";
 
 QByteArray encoded(const QString& value) { return QUrl::toPercentEncoding(value, PlainInQuery); }
 
-/// The value with a wildcard in place of all characters that would have to be encoded: it reaches also a
-/// server that does not decode what it is asked, or has taken such characters out of what it compares with.
+/// The value with a wildcard in place of all characters that would have to be encoded, for a server that does
+/// not decode a query, or that compares it with values from which it has removed such characters.
 QString withWildcards(const QString& value) {
   const QChar any = QLatin1Char('*');
   QString result;
@@ -66,7 +66,7 @@ bool sameTexts(const StudyQuery& a, const StudyQuery& b) {
   return a.patientID == b.patientID && a.accessionNumber == b.accessionNumber;
 }
 
-/// What an answer means that is no success and says nothing of its own.
+/// What the status of an answer means when it is no success and its body does not tell.
 PacsResult refusal(const WebAnswer& answer, const QUrl& url) {
   if (!answer.failure.isNull()) return {Outcome::TryAgain, answer.failure};
   const auto because = [&](Outcome outcome, const QString& words) {
@@ -202,7 +202,7 @@ PacsResult WebPacs::check() {
   if (!finding.done()) return finding;
   const QUrl url = studiesUrl(settings_);
   const WebAnswer answer = exchange(settings_, storeRequest(url, {}));
-  // That an empty package is a bad request, or unfit to be worked on, is for the archive to say.
+  // An archive that refuses an empty package as such would still take a full one.
   switch (answer.status) {
     case 0:
     case 401:
