@@ -50,7 +50,7 @@ class Commands : public ::testing::Test {
 
   /// Runs a command to its end and keeps what it printed.
   int run(const QStringList& arguments) {
-    velmora::testkit::Program program(environment_);
+    velmora::testkit::Program program(QStringLiteral(VELMORA_LINK), environment_);
     const int code = program.run(arguments + QStringList{text("--config"), config()});
     output_ = program.output();
     errors_ = program.errors();

@@ -12,6 +12,8 @@
 #include "tests/integration/bridge/CommandTesting.h"
 #include "bridge/testing/Orthanc.h"
 #include "bridge/testing/SyntheticStudy.h"
+#include "testing/bus/LinkOnTheBus.h"
+#include "testing/bus/Mailbox.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
 
