@@ -25,7 +25,7 @@ constexpr qint64 Day = 86400;  // seconds
 const platform::WebAnswer UpToDate{
     QByteArray("<rss xmlns:sparkle=\"http://www.andymatuschak.org/xml-namespaces/sparkle\"><channel><item>"
                "<sparkle:version>1</sparkle:version></item></channel></rss>")};
-const platform::WebAnswer Failure{base::Failure{"The server could not be reached."}};
+const platform::WebAnswer Failure{velmora::base::Failure{"The server could not be reached."}};
 
 const QString Checking = "Checking for new version...";
 const QString Successful = "Version check successful...";
