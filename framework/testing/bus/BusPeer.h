@@ -35,8 +35,9 @@ class VELMORA_EXPORT BusPeer {
   }
   bool takesName(const QString& name) { return bus.registerService(name); }
   bool nameIsTaken(const QString& name) {
-    const QString bus = QStringLiteral("org.freedesktop.DBus");
-    return call(bus, QStringLiteral("/org/freedesktop/DBus"), bus, QStringLiteral("NameHasOwner"), {name})
+    const QString daemon = QStringLiteral("org.freedesktop.DBus");
+    return call(daemon, QStringLiteral("/org/freedesktop/DBus"), daemon, QStringLiteral("NameHasOwner"),
+                {name})
         .arguments()
         .value(0)
         .toBool();
