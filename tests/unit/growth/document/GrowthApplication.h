@@ -21,7 +21,7 @@ class GrowthApplication {
   explicit GrowthApplication(const QString& referenceFolder = QStringLiteral(GROWTH_REFERENCE_FOLDER));
   ~GrowthApplication();
 
-  TemporaryHome home;
+  velmora::testkit::TemporaryHome home;
   velmora::testkit::TestServices desktop;
   growth::GrowthReferences references;
   VelmoraAppController controller;
