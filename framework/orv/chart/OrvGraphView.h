@@ -27,7 +27,7 @@ class VELMORA_EXPORT OrvGraphView : public QWidget {
 
   /// The axes: titles with their units, "Age (months)", and the ranges that the reference needs. The y axis
   /// grows beyond its range to contain the patient's points, but never to more than five times its length: a
-  /// value typed in the wrong unit shall not flatten the chart. A range that is no usable range (not finite,
+  /// value typed in the wrong unit must not flatten the chart. A range that is no usable range (not finite,
   /// empty, beyond 1e12) is replaced by 0 to 1, one given upside down is turned round.
   void setAxes(const QString& xTitle, const QString& yTitle, OrvGraphRange xRange, OrvGraphRange yRange);
   /// The distance of labelled ticks on the axes, where it fits: 12 for months. 0, as at first, leaves the

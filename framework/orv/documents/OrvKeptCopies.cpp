@@ -100,7 +100,8 @@ QString OrvKeptCopies::keepEarlierVersion(const QString& path, const QByteArray&
 
 void OrvKeptCopies::prune(const QString& folder) {
   const QStringList copies = copiesIn(folder);
-  // The bound in number is for the user's own versions: however many he makes, they push nobody else's out.
+  // The bound in number is for the user's own versions: however many there are, they never push out
+  // another's.
   qsizetype own = std::count_if(copies.begin(), copies.end(), std::not_fn(isOfAnother));
   const QDateTime oldest = clock_.now().addDays(-OldestDays);
   for (const QString& name : copies.mid(0, copies.size() - 1)) {

@@ -32,7 +32,7 @@ class XmlReader {
   }
 
  private:
-  /// The value of the element that has just begun, read to its end; nothing when it is none.
+  /// The value of the element that has just begun, read to its end; nothing when it has none.
   std::optional<QVariant> value(int depth) {
     if (depth > DeepestPropertyList || ++read_ > MostPropertyListValues) return std::nullopt;
     const QString kind = xml_.name().toString();

@@ -10,7 +10,7 @@ namespace velmora::platform {
 inline constexpr int DeepestPropertyList = 64;
 inline constexpr int MostPropertyListValues = 100000;
 
-/// The value that a binary property list ("bplist00") holds; invalid when it is none or is damaged anywhere.
+/// The value that a binary property list ("bplist00") holds; invalid when the data is not one, or is damaged.
 ///
 /// Such a file begins with the letters "bplist" and two digits of its version. Then come the objects, then a
 /// table that gives the place of each object, counted from the start of the file, and last 32 bytes that say

@@ -27,7 +27,7 @@ bool onlyMovesWithTheWindow(Qt::FocusReason reason) {
          reason == Qt::MenuBarFocusReason;
 }
 
-/// Who walks through the fields with the keyboard passes more of them than he means to edit.
+/// A user who steps through the fields with the keyboard passes more of them than are to be edited.
 bool walksThrough(Qt::FocusReason reason) {
   return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
          reason == Qt::ShortcutFocusReason;
@@ -67,7 +67,7 @@ void TextFieldEditing::markIfImproper() {
   const QString text = field_->text();
   const bool improper = !text.trimmed().isEmpty() && formatter_(text).isNull();
   field_->setToolTip(improper ? complaint_ : QString());
-  // A colour is nothing to those who do not see it.
+  // A colour says nothing to users who do not see it.
   field_->setAccessibleDescription(improper ? complaint_ : QString());
   const bool onDark = field_->palette().color(QPalette::Base).lightnessF() < 0.5F;
   const QString red = onDark ? QStringLiteral("color: #ff9a9a") : QStringLiteral("color: #b00020");

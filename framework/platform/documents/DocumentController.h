@@ -46,12 +46,12 @@ class VELMORA_EXPORT DocumentController : public QObject {
   void newDocument();
   /// Asks which files to open, and opens them.
   void openDocument();
-  /// Opens what the user has asked for, telling him what cannot be opened. A blank document in which nothing
+  /// Opens what the user has asked for, and tells what cannot be opened. A blank document in which nothing
   /// was done makes room for the first one that opens. False when none opens.
   bool openDocuments(const QList<QUrl>& urls);
   Document* openUntitledDocument(bool display);
   /// Opens a file; one that is open already is given back, not opened twice, and comes to the front if
-  /// displayed. A failure is told to nobody: the caller decides who should know.
+  /// displayed. Failures are not shown: the caller decides who should know.
   base::Result<Document*> openDocumentWithContentsOfURL(const QUrl& url, bool display);
   /// Runs the open panel; an override may set it up first.
   virtual int runModalOpenPanel(OpenPanel& panel, const QStringList& fileTypes);

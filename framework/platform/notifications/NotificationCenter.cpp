@@ -21,7 +21,7 @@ void NotificationCenter::removeObserver(const QObject* observer) {
 void NotificationCenter::postNotificationName(const QString& name, const QVariant& object,
                                               const QVariantMap& userInfo) {
   const Notification notification{name, object, userInfo};
-  // A copy, because handlers add and remove observers; who was added meanwhile hears only the next post.
+  // A copy, because handlers add and remove observers; an observer added meanwhile hears only the next post.
   const auto snapshot = registrations_;
   for (const auto& registration : snapshot) {
     if (registration->removed || registration->observer.isNull() || registration->name != name) continue;

@@ -23,7 +23,7 @@ struct Notification {
 };
 
 /// Notifications within the process, on the main thread. Delivery is synchronous inside the post, in the
-/// order of registration, once for each registration: who registers twice is called twice.
+/// order of registration, once for each registration: an observer that registers twice is called twice.
 class VELMORA_EXPORT NotificationCenter {
  public:
   using Handler = std::function<void(const Notification&)>;

@@ -58,8 +58,8 @@ class VELMORA_EXPORT Scripts {
   virtual ~Scripts() = default;
   /// None when the text cannot be a script at all.
   virtual std::unique_ptr<Script> initWithSource(const QString& source) = 0;
-  /// Tells a script that runs to end, so that who waits for it goes on soon. Nothing by itself: a script that
-  /// cannot be waited for needs no stopping.
+  /// Tells a script that runs to end, so that whatever waits for it goes on soon. Nothing by itself: a script
+  /// that cannot be waited for needs no stopping.
   virtual void stopRunning() {}
 };
 

@@ -16,7 +16,7 @@ namespace velmora {
 /// The data files that the user opened or saved last, newest first.
 ///
 /// Their names are patients' identifiers: nothing is stored unless the user has asked for it, and what was
-/// stored goes when he asks for it no longer. Nothing is kept but the setting itself.
+/// stored is removed when the user no longer does. Nothing is kept but the setting itself.
 class VELMORA_EXPORT RecentDocuments {
  public:
   /// The most that are remembered.

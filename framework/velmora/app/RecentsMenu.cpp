@@ -33,7 +33,7 @@ void RecentsMenu::fill() {
   RecentDocuments& recents = commands_.recentDocuments();
   const QStringList paths = recents.paths();
   for (const QString& path : paths) {
-    // A name is shown as it is: what looks like a mnemonic in it is none.
+    // A name is shown as it is: what looks like a mnemonic in it is not one.
     QAction* recent = menu_->addAction(
         RecentDocuments::titleOf(path, paths).replace(QLatin1Char('&'), QLatin1String("&&")));
     recent->setData(path);

@@ -32,7 +32,7 @@ class ExaminationNavigator {
   void next();
   void previous();
   void add();
-  /// Asks in a sheet on `window` whether the examination shown shall go, and gives `didEnd` the answer,
+  /// Asks in a sheet on `window` whether to remove the examination shown, and gives `didEnd` the answer,
   /// unless `owner` has gone. The only examination is never removed, and an agreement that comes when another
   /// one is shown counts for nothing: both beep.
   void askToRemove(QWidget* window, const QObject* owner, std::function<void(int returnCode)> didEnd);

@@ -71,7 +71,7 @@ class VELMORA_EXPORT VelmoraDocument : public OrvAutoNameDocument,
   /// The base stores to data and shows the number of the examination; an override calls it and refreshes its
   /// own.
   virtual void updateDisplay();
-  /// To be set when an edit of the identifier shall look for an earlier data file once it has ended.
+  /// Set this when an edit of the identifier is to look for an earlier data file once it has ended.
   void setLookUpRequired(bool required) { lookUpRequired_ = required; }
   bool lookUpRequired() const { return lookUpRequired_; }
   /// Whether the examination shown has data points on the chart; without them no chart is exported.
@@ -127,7 +127,7 @@ class VELMORA_EXPORT VelmoraDocument : public OrvAutoNameDocument,
   /// types on was meant for what stood there before.
   void abandonEditing() { velmora::platform::TextFieldEditing::abandonEditing(windowForSheet()); }
   /// Saves to the document's file; but when the identifier has changed since that was read or written, asks
-  /// whether the record shall have a new file, so that no patient's file turns into another's unseen.
+  /// whether the record is to have a new file, so that no patient's file turns into another's unseen.
   void saveDocument(DidSave didSave = {}) override;
   bool prepareSavePanel(velmora::platform::SavePanel& panel) override;
   QString fileTypeFromLastRunSavePanel() const override { return dataFileExtension(); }

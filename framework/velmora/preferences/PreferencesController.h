@@ -54,7 +54,8 @@ class PreferencesController : public velmora::platform::WindowController {
   /// Reveals the folder that the field names.
   void doShowSaveFolder(const QObject* sender);
   void doShowExportFolder(const QObject* sender);
-  /// Reveals a folder, given with or without tilde, in the file viewer; tells the user when there is none.
+  /// Reveals a folder, given with or without tilde, in the file viewer; tells the user when it does not
+  /// exist.
   void showFolder(const QString& path);
 
   // The plugin inside OsiriX.
