@@ -9,8 +9,8 @@
 #include <QTemporaryDir>
 #include <cstdio>
 
-#include "bench/Measure.h"
 #include "base/files/FileManager.h"
+#include "bench/Measure.h"
 
 using namespace velmora;
 

@@ -115,7 +115,8 @@ def check_lists(lists):
 
 
 def may_include(folder, other, lists):
-    if folder == other:
+    # What stands in the folder base itself, such as VELMORA_EXPORT, is for everybody but stats.
+    if other in (folder, "base"):
         return True
     if folder in lists:
         storey = folder.split("/")[0]

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "demo/Child.h"
 
-#include <csignal>
 #include <sys/prctl.h>
+#include <csignal>
 
 #include "demo/Report.h"
 #include "demo/Waiting.h"

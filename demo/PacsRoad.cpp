@@ -6,10 +6,10 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include "bridge/testing/SyntheticStudy.h"
 #include "demo/Case.h"
 #include "demo/Report.h"
 #include "demo/Waiting.h"
-#include "bridge/testing/SyntheticStudy.h"
 #include "testing/web/WebDriver.h"
 
 namespace demo {

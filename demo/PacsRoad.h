@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "bridge/dicom/Study.h"
-#include "demo/Road.h"
 #include "bridge/testing/Orthanc.h"
+#include "demo/Road.h"
 
 namespace demo {
 

@@ -3,8 +3,8 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QLocalSocket>
 #include <QList>
+#include <QLocalSocket>
 #include <QString>
 #include <optional>
 

@@ -3,14 +3,14 @@
 // Growth: weight, height and head circumference of children against the CDC 2000 reference.
 #include <QApplication>
 
-#include "apps/growth/resources/GrowthResources.h"
 #include "apps/growth/document/GrowthDocument.h"
 #include "apps/growth/reference/GrowthReferences.h"
+#include "apps/growth/resources/GrowthResources.h"
+#include "desktop/Desktop.h"
+#include "desktop/activation/SessionBus.h"
 #include "platform/bundles/Bundle.h"
 #include "platform/controls/InterfaceFiles.h"
 #include "platform/settings/UserDefaults.h"
-#include "desktop/Desktop.h"
-#include "desktop/activation/SessionBus.h"
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/resources/SettingsKeys.h"
 

@@ -5,8 +5,8 @@
 
 #include "base/log/Guard.h"
 #include "bridge/cli/Commands.h"
-#include "bridge/cli/ReplySummary.h"
 #include "bridge/cli/ReplyFolder.h"
+#include "bridge/cli/ReplySummary.h"
 #include "link/bus/BusLink.h"
 #include "link/protocol/LinkProtocol.h"
 

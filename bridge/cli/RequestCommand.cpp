@@ -3,11 +3,11 @@
 #include <array>
 
 #include "bridge/cli/Commands.h"
-#include "bridge/cli/StudyJson.h"
 #include "bridge/cli/SendRequest.h"
-#include "link/wire/WireForm.h"
+#include "bridge/cli/StudyJson.h"
 #include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
+#include "link/wire/WireForm.h"
 
 using namespace velmora;
 

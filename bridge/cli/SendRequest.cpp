@@ -6,8 +6,8 @@
 #include <chrono>
 
 #include "bridge/cli/Commands.h"
-#include "link/bus/BusProbe.h"
 #include "link/bus/BusLink.h"
+#include "link/bus/BusProbe.h"
 #include "link/protocol/LinkProtocol.h"
 
 using namespace velmora;

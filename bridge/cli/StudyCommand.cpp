@@ -3,16 +3,16 @@
 
 #include <memory>
 
+#include "base/CalendarDay.h"
 #include "bridge/cli/Commands.h"
 #include "bridge/cli/DesktopNotice.h"
-#include "base/CalendarDay.h"
-#include "link/protocol/LinkPayload.h"
 #include "bridge/cli/SendRequest.h"
 #include "bridge/cli/StudyAddress.h"
 #include "bridge/dicom/PersonName.h"
 #include "bridge/dicom/StudyFile.h"
 #include "bridge/dicom/Uid.h"
 #include "bridge/pacs/MakePacs.h"
+#include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 
 using namespace velmora;

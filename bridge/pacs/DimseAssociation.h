@@ -8,9 +8,9 @@
 #include <QByteArray>
 #include <QList>
 
-#include "bridge/pacs/PacsSettings.h"
 #include "bridge/pacs/DimseConnection.h"
 #include "bridge/pacs/Pacs.h"
+#include "bridge/pacs/PacsSettings.h"
 
 namespace bridge {
 

@@ -2,8 +2,8 @@
 #include "bridge/pacs/DimsePacs.h"
 
 #include <dcmtk/config/osconfig.h>
-#include <dcmtk/dcmdata/dctk.h>
 #include <dcmtk/dcmdata/dcistrmb.h>
+#include <dcmtk/dcmdata/dctk.h>
 
 #include <algorithm>
 

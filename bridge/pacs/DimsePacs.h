@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-#include "bridge/pacs/PacsSettings.h"
 #include "bridge/pacs/Pacs.h"
+#include "bridge/pacs/PacsSettings.h"
 
 namespace bridge {
 

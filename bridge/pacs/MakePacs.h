@@ -3,8 +3,8 @@
 
 #include <memory>
 
-#include "bridge/pacs/PacsSettings.h"
 #include "bridge/pacs/Pacs.h"
+#include "bridge/pacs/PacsSettings.h"
 
 namespace bridge {
 

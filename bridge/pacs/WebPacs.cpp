@@ -6,8 +6,8 @@
 #include <algorithm>
 
 #include "bridge/dicom/DicomText.h"
-#include "bridge/pacs/DimseStatus.h"
 #include "bridge/pacs/DicomJson.h"
+#include "bridge/pacs/DimseStatus.h"
 #include "bridge/pacs/StowMessage.h"
 #include "bridge/pacs/StudyMatch.h"
 #include "bridge/pacs/WebExchange.h"

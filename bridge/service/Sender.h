@@ -10,9 +10,9 @@
 #include <optional>
 
 #include "bridge/pacs/Pacs.h"
+#include "bridge/service/WhichStudy.h"
 #include "bridge/spool/InstanceNumbers.h"
 #include "bridge/spool/Spool.h"
-#include "bridge/service/WhichStudy.h"
 
 namespace bridge {
 

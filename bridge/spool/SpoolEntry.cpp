@@ -5,9 +5,9 @@
 #include <QJsonObject>
 #include <QStringList>
 
+#include "base/CalendarDay.h"
 #include "bridge/dicom/Uid.h"
 #include "bridge/spool/SpoolFile.h"
-#include "base/CalendarDay.h"
 #include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 

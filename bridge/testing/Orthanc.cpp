@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "bridge/testing/Orthanc.h"
 
-#include <csignal>
 #include <sys/prctl.h>
+#include <csignal>
 
 #include <QElapsedTimer>
 #include <QEventLoop>

@@ -2,8 +2,8 @@
 #include "bridge/testing/SyntheticStudy.h"
 
 #include <dcmtk/config/osconfig.h>
-#include <dcmtk/dcmdata/dctk.h>
 #include <dcmtk/dcmdata/dcostrmb.h>
+#include <dcmtk/dcmdata/dctk.h>
 
 #include <stdexcept>
 #include <vector>

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "demo/probe/Hands.h"
 
+#include <QtTest/qtestkeyboard.h>
+#include <QtTest/qtestmouse.h>
 #include <QApplication>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
-#include <QtTest/qtestkeyboard.h>
-#include <QtTest/qtestmouse.h>
 #include <chrono>
 
 namespace demo::probe {

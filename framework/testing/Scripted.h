@@ -8,10 +8,10 @@
 
 #include "base/Export.h"
 #include "platform/controls/Alert.h"
-#include "platform/documents/Application.h"
 #include "platform/controls/Feedback.h"
-#include "platform/notifications/NotificationCenter.h"
 #include "platform/controls/Panels.h"
+#include "platform/documents/Application.h"
+#include "platform/notifications/NotificationCenter.h"
 #include "platform/printing/Printing.h"
 #include "platform/runloop/RunLoop.h"
 #include "platform/settings/UserDefaults.h"

@@ -3,13 +3,13 @@
 
 #include <QVariantMap>
 
-#include "platform/bundles/Bundle.h"
 #include "base/files/FileManager.h"
-#include "platform/printing/GraphicsContext.h"
+#include "platform/Services.h"
+#include "platform/bundles/Bundle.h"
 #include "platform/controls/InterfaceFiles.h"
 #include "platform/notifications/NotificationCenter.h"
+#include "platform/printing/GraphicsContext.h"
 #include "platform/printing/Printing.h"
-#include "platform/Services.h"
 #include "testing/Scripted.h"
 #include "testing/ScriptedScripts.h"
 #include "testing/ScriptedWeb.h"

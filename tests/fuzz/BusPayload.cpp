@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "link/bus/BusLink.h"
-#include "tests/fuzz/FuzzTargets.h"
 #include "testing/bus/RawBus.h"
+#include "tests/fuzz/FuzzTargets.h"
 
 using namespace velmora;
 

@@ -2,11 +2,11 @@
 #include <cstring>
 
 #include "bridge/dicom/Capture.h"
-#include "bridge/spool/SpoolFile.h"
-#include "bridge/spool/RequestMemory.h"
 #include "bridge/service/WhichStudy.h"
-#include "tests/fuzz/FuzzTargets.h"
+#include "bridge/spool/RequestMemory.h"
+#include "bridge/spool/SpoolFile.h"
 #include "link/protocol/LinkProtocol.h"
+#include "tests/fuzz/FuzzTargets.h"
 
 namespace protocol = velmora::link;
 using namespace bridge;

@@ -5,11 +5,11 @@
 #include <QLineEdit>
 #include <algorithm>
 
-#include "platform/text/DateFormatter.h"
-#include "platform/controls/TextFieldEditing.h"
-#include "tests/model/Player.h"
 #include "link/protocol/LinkProtocol.h"
+#include "platform/controls/TextFieldEditing.h"
+#include "platform/text/DateFormatter.h"
 #include "testing/files/Files.h"
+#include "tests/model/Player.h"
 
 using namespace velmora;
 

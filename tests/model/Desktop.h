@@ -4,11 +4,11 @@
 #include <QPointer>
 #include <functional>
 
-#include "platform/bundles/Bundle.h"
 #include "base/files/FileManager.h"
-#include "platform/printing/GraphicsContext.h"
-#include "platform/controls/InterfaceFiles.h"
 #include "platform/Services.h"
+#include "platform/bundles/Bundle.h"
+#include "platform/controls/InterfaceFiles.h"
+#include "platform/printing/GraphicsContext.h"
 #include "testing/Scripted.h"
 #include "testing/ScriptedScripts.h"
 #include "testing/ScriptedWeb.h"

@@ -8,14 +8,14 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "link/protocol/LinkPayload.h"
+#include "link/protocol/LinkProtocol.h"
 #include "platform/text/DateFormatter.h"
+#include "testing/files/Files.h"
 #include "tests/model/Comparison.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/document/VelmoraGraphView.h"
-#include "link/protocol/LinkPayload.h"
-#include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
-#include "testing/files/Files.h"
 
 using namespace velmora;
 

@@ -5,9 +5,9 @@
 #include <memory>
 
 #include "testing/LogRecorder.h"
+#include "testing/files/TemporaryHome.h"
 #include "tests/model/Desktop.h"
 #include "tests/model/TracedDocument.h"
-#include "testing/files/TemporaryHome.h"
 #include "velmora/app/VelmoraAppController.h"
 
 namespace model {

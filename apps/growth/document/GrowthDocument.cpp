@@ -6,11 +6,11 @@
 #include <QLineEdit>
 #include <QTabWidget>
 
-#include "apps/growth/record/Age.h"
 #include "apps/growth/document/GrowthCharts.h"
+#include "apps/growth/record/Age.h"
 #include "base/log/Guard.h"
-#include "platform/text/Localization.h"
 #include "platform/documents/WindowController.h"
+#include "platform/text/Localization.h"
 #include "velmora/document/VelmoraGraphView.h"
 
 using namespace velmora;

@@ -7,12 +7,12 @@
 #include <QUrl>
 #include <QWidget>
 
-#include "platform/documents/DocumentController.h"
 #include "base/log/Guard.h"
-#include "platform/text/Localization.h"
 #include "base/log/Log.h"
-#include "platform/printing/Printing.h"
 #include "desktop/alerts/UnattendedAlerts.h"
+#include "platform/documents/DocumentController.h"
+#include "platform/printing/Printing.h"
+#include "platform/text/Localization.h"
 
 namespace velmora::desktop {
 

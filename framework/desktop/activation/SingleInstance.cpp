@@ -5,9 +5,9 @@
 #include <future>
 
 #include "base/log/Guard.h"
-#include "platform/runloop/RunLoop.h"
 #include "desktop/activation/ActivationBus.h"
 #include "desktop/activation/ActivationHandler.h"
+#include "platform/runloop/RunLoop.h"
 
 namespace velmora::desktop {
 

@@ -12,8 +12,8 @@
 #include <array>
 
 #include "base/log/Guard.h"
-#include "platform/text/Localization.h"
 #include "platform/runloop/RunLoop.h"
+#include "platform/text/Localization.h"
 
 namespace velmora::desktop {
 

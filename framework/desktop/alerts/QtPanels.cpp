@@ -8,8 +8,8 @@
 #include <QPushButton>
 
 #include "base/files/FileManager.h"
-#include "platform/text/Localization.h"
 #include "platform/runloop/RunLoop.h"
+#include "platform/text/Localization.h"
 
 namespace velmora::desktop {
 

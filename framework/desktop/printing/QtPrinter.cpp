@@ -10,8 +10,8 @@
 #include <QWidget>
 
 #include "platform/printing/GraphicsContext.h"
-#include "platform/text/Localization.h"
 #include "platform/runloop/RunLoop.h"
+#include "platform/text/Localization.h"
 
 namespace velmora::desktop {
 

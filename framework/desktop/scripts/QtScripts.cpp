@@ -4,11 +4,11 @@
 #include <QPointer>
 #include <system_error>
 
-#include "platform/text/Localization.h"
 #include "desktop/scripts/ShellErrors.h"
 #include "desktop/scripts/ShellRun.h"
 #include "desktop/scripts/ShellStyles.h"
 #include "desktop/scripts/ShellTools.h"
+#include "platform/text/Localization.h"
 
 namespace velmora::desktop {
 

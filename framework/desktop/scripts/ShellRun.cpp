@@ -16,9 +16,9 @@
 
 #include "base/log/Guard.h"
 #include "base/log/Log.h"
-#include "platform/runloop/RunLoop.h"
 #include "desktop/alerts/BusyPointer.h"
 #include "desktop/scripts/ShellStandardError.h"
+#include "platform/runloop/RunLoop.h"
 
 namespace velmora::desktop {
 

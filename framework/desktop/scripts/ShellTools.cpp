@@ -5,9 +5,9 @@
 #include <QProcessEnvironment>
 #include <QStandardPaths>
 
-#include "platform/text/Localization.h"
 #include "desktop/alerts/BusyPointer.h"
 #include "desktop/scripts/ShellErrors.h"
+#include "platform/text/Localization.h"
 
 namespace velmora::desktop {
 

@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "base/log/Guard.h"
-#include "platform/text/Localization.h"
 #include "base/log/Log.h"
-#include "platform/runloop/RunLoop.h"
 #include "desktop/web/QtWebTransfers.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/text/Localization.h"
 
 namespace velmora::desktop {
 

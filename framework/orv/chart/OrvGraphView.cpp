@@ -5,8 +5,8 @@
 #include <cmath>
 #include <utility>
 
-#include "orv/chart/GraphPlot.h"
 #include "base/log/Guard.h"
+#include "orv/chart/GraphPlot.h"
 
 using namespace velmora;
 

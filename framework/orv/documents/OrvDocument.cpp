@@ -7,12 +7,12 @@
 
 #include "base/log/Log.h"
 #include "orv/documents/OrvChecksum.h"
-#include "platform/controls/Alert.h"
-#include "platform/bundles/Bundle.h"
-#include "platform/text/Localization.h"
-#include "platform/printing/Printing.h"
 #include "platform/Services.h"
+#include "platform/bundles/Bundle.h"
+#include "platform/controls/Alert.h"
 #include "platform/documents/WindowController.h"
+#include "platform/printing/Printing.h"
+#include "platform/text/Localization.h"
 
 using namespace velmora;
 

@@ -7,12 +7,12 @@
 
 #include "orv/updates/OrvAppcast.h"
 #include "orv/updates/OrvVersionNumber.h"
-#include "platform/controls/Alert.h"
+#include "platform/Services.h"
 #include "platform/bundles/Bundle.h"
-#include "platform/text/Localization.h"
+#include "platform/controls/Alert.h"
 #include "platform/notifications/NotificationCenter.h"
 #include "platform/runloop/RunLoop.h"
-#include "platform/Services.h"
+#include "platform/text/Localization.h"
 #include "platform/workspace/Web.h"
 #include "platform/workspace/Workspace.h"
 

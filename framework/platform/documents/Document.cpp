@@ -6,14 +6,14 @@
 #include <exception>
 
 #include "base/log/Guard.h"
+#include "platform/Services.h"
 #include "platform/controls/Alert.h"
 #include "platform/controls/Panels.h"
-#include "platform/documents/DocumentController.h"
-#include "platform/text/Localization.h"
-#include "platform/runloop/RunLoop.h"
-#include "platform/Services.h"
 #include "platform/controls/TextFieldEditing.h"
+#include "platform/documents/DocumentController.h"
 #include "platform/documents/WindowController.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/text/Localization.h"
 
 namespace velmora::platform {
 

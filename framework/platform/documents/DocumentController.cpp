@@ -8,17 +8,17 @@
 #include <QFileInfo>
 #include <algorithm>
 
-#include "platform/controls/Alert.h"
-#include "platform/documents/Application.h"
 #include "base/log/AssertionFailure.h"
 #include "base/log/Guard.h"
-#include "platform/text/Localization.h"
 #include "base/log/Log.h"
+#include "platform/Services.h"
+#include "platform/controls/Alert.h"
 #include "platform/controls/Panels.h"
+#include "platform/controls/TextFieldEditing.h"
+#include "platform/documents/Application.h"
 #include "platform/runloop/RunLoop.h"
 #include "platform/scripts/Script.h"
-#include "platform/Services.h"
-#include "platform/controls/TextFieldEditing.h"
+#include "platform/text/Localization.h"
 
 namespace velmora::platform {
 

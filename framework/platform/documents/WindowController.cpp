@@ -5,13 +5,13 @@
 #include <QMouseEvent>
 #include <QPointer>
 
+#include "base/log/Guard.h"
+#include "platform/Services.h"
+#include "platform/controls/InterfaceFiles.h"
+#include "platform/controls/TextFieldEditing.h"
 #include "platform/documents/Document.h"
 #include "platform/documents/DocumentController.h"
-#include "base/log/Guard.h"
-#include "platform/controls/InterfaceFiles.h"
 #include "platform/runloop/RunLoop.h"
-#include "platform/Services.h"
-#include "platform/controls/TextFieldEditing.h"
 
 namespace velmora::platform {
 

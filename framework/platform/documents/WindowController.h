@@ -70,7 +70,6 @@ class VELMORA_EXPORT WindowController : public QObject {
 
 #include <QWidget>
 
-
 template <typename Widget>
 Widget* velmora::platform::WindowController::outlet(const QString& objectName) {
   return window()->findChild<Widget*>(objectName);

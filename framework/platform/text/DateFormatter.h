@@ -6,8 +6,8 @@
 #include <QLocale>
 #include <QString>
 
-#include "base/Export.h"
 #include "base/CalendarDay.h"
+#include "base/Export.h"
 
 namespace velmora::platform {
 

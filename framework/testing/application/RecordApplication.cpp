@@ -6,11 +6,11 @@
 #include <QJsonObject>
 #include <stdexcept>
 
+#include "link/protocol/LinkProtocol.h"
 #include "platform/text/DateFormatter.h"
 #include "testing/application/SealedFile.h"
-#include "link/protocol/LinkProtocol.h"
-#include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/SettingsKeys.h"
 
 namespace velmora::testkit {
 

@@ -6,8 +6,8 @@
 
 #include "base/Export.h"
 #include "testing/TestServices.h"
-#include "testing/files/TemporaryHome.h"
 #include "testing/application/RecordingDocument.h"
+#include "testing/files/TemporaryHome.h"
 #include "testing/window/UserActions.h"
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/document/VelmoraApplicationDelegate.h"

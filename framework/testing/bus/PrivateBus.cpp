@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "testing/bus/PrivateBus.h"
 
-#include <csignal>
 #include <sys/types.h>
+#include <csignal>
 
 #include <QFile>
 #include <stdexcept>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-#include <csignal>
 #include <sys/resource.h>
+#include <csignal>
 
 #include "base/Export.h"
 

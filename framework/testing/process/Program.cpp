@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "testing/process/Program.h"
 
-#include <csignal>
 #include <sys/prctl.h>
+#include <csignal>
 
 namespace velmora::testkit {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "testing/web/WebDriver.h"
 
-#include <csignal>
 #include <sys/prctl.h>
+#include <csignal>
 
 #include <QEventLoop>
 #include <QJsonDocument>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <QApplication>
-#include <QWidget>
 #include <QTimer>
+#include <QWidget>
 #include <functional>
 
 #include "testing/Scripted.h"

@@ -9,13 +9,13 @@
 #include <QScreen>
 #include <QShortcut>
 
-#include "platform/documents/Application.h"
 #include "base/log/AssertionFailure.h"
-#include "platform/bundles/Bundle.h"
 #include "base/log/Guard.h"
-#include "platform/text/Localization.h"
-#include "platform/runloop/RunLoop.h"
 #include "platform/Services.h"
+#include "platform/bundles/Bundle.h"
+#include "platform/documents/Application.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/text/Localization.h"
 
 using namespace velmora;
 

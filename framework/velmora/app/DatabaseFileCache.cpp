@@ -2,10 +2,10 @@
 #include "velmora/app/DatabaseFileCache.h"
 
 #include "base/files/FileManager.h"
-#include "platform/text/Localization.h"
-#include "platform/runloop/RunLoop.h"
 #include "platform/Services.h"
+#include "platform/runloop/RunLoop.h"
 #include "platform/settings/UserDefaults.h"
+#include "platform/text/Localization.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace velmora {

@@ -6,10 +6,10 @@
 #include <optional>
 #include <utility>
 
-#include "platform/text/Localization.h"
 #include "base/log/Log.h"
 #include "platform/scripts/Script.h"
 #include "platform/settings/UserDefaults.h"
+#include "platform/text/Localization.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace velmora {

@@ -5,11 +5,11 @@
 #include <utility>
 
 #include "orv/updates/OrvVersion.h"
-#include "platform/text/Localization.h"
+#include "platform/Services.h"
 #include "platform/notifications/NotificationCenter.h"
 #include "platform/runloop/RunLoop.h"
-#include "platform/Services.h"
 #include "platform/settings/UserDefaults.h"
+#include "platform/text/Localization.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using velmora::platform::localizedString;

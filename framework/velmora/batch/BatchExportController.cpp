@@ -8,17 +8,17 @@
 #include <QScreen>
 #include <tuple>
 
-#include "platform/controls/Alert.h"
-#include "platform/documents/DocumentController.h"
 #include "base/files/FileManager.h"
 #include "base/log/Guard.h"
-#include "platform/text/Localization.h"
+#include "link/protocol/LinkPayload.h"
+#include "platform/Services.h"
+#include "platform/controls/Alert.h"
+#include "platform/documents/DocumentController.h"
 #include "platform/notifications/NotificationCenter.h"
 #include "platform/runloop/RunLoop.h"
-#include "platform/Services.h"
 #include "platform/settings/UserDefaults.h"
+#include "platform/text/Localization.h"
 #include "velmora/batch/RecentFiles.h"
-#include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;

@@ -5,8 +5,8 @@
 #include <QShortcut>
 
 #include "base/log/Guard.h"
-#include "platform/text/Localization.h"
 #include "platform/Services.h"
+#include "platform/text/Localization.h"
 
 using namespace velmora;
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <QLabel>
-#include <QProgressBar>
 #include <QPointer>
+#include <QProgressBar>
 #include <QPushButton>
 
 #include "platform/documents/WindowController.h"

@@ -6,11 +6,11 @@
 #include <QUrl>
 #include <utility>
 
+#include "base/log/Guard.h"
 #include "platform/controls/Alert.h"
 #include "platform/documents/DocumentController.h"
-#include "base/log/Guard.h"
-#include "platform/text/Localization.h"
 #include "platform/runloop/RunLoop.h"
+#include "platform/text/Localization.h"
 #include "velmora/document/VelmoraDocument.h"
 
 namespace velmora {

@@ -6,16 +6,16 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/controls/Alert.h"
 #include "base/Result.h"
 #include "base/log/AssertionFailure.h"
-#include "platform/documents/DocumentController.h"
-#include "platform/text/Localization.h"
 #include "base/log/Log.h"
-#include "platform/runloop/RunLoop.h"
-#include "velmora/document/VelmoraDocument.h"
 #include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
+#include "platform/controls/Alert.h"
+#include "platform/documents/DocumentController.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/text/Localization.h"
+#include "velmora/document/VelmoraDocument.h"
 
 namespace velmora {
 

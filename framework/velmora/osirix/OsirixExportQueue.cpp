@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "velmora/osirix/OsirixExportQueue.h"
 
-#include "platform/bundles/Bundle.h"
 #include "base/log/Log.h"
-#include "platform/runloop/RunLoop.h"
-#include "platform/Services.h"
 #include "link/protocol/LinkProtocol.h"
+#include "platform/Services.h"
+#include "platform/bundles/Bundle.h"
+#include "platform/runloop/RunLoop.h"
 
 namespace velmora {
 

@@ -5,14 +5,14 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-#include "platform/controls/Alert.h"
-#include "platform/bundles/Bundle.h"
 #include "base/files/FileManager.h"
-#include "platform/text/Localization.h"
 #include "base/log/Log.h"
-#include "platform/bundles/PropertyList.h"
-#include "platform/runloop/RunLoop.h"
 #include "platform/Services.h"
+#include "platform/bundles/Bundle.h"
+#include "platform/bundles/PropertyList.h"
+#include "platform/controls/Alert.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/text/Localization.h"
 #include "velmora/osirix/Osirix.h"
 
 namespace velmora {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "velmora/preferences/LastCheckedText.h"
 
+#include "platform/settings/UserDefaults.h"
 #include "platform/text/DateFormatter.h"
 #include "platform/text/Localization.h"
-#include "platform/settings/UserDefaults.h"
 
 using velmora::platform::localizedString;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "bridge/spool/Spool.h"
-#include "tests/integration/bridge/CommandTesting.h"
 #include "bridge/testing/Orthanc.h"
+#include "tests/integration/bridge/CommandTesting.h"
 
 using bridge_testing::Orthanc;
 using bridge_testing::OrthancOptions;

@@ -9,9 +9,9 @@
 
 #include "bridge/config/Config.h"
 #include "testing/bus/PrivateBus.h"
-#include "testing/process/Program.h"
-#include "testing/main/Shown.h"
 #include "testing/files/Files.h"
+#include "testing/main/Shown.h"
+#include "testing/process/Program.h"
 
 /// What the tests of the commands share: a folder with a configuration, a spool and a bus of their own.
 namespace command_testing {

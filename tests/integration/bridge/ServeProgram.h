@@ -5,13 +5,13 @@
 #include <QSet>
 
 #include "bridge/spool/Spool.h"
-#include "link/bus/BusLink.h"
 #include "bridge/testing/Orthanc.h"
 #include "bridge/testing/SyntheticStudy.h"
-#include "tests/unit/bridge/service/ServeTesting.h"
-#include "testing/bus/PrivateBus.h"
+#include "link/bus/BusLink.h"
 #include "link/protocol/LinkProtocol.h"
+#include "testing/bus/PrivateBus.h"
 #include "testing/process/Program.h"
+#include "tests/unit/bridge/service/ServeTesting.h"
 
 namespace serve_testing {
 

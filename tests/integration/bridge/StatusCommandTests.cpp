@@ -4,8 +4,8 @@
 #include <QJsonObject>
 
 #include "bridge/spool/Spool.h"
-#include "tests/integration/bridge/CommandTesting.h"
 #include "testing/files/Files.h"
+#include "tests/integration/bridge/CommandTesting.h"
 
 using bridge::EntryState;
 using bridge::Spool;

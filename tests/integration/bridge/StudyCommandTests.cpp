@@ -8,14 +8,14 @@
 #include <QThread>
 #include <memory>
 
-#include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "tests/integration/bridge/CommandTesting.h"
 #include "bridge/testing/Orthanc.h"
 #include "bridge/testing/SyntheticStudy.h"
+#include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "testing/bus/LinkOnTheBus.h"
 #include "testing/bus/Mailbox.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
+#include "tests/integration/bridge/CommandTesting.h"
 
 using namespace velmora;
 

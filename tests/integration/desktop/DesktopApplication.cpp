@@ -13,12 +13,12 @@
 #include <QWidget>
 #include <memory>
 
+#include "desktop/Desktop.h"
 #include "orv/documents/OrvDocument.h"
 #include "platform/controls/Alert.h"
 #include "platform/documents/Application.h"
 #include "platform/documents/DocumentController.h"
 #include "platform/runloop/RunLoop.h"
-#include "desktop/Desktop.h"
 
 using namespace velmora;
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "demo/ChartPicture.h"
 
+#include <gtest/gtest.h>
 #include <QBuffer>
 #include <QImage>
 #include <QPainter>
-#include <gtest/gtest.h>
 
 using demo::ChartPicture;
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 // The user guide as it stands in the tree and beside the application, and the check that reads it.
+#include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <gtest/gtest.h>
 
-#include "tests/integration/dev/GuideCheck.h"
 #include "testing/files/Files.h"
+#include "tests/integration/dev/GuideCheck.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 // The probe in a program that knows nothing of it, which is another process.
+#include <gtest/gtest.h>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 #include "demo/Child.h"
 #include "demo/Person.h"

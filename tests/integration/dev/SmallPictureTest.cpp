@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include <QImage>
 #include <gtest/gtest.h>
+#include <QImage>
 
 #include "demo/guide/SmallPicture.h"
 

@@ -5,8 +5,8 @@
 #include <QMessageBox>
 #include <QTest>
 
-#include "platform/text/Localization.h"
 #include "desktop/alerts/QtAlerts.h"
+#include "platform/text/Localization.h"
 #include "testing/VirtualRunLoop.h"
 #include "tests/integration/languages/ShownTexts.h"
 #include "tests/integration/languages/TranslationFiles.h"

@@ -10,8 +10,8 @@
 #include <QSet>
 #include <QTemporaryDir>
 
-#include "tests/integration/languages/TranslationFiles.h"
 #include "testing/files/Files.h"
+#include "tests/integration/languages/TranslationFiles.h"
 
 using languages::Text;
 

@@ -10,12 +10,12 @@
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "testing/bus/BusTap.h"
-#include "testing/bus/Mailbox.h"
 #include "testing/bus/LinkOnTheBus.h"
+#include "testing/bus/Mailbox.h"
 #include "testing/bus/PrivateBus.h"
 #include "testing/files/Noise.h"
-#include "testing/process/Program.h"
 #include "testing/main/Shown.h"
+#include "testing/process/Program.h"
 
 using namespace velmora;
 

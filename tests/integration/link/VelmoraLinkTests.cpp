@@ -12,14 +12,14 @@
 #include <QTemporaryDir>
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "testing/bus/Mailbox.h"
 #include "testing/bus/LinkOnTheBus.h"
+#include "testing/bus/Mailbox.h"
 #include "testing/bus/PrivateBus.h"
-#include "testing/files/Noise.h"
-#include "testing/process/Program.h"
-#include "testing/main/Shown.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
+#include "testing/files/Noise.h"
+#include "testing/main/Shown.h"
+#include "testing/process/Program.h"
 
 using namespace velmora::testkit;
 using namespace velmora::testkit::bus;

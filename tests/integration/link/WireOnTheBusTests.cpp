@@ -13,10 +13,10 @@
 #include <limits>
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "testing/bus/Mailbox.h"
-#include "testing/bus/LinkOnTheBus.h"
-#include "testing/bus/PrivateBus.h"
 #include "testing/LogRecorder.h"
+#include "testing/bus/LinkOnTheBus.h"
+#include "testing/bus/Mailbox.h"
+#include "testing/bus/PrivateBus.h"
 #include "testing/main/Shown.h"
 
 using namespace velmora;

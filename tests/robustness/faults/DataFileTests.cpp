@@ -10,9 +10,9 @@
 #include <QJsonObject>
 
 #include "orv/documents/OrvChecksum.h"
-#include "tests/robustness/faults/GrowthDesk.h"
 #include "testing/files/Files.h"
 #include "testing/files/OrdinaryUser.h"
+#include "tests/robustness/faults/GrowthDesk.h"
 
 using namespace velmora;
 

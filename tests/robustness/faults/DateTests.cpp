@@ -12,7 +12,6 @@
 #include "platform/text/DateFormatter.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "tests/robustness/faults/GrowthDesk.h"
-#include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
 

@@ -8,10 +8,10 @@
 #include <QFileInfo>
 
 #include "platform/controls/Alert.h"
-#include "tests/robustness/faults/GrowthDesk.h"
-#include "tests/robustness/shim/SystemCalls.h"
 #include "testing/files/Files.h"
 #include "testing/files/FullDisk.h"
+#include "tests/robustness/faults/GrowthDesk.h"
+#include "tests/robustness/shim/SystemCalls.h"
 
 using namespace velmora;
 

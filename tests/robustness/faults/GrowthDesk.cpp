@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "apps/growth/resources/GrowthResources.h"
 #include "tests/robustness/faults/GrowthDesk.h"
+#include "apps/growth/resources/GrowthResources.h"
 
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <stdexcept>
 
 #include "platform/controls/Alert.h"
-#include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 

@@ -9,8 +9,8 @@
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
 #include "testing/files/TemporaryHome.h"
-#include "velmora/app/VelmoraAppController.h"
 #include "testing/main/Shown.h"
+#include "velmora/app/VelmoraAppController.h"
 
 namespace faults {
 

@@ -7,9 +7,9 @@
 #include <QTimeZone>
 
 #include "orv/documents/OrvKeptCopies.h"
+#include "testing/files/Files.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "tests/robustness/shim/SystemCalls.h"
-#include "testing/files/Files.h"
 
 using namespace velmora;
 

@@ -9,10 +9,10 @@
 #include <QTabWidget>
 
 #include "platform/controls/Alert.h"
+#include "testing/files/Files.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "velmora/app/DatabaseFileCache.h"
 #include "velmora/resources/SettingsKeys.h"
-#include "testing/files/Files.h"
 
 using namespace velmora;
 

@@ -8,9 +8,9 @@
 #include <QScopeGuard>
 
 #include "platform/controls/Alert.h"
-#include "tests/robustness/faults/GrowthDesk.h"
 #include "testing/files/Files.h"
 #include "testing/files/OrdinaryUser.h"
+#include "tests/robustness/faults/GrowthDesk.h"
 
 using namespace velmora;
 

@@ -2,18 +2,18 @@
 //
 // A save in which one system call fails, or in which the process is killed.
 #include <gtest/gtest.h>
-#include <csignal>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <csignal>
 
 #include <QDir>
 #include <QProcess>
 #include <cerrno>
 
 #include "orv/documents/OrvKeptCopies.h"
+#include "testing/files/Files.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "tests/robustness/shim/SystemCalls.h"
-#include "testing/files/Files.h"
 
 using namespace velmora;
 

@@ -14,11 +14,11 @@
 
 #include "apps/growth/resources/GrowthResources.h"
 #include "desktop/settings/QtUserDefaults.h"
-#include "tests/robustness/faults/GrowthDesk.h"
-#include "velmora/resources/SettingsKeys.h"
+#include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
 #include "testing/files/OrdinaryUser.h"
-#include "testing/files/EnvironmentVariable.h"
+#include "tests/robustness/faults/GrowthDesk.h"
+#include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 

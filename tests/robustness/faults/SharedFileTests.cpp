@@ -7,9 +7,9 @@
 
 #include "orv/documents/OrvKeptCopies.h"
 #include "platform/controls/Alert.h"
+#include "testing/files/Files.h"
 #include "tests/robustness/faults/GrowthDesk.h"
 #include "velmora/resources/SettingsKeys.h"
-#include "testing/files/Files.h"
 
 using namespace velmora;
 

@@ -5,12 +5,12 @@
 
 #include <QDateTime>
 
-#include "testing/bus/RawClient.h"
-#include "tests/robustness/link/WeatherProgram.h"
+#include "link/protocol/LinkProtocol.h"
 #include "testing/bus/LinkOnTheBus.h"
 #include "testing/bus/PrivateBus.h"
+#include "testing/bus/RawClient.h"
 #include "testing/main/Shown.h"
-#include "link/protocol/LinkProtocol.h"
+#include "tests/robustness/link/WeatherProgram.h"
 
 using namespace velmora::testkit;
 using link_testing::WeatherProgram;

@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "tests/robustness/link/WeatherProgram.h"
+#include "link/protocol/LinkProtocol.h"
 #include "testing/bus/PrivateBus.h"
 #include "testing/main/Shown.h"
-#include "link/protocol/LinkProtocol.h"
+#include "tests/robustness/link/WeatherProgram.h"
 
 using namespace velmora;
 

@@ -4,14 +4,14 @@
 #include <gtest/gtest.h>
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "testing/TestServices.h"
-#include "testing/bus/Mailbox.h"
-#include "testing/bus/LinkOnTheBus.h"
-#include "testing/bus/PrivateBus.h"
-#include "testing/LogRecorder.h"
-#include "testing/main/Shown.h"
 #include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
+#include "testing/LogRecorder.h"
+#include "testing/TestServices.h"
+#include "testing/bus/LinkOnTheBus.h"
+#include "testing/bus/Mailbox.h"
+#include "testing/bus/PrivateBus.h"
+#include "testing/main/Shown.h"
 #include "velmora/osirix/OsirixExportQueue.h"
 
 using namespace velmora;

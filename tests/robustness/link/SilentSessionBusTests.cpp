@@ -8,12 +8,12 @@
 #include <memory>
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "testing/bus/RawBus.h"
+#include "link/protocol/LinkProtocol.h"
 #include "testing/bus/PrivateBus.h"
+#include "testing/bus/RawBus.h"
+#include "testing/main/Shown.h"
 #include "testing/process/VirtualScreen.h"
 #include "tests/robustness/link/WeatherProgram.h"
-#include "testing/main/Shown.h"
-#include "link/protocol/LinkProtocol.h"
 
 using namespace velmora;
 

@@ -19,16 +19,16 @@
 #include <iostream>
 #include <string>
 
-#include "apps/growth/resources/GrowthResources.h"
 #include "apps/growth/document/GrowthDocument.h"
 #include "apps/growth/reference/GrowthReferences.h"
-#include "platform/bundles/Bundle.h"
-#include "platform/documents/Document.h"
-#include "platform/controls/InterfaceFiles.h"
-#include "platform/settings/UserDefaults.h"
-#include "platform/documents/WindowController.h"
+#include "apps/growth/resources/GrowthResources.h"
 #include "desktop/Desktop.h"
 #include "desktop/activation/SessionBus.h"
+#include "platform/bundles/Bundle.h"
+#include "platform/controls/InterfaceFiles.h"
+#include "platform/documents/Document.h"
+#include "platform/documents/WindowController.h"
+#include "platform/settings/UserDefaults.h"
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/resources/SettingsKeys.h"
 

@@ -6,9 +6,9 @@
 #include <QCloseEvent>
 #include <thread>
 
+#include "link/protocol/LinkPayload.h"
 #include "testing/TestServices.h"
 #include "tests/robustness/nesting/WeatherDesktop.h"
-#include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
@@ -145,9 +145,7 @@ TEST(DestructionOfTheController, DropsEveryCallThatIsPending) {
   controller->newDocument();
   QPointer<platform::Document> document = controller->currentDocument();
   document->performClose();
-  std::thread viewer([&] {
-    controller->notifiedOfLinkFromOsirix({{}, {}, study(QStringLiteral("1"))});
-  });
+  std::thread viewer([&] { controller->notifiedOfLinkFromOsirix({{}, {}, study(QStringLiteral("1"))}); });
   viewer.join();
   controller->closeAllDocuments({});
   controller->terminate();

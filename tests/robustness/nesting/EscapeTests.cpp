@@ -8,8 +8,8 @@
 #include <QDir>
 #include <QTest>
 
-#include "tests/robustness/nesting/WeatherDesktop.h"
 #include "testing/files/Files.h"
+#include "tests/robustness/nesting/WeatherDesktop.h"
 
 using namespace velmora::testkit;
 
@@ -30,8 +30,7 @@ class Escape : public ::testing::Test {
   void fillTheDisk() {
     QFile::remove(file());
     QDir().mkpath(file());
-    writeFile(application_.home.path(QStringLiteral(".local/share/org.velmora.recorder")),
-                                "a file");
+    writeFile(application_.home.path(QStringLiteral(".local/share/org.velmora.recorder")), "a file");
   }
   QString file() const { return application_.pathOfRecord(QStringLiteral("B2")); }
   void closeAndSave() {

@@ -13,8 +13,8 @@
 #include <QTest>
 #include <stdexcept>
 
-#include "orv/chart/OrvGraphView.h"
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
+#include "orv/chart/OrvGraphView.h"
 #include "testing/bus/PrivateBus.h"
 #include "tests/robustness/nesting/WeatherDesktop.h"
 #include "velmora/document/VelmoraGraphView.h"

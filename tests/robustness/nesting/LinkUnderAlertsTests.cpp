@@ -6,9 +6,9 @@
 
 #include <QFile>
 
+#include "testing/files/Files.h"
 #include "tests/robustness/nesting/WeatherDesktop.h"
 #include "velmora/resources/SettingsKeys.h"
-#include "testing/files/Files.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

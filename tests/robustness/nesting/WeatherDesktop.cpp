@@ -15,10 +15,10 @@
 #include <stdexcept>
 #include <thread>
 
-#include "orv/documents/OrvChecksum.h"
 #include "link/protocol/LinkProtocol.h"
-#include "velmora/resources/SettingsKeys.h"
+#include "orv/documents/OrvChecksum.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

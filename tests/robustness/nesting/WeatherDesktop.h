@@ -8,20 +8,20 @@
 #include <deque>
 #include <functional>
 
-#include "platform/bundles/Bundle.h"
 #include "base/files/FileManager.h"
-#include "platform/printing/GraphicsContext.h"
-#include "platform/controls/InterfaceFiles.h"
-#include "platform/notifications/NotificationCenter.h"
-#include "platform/printing/Printing.h"
-#include "platform/Services.h"
 #include "desktop/alerts/QtAlerts.h"
 #include "desktop/alerts/QtPanels.h"
 #include "desktop/runloop/QtRunLoop.h"
+#include "platform/Services.h"
+#include "platform/bundles/Bundle.h"
+#include "platform/controls/InterfaceFiles.h"
+#include "platform/notifications/NotificationCenter.h"
+#include "platform/printing/GraphicsContext.h"
+#include "platform/printing/Printing.h"
 #include "testing/LogRecorder.h"
 #include "testing/Scripted.h"
-#include "testing/files/TemporaryHome.h"
 #include "testing/application/RecordApplication.h"
+#include "testing/files/TemporaryHome.h"
 #include "velmora/app/VelmoraAppController.h"
 
 namespace weather {

@@ -2,12 +2,12 @@
 #include "tests/robustness/shim/SystemCalls.h"
 
 #include <fcntl.h>
-#include <csignal>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+#include <csignal>
 
 #include <QFile>
 #include <algorithm>

@@ -9,16 +9,16 @@
 #include <QTest>
 #include <memory>
 
-#include "platform/documents/Application.h"
 #include "platform/bundles/Bundle.h"
+#include "platform/documents/Application.h"
 #include "platform/documents/DocumentController.h"
 #include "platform/notifications/NotificationCenter.h"
 #include "platform/runloop/RunLoop.h"
 #include "platform/settings/UserDefaults.h"
 #include "testing/LogRecorder.h"
+#include "testing/files/EnvironmentVariable.h"
 #include "testing/main/Shown.h"
 #include "testing/window/WhenOpen.h"
-#include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

@@ -7,8 +7,8 @@
 #include <QTemporaryDir>
 
 #include "base/files/FileManager.h"
-#include "testing/main/Shown.h"
 #include "testing/files/Files.h"
+#include "testing/main/Shown.h"
 
 using velmora::base::Failure;
 using velmora::base::FileManager;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "base/files/FileManager.h"
-#include "testing/main/Shown.h"
 #include "testing/files/EnvironmentVariable.h"
+#include "testing/main/Shown.h"
 
 using velmora::base::abbreviatingWithTildeInPath;
 using velmora::base::appendingPathExtension;

@@ -13,9 +13,9 @@
 #include <utility>
 
 #include "base/files/FileManager.h"
-#include "testing/main/Shown.h"
-#include "testing/files/FullDisk.h"
 #include "testing/files/Files.h"
+#include "testing/files/FullDisk.h"
+#include "testing/main/Shown.h"
 
 using velmora::base::Failure;
 using velmora::base::FileManager;

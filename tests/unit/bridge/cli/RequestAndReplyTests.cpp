@@ -9,15 +9,15 @@
 #include <QTemporaryDir>
 #include <limits>
 
+#include "bridge/cli/ReplyFolder.h"
 #include "bridge/cli/ReplySummary.h"
 #include "bridge/cli/StudyJson.h"
 #include "link/protocol/LinkPayload.h"
-#include "bridge/cli/ReplyFolder.h"
 #include "testing/bus/LinkOnTheBus.h"
-#include "testing/files/Noise.h"
-#include "testing/main/Shown.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
+#include "testing/files/Noise.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora::testkit;
 using namespace velmora::testkit::bus;

@@ -8,9 +8,9 @@
 #include <QTemporaryDir>
 
 #include "bridge/config/Config.h"
-#include "testing/files/OrdinaryUser.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
+#include "testing/files/OrdinaryUser.h"
 
 using bridge::PacsSettings;
 

@@ -10,8 +10,8 @@
 #include "bridge/dicom/StudyAttributes.h"
 #include "bridge/dicom/StudyFile.h"
 #include "bridge/dicom/StudyReader.h"
-#include "tests/unit/bridge/dicom/DicomTesting.h"
 #include "testing/files/Files.h"
+#include "tests/unit/bridge/dicom/DicomTesting.h"
 
 using namespace dicom_testing;
 using bridge::studyFromBytes;

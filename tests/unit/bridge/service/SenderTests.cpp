@@ -142,8 +142,7 @@ TEST_F(SenderTest, SendsTheSameObjectAgain) {
   ASSERT_EQ(pacs_.storedUids(), QStringList{uid});
   const CaptureIdentity identity{uid, decided.seriesInstanceUID, 1, decided.seriesNumber,
                                  QDateTime(QDate(2024, 5, 2), QTime(9, 0), Qt::UTC)};
-  const auto first =
-      secondaryCapture(study("1.1", "A"), {jpeg(), text("Growth Chart"), Growth}, identity);
+  const auto first = secondaryCapture(study("1.1", "A"), {jpeg(), text("Growth Chart"), Growth}, identity);
   ASSERT_TRUE(first.ok()) << qPrintable(first.error());
   EXPECT_EQ(pacs_.stored.first().file, *first);
 }

@@ -7,8 +7,8 @@
 #include <memory>
 #include <stdexcept>
 
-#include "platform/documents/DocumentController.h"
 #include "desktop/alerts/UnattendedAlerts.h"
+#include "platform/documents/DocumentController.h"
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
 #include "testing/main/Shown.h"

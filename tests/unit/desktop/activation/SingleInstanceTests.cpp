@@ -3,17 +3,16 @@
 
 #include <QDBusVirtualObject>
 #include <QElapsedTimer>
+#include <QTest>
 #include <atomic>
 #include <thread>
-#include <QTest>
 
 #include "desktop/runloop/QtRunLoop.h"
 #include "testing/LogRecorder.h"
 #include "testing/bus/PrivateBus.h"
+#include "testing/files/EnvironmentVariable.h"
 #include "testing/main/Shown.h"
 #include "tests/unit/desktop/activation/DesktopBus.h"
-#include "testing/bus/PrivateBus.h"
-#include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
 

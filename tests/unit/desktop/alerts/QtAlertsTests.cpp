@@ -4,10 +4,10 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTest>
 #include <QWindow>
 #include <memory>
 #include <stdexcept>
-#include <QTest>
 
 #include "desktop/runloop/QtRunLoop.h"
 #include "testing/LogRecorder.h"

@@ -3,8 +3,8 @@
 
 #include <QApplication>
 #include <QPointer>
-#include <QWidget>
 #include <QTest>
+#include <QWidget>
 
 #include "testing/main/Shown.h"
 

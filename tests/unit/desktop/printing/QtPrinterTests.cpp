@@ -12,8 +12,8 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
-#include "platform/printing/GraphicsContext.h"
 #include "desktop/runloop/QtRunLoop.h"
+#include "platform/printing/GraphicsContext.h"
 #include "testing/main/Shown.h"
 #include "testing/window/WhenOpen.h"
 #include "tests/unit/desktop/printing/PdfFile.h"

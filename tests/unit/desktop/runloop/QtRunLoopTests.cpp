@@ -2,10 +2,10 @@
 #include "desktop/runloop/QtRunLoop.h"
 
 #include <QEventLoop>
+#include <QTest>
 #include <memory>
 #include <stdexcept>
 #include <thread>
-#include <QTest>
 
 #include "testing/LogRecorder.h"
 #include "testing/main/Shown.h"

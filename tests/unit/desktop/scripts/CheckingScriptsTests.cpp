@@ -9,11 +9,11 @@
 #include <thread>
 
 #include "testing/VirtualRunLoop.h"
+#include "testing/files/EnvironmentVariable.h"
+#include "testing/files/Files.h"
+#include "testing/files/TemporaryHome.h"
 #include "testing/main/Shown.h"
 #include "tests/unit/desktop/scripts/QtScriptsTesting.h"
-#include "testing/files/TemporaryHome.h"
-#include "testing/files/Files.h"
-#include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
 

@@ -9,20 +9,20 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QShortcut>
+#include <QTest>
 #include <QTimer>
 #include <QVBoxLayout>
-#include <QTest>
 
 #include "desktop/scripts/QtScripts.h"
 #include "desktop/scripts/ShellStandardError.h"
 #include "testing/LogRecorder.h"
 #include "testing/VirtualRunLoop.h"
+#include "testing/files/EnvironmentVariable.h"
+#include "testing/files/Files.h"
+#include "testing/files/TemporaryHome.h"
 #include "testing/main/Shown.h"
 #include "testing/window/WhenOpen.h"
 #include "tests/unit/desktop/scripts/QtScriptsTesting.h"
-#include "testing/files/TemporaryHome.h"
-#include "testing/files/Files.h"
-#include "testing/files/EnvironmentVariable.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

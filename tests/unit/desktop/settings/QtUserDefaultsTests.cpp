@@ -6,9 +6,9 @@
 #include <QTemporaryDir>
 #include <QTimeZone>
 
-#include "testing/main/Shown.h"
-#include "testing/files/Files.h"
 #include "testing/files/EnvironmentVariable.h"
+#include "testing/files/Files.h"
+#include "testing/main/Shown.h"
 
 using velmora::desktop::QtUserDefaults;
 using velmora::platform::distantPast;

@@ -6,9 +6,9 @@
 #include <QDBusVirtualObject>
 #include <memory>
 
+#include "testing/bus/PrivateBus.h"
 #include "testing/main/Shown.h"
 #include "tests/unit/desktop/workspace/WorkspaceTesting.h"
-#include "testing/bus/PrivateBus.h"
 
 using testing_support::ProgramForFiles;
 

@@ -10,8 +10,8 @@
 #include <QTextBrowser>
 
 #include "desktop/workspace/QtWorkspace.h"
-#include "testing/files/Files.h"
 #include "testing/files/EnvironmentVariable.h"
+#include "testing/files/Files.h"
 
 namespace testing_support {
 

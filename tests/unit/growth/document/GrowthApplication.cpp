@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "apps/growth/resources/GrowthResources.h"
 #include "tests/unit/growth/document/GrowthApplication.h"
+#include "apps/growth/resources/GrowthResources.h"
 
 #include <gtest/gtest.h>
 
 #include <QTest>
 #include <stdexcept>
 
-#include "platform/text/DateFormatter.h"
 #include "link/protocol/LinkProtocol.h"
-#include "velmora/resources/SettingsKeys.h"
+#include "platform/text/DateFormatter.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

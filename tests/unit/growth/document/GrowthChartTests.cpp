@@ -3,13 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include <QTest>
 #include <QTabWidget>
+#include <QTest>
 
 #include "apps/growth/record/Age.h"
+#include "testing/files/Files.h"
 #include "tests/unit/growth/document/GrowthApplication.h"
 #include "velmora/document/VelmoraGraphView.h"
-#include "testing/files/Files.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -127,8 +127,7 @@ TEST_F(GrowthChart, IsNamedAfterPatientAndTab) {
   document->doPreviousRecord(nullptr);
   document->doPreviousRecord(nullptr);
   document->doExport(true);
-  EXPECT_EQ(fileNames(application.home.path("Charts")),
-            (QStringList{"BOY1 Height.jpg", "BOY1 Weight.jpg"}));
+  EXPECT_EQ(fileNames(application.home.path("Charts")), (QStringList{"BOY1 Height.jpg", "BOY1 Weight.jpg"}));
 }
 
 TEST(GrowthChartPoints, AreThoseWithADateAndAMeasurementAboveZero) {

@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <QTest>
 #include <QAction>
 #include <QComboBox>
 #include <QLabel>
+#include <QTest>
 
 #include "tests/unit/growth/document/GrowthApplication.h"
 #include "velmora/resources/SettingsKeys.h"

@@ -5,8 +5,8 @@
 #include <QJsonObject>
 
 #include "testing/application/SealedFile.h"
-#include "tests/unit/growth/document/GrowthApplication.h"
 #include "testing/files/Files.h"
+#include "tests/unit/growth/document/GrowthApplication.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -18,9 +18,8 @@ namespace {
 
 /// A data file with that content.
 QByteArray file(const QByteArray& content, int version = 1, const char* format = "org.velmora.growth") {
-  return sealed(QByteArray("{\"format\": \"") + format +
-                                 "\", \"version\": " + QByteArray::number(version) +
-                                 ", \"application\": \"Growth 9.9\", \"content\": " + content + "}");
+  return sealed(QByteArray("{\"format\": \"") + format + "\", \"version\": " + QByteArray::number(version) +
+                ", \"application\": \"Growth 9.9\", \"content\": " + content + "}");
 }
 
 constexpr const char* goodContent = R"({"identifier": "A", "examinations": [{"weight": 3}]})";

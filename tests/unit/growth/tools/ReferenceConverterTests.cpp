@@ -5,8 +5,8 @@
 #include <QTemporaryDir>
 
 #include "apps/growth/tools/ReferenceConverter.h"
-#include "tests/unit/growth/reference/ReferenceFiles.h"
 #include "testing/files/Files.h"
+#include "tests/unit/growth/reference/ReferenceFiles.h"
 
 namespace {
 

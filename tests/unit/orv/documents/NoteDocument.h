@@ -10,9 +10,9 @@
 #include "platform/controls/Alert.h"
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
-#include "testing/main/Shown.h"
-#include "testing/files/Files.h"
 #include "testing/files/EnvironmentVariable.h"
+#include "testing/files/Files.h"
+#include "testing/main/Shown.h"
 
 namespace testing_support {
 

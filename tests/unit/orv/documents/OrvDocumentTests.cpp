@@ -167,9 +167,9 @@ class Printing : public testing_support::NoteDocuments {
  protected:
   Printing() {
     writeFile(path("NoteDocument.ui"),
-                       "<?xml version=\"1.0\" encoding=\"UTF-8\"?><ui version=\"4.0\"><class>W</class>"
-                       "<widget class=\"QMainWindow\" name=\"W\"><widget class=\"QWidget\" "
-                       "name=\"contents\"/></widget></ui>");
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?><ui version=\"4.0\"><class>W</class>"
+              "<widget class=\"QMainWindow\" name=\"W\"><widget class=\"QWidget\" "
+              "name=\"contents\"/></widget></ui>");
     desktop.interfaceFiles.addSearchPath(folder.path());
     document.makeWindowControllers();
     desktop.printer.whilePrinting = [this](QWidget* view) { printed = view; };

@@ -6,9 +6,9 @@
 #include <QElapsedTimer>
 #include <QTest>
 
-#include "orv/updates/OrvVersion.h"
 #include "desktop/runloop/QtRunLoop.h"
 #include "desktop/web/QtWeb.h"
+#include "orv/updates/OrvVersion.h"
 #include "testing/TestServices.h"
 #include "testing/main/Shown.h"
 #include "testing/web/LocalWebServer.h"

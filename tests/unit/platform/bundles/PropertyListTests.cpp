@@ -10,8 +10,8 @@
 #include <QTimeZone>
 
 #include "testing/LogRecorder.h"
-#include "testing/main/Shown.h"
 #include "testing/files/Files.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 

@@ -4,8 +4,8 @@
 
 #include "platform/controls/InterfaceFiles.h"
 #include "testing/LogRecorder.h"
-#include "testing/main/Shown.h"
 #include "testing/files/Files.h"
+#include "testing/main/Shown.h"
 
 using velmora::platform::InterfaceFiles;
 using velmora::testkit::LogRecorder;

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "platform/controls/TextFieldEditing.h"
 
-#include <QTest>
 #include <QContextMenuEvent>
 #include <QInputMethodEvent>
 #include <QMenu>
 #include <QPushButton>
+#include <QTest>
 #include <QVBoxLayout>
 #include <memory>
 #include <stdexcept>

@@ -7,14 +7,14 @@
 #include <memory>
 
 #include "platform/controls/Alert.h"
+#include "platform/controls/Panels.h"
 #include "platform/documents/Document.h"
 #include "platform/documents/DocumentController.h"
-#include "platform/controls/Panels.h"
 #include "platform/documents/WindowController.h"
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
-#include "testing/main/Shown.h"
 #include "testing/files/Files.h"
+#include "testing/main/Shown.h"
 
 namespace testing_support {
 

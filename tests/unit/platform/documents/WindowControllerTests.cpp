@@ -5,14 +5,14 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QTest>
 #include <memory>
 #include <stdexcept>
-#include <QTest>
 
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
-#include "testing/main/Shown.h"
 #include "testing/files/Files.h"
+#include "testing/main/Shown.h"
 
 using namespace velmora;
 

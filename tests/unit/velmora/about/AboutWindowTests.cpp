@@ -17,7 +17,6 @@
 
 using namespace velmora::testkit;
 
-
 namespace {
 
 /// The about window of an application, shown for the first time.

@@ -8,11 +8,10 @@
 #include "orv/documents/OrvKeptCopies.h"
 #include "orv/documents/OrvWrittenFolders.h"
 #include "testing/application/RecordApplication.h"
-#include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora::testkit;
-
 
 namespace {
 

@@ -7,11 +7,11 @@
 
 #include "base/log/AssertionFailure.h"
 #include "testing/application/RecordApplication.h"
+#include "testing/files/Files.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/batch/BatchExportController.h"
 #include "velmora/preferences/PreferencesController.h"
 #include "velmora/resources/SettingsKeys.h"
-#include "testing/files/Files.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -236,8 +236,7 @@ TEST(PrintingAFile, ClosesTheWindowThatWasOpenBeforeWithoutAskingAndKeepsWhatWas
   application.writeRecord("AB1");
   RecordingDocument& document = application.openRecord("AB1");
   user::enter(user::field(document, "examDateField"), "2/2/2021");
-  application.desktop.alerts.expect(closedWithChanges(application, "AB1"),
-                                    platform::AlertDefaultReturn);
+  application.desktop.alerts.expect(closedWithChanges(application, "AB1"), platform::AlertDefaultReturn);
   EXPECT_TRUE(application.controller.applicationPrintFile(application.pathOfRecord("AB1")));
   EXPECT_EQ(application.desktop.printer.jobs.size(), 1);
   EXPECT_TRUE(application.controller.documents().isEmpty());

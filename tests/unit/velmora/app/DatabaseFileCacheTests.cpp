@@ -4,9 +4,9 @@
 #include <QLabel>
 
 #include "testing/application/RecordApplication.h"
+#include "testing/files/Files.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/resources/SettingsKeys.h"
-#include "testing/files/Files.h"
 
 using namespace velmora::testkit;
 

@@ -17,7 +17,6 @@
 
 using namespace velmora::testkit;
 
-
 namespace {
 
 /// A document window that has every kind of text field beside its own.

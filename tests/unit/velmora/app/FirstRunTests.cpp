@@ -8,9 +8,9 @@
 
 #include "desktop/alerts/QtAlerts.h"
 #include "testing/application/RecordApplication.h"
+#include "testing/files/Files.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/resources/SettingsKeys.h"
-#include "testing/files/Files.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

@@ -4,13 +4,13 @@
 // another.
 #include <gtest/gtest.h>
 
-#include "testing/LogRecorder.h"
-#include "tests/unit/velmora/osirix/PluginTesting.h"
-#include "testing/application/RecordApplication.h"
 #include "link/protocol/LinkPayload.h"
+#include "testing/LogRecorder.h"
+#include "testing/application/RecordApplication.h"
+#include "testing/files/Files.h"
+#include "tests/unit/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/Osirix.h"
 #include "velmora/resources/SettingsKeys.h"
-#include "testing/files/Files.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

@@ -5,9 +5,9 @@
 #include <QMenu>
 
 #include "testing/application/RecordApplication.h"
+#include "testing/files/Files.h"
 #include "velmora/app/RecentDocuments.h"
 #include "velmora/resources/SettingsKeys.h"
-#include "testing/files/Files.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

@@ -3,11 +3,11 @@
 
 #include <QLabel>
 
+#include "link/protocol/LinkPayload.h"
+#include "link/protocol/LinkProtocol.h"
 #include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
 #include "velmora/about/AboutController.h"
-#include "link/protocol/LinkPayload.h"
-#include "link/protocol/LinkProtocol.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;

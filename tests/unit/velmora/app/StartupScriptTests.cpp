@@ -8,14 +8,14 @@
 #include <QTest>
 #include <QTimer>
 
+#include "desktop/scripts/QtScripts.h"
 #include "platform/documents/Document.h"
 #include "platform/documents/DocumentController.h"
-#include "desktop/scripts/QtScripts.h"
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
+#include "testing/files/TemporaryHome.h"
 #include "testing/main/Shown.h"
 #include "tests/unit/desktop/scripts/QtScriptsTesting.h"
-#include "testing/files/TemporaryHome.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/resources/FrameworkResources.h"
 #include "velmora/resources/SettingsKeys.h"

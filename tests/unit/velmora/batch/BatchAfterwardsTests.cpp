@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // The progress window after a batch export: it counts down the charts that wait to be sent to OsiriX.
-#include "tests/unit/velmora/batch/BatchTesting.h"
 #include <QTest>
+#include "tests/unit/velmora/batch/BatchTesting.h"
 
 using namespace velmora::testkit;
 

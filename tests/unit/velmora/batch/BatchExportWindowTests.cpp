@@ -5,8 +5,8 @@
 #include <QScreen>
 #include <QTest>
 
-#include "tests/unit/velmora/batch/BatchTesting.h"
 #include "testing/files/Files.h"
+#include "tests/unit/velmora/batch/BatchTesting.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -257,9 +257,8 @@ TEST_F(BatchExport, ComesWhenTheQuestionThatIsOpenHasBeenAnswered) {
 TEST_F(BatchExport, ToleratesAWindowWithoutItsOutlets) {
   const QString folder = application.home.makeFolder("interface");
   for (const char* name : {"BatchExport", "BatchProgress"}) {
-    writeFile(folder + '/' + name + ".ui",
-                       QByteArray("<ui version=\"4.0\"><class>") + name +
-                           "</class><widget class=\"QWidget\" name=\"Bare\"/></ui>");
+    writeFile(folder + '/' + name + ".ui", QByteArray("<ui version=\"4.0\"><class>") + name +
+                                               "</class><widget class=\"QWidget\" name=\"Bare\"/></ui>");
   }
   application.desktop.interfaceFiles.addSearchPath(folder);
   saved(application.pathOfRecord("A"), (application.writeRecord("A"), -60));  // from the future

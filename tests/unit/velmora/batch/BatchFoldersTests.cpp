@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // The export folder of a batch export: missing, a file, erased, or not looked at.
-#include "tests/unit/velmora/batch/BatchTesting.h"
 #include "testing/files/Files.h"
+#include "tests/unit/velmora/batch/BatchTesting.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

@@ -5,9 +5,9 @@
 #include <QPointer>
 #include <QTest>
 
-#include "tests/unit/velmora/batch/BatchTesting.h"
-#include "tests/robustness/nesting/WeatherDesktop.h"
 #include "testing/files/Files.h"
+#include "tests/robustness/nesting/WeatherDesktop.h"
+#include "tests/unit/velmora/batch/BatchTesting.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -139,8 +139,7 @@ TEST_F(BatchOnTheDesktop, AsksAboveItsProgressAndGoesOn) {
 TEST_F(BatchOnTheDesktop, IsNotStoppedByTheAnswerToAQuestion) {
   // Escape is the answer Skip, and must not reach the window behind.
   writeRecords({"A", "B"});
-  for (const char* name : {"A", "B"})
-    writeFile(application.home.path("Charts/") + name + ".jpg", "earlier");
+  for (const char* name : {"A", "B"}) writeFile(application.home.path("Charts/") + name + ".jpg", "earlier");
   open();
   for (int i = 0; i < 2; ++i) {
     person.expect(

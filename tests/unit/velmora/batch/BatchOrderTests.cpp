@@ -2,10 +2,10 @@
 //
 // The order of events: a batch export with its progress window is, to everything that waits for its time, one
 // event in which the posts follow each other.
-#include "testing/LogRecorder.h"
-#include "tests/unit/velmora/batch/BatchTesting.h"
 #include "link/protocol/LinkProtocol.h"
+#include "testing/LogRecorder.h"
 #include "testing/files/Files.h"
+#include "tests/unit/velmora/batch/BatchTesting.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

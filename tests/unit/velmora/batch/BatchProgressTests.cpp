@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // The window that tells how far a batch export is, while it runs: what it shows, and how it stops.
-#include "tests/unit/velmora/batch/BatchTesting.h"
-#include "testing/files/Files.h"
 #include <QTest>
+#include "testing/files/Files.h"
+#include "tests/unit/velmora/batch/BatchTesting.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

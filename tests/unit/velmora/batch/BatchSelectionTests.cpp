@@ -4,9 +4,9 @@
 #include <QElapsedTimer>
 
 #include "testing/LogRecorder.h"
+#include "testing/files/Files.h"
 #include "testing/files/OrdinaryUser.h"
 #include "tests/unit/velmora/batch/BatchTesting.h"
-#include "testing/files/Files.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

@@ -10,11 +10,11 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "testing/application/RecordApplication.h"
-#include "velmora/batch/BatchExportController.h"
 #include "link/protocol/LinkPayload.h"
-#include "velmora/resources/SettingsKeys.h"
+#include "testing/application/RecordApplication.h"
 #include "testing/files/Files.h"
+#include "velmora/batch/BatchExportController.h"
+#include "velmora/resources/SettingsKeys.h"
 
 namespace batch_testing {
 

@@ -9,7 +9,6 @@
 using namespace velmora;
 using namespace velmora::testkit;
 
-
 namespace {
 
 VelmoraGraphView& chartOf(RecordingDocument& document) {

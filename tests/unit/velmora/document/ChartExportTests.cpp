@@ -4,9 +4,9 @@
 #include <QTabWidget>
 
 #include "testing/application/RecordApplication.h"
+#include "testing/files/Files.h"
 #include "velmora/document/ChartFileName.h"
 #include "velmora/resources/SettingsKeys.h"
-#include "testing/files/Files.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

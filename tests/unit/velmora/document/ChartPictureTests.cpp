@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include <QTest>
 #include <QApplication>
 #include <QImage>
 #include <QTabWidget>
+#include <QTest>
 
 #include "testing/application/RecordApplication.h"
 #include "velmora/document/VelmoraGraphView.h"
 
 using namespace velmora::testkit;
-
 
 namespace {
 

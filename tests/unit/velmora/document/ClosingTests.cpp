@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "testing/application/RecordApplication.h"
-#include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

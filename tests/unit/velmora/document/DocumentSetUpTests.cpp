@@ -5,8 +5,8 @@
 
 #include "platform/text/DateFormatter.h"
 #include "testing/application/RecordApplication.h"
-#include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -121,9 +121,9 @@ TEST(DocumentSetUp, ToleratesAWindowWithoutAnyOutlet) {
   RecordApplication application;
   application.turnOn(settings::AutoSave);
   writeFile(application.home.path("bare/VelmoraDocument.ui"),
-                     "<ui version=\"4.0\"><class>Bare</class>"
-                     "<widget class=\"QMainWindow\" name=\"Bare\">"
-                     "<widget class=\"QWidget\" name=\"contents\"/></widget></ui>");
+            "<ui version=\"4.0\"><class>Bare</class>"
+            "<widget class=\"QMainWindow\" name=\"Bare\">"
+            "<widget class=\"QWidget\" name=\"contents\"/></widget></ui>");
   application.desktop.interfaceFiles.addSearchPath(application.home.path("bare"));
   RecordingDocument& document = application.newRecord();
   document.setIdentifier("AB1");

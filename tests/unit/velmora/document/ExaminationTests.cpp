@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include <QTest>
 #include <QLabel>
+#include <QTest>
 
 #include "testing/application/RecordApplication.h"
 

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "testing/application/RecordApplication.h"
-#include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -93,8 +93,7 @@ TEST_F(LookUp, NamesThePatientInUpperCase) {
 }
 
 TEST_F(LookUp, DoesNotFindAFileInASubFolder) {
-  writeFile(application.saveFolder() + "/old/JONES.rec",
-                     readFile(application.pathOfRecord("ABC123")));
+  writeFile(application.saveFolder() + "/old/JONES.rec", readFile(application.pathOfRecord("ABC123")));
   application.controller.cacheDatabaseFiles();
   ASSERT_TRUE(application.controller.fileIsInCachedDatabaseFiles("old/JONES"));
   EXPECT_FALSE(document->lookUp("JONES", false));
@@ -183,8 +182,7 @@ TEST_F(LookUp, KeepsACopyOfUnsavedChangesToAnotherPatientsSavedRecord) {
   application.keepRecord("OTHER", {"01/01/2020"});
   RecordingDocument& other = application.openRecord("OTHER");
   user::enter(user::field(other, "examDateField"), "02/02/2022");
-  application.desktop.alerts.expect(closedWithChanges(application, "OTHER"),
-                                    AlertDefaultReturn);
+  application.desktop.alerts.expect(closedWithChanges(application, "OTHER"), AlertDefaultReturn);
   EXPECT_TRUE(other.lookUp("ABC123", false));
   application.settle();
   EXPECT_EQ(open(), (QStringList{"ABC123", ""}));

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include "link/protocol/LinkPayload.h"
 #include "platform/text/DateFormatter.h"
 #include "testing/application/RecordApplication.h"
-#include "link/protocol/LinkPayload.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;

@@ -6,12 +6,12 @@
 
 #include <QTabWidget>
 
-#include "orv/documents/OrvKeptCopies.h"
-#include "testing/application/RecordApplication.h"
 #include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
-#include "velmora/resources/SettingsKeys.h"
+#include "orv/documents/OrvKeptCopies.h"
+#include "testing/application/RecordApplication.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -99,8 +99,7 @@ TEST_F(RecordSafety, ClosesAnotherWindowOfTheFileThatIsSavedAndKeepsItsChanges) 
        "Yours has been saved. The other one, which somebody else may have written, was kept as '" +
            copies.earlierVersionsFolder(application.pathOfRecord("AB1")) + '/' + stamp + " another.rec'."},
       AlertDefaultReturn);
-  application.desktop.alerts.expect(closedWithChanges(application, "AB1"),
-                                    AlertDefaultReturn,
+  application.desktop.alerts.expect(closedWithChanges(application, "AB1"), AlertDefaultReturn,
                                     [&] { EXPECT_EQ(application.rescueCopies().size(), 1); });
   newer.saveDocument();
   application.settle();
@@ -206,8 +205,7 @@ TEST_F(RecordSafety, KeepsChangesWhenTheSaveFolderIsGoneAndThePanelIsCancelledAt
   application.desktop.alerts.expect({"Save changes to document?", "Save", "Don't Save", "Cancel", ""},
                                     AlertDefaultReturn);
   application.desktop.panels.expectSave({});
-  application.desktop.alerts.expect(closedWithChanges(application, "CD2"),
-                                    AlertDefaultReturn);
+  application.desktop.alerts.expect(closedWithChanges(application, "CD2"), AlertDefaultReturn);
   record.performClose();
   application.settle();
   EXPECT_TRUE(application.controller.documents().isEmpty());

@@ -3,8 +3,8 @@
 
 #include "orv/documents/OrvKeptCopies.h"
 #include "testing/application/RecordApplication.h"
-#include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

@@ -8,11 +8,11 @@
 #include <QPointer>
 #include <stdexcept>
 
+#include "link/protocol/LinkPayload.h"
 #include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
-#include "link/protocol/LinkPayload.h"
-#include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "testing/application/RecordApplication.h"
 #include "link/protocol/LinkPayload.h"
-#include "velmora/resources/SettingsKeys.h"
+#include "testing/application/RecordApplication.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora::testkit;
 

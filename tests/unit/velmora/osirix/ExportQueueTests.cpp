@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include "link/protocol/LinkPayload.h"
 #include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
-#include "link/protocol/LinkPayload.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
-
 
 namespace {
 

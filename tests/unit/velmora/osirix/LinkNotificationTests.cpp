@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "testing/application/RecordApplication.h"
 #include "link/protocol/LinkProtocol.h"
+#include "testing/application/RecordApplication.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
-
 
 namespace keys = velmora::link;
 

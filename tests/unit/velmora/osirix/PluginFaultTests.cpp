@@ -7,11 +7,11 @@
 
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
+#include "testing/files/Files.h"
+#include "testing/files/TemporaryHome.h"
 #include "tests/robustness/shim/SystemCalls.h"
 #include "tests/unit/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/PluginInstaller.h"
-#include "testing/files/Files.h"
-#include "testing/files/TemporaryHome.h"
 
 using namespace velmora;
 

@@ -13,11 +13,11 @@
 #include "platform/bundles/PropertyList.h"
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
+#include "testing/files/Files.h"
 #include "testing/files/OrdinaryUser.h"
+#include "testing/files/TemporaryHome.h"
 #include "tests/unit/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/Osirix.h"
-#include "testing/files/Files.h"
-#include "testing/files/TemporaryHome.h"
 
 using namespace velmora;
 

@@ -6,8 +6,8 @@
 #include <QString>
 
 #include "platform/controls/Alert.h"
-#include "testing/main/Shown.h"
 #include "testing/files/Files.h"
+#include "testing/main/Shown.h"
 
 /// Plugins on the disk, and what the user is told of them.
 namespace plugin_testing {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include "link/protocol/LinkProtocol.h"
 #include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
-#include "link/protocol/LinkProtocol.h"
-#include "velmora/resources/SettingsKeys.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -40,8 +40,7 @@ TEST_F(RightPatient, WhoseRecordIsInFrontGetsTheExaminationInThatRecord) {
 TEST_F(RightPatient, WhoseRecordIsInFrontKeepsACopyOfUnsavedChanges) {
   RecordingDocument& document = application.openRecord("AB1");
   user::enter(user::field(document, "examDateField"), "05/02/2023");
-  application.desktop.alerts.expect(closedWithChanges(application, "AB1"),
-                                    platform::AlertDefaultReturn);
+  application.desktop.alerts.expect(closedWithChanges(application, "AB1"), platform::AlertDefaultReturn);
   application.chooseStudy(study("AB1"));
   application.pass(0.1);
   EXPECT_EQ(application.front()->exams, (QStringList{"01/02/2023", "29/04/2024"}));
@@ -128,8 +127,7 @@ TEST_F(RightPatient, FindsAnotherPatientsUnsavedRecordKeptAsACopy) {
   RecordingDocument& document = application.newRecord();
   user::enter(user::field(document, "referenceIDField"), "zz9");
   user::enter(user::field(document, "examDateField"), "05/02/2023");
-  application.desktop.alerts.expect(closedWithChanges(application, "ZZ9"),
-                                    platform::AlertDefaultReturn);
+  application.desktop.alerts.expect(closedWithChanges(application, "ZZ9"), platform::AlertDefaultReturn);
   application.chooseStudy(study("AB1"));
   application.pass(0.1);
   EXPECT_EQ(application.front()->identifier(), "AB1");

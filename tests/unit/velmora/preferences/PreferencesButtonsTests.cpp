@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // What the buttons of the preferences window do; and a window that lacks some of its controls.
-#include "testing/LogRecorder.h"
-#include "tests/unit/velmora/preferences/PreferencesTesting.h"
+#include <QTest>
 #include "link/protocol/LinkPayload.h"
+#include "testing/LogRecorder.h"
+#include "testing/files/Files.h"
+#include "tests/unit/velmora/preferences/PreferencesTesting.h"
 #include "velmora/osirix/Osirix.h"
 #include "velmora/resources/FrameworkResources.h"
-#include "testing/files/Files.h"
-#include <QTest>
 
 using namespace velmora;
 using namespace velmora::testkit;

@@ -4,8 +4,8 @@
 #include <QAccessible>
 #include <QFontMetrics>
 #include <QLayout>
-#include <QTranslator>
 #include <QTest>
+#include <QTranslator>
 
 #include "tests/unit/velmora/preferences/PreferencesTesting.h"
 

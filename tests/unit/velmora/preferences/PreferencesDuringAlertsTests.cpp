@@ -6,8 +6,8 @@
 #include <QFileDialog>
 #include <QTest>
 
-#include "tests/unit/velmora/preferences/PreferencesTesting.h"
 #include "tests/robustness/nesting/WeatherDesktop.h"
+#include "tests/unit/velmora/preferences/PreferencesTesting.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 //
 // What the preferences window does to the settings, and to nothing before OK.
-#include "tests/unit/velmora/preferences/PreferencesTesting.h"
 #include <QTest>
+#include "tests/unit/velmora/preferences/PreferencesTesting.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
