@@ -57,8 +57,7 @@ int main() {
   constexpr int Rounds = 31;
   QByteArray ours;
   QByteArray qts;
-  const double ourTime =
-      bench::medianMilliseconds(Rounds, [&] { ours = platform::encodeJpeg(image, Quality); });
+  const double ourTime = bench::medianMilliseconds(Rounds, [&] { ours = orv::encodeJpeg(image, Quality); });
   const double qtTime = bench::medianMilliseconds(Rounds, [&] {
     qts.clear();
     QBuffer buffer(&qts);
