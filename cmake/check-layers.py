@@ -21,12 +21,13 @@ STOREYS = {
     "desktop": ["base", "link", "platform"],
     "orv": ["base", "platform"],
     "velmora": ["base", "link/protocol", "platform", "orv"],
-    "testing": ["base", "link", "platform", "orv", "velmora"],
+    "testing": ["base", "link", "platform", "desktop", "orv", "velmora"],
     "apps": ["base", "platform", "orv", "velmora"],
     "bridge": ["base", "link"],
 }
 # Sources that stand in no list: the programs, and what only looks on.
 BESIDE = {
+    "apps/growth/testing/": ["apps/growth/", "base/", "link/protocol/", "platform/", "testing/", "velmora/"],
     "apps/": ["apps/", "base/", "desktop/", "orv/", "platform/", "velmora/"],
     "bench/": ["bench/", "base/", "orv/", "platform/", "velmora/"],
     "bridge/orthanc/": ["bridge/orthanc/", "link/protocol/"],
@@ -50,7 +51,7 @@ DESKTOP_ELSEWHERE = {
     "testing/bus/": ("QDBus", "QProcess"),
     "testing/process/": ("QProcess",),
     "testing/web/": ("QNetwork", "QProcess", "QTimer"),
-    "testing/window/": ("QTimer",),
+    "testing/window/": ("QFileDialog", "QMessageBox", "QTimer"),
 }
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]*)[>"]')

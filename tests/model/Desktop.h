@@ -5,13 +5,7 @@
 #include <functional>
 
 #include "base/files/FileManager.h"
-#include "platform/Services.h"
-#include "platform/bundles/Bundle.h"
-#include "platform/controls/InterfaceFiles.h"
-#include "platform/printing/GraphicsContext.h"
-#include "testing/Scripted.h"
-#include "testing/ScriptedScripts.h"
-#include "testing/ScriptedWeb.h"
+#include "testing/TestServices.h"
 #include "tests/model/Model.h"
 
 namespace model {
@@ -89,45 +83,18 @@ class FillableFileManager : public velmora::base::FileManager {
 };
 
 /// The stand-ins that a program runs on here.
-struct Desktop {
-  PacedRunLoop runLoop;
-  velmora::testkit::MemoryUserDefaults defaults;
-  velmora::platform::NotificationCenter notificationCenter;
-  velmora::testkit::RecordingDistributedCenter distributedCenter{runLoop};
-  Answering answering{runLoop};
-  velmora::testkit::RecordingWorkspace workspace;
-  FillableFileManager fileManager;
-  velmora::platform::Bundle mainBundle{
-      {{QStringLiteral("CFBundleIdentifier"), BundleIdentifier},
-       {QStringLiteral("CFBundleName"), QStringLiteral("Traced")},
-       {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("1.0")}},
-      {}};
-  velmora::testkit::RecordingPrinter printer;
-  velmora::platform::PrintInfo sharedPrintInfo;
-  velmora::testkit::RecordingFeedback feedback;
-  velmora::platform::GraphicsContext graphics;
-  velmora::platform::InterfaceFiles interfaceFiles;
-  velmora::testkit::RecordingApplication application;
-  velmora::testkit::ScriptedScripts scripts;
-  velmora::testkit::ScriptedWeb web{runLoop};
-  velmora::platform::Services services{defaults,
-                                       notificationCenter,
-                                       distributedCenter,
-                                       answering,
-                                       answering,
-                                       workspace,
-                                       fileManager,
-                                       runLoop,
-                                       mainBundle,
-                                       printer,
-                                       sharedPrintInfo,
-                                       feedback,
-                                       graphics,
-                                       interfaceFiles,
-                                       application,
-                                       scripts,
-                                       web,
-                                       nullptr};
+struct ModelParts : velmora::testkit::StandIns {
+  using RunLoop = PacedRunLoop;
+  using Alerts = Answering;
+  using Panels = Answering&;
+  using FileManager = FillableFileManager;
+};
+class Desktop : public velmora::testkit::TestDesktop<ModelParts> {
+ public:
+  Desktop()
+      : TestDesktop({{QStringLiteral("CFBundleIdentifier"), BundleIdentifier},
+                     {QStringLiteral("CFBundleName"), QStringLiteral("Traced")},
+                     {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("1.0")}}) {}
 };
 
 }  // namespace model

@@ -48,7 +48,7 @@ Player::Player() {
   desktop_.defaults.setInteger(31, settings::VersionCheckInterval);
   desktop_.runLoop.afterTurn = [this] { settleWindows(); };
   desktop_.runLoop.stopped = [this] { return desktop_.application.stops > 0; };
-  desktop_.answering.happens = [this](const Event& event) { happens(event); };
+  desktop_.alerts.happens = [this](const Event& event) { happens(event); };
   start();
 }
 
@@ -81,7 +81,7 @@ QList<TracedDocument*> Player::frontToBack() const {
 }
 
 bool Player::sheetIsOn(const TracedDocument& document) const {
-  return desktop_.answering.sheetIsOn(document.windowForSheet());
+  return desktop_.alerts.sheetIsOn(document.windowForSheet());
 }
 
 QStringList Player::failuresLogged() const {
@@ -123,7 +123,7 @@ void Player::happens(const Event& event) {
 void Player::play(const Step& step, const Model& model) {
   restarted_ = false;
   log_.clear();
-  desktop_.answering.expect(model.questions, home_.path());
+  desktop_.alerts.expect(model.questions, home_.path());
   userStep(step, model);
   settleWindows();
   if (desktop_.application.stops > 0) {
@@ -188,9 +188,9 @@ void Player::userStep(const Step& step, const Model& model) {
     case Kind::AnswerSheet: {
       const TracedDocument* front = frontToBack().value(0);
       if (!front || !sheetIsOn(*front)) return;
-      desktop_.answering.answerSheet(front->windowForSheet(), step.number % 2 == 1
-                                                                  ? platform::AlertDefaultReturn
-                                                                  : platform::AlertAlternateReturn);
+      desktop_.alerts.answerSheet(front->windowForSheet(), step.number % 2 == 1
+                                                               ? platform::AlertDefaultReturn
+                                                               : platform::AlertAlternateReturn);
       break;
     }
     default: {

@@ -28,7 +28,7 @@ class Player {
   QString home() const { return home_.path(); }
   bool sheetIsOn(const TracedDocument& document) const;
   /// What went wrong in the last step: questions that were not foreseen, and failures caught and logged.
-  QStringList complaints() const { return desktop_.answering.complaints(); }
+  QStringList complaints() const { return desktop_.alerts.complaints(); }
   QStringList failuresLogged() const;
   bool restarted() const { return restarted_; }
 

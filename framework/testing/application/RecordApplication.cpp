@@ -4,7 +4,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <stdexcept>
 
 #include "link/protocol/LinkProtocol.h"
 #include "platform/text/DateFormatter.h"
@@ -13,10 +12,6 @@
 #include "velmora/resources/SettingsKeys.h"
 
 namespace velmora::testkit {
-
-namespace {
-const QString BundleIdentifier = QStringLiteral("org.velmora.recorder");
-}
 
 bool RecordingDelegate::fileIsInCachedDatabaseFiles(const QString& name) const {
   const_cast<RecordingDelegate*>(this)->asked.append(name);
@@ -29,7 +24,7 @@ void RecordingDelegate::addToCachedDatabaseFiles(const QString& fileName) {
   if (whenAdded) whenAdded();
 }
 
-QVariantMap RecordApplication::informationOf(const QString& bundleIdentifier) {
+QVariantMap recorderInformation(const QString& bundleIdentifier) {
   return {{QStringLiteral("CFBundleIdentifier"), bundleIdentifier},
           {QStringLiteral("CFBundleName"), QStringLiteral("Recorder")},
           {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("2.1")},
@@ -37,68 +32,16 @@ QVariantMap RecordApplication::informationOf(const QString& bundleIdentifier) {
           {QStringLiteral("NSHumanReadableCopyright"), QStringLiteral("Copyright 2024 the makers")}};
 }
 
-RecordApplication::RecordApplication()
-    : desktop(informationOf(BundleIdentifier)), controller(desktop.services) {
-  QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
-  delegate.controller = &controller;
-  home.makeFolder(QStringLiteral("Records"));
-  home.makeFolder(QStringLiteral("Charts"));
-  desktop.defaults.registerDefaults({{velmora::settings::DataFileExtension, QStringLiteral("rec")},
-                                     {velmora::settings::SaveDirectory, QStringLiteral("~/Records/")},
-                                     {velmora::settings::ExportDirectory, QStringLiteral("~/Charts")}});
-  controller.setDocumentFactory(
-      [this] { return std::make_unique<RecordingDocument>(desktop.services, delegate); });
-  controller.awakeFromNib();
-}
-
-RecordApplication::~RecordApplication() { QLocale::setDefault(localeBefore_); }
-
-void RecordApplication::writeRecord(const QString& name, const QStringList& exams, const QString& birthDate) {
-  const QJsonObject content{{QStringLiteral("identifier"), name},
+void writeRecordFile(const QString& path, const QString& identifier, const QStringList& exams,
+                     const QString& birthDate) {
+  const QJsonObject content{{QStringLiteral("identifier"), identifier},
                             {QStringLiteral("birthDate"), birthDate},
                             {QStringLiteral("exams"), QJsonArray::fromStringList(exams)}};
-  const QJsonObject file{{QStringLiteral("format"), BundleIdentifier},
+  const QJsonObject file{{QStringLiteral("format"), RecorderIdentifier},
                          {QStringLiteral("version"), 1},
                          {QStringLiteral("application"), QStringLiteral("Recorder 2.1")},
                          {QStringLiteral("content"), content}};
-  writeFile(pathOfRecord(name), sealed(QJsonDocument(file).toJson()));
-}
-
-void RecordApplication::keepRecord(const QString& name, const QStringList& exams) {
-  writeRecord(name, exams);
-  controller.addToCachedDatabaseFiles(name + QStringLiteral(".rec"));
-}
-
-RecordingDocument& RecordApplication::newRecord() {
-  auto* document = dynamic_cast<RecordingDocument*>(controller.openUntitledDocument(true));
-  if (!document) throw std::runtime_error("no new document");
-  user::bringToFront(*document);
-  document->forgetCalls();
-  return *document;
-}
-
-RecordingDocument& RecordApplication::openRecord(const QString& name) {
-  auto* document = dynamic_cast<RecordingDocument*>(
-      controller.openDocumentWithContentsOfURL(QUrl::fromLocalFile(pathOfRecord(name)), true)
-          .valueOr(nullptr));
-  if (!document) throw std::runtime_error("the record does not open");
-  user::bringToFront(*document);
-  document->forgetCalls();
-  return *document;
-}
-
-RecordingDocument* RecordApplication::front() const {
-  return dynamic_cast<RecordingDocument*>(controller.currentDocument());
-}
-
-QStringList RecordApplication::rescueCopies() const {
-  return fileNames(home.path(QStringLiteral(".local/share/%1/Rescued").arg(BundleIdentifier)));
-}
-
-void RecordApplication::chooseStudy(const QVariantMap& request) {
-  desktop.distributedCenter.deliver(velmora::link::notificationName(BundleIdentifier),
-                                    velmora::link::RequestObject, request);
-  settle();
+  writeFile(path, sealed(QJsonDocument(file).toJson()));
 }
 
 QVariantMap study(const QString& identifier) {

@@ -2,15 +2,19 @@
 #pragma once
 
 #include <QLocale>
-#include <optional>
+#include <memory>
+#include <stdexcept>
 
 #include "base/Export.h"
+#include "link/protocol/LinkProtocol.h"
 #include "testing/TestServices.h"
 #include "testing/application/RecordingDocument.h"
+#include "testing/files/Files.h"
 #include "testing/files/TemporaryHome.h"
 #include "testing/window/UserActions.h"
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/document/VelmoraApplicationDelegate.h"
+#include "velmora/resources/SettingsKeys.h"
 
 namespace velmora::testkit {
 
@@ -27,20 +31,50 @@ class VELMORA_EXPORT RecordingDelegate : public VelmoraApplicationDelegate {
   void addToCachedDatabaseFiles(const QString& fileName) override;
 };
 
-/// An application of the family, "Recorder", on a desktop of stand-ins and with a home folder of its own. Its
+/// Its bundle identifier, and what its information dictionary holds under that or another one.
+inline const QString RecorderIdentifier = QStringLiteral("org.velmora.recorder");
+VELMORA_EXPORT QVariantMap recorderInformation(const QString& bundleIdentifier = RecorderIdentifier);
+/// Puts a record with that identifier and those examinations into a file.
+VELMORA_EXPORT void writeRecordFile(const QString& path, const QString& identifier, const QStringList& exams,
+                                    const QString& birthDate);
+
+/// An application of the family, "Recorder", on a test desktop and with a home folder of its own. Its
 /// documents are RecordingDocuments, its data files end in ".rec", and dates look like 31/12/2024. The
 /// controller has been woken (awakeFromNib), not launched.
-class VELMORA_EXPORT RecordApplication {
+template <typename Parts>
+class BasicRecordApplication {
  public:
-  static QVariantMap informationOf(const QString& bundleIdentifier);
-
-  RecordApplication();
-  ~RecordApplication();
+  BasicRecordApplication() {
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
+    delegate.controller = &controller;
+    home.makeFolder(QStringLiteral("Records"));
+    home.makeFolder(QStringLiteral("Charts"));
+    desktop.defaults.registerDefaults({{settings::DataFileExtension, QStringLiteral("rec")},
+                                       {settings::SaveDirectory, QStringLiteral("~/Records/")},
+                                       {settings::ExportDirectory, QStringLiteral("~/Charts")}});
+    controller.setDocumentFactory(
+        [this] { return std::make_unique<RecordingDocument>(desktop.services, delegate); });
+    controller.awakeFromNib();
+  }
+  ~BasicRecordApplication() {
+    destroyController();
+    QLocale::setDefault(localeBefore_);
+  }
+  BasicRecordApplication(const BasicRecordApplication&) = delete;
+  BasicRecordApplication& operator=(const BasicRecordApplication&) = delete;
 
   TemporaryHome home;
-  TestServices desktop;
+  TestDesktop<Parts> desktop{recorderInformation()};
   RecordingDelegate delegate;
-  VelmoraAppController controller;
+
+ private:
+  std::unique_ptr<VelmoraAppController> controller_ =
+      std::make_unique<VelmoraAppController>(desktop.services);
+
+ public:
+  VelmoraAppController& controller = *controller_;
+  /// As at the end of main, or worse.
+  void destroyController() { controller_.reset(); }
 
   // The settings that most tests begin with.
 
@@ -57,22 +91,41 @@ class VELMORA_EXPORT RecordApplication {
   }
   /// Puts a record with that identifier and those examinations into the save folder.
   void writeRecord(const QString& name, const QStringList& exams = {QStringLiteral("01/02/2023")},
-                   const QString& birthDate = QStringLiteral("03/04/2020"));
+                   const QString& birthDate = QStringLiteral("03/04/2020")) {
+    writeRecordFile(pathOfRecord(name), name, exams, birthDate);
+  }
   /// writeRecord(), and the cache knows it.
-  void keepRecord(const QString& name, const QStringList& exams = {QStringLiteral("01/02/2023")});
+  void keepRecord(const QString& name, const QStringList& exams = {QStringLiteral("01/02/2023")}) {
+    writeRecord(name, exams);
+    controller.addToCachedDatabaseFiles(name + QStringLiteral(".rec"));
+  }
   /// A new, untitled document whose window is in front.
-  RecordingDocument& newRecord();
+  RecordingDocument& newRecord() { return inFront(controller.openUntitledDocument(true)); }
   /// The open document of a record in the save folder, brought to the front.
-  RecordingDocument& openRecord(const QString& name);
+  RecordingDocument& openRecord(const QString& name) {
+    const QUrl file = QUrl::fromLocalFile(pathOfRecord(name));
+    return inFront(controller.openDocumentWithContentsOfURL(file, true).valueOr(nullptr));
+  }
   /// The front document, or none.
-  RecordingDocument* front() const;
+  RecordingDocument* front() const { return dynamic_cast<RecordingDocument*>(controller.currentDocument()); }
+  QString identifierInFront() const { return front() ? front()->identifier() : QString(); }
   /// The files that were kept as rescue copies.
-  QStringList rescueCopies() const;
+  QStringList rescueCopies() const {
+    return fileNames(home.path(QStringLiteral(".local/share/%1/Rescued").arg(RecorderIdentifier)));
+  }
 
   // The viewer.
 
-  /// A request as the viewer's end sends it, and everything that it sets going at once.
-  void chooseStudy(const QVariantMap& request);
+  /// A request as the viewer's end sends it.
+  void deliver(const QVariantMap& request) {
+    desktop.distributedCenter.deliver(link::notificationName(RecorderIdentifier), link::RequestObject,
+                                      request);
+  }
+  /// deliver(), and everything that it sets going at once.
+  void chooseStudy(const QVariantMap& request) {
+    deliver(request);
+    settle();
+  }
   const QList<RecordingDistributedCenter::Posted>& replies() const {
     return desktop.distributedCenter.posted();
   }
@@ -81,8 +134,18 @@ class VELMORA_EXPORT RecordApplication {
   void settle() { desktop.runLoop.settle(); }
 
  private:
+  RecordingDocument& inFront(platform::Document* opened) {
+    auto* document = dynamic_cast<RecordingDocument*>(opened);
+    if (!document) throw std::runtime_error("the record does not open");
+    user::bringToFront(*document);
+    document->forgetCalls();
+    return *document;
+  }
+
   QLocale localeBefore_;
 };
+
+using RecordApplication = BasicRecordApplication<StandIns>;
 
 /// The identifier, name and dates of a study that a request tells of.
 VELMORA_EXPORT QVariantMap study(const QString& identifier);

@@ -42,24 +42,7 @@ class Replies : public ::testing::Test {
   Mailbox mailbox_;
   desktop::QtDistributedNotificationCenter viewer_{bus_.address()};
   desktop::QtDistributedNotificationCenter centre_{bus_.address()};
-  platform::Services services_{desktop_.defaults,
-                               desktop_.notificationCenter,
-                               centre_,
-                               desktop_.alerts,
-                               desktop_.panels,
-                               desktop_.workspace,
-                               desktop_.fileManager,
-                               desktop_.runLoop,
-                               desktop_.mainBundle,
-                               desktop_.printer,
-                               desktop_.sharedPrintInfo,
-                               desktop_.feedback,
-                               desktop_.graphics,
-                               desktop_.interfaceFiles,
-                               desktop_.application,
-                               desktop_.scripts,
-                               desktop_.web,
-                               nullptr};
+  platform::Services services_ = with(desktop_.services, {.distributedCenter = &centre_});
   velmora::OsirixExportQueue queue_{services_};
 };
 

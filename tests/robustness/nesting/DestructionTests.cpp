@@ -8,13 +8,12 @@
 
 #include "link/protocol/LinkPayload.h"
 #include "testing/TestServices.h"
-#include "tests/robustness/nesting/WeatherDesktop.h"
+#include "testing/desktop/DesktopApplication.h"
+#include "testing/window/Person.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
-
-using namespace weather;
 
 namespace {
 
@@ -56,7 +55,7 @@ class Destruction : public ::testing::TestWithParam<std::tuple<Open, End>> {
         break;
       }
       case End::Quit:
-        application_.controller().terminate();
+        application_.controller.terminate();
         break;
       case End::LookUp:
         application_.chooseStudy(QStringLiteral("2"));
@@ -94,7 +93,7 @@ class Destruction : public ::testing::TestWithParam<std::tuple<Open, End>> {
     }
   }
 
-  Application application_;
+  DesktopApplication application_;
   Person person_;
   QPointer<RecordingDocument> record_;
 };
@@ -158,13 +157,13 @@ TEST(DestructionOfTheController, DropsEveryCallThatIsPending) {
 }
 
 TEST(DestructionOfTheController, WithARealRunLoopDropsEveryCallThatIsPending) {
-  Application application;
+  DesktopApplication application;
   application.keepRecord(QStringLiteral("1"));
   application.openRecord(QStringLiteral("1")).performClose();
   application.newRecord();
   application.chooseStudy(QStringLiteral("1"));
-  application.controller().cacheDatabaseFiles();
-  application.controller().closeAllDocuments({});
+  application.controller.cacheDatabaseFiles();
+  application.controller.closeAllDocuments({});
   application.destroyController();
   bool passed = false;
   QObject owner;
@@ -173,7 +172,7 @@ TEST(DestructionOfTheController, WithARealRunLoopDropsEveryCallThatIsPending) {
 }
 
 TEST(DestructionOfTheController, UnderASheetOfADocumentTakesTheSheetWithIt) {
-  Application application;
+  DesktopApplication application;
   Person person;
   application.keepRecord(QStringLiteral("1"));
   RecordingDocument& record = application.openRecord(QStringLiteral("1"));

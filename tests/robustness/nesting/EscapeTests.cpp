@@ -8,12 +8,11 @@
 #include <QDir>
 #include <QTest>
 
+#include "testing/desktop/DesktopApplication.h"
 #include "testing/files/Files.h"
-#include "tests/robustness/nesting/WeatherDesktop.h"
+#include "testing/window/Person.h"
 
 using namespace velmora::testkit;
-
-using namespace weather;
 
 namespace {
 
@@ -46,7 +45,7 @@ class Escape : public ::testing::Test {
     EXPECT_TRUE(record_->isDocumentEdited());
   }
 
-  Application application_;
+  DesktopApplication application_;
   Person person_;
   RecordingDocument* record_;
 };

@@ -16,13 +16,12 @@
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "orv/chart/OrvGraphView.h"
 #include "testing/bus/PrivateBus.h"
-#include "tests/robustness/nesting/WeatherDesktop.h"
+#include "testing/desktop/DesktopApplication.h"
+#include "testing/window/Person.h"
 #include "velmora/document/VelmoraGraphView.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
-
-using namespace weather;
 
 namespace {
 
@@ -66,7 +65,7 @@ class ThrowingDocument : public RecordingDocument {
 class Exceptions : public ::testing::Test {
  protected:
   Exceptions() {
-    application_.controller().setDocumentFactory([this]() -> std::unique_ptr<platform::Document> {
+    application_.controller.setDocumentFactory([this]() -> std::unique_ptr<platform::Document> {
       if (factoryThrows_) throw std::runtime_error("boom");
       return std::make_unique<ThrowingDocument>(application_.desktop.services, application_.delegate);
     });
@@ -78,13 +77,13 @@ class Exceptions : public ::testing::Test {
   void expectOneLineAndLife() {
     waitUntil([&] { return !application_.log.lines().filter(Boom).isEmpty(); });
     bool turned = false;
-    application_.desktop.runLoop.performAfterDelay(&application_.controller(), 0, [&] { turned = true; });
+    application_.desktop.runLoop.performAfterDelay(&application_.controller, 0, [&] { turned = true; });
     waitUntil([&] { return turned; });
     EXPECT_EQ(application_.log.lines().filter(Boom).size(), 1)
         << qPrintable(application_.log.lines().join(QLatin1Char('\n')));
   }
 
-  Application application_;
+  DesktopApplication application_;
   Person person_;
   ThrowingDocument* record_ = nullptr;
   bool factoryThrows_ = false;
@@ -194,11 +193,11 @@ TEST_F(Exceptions, WhenAWindowClosesLeaveItClosable) {
 
 TEST_F(Exceptions, WhenTheProgramQuitsLeaveItAbleToQuit) {
   record_->armed = true;
-  application_.controller().terminate();
+  application_.controller.terminate();
   expectOneLineAndLife();
-  EXPECT_FALSE(application_.controller().isTerminating());
+  EXPECT_FALSE(application_.controller.isTerminating());
   record_->armed = false;
-  application_.controller().terminate();
+  application_.controller.terminate();
   waitUntil([&] { return application_.desktop.application.stops == 1; });
 }
 

@@ -6,14 +6,13 @@
 
 #include <QFile>
 
+#include "testing/desktop/DesktopApplication.h"
 #include "testing/files/Files.h"
-#include "tests/robustness/nesting/WeatherDesktop.h"
+#include "testing/window/Person.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
-
-using namespace weather;
 
 namespace {
 
@@ -40,7 +39,7 @@ class LinkUnderAlerts : public ::testing::Test {
     EXPECT_TRUE(person_.done());
   }
 
-  Application application_;
+  DesktopApplication application_;
   Person person_;
 };
 
@@ -50,7 +49,7 @@ TEST_F(LinkUnderAlerts, BothQuestionsOfTheFirstRun) {
   person_.expect(QStringLiteral("Periodically check for updates?"), studyIsChosen(QStringLiteral("earlier")),
                  QStringLiteral("Don't Check"));
   person_.expect(QStringLiteral("Set Up Database?"), studyIsChosen(), QStringLiteral("No"));
-  application_.controller().applicationDidFinishLaunching();
+  application_.controller.applicationDidFinishLaunching();
   expectTheRequestIsHandled();
 }
 
@@ -135,7 +134,7 @@ TEST_F(LinkUnderAlerts, TheQuestionBeforeTheOnlyRecordCloses) {
   record.directUpdateDisplayAndSetDirty(nullptr);
   person_.expect(QStringLiteral("Save changes to document?"), studyIsChosen(), QStringLiteral("Don't Save"));
   record.performClose();
-  waitUntil([&] { return application_.controller().documents().isEmpty(); });
+  waitUntil([&] { return application_.controller.documents().isEmpty(); });
   waitUntil(
       [&] { return !application_.log.lines().filter(QStringLiteral("no document is open")).isEmpty(); });
   EXPECT_EQ(application_.log.lines().filter(QStringLiteral("no document is open")).size(), 1);

@@ -7,11 +7,12 @@
 #include <thread>
 
 #include "testing/TestServices.h"
-#include "tests/robustness/nesting/WeatherDesktop.h"
+#include "testing/desktop/DesktopApplication.h"
+#include "testing/window/Person.h"
 
 using namespace velmora;
+using namespace velmora::testkit;
 
-using namespace weather;
 using velmora::platform::Alert;
 
 namespace {
@@ -45,7 +46,7 @@ class RealDialogs : public ::testing::Test {
                                  QStringLiteral("0.4")}));
   }
 
-  Desktop desktop_{{}};
+  TestDesktop<RealParts> desktop_{{}};
   Person person_;
   QObject owner_;
   QStringList ran_;

@@ -34,8 +34,8 @@ const platform::Alert Offer{"Update OsiriX Plugin", "Update", "Cancel", "",
 class PluginOffer : public testing::Test {
  protected:
   PluginOffer() {
-    application.desktop.mainBundle = platform::Bundle(
-        RecordApplication::informationOf("org.velmora.recorder"), application.home.path("resources"));
+    application.desktop.mainBundle =
+        platform::Bundle(recorderInformation(), application.home.path("resources"));
     application.desktop.defaults.setInteger(31, settings::VersionCheckInterval);
     makePlugin(application.home.path("resources/OsiriX Plugins/Link.osirixplugin"), "2");
     makePlugin(installed(), "1");

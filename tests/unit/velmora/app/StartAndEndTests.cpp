@@ -24,7 +24,7 @@ void launch(RecordApplication& application) {
 
 /// The application says where its newer versions would be announced.
 void giveAFeed(RecordApplication& application) {
-  QVariantMap information = RecordApplication::informationOf("org.velmora.recorder");
+  QVariantMap information = recorderInformation();
   information.insert("SUFeedURL", "https://recorder.example/feed");
   application.desktop.mainBundle = platform::Bundle(information, {});
 }

@@ -5,8 +5,9 @@
 #include <QPointer>
 #include <QTest>
 
+#include "testing/desktop/DesktopApplication.h"
 #include "testing/files/Files.h"
-#include "tests/robustness/nesting/WeatherDesktop.h"
+#include "testing/window/Person.h"
 #include "tests/unit/velmora/batch/BatchTesting.h"
 
 using namespace velmora;
@@ -29,19 +30,19 @@ class BatchOnTheDesktop : public testing::Test {
     for (const QString& name : names) application.keepRecord(name);
   }
   void open() {
-    application.controller().doBatchExport(nullptr);
+    application.controller.doBatchExport(nullptr);
     ASSERT_TRUE(QTest::qWaitForWindowActive(batch().window()));
   }
   void exportAll() {
     auto* buttons = batch().window()->findChild<QDialogButtonBox*>();
     user::click(buttons->button(QDialogButtonBox::Ok));
   }
-  BatchExportController& batch() { return *application.controller().batchExportController(); }
+  BatchExportController& batch() { return *application.controller.batchExportController(); }
   QWidget* progress() { return batch().progress().window(); }
   QStringList charts() { return fileNames(application.home.path("Charts")); }
 
-  weather::Application application;
-  weather::Person person;
+  DesktopApplication application;
+  Person person;
   int posts = 0;
   std::function<void()> whenPosted;
 
@@ -98,20 +99,20 @@ TEST_F(BatchOnTheDesktop, LetsNoTimedCallRunBetweenTheFiles) {
   int ran = 0;
   whenPosted = [&] {
     EXPECT_EQ(ran, 0);
-    application.desktop.runLoop.performAfterDelay(&application.controller(), 0, [&] { ++ran; });
+    application.desktop.runLoop.performAfterDelay(&application.controller, 0, [&] { ++ran; });
   };
   exportAll();
   EXPECT_EQ(posts, 3);
   EXPECT_EQ(ran, 0);
-  weather::waitUntil([&] { return ran == 3; });
+  waitUntil([&] { return ran == 3; });
 }
 
 TEST_F(BatchOnTheDesktop, ClosesEveryRecordAfterwards) {
   writeRecords({"A", "B", "C"});
   open();
   exportAll();
-  EXPECT_EQ(application.controller().documents().size(), 3);
-  weather::waitUntil([&] { return application.controller().documents().isEmpty(); });
+  EXPECT_EQ(application.controller.documents().size(), 3);
+  waitUntil([&] { return application.controller.documents().isEmpty(); });
 }
 
 TEST_F(BatchOnTheDesktop, AsksAboveItsProgressAndGoesOn) {
@@ -126,7 +127,7 @@ TEST_F(BatchOnTheDesktop, AsksAboveItsProgressAndGoesOn) {
         EXPECT_TRUE(progress()->isVisible());
         EXPECT_EQ(alert->parentWidget(), progress());
         // It is the alert that hears the keyboard.
-        weather::letEventsPass();
+        letEventsPass();
         EXPECT_EQ(QApplication::activeWindow(), alert);
       },
       "Skip");

@@ -53,7 +53,7 @@ TEST(LinkNotification, ToAnotherApplicationIsNotHeard) {
 TEST(LinkNotification, ReachesOfTwoApplicationsTheOneItNames) {
   RecordApplication first;
   // A second application on a desktop of its own, but on the same distributed centre.
-  TestServices own(RecordApplication::informationOf("org.velmora.second"));
+  TestServices own(recorderInformation("org.velmora.second"));
   platform::Services services{own.defaults,
                               own.notificationCenter,
                               first.desktop.distributedCenter,

@@ -6,7 +6,8 @@
 #include <QFileDialog>
 #include <QTest>
 
-#include "tests/robustness/nesting/WeatherDesktop.h"
+#include "testing/desktop/DesktopApplication.h"
+#include "testing/window/Person.h"
 #include "tests/unit/velmora/preferences/PreferencesTesting.h"
 
 using namespace velmora;
@@ -21,16 +22,16 @@ const platform::Alert Question{"Save changes?", "Save", "Cancel", "", ""};
 /// The preferences window on a desktop with the real run loop, alerts and panels.
 class RealPreferences : public testing::Test {
  protected:
-  QWidget* window() { return application.controller().preferencesController()->window(); }
+  QWidget* window() { return application.controller.preferencesController()->window(); }
   QLineEdit* saveFolder() { return window()->findChild<QLineEdit*>("defaultSaveFolderField"); }
   void open() {
-    application.controller().doPreferences(nullptr);
+    application.controller.doPreferences(nullptr);
     ASSERT_TRUE(QTest::qWaitForWindowActive(window()));
   }
   void press(const char* button) { user::click(window()->findChild<QAbstractButton*>(button)); }
 
-  weather::Application application;
-  weather::Person person;
+  DesktopApplication application;
+  Person person;
 };
 
 }  // namespace
@@ -66,15 +67,15 @@ TEST_F(RealPreferences, DoNotComeUpDeadBehindAnAlert) {
       Question.messageText,
       [&] {
         QWidget* alert = QApplication::activeModalWidget();
-        application.controller().doPreferences(nullptr);
-        weather::letEventsPass();
+        application.controller.doPreferences(nullptr);
+        letEventsPass();
         EXPECT_FALSE(window()->isVisible());
         EXPECT_EQ(QApplication::activeModalWidget(), alert);
         EXPECT_TRUE(alert->isVisible());
       },
       "Cancel");
   application.desktop.alerts.runModal(Question);
-  weather::waitUntil([&] { return window()->isVisible(); });
+  waitUntil([&] { return window()->isVisible(); });
   ASSERT_TRUE(QTest::qWaitForWindowActive(window()));
   user::type(saveFolder(), "/srv/records");
   QTest::keyClick(saveFolder(), Qt::Key_Return);
@@ -88,8 +89,8 @@ TEST_F(RealPreferences, ThatAreOpenWaitForTheAlertAndGoOn) {
       Question.messageText,
       [&] {
         EXPECT_NE(QApplication::activeModalWidget(), window());
-        application.controller().doPreferences(nullptr);
-        weather::letEventsPass();
+        application.controller.doPreferences(nullptr);
+        letEventsPass();
         EXPECT_TRUE(window()->isVisible());
       },
       "Save");

@@ -353,7 +353,7 @@ TEST_F(PreferencesWindow, ShowsNothingNewForAnUnsuccessfulCheck) {
 }
 
 TEST_F(PreferencesWindow, LooksForANewVersionWhenTheUserAsks) {
-  QVariantMap information = RecordApplication::informationOf("org.velmora.recorder");
+  QVariantMap information = recorderInformation();
   information.insert("SUFeedURL", "https://example.org/feed.xml");
   application.desktop.mainBundle = platform::Bundle(information, {});
   open();
