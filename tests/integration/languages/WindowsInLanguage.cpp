@@ -85,7 +85,7 @@ GrowthDocument& WindowsInLanguage::filledRecord() {
   GrowthDocument& document = application.newRecord();
   user::enter(user::field(document, "referenceIDField"), "PATIENT-0042");
   user::enter(user::field(document, "birthDateField"), typed(QDate(2012, 12, 28)));
-  application.chooseSex(document, testing_support::GrowthApplication::SexItem::Female);
+  application.chooseSex(document, growth::GrowthApplication::SexItem::Female);
   user::enter(user::field(document, "examDateField"), typed(QDate(2024, 11, 30)));
   user::enter(user::field(document, "weightField"), "45");
   user::enter(user::field(document, "heightField"), "151");
@@ -119,7 +119,7 @@ void WindowsInLanguage::incompleteRecords(const Visit& visit) {
   user::enter(user::field(document, "birthDateField"), typed(QDate(2022, 2, 20)));
   user::enter(user::field(document, "examDateField"), typed(QDate(2024, 2, 28)));
   show("Record without a sex", document.window(), visit);
-  application.chooseSex(document, testing_support::GrowthApplication::SexItem::Male);
+  application.chooseSex(document, growth::GrowthApplication::SexItem::Male);
   user::enter(user::field(document, "examDateField"), typed(QDate(2060, 2, 28)));
   show("Record beyond the reference", document.window(), visit);
   user::enter(user::field(document, "examDateField"), typed(QDate(2021, 2, 28)));

@@ -5,8 +5,8 @@
 #include <QLocale>
 #include <functional>
 
+#include "apps/growth/testing/GrowthApplication.h"
 #include "desktop/settings/Translations.h"
-#include "tests/unit/growth/document/GrowthApplication.h"
 
 namespace languages {
 
@@ -32,7 +32,7 @@ class WindowsInLanguage {
   velmora::desktop::Translations translations_;
 
  public:
-  testing_support::GrowthApplication application;
+  growth::GrowthApplication application;
 
  private:
   void about(const Visit& visit);

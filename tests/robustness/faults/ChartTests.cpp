@@ -135,7 +135,7 @@ TEST_F(ChartExport, OfAThousandExaminationsIsAPictureLikeAnother) {
   expectSane(exported(document));
   document.saveDocument();
   desk.desktop.runLoop.settle();
-  EXPECT_EQ(desk.opened(desk.pathOf(QStringLiteral("A1"))).lastExam(), 999u);
+  EXPECT_EQ(desk.opened(desk.pathOfRecord(QStringLiteral("A1"))).lastExam(), 999u);
   std::printf("a thousand examinations entered, drawn, saved and opened in %lld ms\n",
               static_cast<long long>(timer.elapsed()));
 }
@@ -161,9 +161,9 @@ TEST_P(ChartOfAnOddValue, IsASanePictureOrNoneAndTheValueStaysAsTyped) {
   const growth::Measurement entered = document.record().examinations.last().of(growth::Measure::Weight);
   document.saveDocument();
   desk.desktop.runLoop.settle();
-  const growth::GrowthRecord saved = recordIn(desk, desk.pathOf(QStringLiteral("A1")));
+  const growth::GrowthRecord saved = recordIn(desk, desk.pathOfRecord(QStringLiteral("A1")));
   EXPECT_EQ(saved.examinations.last().of(growth::Measure::Weight), entered);
-  GrowthDocument& opened = desk.opened(desk.pathOf(QStringLiteral("A1")));
+  GrowthDocument& opened = desk.opened(desk.pathOfRecord(QStringLiteral("A1")));
   EXPECT_EQ(growth::measurementFromText(desk.field(opened, "weightField").text()), entered);
 }
 

@@ -25,10 +25,10 @@ class DataFile : public testing::Test {
   DataFile() {
     desk.savedRecord(QStringLiteral("A1"));
     desk.closeAll();
-    whole = testkit::readFile(desk.pathOf(QStringLiteral("A1")));
+    whole = testkit::readFile(desk.pathOfRecord(QStringLiteral("A1")));
   }
 
-  QString path(const QString& name = QStringLiteral("X")) const { return desk.pathOf(name); }
+  QString path(const QString& name = QStringLiteral("X")) const { return desk.pathOfRecord(name); }
   QString whyNot(const QByteArray& contents) {
     // Anew each time: file systems put a file that is written over on the disk at once, which takes its time.
     QFile::remove(path());

@@ -130,11 +130,11 @@ TEST(DatesOfARecord, OnADayThatTheTimeZoneLeftOutStayWhenItIsOpenedAndSaved) {
   desk.closeAll();
 
   const testkit::EnvironmentVariable samoa("TZ", "Pacific/Apia");
-  GrowthDocument& opened = desk.opened(desk.pathOf(QStringLiteral("A1")));
+  GrowthDocument& opened = desk.opened(desk.pathOfRecord(QStringLiteral("A1")));
   EXPECT_EQ(desk.field(opened, "birthDateField").text(), QStringLiteral("30/12/2011"));
   desk.enterWeight(opened, QStringLiteral("11"));
   opened.saveDocument();
-  EXPECT_EQ(recordIn(desk, desk.pathOf(QStringLiteral("A1"))).birthDate.day, QDate(2011, 12, 30));
+  EXPECT_EQ(recordIn(desk, desk.pathOfRecord(QStringLiteral("A1"))).birthDate.day, QDate(2011, 12, 30));
 }
 
 TEST(DatesOfARecord, ThatAreNoDatesStayAsTheyWereTyped) {
@@ -145,12 +145,13 @@ TEST(DatesOfARecord, ThatAreNoDatesStayAsTheyWereTyped) {
     desk.field(document, "birthDateField").setText(QString::fromLatin1(typed));
     document.saveDocument();
     desk.desktop.runLoop.settle();
-    GrowthDocument& opened = desk.opened(desk.pathOf(QStringLiteral("A1")));
+    GrowthDocument& opened = desk.opened(desk.pathOfRecord(QStringLiteral("A1")));
     EXPECT_EQ(desk.field(opened, "birthDateField").text(), QString::fromLatin1(typed));
     opened.saveDocument();
-    EXPECT_EQ(recordIn(desk, desk.pathOf(QStringLiteral("A1"))).birthDate.unread, QString::fromLatin1(typed));
+    EXPECT_EQ(recordIn(desk, desk.pathOfRecord(QStringLiteral("A1"))).birthDate.unread,
+              QString::fromLatin1(typed));
     desk.closeAll();
-    QFile::remove(desk.pathOf(QStringLiteral("A1")));
+    QFile::remove(desk.pathOfRecord(QStringLiteral("A1")));
   }
 }
 

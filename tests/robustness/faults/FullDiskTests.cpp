@@ -28,7 +28,7 @@ class FullDisk : public testing::Test {
     desk.enterWeight(*document, QStringLiteral("12.5"));
   }
 
-  QString file() const { return desk.pathOf(QStringLiteral("A1")); }
+  QString file() const { return desk.pathOfRecord(QStringLiteral("A1")); }
   QByteArray oldBytes() const { return testkit::readFile(file()); }
   void expectFailedSave(const QString& reason) {
     ASSERT_FALSE(desk.alerts.shown.isEmpty());

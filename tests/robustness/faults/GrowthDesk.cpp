@@ -14,41 +14,6 @@ using namespace velmora;
 
 namespace faults {
 
-namespace {
-
-const QString BundleIdentifier = QStringLiteral("org.velmora.growth");
-
-QVariantMap information() {
-  return {{QStringLiteral("CFBundleIdentifier"), BundleIdentifier},
-          {QStringLiteral("CFBundleName"), QStringLiteral("Growth")},
-          {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("0.1")},
-          {QStringLiteral("CFBundleVersion"), QStringLiteral("1")},
-          {QStringLiteral("NSHumanReadableCopyright"), QStringLiteral("Copyright 2026")}};
-}
-
-platform::Services with(const platform::Services& services, platform::Alerts& alerts) {
-  return {services.defaults,
-          services.notificationCenter,
-          services.distributedCenter,
-          alerts,
-          services.panels,
-          services.workspace,
-          services.fileManager,
-          services.runLoop,
-          services.mainBundle,
-          services.printer,
-          services.sharedPrintInfo,
-          services.feedback,
-          services.graphics,
-          services.interfaceFiles,
-          services.application,
-          services.scripts,
-          services.web,
-          nullptr};
-}
-
-}  // namespace
-
 int AnsweringAlerts::runModal(const platform::Alert& alert) {
   const platform::RunLoop::ModalSession session(runLoop_);
   shown.append(alert);
@@ -62,34 +27,19 @@ void AnsweringAlerts::beginSheetModalForWindow(const platform::Alert& alert, QWi
   didEnd(runModal(alert));
 }
 
-GrowthDesk::GrowthDesk()
-    : desktop(information()),
-      alerts(desktop.runLoop),
-      services(with(desktop.services, alerts)),
-      references(QStringLiteral(GROWTH_REFERENCE_FOLDER)),
-      controller(services) {
-  QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
-  home.makeFolder(QStringLiteral("Records"));
-  home.makeFolder(QStringLiteral("Charts"));
-  services.interfaceFiles.addSearchPath(growth::interfaceFolder());
-  desktop.defaults.registerDefaults({{velmora::settings::DataFileExtension, QStringLiteral("growth")}});
+GrowthDesk::GrowthDesk() {
   desktop.defaults.setObject(saveFolder(), velmora::settings::SaveDirectory);
   desktop.defaults.setObject(exportFolder(), velmora::settings::ExportDirectory);
   desktop.defaults.setObject(true, velmora::settings::AutoSave);
   desktop.defaults.setInteger(31, velmora::settings::VersionCheckInterval);
-  controller.setDocumentFactory(
-      [this] { return std::make_unique<GrowthDocument>(services, controller, references); });
-  controller.awakeFromNib();
 }
 
-GrowthDesk::~GrowthDesk() { QLocale::setDefault(localeBefore_); }
-
 QString GrowthDesk::rescueFolder() const {
-  return home.path(QStringLiteral(".local/share/%1/Rescued").arg(BundleIdentifier));
+  return home.path(QStringLiteral(".local/share/%1/Rescued").arg(growth::GrowthIdentifier));
 }
 
 QString GrowthDesk::earlierVersionsFolder() const {
-  return home.path(QStringLiteral(".local/share/%1/Earlier Versions").arg(BundleIdentifier));
+  return home.path(QStringLiteral(".local/share/%1/Earlier Versions").arg(growth::GrowthIdentifier));
 }
 
 QStringList GrowthDesk::rescued() const {
@@ -116,7 +66,7 @@ GrowthDocument& GrowthDesk::newRecord(const QString& identifier) {
 GrowthDocument& GrowthDesk::savedRecord(const QString& identifier) {
   newRecord(identifier).saveDocument();
   desktop.runLoop.settle();
-  return opened(pathOf(identifier));
+  return opened(pathOfRecord(identifier));
 }
 
 GrowthDocument& GrowthDesk::opened(const QString& path) {

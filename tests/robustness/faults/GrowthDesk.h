@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-#include <QLocale>
 #include <functional>
 
-#include "apps/growth/document/GrowthDocument.h"
-#include "apps/growth/reference/GrowthReferences.h"
+#include "apps/growth/testing/GrowthApplication.h"
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
 #include "testing/files/TemporaryHome.h"
@@ -32,23 +30,20 @@ class AnsweringAlerts : public velmora::platform::Alerts {
   velmora::platform::RunLoop& runLoop_;
 };
 
+/// A desktop with that person before it.
+struct AnsweredParts : velmora::testkit::StandIns {
+  using Alerts = AnsweringAlerts;
+};
+
 /// The growth application with its real documents and real files, a home folder of its own, and somebody who
 /// answers its alerts. Records are saved automatically in ~/Records, charts go to ~/Charts.
-class GrowthDesk {
+class GrowthDesk : public growth::BasicGrowthApplication<AnsweredParts> {
  public:
   GrowthDesk();
-  ~GrowthDesk();
 
-  velmora::testkit::TemporaryHome home;
-  velmora::testkit::TestServices desktop;
-  AnsweringAlerts alerts;
-  velmora::platform::Services services;
-  growth::GrowthReferences references;
-  VelmoraAppController controller;
+  AnsweringAlerts& alerts = desktop.alerts;
+  velmora::platform::Services& services = desktop.services;
 
-  QString saveFolder() const { return home.path(QStringLiteral("Records")); }
-  QString exportFolder() const { return home.path(QStringLiteral("Charts")); }
-  QString pathOf(const QString& name) const { return saveFolder() + QStringLiteral("/%1.growth").arg(name); }
   QString rescueFolder() const;
   QString earlierVersionsFolder() const;
   /// The names in the rescue folder.
@@ -76,9 +71,6 @@ class GrowthDesk {
   QStringList files() const;
   /// Those of them that are neither records nor kept copies of records.
   QStringList strayFiles() const;
-
- private:
-  QLocale localeBefore_;
 };
 
 /// The record in a file, read by the document that the application uses; throws when it cannot be read.

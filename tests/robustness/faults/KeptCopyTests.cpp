@@ -174,7 +174,7 @@ TEST_F(OpenedCopy, ComesHomeWhenItIsSaved) {
   EXPECT_TRUE(document.isDocumentEdited());
   document.saveDocument();
   desk.desktop.runLoop.settle();
-  EXPECT_EQ(faults::firstWeight(faults::recordIn(desk, desk.pathOf(QStringLiteral("A1")))),
+  EXPECT_EQ(faults::firstWeight(faults::recordIn(desk, desk.pathOfRecord(QStringLiteral("A1")))),
             QStringLiteral("10"));
   EXPECT_TRUE(desk.controller.fileIsInCachedDatabaseFiles(QStringLiteral("A1")));
   EXPECT_TRUE(desk.alerts.shown.isEmpty());

@@ -91,7 +91,7 @@ TEST_F(SaveFolder, ThatIsReadOnlyIsToldAndKeepsTheOldRecord) {
   expectToldWithRescueCopy(QStringLiteral("12"));
   EXPECT_TRUE(desk.alerts.shown.first().informativeText.startsWith(QStringLiteral("Permission denied")));
   EXPECT_TRUE(document.isDocumentEdited());
-  EXPECT_EQ(firstWeight(recordIn(desk, desk.pathOf(QStringLiteral("A1")))), QStringLiteral("10"));
+  EXPECT_EQ(firstWeight(recordIn(desk, desk.pathOfRecord(QStringLiteral("A1")))), QStringLiteral("10"));
   EXPECT_EQ(desk.strayFiles(), QStringList());
 }
 
@@ -100,11 +100,11 @@ TEST_F(SaveFolder, WithAProtectedRecordIsToldAndKeepsIt) {
   desk.enterWeight(document, QStringLiteral("12"));
   {
     const testkit::OrdinaryUser user(desk.home.path());
-    QFile::setPermissions(desk.pathOf(QStringLiteral("A1")), QFile::ReadOwner);
+    QFile::setPermissions(desk.pathOfRecord(QStringLiteral("A1")), QFile::ReadOwner);
     document.saveDocument();
   }
   expectToldWithRescueCopy(QStringLiteral("12"));
-  EXPECT_EQ(firstWeight(recordIn(desk, desk.pathOf(QStringLiteral("A1")))), QStringLiteral("10"));
+  EXPECT_EQ(firstWeight(recordIn(desk, desk.pathOfRecord(QStringLiteral("A1")))), QStringLiteral("10"));
 }
 
 TEST_F(SaveFolder, ThatGoesBetweenTheQuestionAndTheSaveIsToldForAnOpenRecord) {

@@ -30,7 +30,7 @@ class SavingUnderFaults : public testing::Test {
  protected:
   SavingUnderFaults() : document(&desk.savedRecord(QStringLiteral("A1"))) { desk.alerts.shown.clear(); }
 
-  QString file() const { return desk.pathOf(QStringLiteral("A1")); }
+  QString file() const { return desk.pathOfRecord(QStringLiteral("A1")); }
   /// Each earlier version that is kept already is looked at when the next is: a save without any is the
   /// shortest.
   void forgetEarlierVersions() { QDir(desk.earlierVersionsFolder()).removeRecursively(); }
@@ -201,9 +201,9 @@ TEST_F(SavingUnderFaults, OfANewRecordLeavesNoneOrAWholeOneWhenTheProcessIsKille
     const QString identifier = QStringLiteral("N%1").arg(number);
     const bool killed = killedWhile(desk.home.path(), number, Fault::KillHalfway,
                                     [&] { desk.newRecord(identifier).saveDocument(); });
-    if (QFile::exists(desk.pathOf(identifier))) {
+    if (QFile::exists(desk.pathOfRecord(identifier))) {
       ++whole;
-      EXPECT_EQ(recordIn(desk, desk.pathOf(identifier)).identifier, identifier);
+      EXPECT_EQ(recordIn(desk, desk.pathOfRecord(identifier)).identifier, identifier);
     }
     desk.letWritesGrowOld();
     desk.start();
@@ -270,7 +270,7 @@ TEST_F(SavingUnderFaults, OfANewRecordDoesWithoutARenameThatReplacesNothing) {
     EXPECT_FALSE(calls.names().contains("rename"));
   }
   EXPECT_TRUE(saved);
-  EXPECT_EQ(recordIn(desk, desk.pathOf(QStringLiteral("N2"))).identifier, QStringLiteral("N2"));
+  EXPECT_EQ(recordIn(desk, desk.pathOfRecord(QStringLiteral("N2"))).identifier, QStringLiteral("N2"));
   EXPECT_EQ(desk.strayFiles(), QStringList());
 }
 

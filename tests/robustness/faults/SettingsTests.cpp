@@ -215,24 +215,7 @@ TEST_F(SettingsFile, WithAWrongValueUnderAnyKeyStillStartsAndSaves) {
       testkit::writeFile(file(), kept.join('\n') + '\n' + escaped + '=' + value + '\n');
 
       QtUserDefaults defaults(Identifier);
-      platform::Services services{defaults,
-                                  desk.services.notificationCenter,
-                                  desk.services.distributedCenter,
-                                  desk.alerts,
-                                  desk.services.panels,
-                                  desk.services.workspace,
-                                  desk.services.fileManager,
-                                  desk.services.runLoop,
-                                  desk.services.mainBundle,
-                                  desk.services.printer,
-                                  desk.services.sharedPrintInfo,
-                                  desk.services.feedback,
-                                  desk.services.graphics,
-                                  desk.services.interfaceFiles,
-                                  desk.services.application,
-                                  desk.services.scripts,
-                                  desk.services.web,
-                                  nullptr};
+      platform::Services services = testkit::with(desk.services, {.defaults = &defaults});
       defaults.registerDefaults({{settings::DataFileExtension, QStringLiteral("growth")}});
       VelmoraAppController controller(services);
       services.interfaceFiles.addSearchPath(growth::interfaceFolder());

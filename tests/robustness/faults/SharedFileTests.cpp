@@ -27,7 +27,7 @@ class SharedFile : public testing::Test {
     mine.desktop.runLoop.settle();
   }
 
-  QString file() const { return mine.pathOf(QStringLiteral("A1")); }
+  QString file() const { return mine.pathOfRecord(QStringLiteral("A1")); }
   void saveWith(GrowthDesk& desk, const QString& weight) {
     GrowthDocument& document = desk.opened(file());
     desk.enterWeight(document, weight);

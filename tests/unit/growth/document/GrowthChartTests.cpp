@@ -7,16 +7,16 @@
 #include <QTest>
 
 #include "apps/growth/record/Age.h"
+#include "apps/growth/testing/GrowthApplication.h"
 #include "testing/files/Files.h"
-#include "tests/unit/growth/document/GrowthApplication.h"
 #include "velmora/document/VelmoraGraphView.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
 
+using growth::GrowthApplication;
 using growth::Measure;
-using testing_support::GrowthApplication;
-using testing_support::orangePixels;
+using growth::orangePixels;
 using user::textOf;
 
 namespace {

@@ -8,14 +8,14 @@
 #include <QLabel>
 #include <QTest>
 
-#include "tests/unit/growth/document/GrowthApplication.h"
+#include "apps/growth/testing/GrowthApplication.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
 
+using growth::GrowthApplication;
 using growth::Measure;
-using testing_support::GrowthApplication;
 using user::textOf;
 
 namespace {

@@ -4,14 +4,14 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "apps/growth/testing/GrowthApplication.h"
 #include "testing/application/SealedFile.h"
 #include "testing/files/Files.h"
-#include "tests/unit/growth/document/GrowthApplication.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
 
-using testing_support::GrowthApplication;
+using growth::GrowthApplication;
 using user::textOf;
 
 namespace {

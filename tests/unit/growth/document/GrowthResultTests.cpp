@@ -7,13 +7,13 @@
 
 #include <QLabel>
 
+#include "apps/growth/testing/GrowthApplication.h"
 #include "testing/LogRecorder.h"
-#include "tests/unit/growth/document/GrowthApplication.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
 
-using testing_support::GrowthApplication;
+using growth::GrowthApplication;
 using user::textOf;
 
 namespace {

@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "tests/unit/growth/document/GrowthApplication.h"
-#include "apps/growth/resources/GrowthResources.h"
-
-#include <gtest/gtest.h>
+#include "apps/growth/testing/GrowthApplication.h"
 
 #include <QTest>
 #include <stdexcept>
@@ -10,35 +7,16 @@
 #include "link/protocol/LinkProtocol.h"
 #include "platform/text/DateFormatter.h"
 #include "testing/files/Files.h"
-#include "velmora/resources/SettingsKeys.h"
 
-using namespace velmora;
+namespace growth {
+
 using namespace velmora::testkit;
 
-namespace testing_support {
-
-namespace {
-const QVariantMap information{{QStringLiteral("CFBundleIdentifier"), QStringLiteral("org.velmora.growth")},
-                              {QStringLiteral("CFBundleName"), QStringLiteral("Growth")},
-                              {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("0.1")}};
+QVariantMap growthInformation() {
+  return {{QStringLiteral("CFBundleIdentifier"), GrowthIdentifier},
+          {QStringLiteral("CFBundleName"), QStringLiteral("Growth")},
+          {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("0.1")}};
 }
-
-GrowthApplication::GrowthApplication(const QString& referenceFolder)
-    : desktop(information), references(referenceFolder), controller(desktop.services) {
-  QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
-  home.makeFolder(QStringLiteral("Records"));
-  home.makeFolder(QStringLiteral("Charts"));
-  desktop.defaults.registerDefaults({{velmora::settings::DataFileExtension, QStringLiteral("growth")},
-                                     {velmora::settings::SaveDirectory, QStringLiteral("~/Records")},
-                                     {velmora::settings::ExportDirectory, QStringLiteral("~/Charts")},
-                                     {velmora::settings::AutoSave, true}});
-  desktop.interfaceFiles.addSearchPath(growth::interfaceFolder());
-  controller.setDocumentFactory(
-      [this] { return std::make_unique<GrowthDocument>(desktop.services, controller, references); });
-  controller.awakeFromNib();
-}
-
-GrowthApplication::~GrowthApplication() { QLocale::setDefault(localeBefore_); }
 
 GrowthDocument& GrowthApplication::newRecord() {
   controller.newDocument();
@@ -78,12 +56,11 @@ QString GrowthApplication::whyNotOpened(const QByteArray& file) {
 
 void GrowthApplication::chooseStudy(const QString& identifier, const QDate& birth, const QDate& study) {
   namespace keys = velmora::link;
-  desktop.distributedCenter.deliver(keys::notificationName(QStringLiteral("org.velmora.growth")),
-                                    keys::RequestObject,
+  desktop.distributedCenter.deliver(keys::notificationName(GrowthIdentifier), keys::RequestObject,
                                     {{keys::Identifier, identifier},
                                      {keys::Name, QStringLiteral("Doe^Jack")},
-                                     {keys::DateOfBirth, platform::noonOf(birth)},
-                                     {keys::DateOfStudy, platform::noonOf(study)},
+                                     {keys::DateOfBirth, velmora::platform::noonOf(birth)},
+                                     {keys::DateOfStudy, velmora::platform::noonOf(study)},
                                      {keys::OsiriXStudyID, QStringLiteral("1.2.840.99")}});
   desktop.runLoop.advance(1);
 }
@@ -116,4 +93,4 @@ int orangePixels(const QImage& picture) {
   return count;
 }
 
-}  // namespace testing_support
+}  // namespace growth
