@@ -160,8 +160,8 @@ TEST(TwoApplications, EachHearTheirOwnRequestsOnly) {
   EXPECT_EQ(two.said().filter(QStringLiteral("one-")), QStringList());
   EXPECT_EQ(one.quit(), 0);
   // The other does not mind.
-  viewer.send(
-      {two.linkName(), keys::RequestObject, QVariantMap{{keys::Identifier, QStringLiteral("alone")}}});
+  sendNotification(viewer, {two.linkName(), keys::RequestObject,
+                            QVariantMap{{keys::Identifier, QStringLiteral("alone")}}});
   EXPECT_TRUE(two.waitFor(QStringLiteral("shown alone")));
   EXPECT_EQ(two.quit(), 0);
 }

@@ -13,7 +13,6 @@ using namespace velmora;
 
 using namespace velmora::testkit;
 using link_testing::WeatherProgram;
-using namespace velmora::testkit::bus;
 namespace keys = velmora::link;
 
 namespace {

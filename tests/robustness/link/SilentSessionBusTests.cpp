@@ -19,7 +19,6 @@ using namespace velmora;
 
 using namespace velmora::testkit;
 using link_testing::WeatherProgram;
-using namespace velmora::testkit::bus;
 
 namespace {
 
