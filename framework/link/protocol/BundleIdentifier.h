@@ -7,7 +7,7 @@
 namespace velmora::link {
 
 /// Whether the text can be an application's bundle identifier: letters, digits, dots, hyphens and
-/// underscores, 255 at most, as in a name on the bus (D-Bus specification 0.41, "Valid Names").
+/// underscores, 255 at most, as in a name on the bus (freedesktop.org, D-Bus 0.41, "Valid Names").
 inline bool isBundleIdentifier(const QString& text) {
   static const QRegularExpression form(QStringLiteral("\\A[A-Za-z0-9._-]{1,255}\\z"));
   return form.match(text).hasMatch();
