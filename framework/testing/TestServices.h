@@ -87,31 +87,44 @@ class TestDesktop {
 
 using TestServices = TestDesktop<StandIns>;
 
-/// Real parts in place of some of the stand-ins, which outlive them.
-struct Replacements {
-  platform::UserDefaults* defaults = nullptr;
-  platform::DistributedNotificationCenter* distributedCenter = nullptr;
-};
+namespace detail {
 
-/// The same services, but for the parts given.
-inline platform::Services with(const platform::Services& services, const Replacements& replacements) {
-  return {replacements.defaults ? *replacements.defaults : services.defaults,
-          services.notificationCenter,
-          replacements.distributedCenter ? *replacements.distributedCenter : services.distributedCenter,
-          services.alerts,
-          services.panels,
-          services.workspace,
-          services.fileManager,
-          services.runLoop,
-          services.mainBundle,
-          services.printer,
-          services.sharedPrintInfo,
-          services.feedback,
-          services.graphics,
-          services.interfaceFiles,
-          services.application,
-          services.scripts,
-          services.web,
+/// The first of the parts that is of that kind, or the stand-in.
+template <typename Kind>
+Kind& chosen(Kind& standIn) {
+  return standIn;
+}
+template <typename Kind, typename Part, typename... Others>
+Kind& chosen(Kind& standIn, Part& part, Others&... others) {
+  if constexpr (std::is_base_of_v<std::remove_const_t<Kind>, Part>) {
+    return part;
+  } else {
+    return chosen(standIn, others...);
+  }
+}
+
+}  // namespace detail
+
+/// The same services, but with these parts in the places of their kind; the parts outlive them.
+template <typename... Parts>
+platform::Services with(const platform::Services& services, Parts&... parts) {
+  return {detail::chosen(services.defaults, parts...),
+          detail::chosen(services.notificationCenter, parts...),
+          detail::chosen(services.distributedCenter, parts...),
+          detail::chosen(services.alerts, parts...),
+          detail::chosen(services.panels, parts...),
+          detail::chosen(services.workspace, parts...),
+          detail::chosen(services.fileManager, parts...),
+          detail::chosen(services.runLoop, parts...),
+          detail::chosen(services.mainBundle, parts...),
+          detail::chosen(services.printer, parts...),
+          detail::chosen(services.sharedPrintInfo, parts...),
+          detail::chosen(services.feedback, parts...),
+          detail::chosen(services.graphics, parts...),
+          detail::chosen(services.interfaceFiles, parts...),
+          detail::chosen(services.application, parts...),
+          detail::chosen(services.scripts, parts...),
+          detail::chosen(services.web, parts...),
           nullptr};
 }
 

@@ -215,7 +215,7 @@ TEST_F(SettingsFile, WithAWrongValueUnderAnyKeyStillStartsAndSaves) {
       testkit::writeFile(file(), kept.join('\n') + '\n' + escaped + '=' + value + '\n');
 
       QtUserDefaults defaults(Identifier);
-      platform::Services services = testkit::with(desk.services, {.defaults = &defaults});
+      platform::Services services = testkit::with(desk.services, defaults);
       defaults.registerDefaults({{settings::DataFileExtension, QStringLiteral("growth")}});
       VelmoraAppController controller(services);
       services.interfaceFiles.addSearchPath(growth::interfaceFolder());

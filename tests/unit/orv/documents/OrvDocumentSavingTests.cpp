@@ -147,24 +147,7 @@ TEST_F(SavingRecords, LeavesTheOldFileWhenItFails) {
   save();
   NoRoomForRecords files;
   files.folder = folder.path();
-  platform::Services full{desktop.defaults,
-                          desktop.notificationCenter,
-                          desktop.distributedCenter,
-                          desktop.alerts,
-                          desktop.panels,
-                          desktop.workspace,
-                          files,
-                          desktop.runLoop,
-                          desktop.mainBundle,
-                          desktop.printer,
-                          desktop.sharedPrintInfo,
-                          desktop.feedback,
-                          desktop.graphics,
-                          desktop.interfaceFiles,
-                          desktop.application,
-                          desktop.scripts,
-                          desktop.web,
-                          nullptr};
+  platform::Services full = testkit::with(desktop.services, files);
   NoteDocument onFullDisk(full);
   ASSERT_TRUE(onFullDisk.readFromURL(url("record.note")).ok());
   onFullDisk.edit("new");
@@ -260,24 +243,7 @@ class MeetingAnother : public base::FileManager {
 class SavingAtTheSameTime : public SavingRecords {
  protected:
   MeetingAnother files;
-  platform::Services services{desktop.defaults,
-                              desktop.notificationCenter,
-                              desktop.distributedCenter,
-                              desktop.alerts,
-                              desktop.panels,
-                              desktop.workspace,
-                              files,
-                              desktop.runLoop,
-                              desktop.mainBundle,
-                              desktop.printer,
-                              desktop.sharedPrintInfo,
-                              desktop.feedback,
-                              desktop.graphics,
-                              desktop.interfaceFiles,
-                              desktop.application,
-                              desktop.scripts,
-                              desktop.web,
-                              nullptr};
+  platform::Services services = testkit::with(desktop.services, files);
   NoteDocument mine{services};
   bool saveMine() {
     bool saved = false;

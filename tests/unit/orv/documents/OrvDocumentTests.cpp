@@ -223,24 +223,7 @@ class FailingPrinter : public platform::Printer {
 
 TEST_F(Printing, TellsTheUserWhyItFailedUnlessItWasTheUser) {
   FailingPrinter printer;
-  platform::Services failing{desktop.defaults,
-                             desktop.notificationCenter,
-                             desktop.distributedCenter,
-                             desktop.alerts,
-                             desktop.panels,
-                             desktop.workspace,
-                             desktop.fileManager,
-                             desktop.runLoop,
-                             desktop.mainBundle,
-                             printer,
-                             desktop.sharedPrintInfo,
-                             desktop.feedback,
-                             desktop.graphics,
-                             desktop.interfaceFiles,
-                             desktop.application,
-                             desktop.scripts,
-                             desktop.web,
-                             nullptr};
+  platform::Services failing = testkit::with(desktop.services, printer);
   NoteDocument onPaper(failing);
   onPaper.makeWindowControllers();
   QList<bool> answers;

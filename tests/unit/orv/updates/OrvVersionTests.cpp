@@ -205,25 +205,7 @@ TEST_F(OrvVersionCheck, SaysSoWhenNothingTakesThePage) {
   struct NoBrowser : testkit::RecordingWorkspace {
     bool openURL(const QUrl&) override { return false; }
   } workspace;
-  const platform::Services& with = desktop.services;
-  platform::Services services{with.defaults,
-                              with.notificationCenter,
-                              with.distributedCenter,
-                              with.alerts,
-                              with.panels,
-                              workspace,
-                              with.fileManager,
-                              with.runLoop,
-                              with.mainBundle,
-                              with.printer,
-                              with.sharedPrintInfo,
-                              with.feedback,
-                              with.graphics,
-                              with.interfaceFiles,
-                              with.application,
-                              with.scripts,
-                              with.web,
-                              nullptr};
+  platform::Services services = testkit::with(desktop.services, workspace);
   OrvVersion version121(services);
   desktop.alerts.expect(offer(Details), AlertDefaultReturn);
   desktop.alerts.expect(notice("The page could not be opened", "https://growth.example/get"),

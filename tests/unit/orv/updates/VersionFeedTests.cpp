@@ -88,24 +88,7 @@ class VersionCheckOverTheWeb : public testing::Test {
   QStringList read;
   int answer = platform::AlertAlternateReturn;
   Reader reader{read, answer};
-  platform::Services services{desktop.defaults,
-                              desktop.notificationCenter,
-                              desktop.distributedCenter,
-                              reader,
-                              desktop.panels,
-                              desktop.workspace,
-                              desktop.fileManager,
-                              runLoop,
-                              desktop.mainBundle,
-                              desktop.printer,
-                              desktop.sharedPrintInfo,
-                              desktop.feedback,
-                              desktop.graphics,
-                              desktop.interfaceFiles,
-                              desktop.application,
-                              desktop.scripts,
-                              web,
-                              nullptr};
+  platform::Services services = testkit::with(desktop.services, reader, runLoop, web);
   QObject observer;
   QStringList heard;
   OrvVersion orvVersion{services};

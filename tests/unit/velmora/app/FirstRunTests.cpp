@@ -162,24 +162,7 @@ TEST_P(FirstRunEnded, StoresNothing) {
   RecordApplication application;
   desktop::QtAlerts alerts(application.desktop.runLoop);
   auto& desktop = application.desktop;
-  platform::Services services{desktop.defaults,
-                              desktop.notificationCenter,
-                              desktop.distributedCenter,
-                              alerts,
-                              desktop.panels,
-                              desktop.workspace,
-                              desktop.fileManager,
-                              desktop.runLoop,
-                              desktop.mainBundle,
-                              desktop.printer,
-                              desktop.sharedPrintInfo,
-                              desktop.feedback,
-                              desktop.graphics,
-                              desktop.interfaceFiles,
-                              desktop.application,
-                              desktop.scripts,
-                              desktop.web,
-                              nullptr};
+  platform::Services services = testkit::with(desktop.services, alerts);
   VelmoraAppController controller(services);
   QString asked;
   QTimer::singleShot(0, qApp, [&] {

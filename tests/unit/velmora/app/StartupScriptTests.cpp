@@ -97,24 +97,7 @@ class StartupScriptOfTheShell : public testing::Test {
   QStringList said;
   testkit::LogRecorder log;
   QtScripts scripts{desktop.runLoop};
-  platform::Services services{desktop.defaults,
-                              desktop.notificationCenter,
-                              desktop.distributedCenter,
-                              desktop.alerts,
-                              desktop.panels,
-                              desktop.workspace,
-                              desktop.fileManager,
-                              desktop.runLoop,
-                              desktop.mainBundle,
-                              desktop.printer,
-                              desktop.sharedPrintInfo,
-                              desktop.feedback,
-                              desktop.graphics,
-                              desktop.interfaceFiles,
-                              desktop.application,
-                              scripts,
-                              desktop.web,
-                              nullptr};
+  platform::Services services = testkit::with(desktop.services, scripts);
   AboutController about{services};
   velmora::StartupScript startupScript{services.scripts, services.defaults,
                                        [this](const QString& text) { about.showStatusString(text); }};

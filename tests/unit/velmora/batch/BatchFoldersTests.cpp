@@ -170,24 +170,7 @@ TEST_F(BatchErasing, GoesOnWhereOneFileCannotBeRemoved) {
     QStringList asked;
   } files;
   TestServices& desktop = application.desktop;
-  platform::Services services{desktop.defaults,
-                              desktop.notificationCenter,
-                              desktop.distributedCenter,
-                              desktop.alerts,
-                              desktop.panels,
-                              desktop.workspace,
-                              files,
-                              desktop.runLoop,
-                              desktop.mainBundle,
-                              desktop.printer,
-                              desktop.sharedPrintInfo,
-                              desktop.feedback,
-                              desktop.graphics,
-                              desktop.interfaceFiles,
-                              desktop.application,
-                              desktop.scripts,
-                              desktop.web,
-                              nullptr};
+  platform::Services services = testkit::with(desktop.services, files);
   BatchExportController controller(services);
   for (const char* name : {"a.jpg", "b.jpg"}) writeFile(inExportFolder(name), "picture");
   controller.doErasePreviouslyExportedFiles();

@@ -54,24 +54,7 @@ TEST(LinkNotification, ReachesOfTwoApplicationsTheOneItNames) {
   RecordApplication first;
   // A second application on a desktop of its own, but on the same distributed centre.
   TestServices own(recorderInformation("org.velmora.second"));
-  platform::Services services{own.defaults,
-                              own.notificationCenter,
-                              first.desktop.distributedCenter,
-                              own.alerts,
-                              own.panels,
-                              own.workspace,
-                              own.fileManager,
-                              own.runLoop,
-                              own.mainBundle,
-                              own.printer,
-                              own.sharedPrintInfo,
-                              own.feedback,
-                              own.graphics,
-                              own.interfaceFiles,
-                              own.application,
-                              own.scripts,
-                              own.web,
-                              nullptr};
+  platform::Services services = testkit::with(own.services, first.desktop.distributedCenter);
   VelmoraAppController second(services);
   second.setDocumentFactory([&] { return std::make_unique<VelmoraDocument>(services, second); });
   second.awakeFromNib();

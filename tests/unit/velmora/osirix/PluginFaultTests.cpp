@@ -70,23 +70,7 @@ class Machine {
   testkit::LogRecorder log;
   testkit::TestServices desktop{{}, home.path("resources")};
   NotingAlerts alerts;
-  platform::Services services{.defaults = desktop.defaults,
-                              .notificationCenter = desktop.notificationCenter,
-                              .distributedCenter = desktop.distributedCenter,
-                              .alerts = alerts,
-                              .panels = desktop.panels,
-                              .workspace = desktop.workspace,
-                              .fileManager = desktop.fileManager,
-                              .runLoop = desktop.runLoop,
-                              .mainBundle = desktop.mainBundle,
-                              .printer = desktop.printer,
-                              .sharedPrintInfo = desktop.sharedPrintInfo,
-                              .feedback = desktop.feedback,
-                              .graphics = desktop.graphics,
-                              .interfaceFiles = desktop.interfaceFiles,
-                              .application = desktop.application,
-                              .scripts = desktop.scripts,
-                              .web = desktop.web};
+  platform::Services services = testkit::with(desktop.services, alerts);
   velmora::PluginInstaller plugin{services};
 };
 
