@@ -75,22 +75,18 @@ GrowthDocument& GrowthApplication::typeBoy(const QString& examDate, const QStrin
   return document;
 }
 
+void GrowthApplication::addExamination(GrowthDocument& document, const QString& examDate,
+                                       const QString& weight) {
+  user::click(user::button(document, "newStudyButton"));
+  user::enter(user::field(document, "examDateField"), examDate);
+  user::enter(user::field(document, "weightField"), weight);
+}
+
 void GrowthApplication::chooseSex(GrowthDocument& document, SexItem sex) {
   QWidget* popUp = user::widget(document, "sexPopUp");
   popUp->setFocus(Qt::TabFocusReason);
   QTest::keyClick(popUp, Qt::Key_Home);
   for (int item = 0; item < static_cast<int>(sex); ++item) QTest::keyClick(popUp, Qt::Key_Down);
-}
-
-int orangePixels(const QImage& picture) {
-  int count = 0;
-  for (int y = 0; y < picture.height(); ++y) {
-    for (int x = 0; x < picture.width(); ++x) {
-      const QColor colour = picture.pixelColor(x, y);
-      if (colour.red() > 200 && colour.blue() < 80 && colour.green() < 160) ++count;
-    }
-  }
-  return count;
 }
 
 }  // namespace growth

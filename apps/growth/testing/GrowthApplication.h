@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QDate>
-#include <QImage>
 #include <QLocale>
 
 #include "apps/growth/document/GrowthDocument.h"
@@ -81,10 +80,9 @@ class GrowthApplication : public BasicGrowthApplication<velmora::testkit::StandI
   enum class SexItem { Female = 1, Male = 2 };
   /// Types a boy born on 1 January 2022 by hand, with one examination on a day and its weight.
   GrowthDocument& typeBoy(const QString& examDate, const QString& weight);
+  /// Adds an examination and types its day and weight.
+  void addExamination(GrowthDocument& document, const QString& examDate, const QString& weight);
   void chooseSex(GrowthDocument& document, SexItem sex);
 };
-
-/// How many pixels have the colour of the highlight; nothing else of a chart is orange.
-int orangePixels(const QImage& picture);
 
 }  // namespace growth

@@ -22,13 +22,6 @@ using namespace velmora::testkit;
 using namespace velmora::testkit::bus;
 using velmora::desktop::QtDistributedNotificationCenter;
 
-namespace {
-
-QVariantMap numbered(int number) { return {{QStringLiteral("Number"), number}}; }
-QVariant numberOf(const QVariantMap& details) { return details.value(QStringLiteral("Number")); }
-
-}  // namespace
-
 class DistributedObservers : public ::testing::Test {
  protected:
   /// Waits until everything posted so far has been delivered.

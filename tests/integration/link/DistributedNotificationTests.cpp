@@ -23,13 +23,6 @@ using namespace velmora::testkit;
 using namespace velmora::testkit::bus;
 using velmora::desktop::QtDistributedNotificationCenter;
 
-namespace {
-
-QVariantMap numbered(int number) { return {{QStringLiteral("Number"), number}}; }
-QVariant numberOf(const QVariantMap& details) { return details.value(QStringLiteral("Number")); }
-
-}  // namespace
-
 class DistributedNotifications : public ::testing::Test {
  protected:
   int request(const QString& application, const QString& identifier, const QStringList& more = {}) {

@@ -26,16 +26,6 @@ namespace {
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
-QVariantMap reply() {
-  return {{text("Identifier"), text("12-345-6")},
-          {text("Name"), text("Jörg")},
-          {text("DateOfBirth"), QDateTime(QDate(2019, 3, 14), QTime(12, 0)).toUTC()},
-          {text("DateOfStudy"), QDateTime(QDate(2024, 5, 2), QTime(12, 0)).toUTC()},
-          {text("OsiriXStudyID"), text("1.2.3")},
-          {text("StudyDescription"), text("Growth Chart")},
-          {text("JPEG"), noise(100)}};
-}
-
 }  // namespace
 
 TEST(LinkRequest, TakesEveryKeyOfTheWireFromJson) {
@@ -77,7 +67,7 @@ TEST(LinkRequest, SaysWhatIsWrongWithAStudy) {
 
 TEST(LinkReply, BecomesJsonWithoutTheChart) {
   const velmora::testkit::EnvironmentVariable zone("TZ", "Europe/Berlin");
-  const QJsonObject json = bridge::jsonOf(reply());
+  const QJsonObject json = bridge::jsonOf(replyWithEveryKey());
   EXPECT_EQ(QJsonDocument(json).toJson(QJsonDocument::Compact),
             QByteArray(R"({"DateOfBirth":{"date":"2019-03-14","instant":"2019-03-14T11:00:00.000Z"},)"
                        R"("DateOfStudy":{"date":"2024-05-02","instant":"2024-05-02T10:00:00.000Z"},)"
@@ -97,9 +87,9 @@ TEST(LinkReply, KeepsNumbersBytesAndNestedValuesInJson) {
 
 TEST(LinkReply, IsSummedUpInOneLine) {
   const QDateTime arrival(QDate(2024, 5, 2), QTime(9, 30, 1, 5));
-  EXPECT_EQ(bridge::summaryOf(reply(), text("0001"), arrival),
+  EXPECT_EQ(bridge::summaryOf(replyWithEveryKey(), text("0001"), arrival),
             text("0001\t2024-05-02T09:30:01.005\t12-345-6\tGrowth Chart\t100 bytes\t1.2.3"));
-  QVariantMap hostile = reply();
+  QVariantMap hostile = replyWithEveryKey();
   hostile.insert(text("Identifier"), text("1\n0002\t\\\x1b[2J\u2028"));
   hostile.insert(text("OsiriXStudyID"), QVariantList{qint64(1), text("a\nb")});
   EXPECT_EQ(bridge::summaryOf(hostile, text("0001"), arrival),
@@ -118,11 +108,11 @@ TEST(ReplyFolder, CountsOnFromWhatIsThereAndOverwritesNothing) {
   bridge::ReplyFolder replies(folder.path());
   ASSERT_EQ(replies.open().error(), QString());
   EXPECT_EQ(replies.nextNumber(), text("0008"));
-  EXPECT_EQ(replies.write(reply()).error(), QString());
+  EXPECT_EQ(replies.write(replyWithEveryKey()).error(), QString());
   EXPECT_EQ(replies.write({{text("Identifier"), text("1")}}).error(), QString());
   EXPECT_EQ(velmora::testkit::readFile(folder.filePath(text("0008.jpg"))), noise(100));
   EXPECT_EQ(QJsonDocument::fromJson(velmora::testkit::readFile(folder.filePath(text("0008.json")))).object(),
-            bridge::jsonOf(reply()));
+            bridge::jsonOf(replyWithEveryKey()));
   EXPECT_FALSE(folder.exists(text("0009.jpg")));
   EXPECT_TRUE(folder.exists(text("0009.json")));
   EXPECT_EQ(velmora::testkit::readFile(folder.filePath(text("0007.jpg"))), QByteArray());
@@ -144,5 +134,5 @@ TEST(ReplyFolder, SaysWhyItCannotBeWritten) {
   bridge::ReplyFolder replies(temporary.filePath(text("gone")));
   ASSERT_EQ(replies.open().error(), QString());
   ASSERT_TRUE(QDir(temporary.filePath(text("gone"))).removeRecursively());
-  EXPECT_TRUE(replies.write(reply()).error().startsWith(text("cannot write")));
+  EXPECT_TRUE(replies.write(replyWithEveryKey()).error().startsWith(text("cannot write")));
 }

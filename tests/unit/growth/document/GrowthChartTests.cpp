@@ -9,6 +9,7 @@
 #include "apps/growth/record/Age.h"
 #include "apps/growth/testing/GrowthApplication.h"
 #include "testing/files/Files.h"
+#include "testing/window/Highlight.h"
 #include "velmora/document/VelmoraGraphView.h"
 
 using namespace velmora;
@@ -16,7 +17,6 @@ using namespace velmora::testkit;
 
 using growth::GrowthApplication;
 using growth::Measure;
-using growth::orangePixels;
 using user::textOf;
 
 namespace {
@@ -27,15 +27,10 @@ class GrowthChart : public testing::Test {
   GrowthChart() {
     document = &application.typeBoy("1/7/2022", "8");
     user::enter(user::field(*document, "heightField"), "67");
-    addExamination("1/1/2023", "10");
+    application.addExamination(*document, "1/1/2023", "10");
     user::enter(user::field(*document, "headField"), "46");
-    addExamination("1/7/2023", "11.5");
+    application.addExamination(*document, "1/7/2023", "11.5");
     tabView = dynamic_cast<QTabWidget*>(user::widget(*document, "tabView"));
-  }
-  void addExamination(const QString& date, const QString& weight) {
-    user::click(user::button(*document, "newStudyButton"));
-    user::enter(user::field(*document, "examDateField"), date);
-    user::enter(user::field(*document, "weightField"), weight);
   }
   VelmoraGraphView& chart(const char* name) {
     return dynamic_cast<VelmoraGraphView&>(*user::widget(*document, name));

@@ -156,9 +156,7 @@ TEST(GrowthDocument, BringsExaminationsIntoOrderAfterAnEdit) {
 TEST(GrowthDocument, ShowsEachExaminationWhenSteppedThrough) {
   GrowthApplication application;
   GrowthDocument& document = application.typeBoy("17/1/2023", "10");
-  user::click(user::button(document, "newStudyButton"));
-  user::enter(user::field(document, "examDateField"), "17/1/2024");
-  user::enter(user::field(document, "weightField"), "14");
+  application.addExamination(document, "17/1/2024", "14");
   user::click(user::button(document, "previousStudyButton"));
   EXPECT_EQ(textOf(document, "weightField"), "10");
   EXPECT_EQ(textOf(document, "examDateField"), "17/01/2023");
@@ -236,9 +234,7 @@ TEST(GrowthDocument, IsChangedByTheSexChosen) {
 TEST(GrowthDocument, PrintsTheLatestExamination) {
   GrowthApplication application;
   GrowthDocument& document = application.typeBoy("17/1/2023", "10");
-  user::click(user::button(document, "newStudyButton"));
-  user::enter(user::field(document, "examDateField"), "17/1/2024");
-  user::enter(user::field(document, "weightField"), "14");
+  application.addExamination(document, "17/1/2024", "14");
   user::click(user::button(document, "previousStudyButton"));
   QString printed;
   application.desktop.printer.whilePrinting = [&](QWidget*) { printed = textOf(document, "weightField"); };

@@ -16,16 +16,6 @@ namespace {
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
-QVariantMap reply() {
-  return {{text("Identifier"), text("12-345-6")},
-          {text("Name"), text("Jörg")},
-          {text("DateOfBirth"), QDateTime(QDate(2019, 3, 14), QTime(12, 0)).toUTC()},
-          {text("DateOfStudy"), QDateTime(QDate(2024, 5, 2), QTime(12, 0)).toUTC()},
-          {text("OsiriXStudyID"), text("1.2.3")},
-          {text("StudyDescription"), text("Growth Chart")},
-          {text("JPEG"), noise(100)}};
-}
-
 TEST(LinkRequest, HoldsWhatTheStudySays) {
   const QVariantMap studyId{{text("a"), QVariantList{qint64(1), 0.5, true, text("x")}}};
   const auto request = requestPayload({{text("Identifier"), text("12/345/6")},
@@ -45,15 +35,15 @@ TEST(BundleIdentifier, HasTheCharactersOfANameOnTheBus) {
 }
 
 TEST(LinkReply, IsComplainedAboutWhereItIsWrong) {
-  EXPECT_EQ(complaintsAbout(reply()), QString());
+  EXPECT_EQ(complaintsAbout(replyWithEveryKey()), QString());
   EXPECT_EQ(complaintsAbout({}), text("no Identifier, no StudyDescription, no JPEG"));
-  QVariantMap wrong = reply();
+  QVariantMap wrong = replyWithEveryKey();
   wrong.insert(text("Identifier"), qint64(5));
   wrong.insert(text("DateOfBirth"), text("2019-03-14"));
   wrong.insert(text("JPEG"), text("no bytes"));
   EXPECT_EQ(complaintsAbout(wrong),
             text("Identifier is not a string, JPEG is not bytes, DateOfBirth is not a date"));
-  wrong = reply();
+  wrong = replyWithEveryKey();
   wrong.insert(text("JPEG"), QByteArray("GIF89a"));
   EXPECT_EQ(complaintsAbout(wrong), text("JPEG is not a JPEG file image"));
 }

@@ -9,6 +9,10 @@
 #include <cmath>
 #include <limits>
 
+#include "testing/window/Highlight.h"
+
+using velmora::testkit::orangePixels;
+
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -32,18 +36,6 @@ QColor pixelAt(const QImage& picture, const QPointF& place) { return picture.pix
 
 bool isPatientColour(const QColor& colour) {
   return colour.red() < 60 && colour.blue() > 90 && colour.green() < 90;
-}
-
-// How many pixels of the picture have the colour of the highlight; nothing else of a chart is orange.
-int orangePixels(const QImage& picture) {
-  int count = 0;
-  for (int y = 0; y < picture.height(); ++y) {
-    for (int x = 0; x < picture.width(); ++x) {
-      const QColor colour = picture.pixelColor(x, y);
-      if (colour.red() > 200 && colour.blue() < 80 && colour.green() < 160) ++count;
-    }
-  }
-  return count;
 }
 
 double distance(const QPointF& a, const QPointF& b) { return std::hypot(a.x() - b.x(), a.y() - b.y()); }

@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include "testing/application/RecordApplication.h"
+#include "testing/window/Highlight.h"
 #include "velmora/document/VelmoraGraphView.h"
 
 using namespace velmora::testkit;
@@ -40,18 +41,6 @@ JpegFrame frameOf(const QByteArray& jpeg) {
     at += 2 + word(at + 2);
   }
   return frame;
-}
-
-/// How many pixels have the colour of the highlight; nothing else of a chart is orange.
-int orangePixels(const QImage& picture) {
-  int count = 0;
-  for (int y = 0; y < picture.height(); ++y) {
-    for (int x = 0; x < picture.width(); ++x) {
-      const QColor colour = picture.pixelColor(x, y);
-      if (colour.red() > 200 && colour.blue() < 80 && colour.green() < 160) ++count;
-    }
-  }
-  return count;
 }
 
 /// A document with a chart on which the second of three points is highlighted.

@@ -76,6 +76,17 @@ class PreferencesWindow : public testing::Test {
     toggle("autoCheckVersionCheckBox");
     choose("checkVersionIntervalPopUp", 1);
   }
+  /// The window shows the defaults, and that script.
+  void expectDefaultsAndScript(const QString& shownScript) {
+    EXPECT_EQ(field("defaultSaveFolderField")->text(), "~/Records/");
+    EXPECT_EQ(field("defaultExportFolderField")->text(), "~/Charts");
+    EXPECT_FALSE(the<QCheckBox>("autoSaveCheckBox")->isChecked());
+    EXPECT_EQ(the<QComboBox>("exportToPopUp")->currentIndex(), 0);
+    EXPECT_EQ(the<QStackedWidget>("exportTabView")->currentIndex(), 0);
+    EXPECT_EQ(script()->toPlainText(), shownScript);
+    EXPECT_FALSE(the<QCheckBox>("autoCheckVersionCheckBox")->isChecked());
+    EXPECT_EQ(the<QComboBox>("checkVersionIntervalPopUp")->currentText(), "Monthly");
+  }
   QVariantMap stored() const { return application.desktop.defaults.stored(); }
   void store(const QString& key, const QVariant& value) {
     application.desktop.defaults.setObject(value, key);

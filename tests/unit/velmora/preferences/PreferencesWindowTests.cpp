@@ -33,14 +33,7 @@ TEST_F(PreferencesWindow, ShowsEverySetting) {
 
 TEST_F(PreferencesWindow, ShowsTheDefaultsWhereNothingIsStored) {
   open();
-  EXPECT_EQ(field("defaultSaveFolderField")->text(), "~/Records/");
-  EXPECT_EQ(field("defaultExportFolderField")->text(), "~/Charts");
-  EXPECT_FALSE(the<QCheckBox>("autoSaveCheckBox")->isChecked());
-  EXPECT_EQ(the<QComboBox>("exportToPopUp")->currentIndex(), 0);
-  EXPECT_EQ(the<QStackedWidget>("exportTabView")->currentIndex(), 0);
-  EXPECT_EQ(script()->toPlainText(), "");
-  EXPECT_FALSE(the<QCheckBox>("autoCheckVersionCheckBox")->isChecked());
-  EXPECT_EQ(the<QComboBox>("checkVersionIntervalPopUp")->currentText(), "Monthly");
+  expectDefaultsAndScript("");
   EXPECT_EQ(text("versionLastCheckedField"), "Never");
   EXPECT_TRUE(stored().isEmpty());
 }
@@ -212,14 +205,7 @@ TEST_F(PreferencesWindow, ShowsTheStoredSettingsAgainAfterCancel) {
   EXPECT_FALSE(window()->isVisible());
   EXPECT_EQ(stored(), before);
   open();
-  EXPECT_EQ(field("defaultSaveFolderField")->text(), "~/Records/");
-  EXPECT_EQ(field("defaultExportFolderField")->text(), "~/Charts");
-  EXPECT_FALSE(the<QCheckBox>("autoSaveCheckBox")->isChecked());
-  EXPECT_EQ(the<QComboBox>("exportToPopUp")->currentIndex(), 0);
-  EXPECT_EQ(the<QStackedWidget>("exportTabView")->currentIndex(), 0);
-  EXPECT_EQ(script()->toPlainText(), "echo stored");
-  EXPECT_FALSE(the<QCheckBox>("autoCheckVersionCheckBox")->isChecked());
-  EXPECT_EQ(the<QComboBox>("checkVersionIntervalPopUp")->currentText(), "Monthly");
+  expectDefaultsAndScript("echo stored");
 }
 
 TEST_F(PreferencesWindow, ForgetsTheScriptErrorOnCancel) {
