@@ -25,10 +25,10 @@ STOREYS = {
     "apps": ["base", "platform", "orv", "velmora"],
     "bridge": ["base", "link"],
 }
-# Sources that stand in no list: the programs, and what only looks on.
+# Sources that stand in no list: the programs, and what only looks on. APP is any application, the same on both sides.
 BESIDE = {
-    "apps/growth/testing/": ["apps/growth/", "base/", "link/protocol/", "platform/", "testing/", "velmora/"],
-    "apps/": ["apps/", "base/", "desktop/", "orv/", "platform/", "velmora/"],
+    "apps/APP/testing/": ["apps/APP/", "base/", "link/protocol/", "platform/", "testing/", "velmora/"],
+    "apps/APP/": ["apps/APP/", "base/", "desktop/", "orv/", "platform/", "velmora/"],
     "bench/": ["bench/", "base/", "orv/", "platform/", "velmora/"],
     "bridge/orthanc/": ["bridge/orthanc/", "link/protocol/"],
     "bridge/testing/": ["bridge/testing/", "bridge/pacs/", "bridge/dicom/", "testing/"],
@@ -111,6 +111,8 @@ def check_lists(lists):
             if other.split("/")[0] == storey:
                 if other not in lists:
                     complain(path, line, f"{folder} knows {other}, which is no folder")
+                elif storey == "apps" and other.split("/")[1] != folder.split("/")[1]:
+                    complain(path, line, f"{folder} knows {other}, which is another application")
             elif not any(covers(allowed, other) for allowed in STOREYS.get(storey, [])):
                 complain(path, line, f"{folder} may not know {other}: {storey} stands below it or beside it")
 
@@ -124,7 +126,9 @@ def may_include(folder, other, lists):
         return any(
             other == entry or (entry.split("/")[0] != storey and covers(entry, other)) for entry in lists[folder][0]
         )
+    app = "/".join(folder.split("/")[:2]) + "/" if folder.startswith("apps/") else "apps/APP/"
     for beside, allowed in BESIDE.items():
+        beside, allowed = beside.replace("apps/APP/", app), [start.replace("apps/APP/", app) for start in allowed]
         if (folder + "/").startswith(beside):
             return any((other + "/").startswith(start) for start in allowed)
     return folder.startswith("tests")

@@ -69,6 +69,7 @@ passes apps/growth/main.cpp '#include "desktop/alerts/B.h"'
 passes apps/growth/record/A.cpp '#include "velmora/app/B.h"'
 passes bridge/pacs/A.cpp '#include "link/protocol/B.h"'
 passes apps/growth/testing/A.h '#include "testing/B.h"'
+passes apps/kidney/testing/A.h '#include "apps/kidney/record/B.h"'
 passes bridge/testing/A.cpp '#include "bridge/dicom/B.h"'
 passes demo/A.cpp '#include "demo/B.h"'
 passes demo/A.cpp '#include "bridge/testing/B.h"'
@@ -96,6 +97,8 @@ finds framework/velmora/stats/A.cpp '#include <QString>'
 finds apps/growth/record/A.cpp '#include "bridge/dicom/B.h"'
 finds apps/growth/record/A.cpp '#include "desktop/alerts/B.h"'
 finds apps/growth/record/A.cpp '#include "testing/B.h"'
+finds apps/growth/main.cpp '#include "apps/kidney/record/B.h"'
+finds apps/growth/testing/A.h '#include "apps/kidney/record/B.h"'
 finds bridge/dicom/A.cpp '#include "bridge/pacs/B.h"'
 finds bridge/pacs/A.cpp '#include "platform/text/B.h"'
 finds demo/A.cpp '#include "velmora/app/B.h"'
@@ -194,8 +197,12 @@ done
 
 folders list
 echo 'velmora_folder(platform/documents KNOWS base platform/nowhere orv/chart)' >>"$tree/list/framework/CMakeLists.txt"
+mkdir -p "$tree/list/apps/kidney"
+echo 'velmora_folder(apps/kidney/record KNOWS base apps/growth/record)' >"$tree/list/apps/kidney/CMakeLists.txt"
 check list
-for complaint in 'platform/documents knows platform/nowhere, which is no folder' 'platform/documents may not know orv/chart'; do
+for complaint in 'platform/documents knows platform/nowhere, which is no folder' \
+  'platform/documents may not know orv/chart' \
+  'apps/kidney/record knows apps/growth/record, which is another application'; do
   if [[ $status -ne 1 || $output != *"$complaint"* ]]; then
     echo "not found in the lists: $complaint"
     failures=$((failures + 1))
