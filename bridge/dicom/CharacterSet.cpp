@@ -83,6 +83,7 @@ bool isLowerHalf(const CodedSet& set) {
 
 std::optional<QString> converted(const QByteArray& bytes, const char* encoding) {
   const iconv_t conversion = iconv_open("UTF-16LE", encoding);
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): iconv's own way of saying no
   if (conversion == iconv_t(-1)) return std::nullopt;
   QByteArray units(bytes.size() * 4 + 16, '\0');  // no set here has characters of more than four bytes
   QByteArray source = bytes;

@@ -47,7 +47,7 @@ base::Result<> RequestMemory::open(const QDateTime& now) {
     QFile::rename(path_, path_ + QStringLiteral(".damaged"));
     return base::Failure{QStringLiteral("%1 is damaged; earlier requests are forgotten").arg(path_)};
   }
-  for (const QJsonValue& each : document.array()) {
+  for (const QJsonValue each : document.array()) {
     const QJsonObject object = each.toObject();
     requests_.append(
         {object.value(QStringLiteral("application")).toString(),

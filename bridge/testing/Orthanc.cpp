@@ -189,7 +189,7 @@ QByteArray Orthanc::post(const QString& path, const QByteArray& body) const {
 QStringList Orthanc::identifiersOf(const QString& path) const {
   QStringList uids;
   const QJsonArray instances = get(path).array();
-  for (const QJsonValue& instance : instances) {
+  for (const QJsonValue instance : instances) {
     uids.append(instance[QLatin1String("MainDicomTags")][QLatin1String("SOPInstanceUID")].toString());
   }
   uids.sort();
@@ -215,7 +215,7 @@ QByteArray Orthanc::fileOf(const QString& sopInstanceUID) const {
 
 void Orthanc::clear() {
   const QJsonArray patients = get(QStringLiteral("/patients")).array();
-  for (const QJsonValue& patient : patients) {
+  for (const QJsonValue patient : patients) {
     request("DELETE", QStringLiteral("/patients/") + patient.toString(), QByteArray(), Limit);
   }
 }

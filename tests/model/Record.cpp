@@ -29,7 +29,7 @@ Record recordOf(const QJsonObject& content) {
   Record record;
   record.identifier = content.value(QStringLiteral("identifier")).toString();
   record.birth = content.value(QStringLiteral("birth")).toString();
-  for (const QJsonValue& value : content.value(QStringLiteral("exams")).toArray()) {
+  for (const QJsonValue value : content.value(QStringLiteral("exams")).toArray()) {
     record.exams.append({value[QStringLiteral("token")].toInt(), value[QStringLiteral("date")].toString(),
                          value[QStringLiteral("measure")].toString()});
   }

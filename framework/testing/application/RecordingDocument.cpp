@@ -77,7 +77,7 @@ base::Result<> RecordingDocument::contentFromJson(const QJsonObject& content, in
   identifierOfRecord_ = content.value(QStringLiteral("identifier")).toString();
   birthDateOfRecord_ = content.value(QStringLiteral("birthDate")).toString();
   exams.clear();
-  for (const QJsonValue& exam : content.value(QStringLiteral("exams")).toArray())
+  for (const QJsonValue exam : content.value(QStringLiteral("exams")).toArray())
     exams.append(exam.toString());
   return {};
 }
