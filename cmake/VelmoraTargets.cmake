@@ -26,9 +26,6 @@ if(VELMORA_SANITIZE)
   target_compile_options(velmora_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
                                                    -fno-omit-frame-pointer)
   target_link_options(velmora_options INTERFACE -fsanitize=address,undefined)
-  add_library(velmora_sanitizer_defaults OBJECT ${CMAKE_CURRENT_LIST_DIR}/SanitizerDefaults.cpp)
-  set(is_program $<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>)
-  target_link_libraries(velmora_options INTERFACE $<${is_program}:$<TARGET_OBJECTS:velmora_sanitizer_defaults>>)
 endif()
 if(VELMORA_FUZZ)
   # clang leaves its sanitizers' symbols to the program, so what stands in a library alone cannot be checked there.
@@ -39,6 +36,11 @@ if(VELMORA_FUZZ)
   target_link_options(velmora_options INTERFACE -fsanitize=address,undefined)
 else()
   set(VELMORA_COMPLETE_LIBRARIES -Wl,--no-undefined)
+endif()
+if(VELMORA_SANITIZE OR VELMORA_FUZZ)
+  add_library(velmora_sanitizer_defaults OBJECT ${CMAKE_CURRENT_LIST_DIR}/SanitizerDefaults.cpp)
+  set(is_program $<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>)
+  target_link_libraries(velmora_options INTERFACE $<${is_program}:$<TARGET_OBJECTS:velmora_sanitizer_defaults>>)
 endif()
 
 # The headers that almost every folder of a program includes, compiled once for all of them.
@@ -58,8 +60,8 @@ set(VELMORA_STOREYS base link platform desktop orv velmora testing apps bridge)
 # The target of one folder, for its storey to be made of. FOLDER is the path under which its headers are included;
 # SOURCES are named from there.
 # KNOWS lists everything else that the folder may include: folders of its own storey by their path, storeys below by
-# their name or a folder of theirs by its path, other libraries by their target. cmake/check-layers.sh holds the
-# includes to this list and finds circles in it.
+# their name or a folder of theirs by its path, other libraries by their target. cmake/check-layers.py holds the
+# includes to these lists, and finds circles among both.
 function(velmora_folder folder)
   cmake_parse_arguments(ARG "MOC" "" "SOURCES;KNOWS" ${ARGN})
   string(REPLACE "/" "_" name ${folder})

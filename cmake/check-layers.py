@@ -166,7 +166,7 @@ def check_includes(lists):
 
 
 def check_circles(graph):
-    """Names every include that closes a circle of folders."""
+    """Names every include, or list, that closes a circle of folders."""
     state = {}
 
     def walk(folder, way):
@@ -202,7 +202,12 @@ def check_desktop_classes():
 def main():
     lists = read_lists()
     check_lists(lists)
-    check_circles(check_includes(lists))
+    graph = check_includes(lists)
+    for folder, (known, path, line) in lists.items():
+        for other in known:
+            if other in lists:
+                graph[folder].setdefault(other, (path, line))
+    check_circles(graph)
     check_desktop_classes()
     for line in sorted(set(complaints)):
         print(line)

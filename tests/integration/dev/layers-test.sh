@@ -195,6 +195,18 @@ for circle in 'bridge/config -> bridge/pacs -> bridge/config' \
   fi
 done
 
+# Two lists that name each other, with one include between the folders.
+folders lists
+printf '%s\n' 'velmora_folder(bridge/config KNOWS bridge/spool)' 'velmora_folder(bridge/spool KNOWS bridge/config)' \
+  >"$tree/lists/bridge/CMakeLists.txt"
+mkdir -p "$tree"/lists/bridge/config
+echo '#include "bridge/spool/A.h"' >"$tree/lists/bridge/config/A.h"
+check lists
+if [[ $status -ne 1 || $output != *"closes a circle: bridge/config -> bridge/spool -> bridge/config"* ]]; then
+  echo "circle of two lists not found: $output"
+  failures=$((failures + 1))
+fi
+
 folders list
 echo 'velmora_folder(platform/documents KNOWS base platform/nowhere orv/chart)' >>"$tree/list/framework/CMakeLists.txt"
 mkdir -p "$tree/list/apps/kidney"
