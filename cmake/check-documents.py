@@ -3,7 +3,8 @@
 """check-documents.py [ROOT]: lists what the developers' documents name and the tree does not have; exits with 1 then.
 
 Looked at is what stands in `code marks`, outside of indented and fenced blocks: paths, names of classes, functions and
-settings written as in C++, and names of tests ("Suite.Name", where "…" and "*" stand for the rest).
+settings written as in C++, and names of tests ("Suite.Name", where "…" and "*" stand for the rest). A name must stand in
+code: one that only a comment has is gone.
 """
 import os
 import re
@@ -17,7 +18,9 @@ DOCUMENTS = ["README.md", "CONTRIBUTING.md", "docs"]
 OTHERS = {"GoogleTest", "QObject", "JPEG", "OsiriX", "Orthanc"}
 
 PATH = re.compile(r"^\.?[\w.-]+(/[\w.*-]+)*/?$")
-NAME = re.compile(r"^([A-Z][A-Za-z0-9]*[a-z][A-Za-z0-9]*)(?:\(.*\))?$")
+NAME = re.compile(r"^([A-Z][A-Za-z0-9]*[a-z][A-Za-z0-9]*|[a-z]+[A-Z][A-Za-z0-9]*|[a-z_]+(?=\())(?:\(.*\))?$")
+PLACEHOLDER = re.compile(r"(^|/)[A-Z_]{3,}(/|$)")
+SOURCE = re.compile(r"[\w-]\.(h|cpp|sh|py|cmake|ui|md|js)$")
 TEST = re.compile(r"^(?:\w+/)?([A-Z]\w+)\.([\w…*/]+)$")
 
 
@@ -48,7 +51,7 @@ def text_of(endings):
 
 
 CODE = text_of((".h", ".cpp", ".cmake", "CMakeLists.txt", ".ui", ".js", ".in", ".example"))
-WORDS = set(re.findall(r"\w+", CODE))
+WORDS = set(re.findall(r"\w+", re.sub(r"//.*|/\*.*?\*/|(?m:^\s*#\s.*$)", "", CODE)))
 SUITES = {}
 for suite, test in re.findall(r"\b(?:TEST|TEST_F|TEST_P)\(\s*(\w+),\s*(\w+)\)", CODE):
     SUITES.setdefault(suite, set()).add(test)
@@ -76,8 +79,11 @@ def complaint_about(mark):
             return "there is no such suite of tests"
         wanted = re.compile("^" + re.escape(name.split("/")[0]).replace("…", r"\w*").replace(r"\*", r"\w*") + r"\w*$")
         return None if any(wanted.match(each) for each in SUITES[suite]) else "there is no such test"
-    if "/" in mark and PATH.match(mark) and mark.lstrip("./").split("/")[0] in TOPS and not re.search(r"[A-Z]{3}", mark):
-        return None if mark.startswith("./") or path_exists(mark) else "there is no such path"
+    if "/" in mark and PATH.match(mark) and not PLACEHOLDER.search(mark) and (
+            mark.startswith("./") or mark.split("/")[0] in TOPS or SOURCE.search(mark)):
+        return None if path_exists(mark.removeprefix("./")) else "there is no such path"
+    if SOURCE.search(mark) and PATH.match(mark) and "/" not in mark:
+        return None if any(name.split("/")[-1] == mark for name in FILES) else "there is no such file"
     if re.match(r"^\w+(::\w+)+(\(\))?$", mark):
         return None if all(word in WORDS for word in re.findall(r"\w+", mark)) else "no code has this name"
     name = NAME.match(mark)
