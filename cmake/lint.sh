@@ -20,11 +20,12 @@ complain() {
   status=1
 }
 
-# pinned PROGRAM VERSION: whether it is there in the version whose judgement the code was brought in line with.
+# pinned PROGRAM: whether it is there in the version whose judgement the code was brought in line with.
 pinned() {
-  local said
+  local said version
+  version=$(sed -n "s/^$1 *# *//p" packaging/packages-lint.txt)
   said=$("$1" --version 2>/dev/null) || { complain "$1 is missing" && return 1; }
-  grep -qE "(version:?) $2" <<<"$said" || { complain "$1 is not of version $2: $(grep -i version <<<"$said")" && return 1; }
+  grep -qE "version:? $version" <<<"$said" || { complain "$1 is not of version $version: $(grep -i version <<<"$said")" && return 1; }
 }
 
 cd "$root"
@@ -40,12 +41,12 @@ newest() {
 }
 
 check_form() {
-  pinned clang-format-14 14 || return 0
+  pinned clang-format-14 || return 0
   printf '%s\0' "${code[@]}" | xargs -0 clang-format-14 --style=file --dry-run --Werror || complain "./dev format brings the code into form"
 }
 
 check_scripts() {
-  pinned shellcheck 0.9 || return 0
+  pinned shellcheck || return 0
   shellcheck "${scripts[@]}" || complain "shellcheck found something"
 }
 
@@ -59,7 +60,8 @@ configure() {
   fi
 }
 
-# tidy SOURCE: has clang-tidy look at it, unless it has found nothing since the source or any header changed.
+# tidy SOURCE: has clang-tidy look at it, unless it has found nothing since the source, any header, or how they are
+# compiled changed.
 # shellcheck disable=SC2317  # it is called through xargs
 tidy() {
   local stamp=$build/looked-at/$1
@@ -72,7 +74,7 @@ tidy() {
 
 check_sources() {
   local sources
-  pinned clang-tidy-14 14 || return 0
+  pinned clang-tidy-14 || return 0
   if [[ $scope == --all ]]; then
     mapfile -t sources < <(printf '%s\n' "${code[@]}" | grep '\.cpp$')
   else
@@ -83,6 +85,9 @@ check_sources() {
     grep -qF "/$source\"" "$build/compile_commands.json" && echo "$source"
   done)
   ((${#sources[@]})) || return 0
+  # Written anew at every configuration, so it goes by what is in it.
+  cmp -s "$build/compile_commands.json" "$build/compiled-as.json" ||
+    { cp "$build/compile_commands.json" "$build/compiled-as.json" && rm -rf "$build/looked-at"; }
   touch -d "$(printf '%s\0' "${code[@]}" | grep -z '\.h$' | xargs -0 stat -c %y | sort | tail -n 1)" "$build/newest-header"
   [[ .clang-tidy -nt $build/newest-header ]] && touch -r .clang-tidy "$build/newest-header"
   export root build
@@ -109,5 +114,7 @@ if configure; then
   check_headers
   check_sources
 fi
-((status == 0)) && echo "lint: nothing found"
+if ((status == 0)); then
+  echo "lint: nothing found$([[ $scope == --all ]] || echo "; of sources and headers, only what changed last was looked at")"
+fi
 exit "$status"
