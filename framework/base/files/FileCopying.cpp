@@ -8,12 +8,12 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 
 #include "base/SystemError.h"
 #include "base/files/FileManager.h"
+#include "base/files/TemporaryFile.h"
 
 namespace velmora::base {
 
@@ -34,19 +34,13 @@ Result<> copyBytes(QFile& source, QFile& destination) {
   while (!source.atEnd()) {
     const QByteArray bytes = source.read(Portion);
     if (bytes.isEmpty()) return Failure{source.errorString()};
-    for (qsizetype written = 0; written < bytes.size();) {
-      const auto rest = static_cast<std::size_t>(bytes.size() - written);
-      const ssize_t count = ::write(destination.handle(), bytes.constData() + written, rest);
-      if (count < 0 && errno == EINTR) continue;
-      if (count == 0) errno = ENOSPC;
-      if (count <= 0) return Failure{systemError()};
-      written += count;
-    }
+    const Result<> written = writeAll(destination.handle(), bytes);
+    if (!written.ok()) return written;
   }
   return ::fsync(destination.handle()) == 0 ? Result<>() : Failure{systemError()};
 }
 
-/// Copies a file with its rights; what is half made is removed again.
+/// Copies a file with its rights.
 Result<> copyFile(const QString& source, const QString& destination) {
   QFile from(source);
   if (!from.open(QIODevice::ReadOnly)) return Failure{from.errorString()};
@@ -55,12 +49,7 @@ Result<> copyFile(const QString& source, const QString& destination) {
     return Failure{to.errorString()};
   }
   const Result<> copied = copyBytes(from, to);
-  if (!copied.ok()) {
-    to.remove();
-    return copied;
-  }
-  to.close();
-  copyRights(source, destination);
+  if (copied.ok()) copyRights(source, destination);
   return copied;
 }
 
@@ -124,8 +113,8 @@ Result<> FileManager::copyItem(const QString& source, const QString& destination
     return Failure{QStringLiteral("'%1' exists already.").arg(destination)};
   }
   const QFileInfo item(source);
-  if (item.isSymLink() || !item.isDir()) return copyOne(source, destination);
-  if ((destination + QLatin1Char('/')).startsWith(source + QLatin1Char('/'))) {
+  const bool isFolder = item.isDir() && !item.isSymLink();
+  if (isFolder && (destination + QLatin1Char('/')).startsWith(source + QLatin1Char('/'))) {
     return Failure{QStringLiteral("'%1' cannot be copied into itself.").arg(source)};
   }
   // Under another name until all of it is there: a copy that was cut off must not look like a whole one.
@@ -133,14 +122,15 @@ Result<> FileManager::copyItem(const QString& source, const QString& destination
   if (!unfinished.isValid()) {
     return Failure{QStringLiteral("The folder '%1' could not be created.").arg(destination)};
   }
-  Result<> result = copyContents(source, unfinished.path());
-  if (result.ok() && std::rename(QFile::encodeName(unfinished.path()).constData(),
-                                 QFile::encodeName(destination).constData()) != 0) {
+  const QString copy = unfinished.filePath(QStringLiteral("copy"));
+  Result<> result = !isFolder            ? copyOne(source, copy)
+                    : QDir().mkdir(copy) ? copyContents(source, copy)
+                                         : Failure{systemError()};
+  if (result.ok() &&
+      std::rename(QFile::encodeName(copy).constData(), QFile::encodeName(destination).constData()) != 0) {
     result = Failure{systemError()};
   }
-  if (!result.ok()) return result;
-  unfinished.setAutoRemove(false);
-  copyRightsOfFolders(source, destination);
+  if (result.ok() && isFolder) copyRightsOfFolders(source, destination);
   return result;
 }
 

@@ -43,6 +43,18 @@ mode_t withoutRightsOfGroup(mode_t rights) {
 
 }  // namespace
 
+Result<> writeAll(int descriptor, const QByteArray& contents) {
+  for (qsizetype written = 0; written < contents.size();) {
+    const auto rest = static_cast<std::size_t>(contents.size() - written);
+    const ssize_t count = ::write(descriptor, contents.constData() + written, rest);
+    if (count < 0 && errno == EINTR) continue;
+    if (count == 0) errno = ENOSPC;
+    if (count <= 0) return Failure{systemError()};
+    written += count;
+  }
+  return {};
+}
+
 std::optional<QString> TemporaryFile::finalExtension(const QString& name) {
   static const QRegularExpression pattern(QStringLiteral("\\A\\.[0-9a-f]{16}(?:\\.(.+))?\\.unfinished\\z"));
   const auto match = pattern.match(name);
@@ -75,14 +87,8 @@ TemporaryFile::~TemporaryFile() {
 
 Result<> TemporaryFile::write(const QByteArray& contents) {
   if (descriptor_ < 0) return Failure{systemError(openError_)};
-  for (qsizetype written = 0; written < contents.size();) {
-    const auto rest = static_cast<std::size_t>(contents.size() - written);
-    const ssize_t count = ::write(descriptor_, contents.constData() + written, rest);
-    if (count < 0 && errno == EINTR) continue;
-    if (count == 0) errno = ENOSPC;
-    if (count <= 0) return Failure{systemError()};
-    written += count;
-  }
+  const Result<> written = writeAll(descriptor_, contents);
+  if (!written.ok()) return written;
   return ::fsync(descriptor_) == 0 ? Result<>() : Failure{systemError()};
 }
 

@@ -11,6 +11,9 @@
 
 namespace velmora::base {
 
+/// Writes all of it to an open file, not yet to the disk itself.
+Result<> writeAll(int descriptor, const QByteArray& contents);
+
 /// A file under a temporary name in the folder of its target. Only the user may read it until it is put in
 /// place; if it never is, the destructor removes it.
 class TemporaryFile {

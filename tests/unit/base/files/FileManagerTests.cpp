@@ -8,6 +8,7 @@
 
 #include "base/files/FileManager.h"
 #include "testing/files/Files.h"
+#include "testing/files/FullDisk.h"
 #include "testing/main/Shown.h"
 
 using velmora::base::Failure;
@@ -174,6 +175,20 @@ TEST_F(Files, AreCopiedWholeOrNotAtAll) {
   EXPECT_EQ(files.contentsOfDirectoryAtPath(folder.path()), QStringList{"source"});
   EXPECT_FALSE(files.copyItem(path("source"), path("source/inner")).ok()) << "into itself there is no end";
   EXPECT_EQ(entries(path("source")), (QStringList{"a", "pipe"}));
+}
+
+TEST_F(Files, AreNotThereWhenTheCopyingIsKilled) {
+  make("source", QByteArray(100000, 'x'));
+  const auto copyUntilKilled = [this] {
+    const rlimit noCore{};
+    ::setrlimit(RLIMIT_CORE, &noCore);
+    const velmora::testkit::FullDisk disk(50000);
+    std::signal(SIGXFSZ, SIG_DFL);
+    const Result<> copied = files.copyItem(path("source"), path("copy"));
+    std::_Exit(copied.ok() ? 0 : 1);
+  };
+  EXPECT_EXIT(copyUntilKilled(), testing::KilledBySignal(SIGXFSZ), "");
+  EXPECT_FALSE(files.fileExistsAtPath(path("copy")));
 }
 
 TEST_F(Files, AreReadWholeUpToALimit) {
