@@ -20,4 +20,10 @@ inline QDate localDayOf(const QDateTime& pointInTime) { return pointInTime.toLoc
 /// The day written "YYYY-MM-DD"; invalid when the text is none of that form.
 VELMORA_EXPORT QDate dayFromIso(const QString& text);
 
+/// The point in time of a day and a time of day in UTC; invalid when one of them is. Never by way of local
+/// time, which does not have the hour that is left out in spring.
+inline QDateTime momentInUtc(const QDate& day, const QTime& time) {
+  return day.isValid() && time.isValid() ? QDateTime(day, time, Qt::UTC) : QDateTime();
+}
+
 }  // namespace velmora::base

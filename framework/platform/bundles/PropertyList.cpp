@@ -3,11 +3,11 @@
 
 #include <QDateTime>
 #include <QFileInfo>
-#include <QTimeZone>
 #include <QXmlStreamReader>
 #include <cmath>
 #include <optional>
 
+#include "base/CalendarDay.h"
 #include "base/files/FileManager.h"
 #include "base/log/Log.h"
 #include "platform/bundles/PropertyListBinary.h"
@@ -92,10 +92,9 @@ class XmlReader {
   }
 
   static std::optional<QVariant> date(const QString& text) {
-    QDateTime moment = QDateTime::fromString(text, QStringLiteral("yyyy-MM-ddTHH:mm:ssZ"));
-    if (!moment.isValid()) return std::nullopt;
-    moment.setTimeZone(QTimeZone::utc());
-    return QVariant(moment);
+    const QDateTime moment = base::momentInUtc(
+        base::dayFromIso(text.left(10)), QTime::fromString(text.mid(10), QStringLiteral("'T'HH:mm:ss'Z'")));
+    return moment.isValid() ? std::optional<QVariant>(moment) : std::nullopt;
   }
 
   QXmlStreamReader xml_;

@@ -44,7 +44,7 @@ const QByteArray Everything =
     xml("<dict><key>name</key><string>Größe &amp; Gewicht</string><key>empty</key><string></string>"
         "<key>count</key><integer>42</integer><key>below</key><integer>-7</integer>"
         "<key>ratio</key><real>0.1</real><key>on</key><true/><key>off</key><false/>"
-        "<key>date</key><date>2024-05-02T08:30:15Z</date><key>data</key><data>AAEC/w==</data>"
+        "<key>date</key><date>2024-03-31T02:30:15Z</date><key>data</key><data>AAEC/w==</data>"
         "<key>list</key><array><string>a</string><integer>2</integer><array/></array>"
         "<key>inner</key><dict><key>schlüssel</key><string>v</string></dict></dict>");
 
@@ -56,7 +56,8 @@ const QVariantMap EverythingAsValues{
     {"ratio", 0.1},
     {"on", true},
     {"off", false},
-    {"date", QDateTime(QDate(2024, 5, 2), QTime(8, 30, 15), QTimeZone::utc())},
+    // An hour that local time leaves out: the clocks go forward in Berlin.
+    {"date", QDateTime(QDate(2024, 3, 31), QTime(2, 30, 15), QTimeZone::utc())},
     {"data", QByteArray("\x00\x01\x02\xff", 4)},
     {"list", QVariantList{"a", qint64(2), QVariantList{}}},
     {"inner", QVariantMap{{QStringLiteral("schlüssel"), "v"}}},
