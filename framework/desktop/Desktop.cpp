@@ -224,7 +224,7 @@ int Desktop::run(platform::DocumentController& controller) {
   bool ended = false;
   const base::SignalHandler signalHandler({{SIGTERM, true}, {SIGHUP}}, [&] {
     ended = true;
-    controller.sessionMayEnd(false);
+    base::guarded("end", [&] { controller.sessionMayEnd(false); });
     base::guarded("end", [&] { controller.applicationWillTerminate(); });
     parts_->application.stop();
   });
@@ -233,12 +233,16 @@ int Desktop::run(platform::DocumentController& controller) {
   QTimer::singleShot(0, qApp, [&] {
     if (line.request.kind == Kind::Print) {
       parts_->alerts.setUnattended(true);
-      printStatus = handler.printAlone(line.request.files, [this] { return parts_->printer.printedViews(); });
+      printStatus = EXIT_FAILURE;
+      base::guarded("print", [&] {
+        printStatus =
+            handler.printAlone(line.request.files, [this] { return parts_->printer.printedViews(); });
+      });
       parts_->application.stop();
       return;
     }
     controller.setKeepsBlankDocument(true);
-    handler.start(line.request);
+    base::guarded("start", [&] { handler.start(line.request); });
     activation.deliverTo(&controller,
                          [&handler](const ActivationRequest& request) { return handler.carryOut(request); });
   });

@@ -63,7 +63,8 @@ void GrowthDocument::connectOwnOutlets(QWidget* window) {
     charts_[at(measure)] = dynamic_cast<VelmoraGraphView*>(chart);
   }
   if (referenceIDField_) {
-    QObject::connect(referenceIDField_, &QLineEdit::textEdited, this, [this] { setLookUpRequired(true); });
+    QObject::connect(referenceIDField_, &QLineEdit::textEdited, this,
+                     [this] { base::guarded("identifier", [this] { setLookUpRequired(true); }); });
   }
   if (sexPopUp_) {
     QObject::connect(sexPopUp_, &QComboBox::activated, this,

@@ -137,13 +137,14 @@ base::Result<> ActivationBus::connectToBus() {
     return base::Failure{QStringLiteral("it hung up")};
   }
   bus_ = std::make_unique<QDBusConnection>(bus);
-  receiver_ =
-      std::make_unique<link::BusReceiver>([](const QDBusMessage&) {},
-                                          // Being told is a delivery, within which the receiver must not go.
-                                          [this] {
-                                            QMetaObject::invokeMethod(
-                                                this, [this] { connectionEnded(); }, Qt::QueuedConnection);
-                                          });
+  receiver_ = std::make_unique<link::BusReceiver>(
+      [](const QDBusMessage&) {},
+      // Being told is a delivery, within which the receiver must not go.
+      [this] {
+        QMetaObject::invokeMethod(
+            this, [this] { base::guarded("desktop activation", [this] { connectionEnded(); }); },
+            Qt::QueuedConnection);
+      });
   bus_->connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                 QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), receiver_.get(),
                 SLOT(end()));

@@ -36,9 +36,12 @@ SingleInstance::Outcome SingleInstance::begin(const QString& identifier, const A
   QMetaObject::invokeMethod(
       bus_.get(),
       [&] {
-        const Outcome found = bus_->begin(identifier, request, serves);
-        rest_ = bus_->rest();
-        refusal_ = bus_->refusal();
+        Outcome found = Outcome::Alone;
+        base::guarded("desktop activation", [&] {
+          found = bus_->begin(identifier, request, serves);
+          rest_ = bus_->rest();
+          refusal_ = bus_->refusal();
+        });
         answer.set_value(found);
       },
       Qt::QueuedConnection);

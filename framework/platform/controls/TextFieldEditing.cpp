@@ -59,19 +59,25 @@ void TextFieldEditing::textWasEdited() {
 
 void TextFieldEditing::textChanged() {
   textBefore_ = field_->text();
-  if (!editing_) markIfImproper();
+  if (!editing_) markIfInvalid();
 }
 
-void TextFieldEditing::markIfImproper() {
+std::optional<QString> TextFieldEditing::properForm(const QString& text) const {
+  if (text.trimmed().isEmpty()) return QStringLiteral("");
+  std::optional<QString> proper;
+  base::guarded("text field", [&] { proper = formatter_(text); });
+  return proper;
+}
+
+void TextFieldEditing::markIfInvalid() {
   if (!formatter_) return;
-  const QString text = field_->text();
-  const bool improper = !text.trimmed().isEmpty() && formatter_(text).isNull();
-  field_->setToolTip(improper ? complaint_ : QString());
+  const bool invalid = !properForm(field_->text());
+  field_->setToolTip(invalid ? complaint_ : QString());
   // A colour says nothing to users who do not see it.
-  field_->setAccessibleDescription(improper ? complaint_ : QString());
+  field_->setAccessibleDescription(invalid ? complaint_ : QString());
   const bool onDark = field_->palette().color(QPalette::Base).lightnessF() < 0.5F;
   const QString red = onDark ? QStringLiteral("color: #ff9a9a") : QStringLiteral("color: #b00020");
-  field_->setStyleSheet(improper ? red : QString());
+  field_->setStyleSheet(invalid ? red : QString());
 }
 
 void TextFieldEditing::setFormatter(Formatter formatter, const QString& complaint) {
@@ -134,10 +140,9 @@ void TextFieldEditing::end() {
   if (!editing_) return;
   editing_ = false;
   if (formatter_) {
-    const QString text = field_->text();
-    const QString proper = text.trimmed().isEmpty() ? QStringLiteral("") : formatter_(text);
-    if (!proper.isNull() && proper != text) field_->setText(proper);
-    markIfImproper();
+    const std::optional<QString> proper = properForm(field_->text());
+    if (proper && *proper != field_->text()) field_->setText(*proper);
+    markIfInvalid();
   }
   if (delegate_) base::guarded("text field", [&] { delegate_->controlTextDidEndEditing(field_); });
 }

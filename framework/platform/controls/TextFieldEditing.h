@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QObject>
 #include <functional>
+#include <optional>
 
 #include "base/Export.h"
 
@@ -28,10 +29,9 @@ class VELMORA_EXPORT TextFieldDelegate {
 /// begins nor ends an edit.
 class VELMORA_EXPORT TextFieldEditing : public QObject {
  public:
-  /// Brings what was typed into its proper form at the end of an edit, or gives a null string for text that
-  /// has none: such a text stays, and is marked, with `complaint` as the tool tip, for as long as it stands
-  /// there.
-  using Formatter = std::function<QString(const QString& text)>;
+  /// Gives the proper form of what was typed, which takes its place at the end of an edit. Text that has none
+  /// stays, and is marked, with `complaint` as the tool tip, for as long as it stands there.
+  using Formatter = std::function<std::optional<QString>(const QString& text)>;
 
   /// Lives as long as `field`; `delegate` must outlive the field or be let go of by detach().
   TextFieldEditing(QLineEdit* field, TextFieldDelegate* delegate);
@@ -59,7 +59,8 @@ class VELMORA_EXPORT TextFieldEditing : public QObject {
   bool wouldEdit(QEvent* event) const;
   void textWasEdited();
   void textChanged();
-  void markIfImproper();
+  std::optional<QString> properForm(const QString& text) const;
+  void markIfInvalid();
 
   QLineEdit* field_;
   TextFieldDelegate* delegate_;

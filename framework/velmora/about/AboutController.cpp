@@ -45,7 +45,8 @@ void AboutController::windowDidLoad() {
   }
 
   auto* escape = new QShortcut(Qt::Key_Escape, window());
-  QObject::connect(escape, &QShortcut::activated, this, [this] { close(); });
+  QObject::connect(escape, &QShortcut::activated, this,
+                   [this] { base::guarded("about", [this] { close(); }); });
 
   setBackgroundGradient();
   const platform::Bundle& bundle = services().mainBundle;

@@ -61,7 +61,9 @@ QMenu* MainMenu::addMenu(const QString& title, const char* name) {
   });
   // A disabled item is deaf to its shortcut, and nobody validates it again before the menu opens.
   connect(menu, &QMenu::aboutToHide, this, [menu] {
-    for (QAction* action : menu->actions()) action->setEnabled(true);
+    base::guarded("menu", [menu] {
+      for (QAction* action : menu->actions()) action->setEnabled(true);
+    });
   });
   return menu;
 }

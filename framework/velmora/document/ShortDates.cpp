@@ -37,7 +37,7 @@ void ShortDates::format(QLineEdit& field, platform::TextFieldEditing& editing) c
       // A copy, because the field outlives the document by a moment.
       [dates = *this](const QString& typed) {
         const QDate day = dates.day(typed);
-        return day.isValid() ? text(day) : QString();
+        return day.isValid() ? std::optional(text(day)) : std::nullopt;
       },
       platform::formatted(localizedString("VelmoraDocument", "This is not a date. A date looks like %@."),
                           {example}));

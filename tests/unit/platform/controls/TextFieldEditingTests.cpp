@@ -311,7 +311,8 @@ TEST_F(TextFields, AreNotSelectedWhenTheDelegateRefuses) {
 
 TEST_F(TextFields, BringWhatWasTypedIntoItsProperForm) {
   nameEditing->setFormatter(
-      [](const QString& text) { return text.startsWith('?') ? QString() : text.toUpper(); }, "No such name");
+      [](const QString& text) { return text.startsWith('?') ? std::nullopt : std::optional(text.toUpper()); },
+      "No such name");
   click(name);
   QTest::keyClicks(name, "ada");
   QTest::keyClick(name, Qt::Key_Return);
@@ -341,6 +342,18 @@ TEST_F(TextFields, HaveTheirProperFormBeforeTheDelegateIsTold) {
   QTest::keyClicks(name, "ada");
   QTest::keyClick(name, Qt::Key_Return);
   EXPECT_EQ(told, "ADA");
+}
+
+TEST_F(TextFields, MarkWhatAFormatterThrowsAt) {
+  const testkit::LogRecorder log;
+  nameEditing->setFormatter([](const QString&) -> QString { throw std::runtime_error("no calendar"); },
+                            "No such name");
+  click(name);
+  QTest::keyClicks(name, "ada");
+  click(date);
+  EXPECT_EQ(name->text(), "ada");
+  EXPECT_EQ(name->toolTip(), "No such name");
+  EXPECT_TRUE(log.lines().contains("text field: no calendar"));
 }
 
 TEST_F(TextFields, SurviveADelegateThatThrows) {
