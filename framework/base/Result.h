@@ -7,10 +7,10 @@
 
 namespace velmora::base {
 
-/// Why an operation failed.
+/// Why an operation failed, in words that can be shown to the user. What the log says of it is written where it
+/// happens, because only there is known what the log must not name.
 struct Failure {
-  QString message;      ///< in words that can be shown to the user
-  QString detail = {};  ///< what else the log should say; may be empty
+  QString message;
 };
 
 /// What an operation that can fail gives: a value, or why there is none. `Result<>` has no value: the
