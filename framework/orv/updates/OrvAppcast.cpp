@@ -4,7 +4,7 @@
 #include <QXmlStreamReader>
 #include <compare>
 
-#include "orv/updates/OrvAppcastText.h"
+#include "orv/updates/FeedText.h"
 #include "orv/updates/OrvVersionNumber.h"
 #include "platform/text/Localization.h"
 #include "platform/workspace/Web.h"

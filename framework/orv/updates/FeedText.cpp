@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "orv/updates/OrvAppcastText.h"
+#include "orv/updates/FeedText.h"
 
 #include <QRegularExpression>
 #include <QStringDecoder>
