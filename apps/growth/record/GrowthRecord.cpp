@@ -9,6 +9,7 @@
 #include <numeric>
 
 #include "apps/growth/record/Age.h"
+#include "base/CalendarDay.h"
 #include "platform/text/Localization.h"
 
 using namespace velmora;
@@ -30,9 +31,8 @@ QJsonValue dateToJson(const RecordDate& date) {
 
 RecordDate dateFromJson(const QJsonValue& json) {
   const QString text = json.toString();
-  const QDate day = QDate::fromString(text, Qt::ISODate);
-  // Qt takes a date with words behind it for the date; what was typed stays as it was typed.
-  return day.isValid() && day.toString(Qt::ISODate) == text ? RecordDate{day, {}} : RecordDate{{}, text};
+  const QDate day = base::dayFromIso(text);
+  return day.isValid() ? RecordDate{day, {}} : RecordDate{{}, text};
 }
 
 QJsonObject examinationToJson(const Examination& examination) {

@@ -4,10 +4,10 @@
 // Writes a reference file from its heading and the published tables in a folder (see reference/FORMAT.md).
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <cstdio>
 
 #include "apps/growth/tools/ReferenceConverter.h"
+#include "base/files/FileManager.h"
 
 namespace {
 
@@ -40,8 +40,6 @@ int main(int argc, char** argv) {
   const auto reference = growth::convertReference(*heading, tables);
   if (!reference.ok()) return complain(QStringLiteral("%1: %2").arg(headingPath, reference.error()));
 
-  QSaveFile file(referencePath);
-  const bool isWritten =
-      file.open(QIODevice::WriteOnly) && file.write(*reference) == reference->size() && file.commit();
-  return isWritten ? 0 : complain(QStringLiteral("%1: %2").arg(referencePath, file.errorString()));
+  const auto written = velmora::base::FileManager().writeDurably(referencePath, *reference);
+  return written.ok() ? 0 : complain(QStringLiteral("%1: %2").arg(referencePath, written.error()));
 }
