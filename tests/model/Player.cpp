@@ -8,13 +8,13 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 #include "platform/text/DateFormatter.h"
 #include "testing/files/Files.h"
 #include "tests/model/Comparison.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/document/VelmoraGraphView.h"
+#include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
@@ -175,7 +175,7 @@ void Player::userStep(const Step& step, const Model& model) {
       if (model.keptMeant) controller_->openDocuments({QUrl::fromLocalFile(pathOfKept(*model.keptMeant))});
       break;
     case Kind::BatchOpen:
-      desktop_.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification,
+      desktop_.notificationCenter.postNotificationName(velmora::notifications::BatchOpen,
                                                        home_.path(model.fileMeant));
       break;
     case Kind::Front: {

@@ -12,14 +12,6 @@
 
 namespace velmora::link {
 
-/// The local notification with which a document hands a chart over for sending; its object is the payload.
-inline const QString BatchExportNotification = QStringLiteral("BatchExportToOsirix");
-/// The local notification that asks for a data file to be opened, exported and closed; its object is the
-/// path.
-inline const QString BatchOpenNotification = QStringLiteral("BatchOpen");
-/// The preferences window asks for the plugin to be installed. No object.
-inline const QString InstallPluginNotification = QStringLiteral("Install Plugin");
-
 /// What a document knows that goes into a link reply.
 struct ChartExport {
   QString name;         ///< a null string is absent, an empty one is sent

@@ -59,10 +59,10 @@ bool OrvVersion::isNewer(const orv::AppcastItem& item) const {
   return orv::compareVersions(item.shortVersion, info("CFBundleShortVersionString")) > 0;
 }
 
-bool OrvVersion::end(const char* notification) {
+bool OrvVersion::end(const QString& notification) {
   checking_ = false;
   const bool asked = std::exchange(userAsked_, false);
-  services_.notificationCenter.postNotificationName(QString::fromLatin1(notification));
+  services_.notificationCenter.postNotificationName(notification);
   return asked;
 }
 
@@ -70,7 +70,7 @@ bool OrvVersion::end(const char* notification) {
 // answered the alert.
 
 void OrvVersion::succeed(const orv::AppcastItem* newer) {
-  const bool asked = end("VersionCheckSuccessful");
+  const bool asked = end(CheckSuccessful);
   if (newer) return offer(*newer);
   if (!asked) return;
   tell(formatted(localizedString("OrvVersion", "%@ is up to date"), {applicationName()}),
@@ -79,7 +79,7 @@ void OrvVersion::succeed(const orv::AppcastItem* newer) {
 }
 
 void OrvVersion::fail(const QString& reason) {
-  if (end("VersionCheckUnsuccessful"))
+  if (end(CheckUnsuccessful))
     tell(localizedString("OrvVersion", "The check for a new version failed"), reason);
 }
 

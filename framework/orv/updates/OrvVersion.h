@@ -19,14 +19,18 @@ struct AppcastItem;
 /// application; its owner hands it out.
 class VELMORA_EXPORT OrvVersion : public QObject {
  public:
+  /// The local notifications that end a check.
+  inline static const QString CheckSuccessful = QStringLiteral("VersionCheckSuccessful");
+  inline static const QString CheckUnsuccessful = QStringLiteral("VersionCheckUnsuccessful");
+
   explicit OrvVersion(velmora::platform::Services& services) : services_(services) {}
 
   /// The application's name as people know it.
   QString applicationName() const;
 
   /// Looks for a newer version: asks for the feed (readAppcast) at the address under "SUFeedURL" of the
-  /// information dictionary, and for nothing else. Returns at once. In the end "VersionCheckSuccessful" or
-  /// "VersionCheckUnsuccessful" is posted on the local notification centre, and after that the user is told:
+  /// information dictionary, and for nothing else. Returns at once. In the end CheckSuccessful or
+  /// CheckUnsuccessful is posted on the local notification centre, and after that the user is told:
   /// always of a newer version, with a button that opens its page; when `userAsked` also that there is none,
   /// or why the check failed. A check without an address, or without an answer within 30 seconds and 1 MiB,
   /// is unsuccessful.
@@ -43,7 +47,7 @@ class VELMORA_EXPORT OrvVersion : public QObject {
   void offer(const velmora::orv::AppcastItem& item);
   void tell(const QString& message, const QString& details);
   /// The check is over; whether the user waits for its result.
-  bool end(const char* notification);
+  bool end(const QString& notification);
   QString info(const char* key) const;
 
   velmora::platform::Services& services_;

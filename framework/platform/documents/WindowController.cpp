@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QScreen>
 
 #include "base/log/Guard.h"
 #include "platform/Services.h"
@@ -50,6 +51,21 @@ void WindowController::showWindow(const QObject*) {
   shown->show();
   shown->raise();
   shown->activateWindow();
+}
+
+void WindowController::showWindowOutsideAlerts(const QObject* sender) {
+  if (services_.runLoop.inModalSession()) {
+    services_.runLoop.performAfterDelay(this, 0, [this] { showWindowOutsideAlerts(this); });
+    return;
+  }
+  if (!window()->isVisible()) window()->setFocus();
+  WindowController::showWindow(sender);
+}
+
+void WindowController::centerWindow() {
+  const QScreen* screen = window()->screen();
+  if (!screen) return;
+  window()->move(screen->availableGeometry().center() - QRect(QPoint(), window()->frameSize()).center());
 }
 
 void WindowController::close() {

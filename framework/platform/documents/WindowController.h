@@ -32,6 +32,11 @@ class VELMORA_EXPORT WindowController : public QObject {
   bool isWindowLoaded() const { return window_ != nullptr; }
   /// Shows the window in front of the others and gives it the keyboard.
   virtual void showWindow(const QObject* sender);
+  /// The same as soon as no alert or panel waits for an answer. A window that comes back begins as a new one
+  /// does, with the keyboard in no field.
+  void showWindowOutsideAlerts(const QObject* sender);
+  /// Moves the window, loaded if need be, into the middle of its screen.
+  void centerWindow();
   /// Hides the window.
   void close();
 

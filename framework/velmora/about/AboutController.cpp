@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "velmora/about/AboutController.h"
 
-#include <QGuiApplication>
 #include <QImage>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPushButton>
-#include <QScreen>
 #include <QShortcut>
 
 #include "base/log/AssertionFailure.h"
@@ -63,7 +61,7 @@ void AboutController::windowDidLoad() {
     versionField_->setText(platform::formatted(format, {information("CFBundleVersion"), buildDate()}));
   }
   if (copyrightField_) copyrightField_->setText(information("NSHumanReadableCopyright"));
-  centre();
+  centerWindow();
   services().runLoop.performAfterDelay(this, SplashTime, [this] { mouseUp(nullptr); });
 }
 
@@ -86,12 +84,6 @@ void AboutController::setBackgroundGradient() {
   palette.setColor(QPalette::WindowText, Qt::black);
   window()->setPalette(palette);
   window()->setAutoFillBackground(true);
-}
-
-void AboutController::centre() {
-  const QScreen* screen = QGuiApplication::primaryScreen();
-  if (!screen) return;
-  window()->move(screen->availableGeometry().center() - QRect(QPoint(), window()->frameSize()).center());
 }
 
 void AboutController::mouseDown(const platform::MouseEvent& event) {

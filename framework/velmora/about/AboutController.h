@@ -32,7 +32,6 @@ class AboutController : public velmora::platform::WindowController {
 
  private:
   void setBackgroundGradient();
-  void centre();
 
   QPointer<QLabel> nameField_;
   QPointer<QLabel> versionField_;

@@ -7,7 +7,6 @@
 
 #include "base/files/FileManager.h"
 #include "base/log/AssertionFailure.h"
-#include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 #include "platform/Services.h"
 #include "platform/bundles/Bundle.h"
@@ -29,6 +28,7 @@
 #include "velmora/document/VelmoraGraphView.h"
 #include "velmora/preferences/PreferencesController.h"
 #include "velmora/resources/FrameworkResources.h"
+#include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
@@ -93,11 +93,11 @@ void VelmoraAppController::initialize(platform::UserDefaults& defaults) {
 
 void VelmoraAppController::awakeFromNib() {
   platform::NotificationCenter& local = services().notificationCenter;
-  local.addObserver(this, link::BatchOpenNotification,
+  local.addObserver(this, notifications::BatchOpen,
                     [this](const platform::Notification& path) { batchOpen(path); });
-  local.addObserver(this, link::BatchExportNotification,
+  local.addObserver(this, notifications::BatchExport,
                     [this](const platform::Notification& payload) { batchExportToOsirix(payload); });
-  local.addObserver(this, link::InstallPluginNotification,
+  local.addObserver(this, notifications::InstallPlugin,
                     [this](const platform::Notification&) { doInstallOsirixPlugin(this); });
   services().distributedCenter.addObserver(
       this, link::notificationName(services().mainBundle.bundleIdentifier()), link::RequestObject,

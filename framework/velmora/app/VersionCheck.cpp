@@ -47,9 +47,9 @@ void VersionCheck::autoCheckForNewVersion() {
 
 void VersionCheck::doCheckForNewVersion(bool automatic) {
   platform::NotificationCenter& center = services_.notificationCenter;
-  center.addObserver(this, QStringLiteral("VersionCheckSuccessful"),
+  center.addObserver(this, OrvVersion::CheckSuccessful,
                      [this](const platform::Notification&) { versionCheckSuccessful(); });
-  center.addObserver(this, QStringLiteral("VersionCheckUnsuccessful"),
+  center.addObserver(this, OrvVersion::CheckUnsuccessful,
                      [this](const platform::Notification&) { versionCheckUnsuccessful(); });
   if (automatic) showStatus_(localizedString("VelmoraAppController", "Checking for new version..."));
   orvVersion_.checkVersion(!automatic);

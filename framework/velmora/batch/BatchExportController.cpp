@@ -5,12 +5,10 @@
 #include <QDialogButtonBox>
 #include <QPushButton>
 #include <QScopeGuard>
-#include <QScreen>
 #include <tuple>
 
 #include "base/files/FileManager.h"
 #include "base/log/Guard.h"
-#include "link/protocol/LinkPayload.h"
 #include "platform/Services.h"
 #include "platform/controls/Alert.h"
 #include "platform/documents/DocumentController.h"
@@ -19,6 +17,7 @@
 #include "platform/settings/UserDefaults.h"
 #include "platform/text/Localization.h"
 #include "velmora/batch/RecentFiles.h"
+#include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
@@ -44,15 +43,7 @@ BatchExportController::~BatchExportController() {
   if (howManyDaysField_) howManyDaysField_->setValidator(nullptr);
 }
 
-void BatchExportController::showWindow(const QObject* sender) {
-  if (services().runLoop.inModalSession()) {
-    services().runLoop.performAfterDelay(this, 0, [this] { showWindow(this); });
-    return;
-  }
-  // A window that comes back begins as a new one does, with the keyboard in no field.
-  if (!window()->isVisible()) window()->setFocus();
-  WindowController::showWindow(sender);
-}
+void BatchExportController::showWindow(const QObject* sender) { showWindowOutsideAlerts(sender); }
 
 void BatchExportController::windowDidLoad() {
   howManyDaysField_ = outlet<QLineEdit>(QStringLiteral("howManyDaysField"));
@@ -67,7 +58,7 @@ void BatchExportController::windowDidLoad() {
   if (eraseOldFilesCheckBox_) eraseOldFilesCheckBox_->setChecked(defaults.boolForKey(settings::AutoDelete));
   connectButtonBox();
   showDestination();
-  centre();
+  centerWindow();
 }
 
 void BatchExportController::connectButtonBox() {
@@ -88,12 +79,6 @@ void BatchExportController::connectButtonBox() {
   if (!howManyDaysField_) return;
   connect(howManyDaysField_, &QLineEdit::textChanged, ok,
           [this, ok] { ok->setEnabled(howManyDaysField_->hasAcceptableInput()); });
-}
-
-void BatchExportController::centre() {
-  const QScreen* screen = window()->screen();
-  if (!screen) return;
-  window()->move(screen->availableGeometry().center() - QRect(QPoint(), window()->frameSize()).center());
 }
 
 void BatchExportController::windowDidBecomeKey() {
@@ -165,7 +150,7 @@ void BatchExportController::exportFiles(const QStringList& paths) {
     if (progress_.isStopped() || applicationIsEnding()) return;
     // What goes wrong with one record must not keep the others from being exported.
     base::guarded("batch export", [&] {
-      services().notificationCenter.postNotificationName(velmora::link::BatchOpenNotification, paths.at(i));
+      services().notificationCenter.postNotificationName(velmora::notifications::BatchOpen, paths.at(i));
     });
   }
 }

@@ -53,7 +53,6 @@ class BatchExportController : public velmora::platform::WindowController {
   QString exportFolder() const;
   qint64 howManyDays() const;
   void connectButtonBox();
-  void centre();
   void showDestination();
   QString destination() const;
   void exportFiles(const QStringList& paths);

@@ -12,6 +12,7 @@
 #include "platform/notifications/NotificationCenter.h"
 #include "platform/settings/UserDefaults.h"
 #include "platform/text/Localization.h"
+#include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using velmora::platform::localizedString;
@@ -56,7 +57,7 @@ void ChartExporter::exportToOsirix(link::ChartExport chart) {
   chart.description =
       platform::formatted(localizedString("VelmoraDocument", "%@ Chart"),
                           {services_.mainBundle.stringForInfoDictionaryKey(QStringLiteral("CFBundleName"))});
-  services_.notificationCenter.postNotificationName(link::BatchExportNotification, link::replyPayload(chart));
+  services_.notificationCenter.postNotificationName(notifications::BatchExport, link::replyPayload(chart));
 }
 
 }  // namespace velmora

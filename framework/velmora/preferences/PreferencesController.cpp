@@ -18,7 +18,6 @@
 
 #include "base/files/FileManager.h"
 #include "base/log/Guard.h"
-#include "link/protocol/LinkPayload.h"
 #include "orv/updates/OrvVersion.h"
 #include "platform/Services.h"
 #include "platform/controls/Alert.h"
@@ -33,6 +32,7 @@
 #include "velmora/preferences/LastCheckedText.h"
 #include "velmora/preferences/ScriptCheck.h"
 #include "velmora/preferences/ScriptStyles.h"
+#include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
@@ -70,26 +70,17 @@ QString titleOf(const QAbstractButton& button) { return button.text().remove(QLa
 PreferencesController::PreferencesController(platform::Services& services, OrvVersion& version)
     : WindowController(services, QStringLiteral("Preferences")), version_(version) {}
 
-void PreferencesController::showWindow(const QObject* sender) {
-  if (services().runLoop.inModalSession()) {
-    services().runLoop.performAfterDelay(this, 0, [this] { showWindow(this); });
-    return;
-  }
-  // A window that comes back begins as a new one does, with the keyboard in no field.
-  if (!window()->isVisible()) window()->setFocus();
-  WindowController::showWindow(sender);
-}
+void PreferencesController::showWindow(const QObject* sender) { showWindowOutsideAlerts(sender); }
 
 // Loading and wiring the window.
 
 void PreferencesController::windowDidLoad() {
   findOutlets();
   connectActions();
-  fitAndCentre();
+  fitAndCenter();
   resetDefaults();
   services().notificationCenter.addObserver(
-      this, QStringLiteral("VersionCheckSuccessful"),
-      [this](const platform::Notification&) { versionCheckSuccessful(); });
+      this, OrvVersion::CheckSuccessful, [this](const platform::Notification&) { versionCheckSuccessful(); });
 }
 
 void PreferencesController::findOutlets() {
@@ -152,12 +143,12 @@ void PreferencesController::connectButtonBox() {
   connect(box, &QDialogButtonBox::rejected, this, [this, box] { guarded("button", [&] { doCancel(box); }); });
 }
 
-void PreferencesController::fitAndCentre() {
-  const QScreen* screen = window()->screen();
-  if (!screen) return;
-  const QRect available = screen->availableGeometry();
-  window()->resize(window()->size().expandedTo(window()->sizeHint()).boundedTo(available.size()));
-  window()->move(available.center() - QRect(QPoint(), window()->frameSize()).center());
+void PreferencesController::fitAndCenter() {
+  if (const QScreen* screen = window()->screen()) {
+    const QSize available = screen->availableGeometry().size();
+    window()->resize(window()->size().expandedTo(window()->sizeHint()).boundedTo(available));
+  }
+  centerWindow();
 }
 
 bool PreferencesController::eventFilter(QObject* watched, QEvent* event) {
@@ -280,7 +271,7 @@ void PreferencesController::doInstallPlugin(const QAbstractButton* sender) {
   if (sender && titleOf(*sender) == localizedString("OrvVersion", "Download"))
     services().workspace.openURL(QUrl(osirix::DownloadPage));
   else
-    services().notificationCenter.postNotificationName(link::InstallPluginNotification);
+    services().notificationCenter.postNotificationName(notifications::InstallPlugin);
 }
 
 void PreferencesController::windowDidBecomeKey() {

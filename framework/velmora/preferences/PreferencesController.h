@@ -94,7 +94,7 @@ class PreferencesController : public velmora::platform::WindowController {
   void connectActions();
   void connectButton(const char* name, Action action);
   void connectButtonBox();
-  void fitAndCentre();
+  void fitAndCenter();
   void chooseFolder(QLineEdit* field, const QString& title);
   /// The days that the interval pop-up stands for.
   int chosenInterval() const;

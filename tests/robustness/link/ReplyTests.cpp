@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 #include "testing/LogRecorder.h"
 #include "testing/TestServices.h"
@@ -13,6 +12,7 @@
 #include "testing/bus/PrivateBus.h"
 #include "testing/main/Shown.h"
 #include "velmora/osirix/OsirixExportQueue.h"
+#include "velmora/resources/Notifications.h"
 
 using namespace velmora;
 
@@ -29,7 +29,7 @@ class Replies : public ::testing::Test {
 
   void exportChart(const QString& identifier, qsizetype size) {
     queue_.batchExportToOsirix(
-        {velmora::link::BatchExportNotification,
+        {velmora::notifications::BatchExport,
          QVariantMap{{velmora::link::Identifier, identifier}, {velmora::link::JPEG, QByteArray(size, 'x')}},
          {}});
   }

@@ -6,10 +6,10 @@
 #include <QCloseEvent>
 #include <thread>
 
-#include "link/protocol/LinkPayload.h"
 #include "testing/TestServices.h"
 #include "testing/desktop/DesktopApplication.h"
 #include "testing/window/Person.h"
+#include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
@@ -47,7 +47,7 @@ class Destruction : public ::testing::TestWithParam<std::tuple<Open, End>> {
       case End::Timer:
         // As the batch window does with a file that is open already.
         application_.desktop.notificationCenter.postNotificationName(
-            velmora::link::BatchOpenNotification, application_.pathOfRecord(QStringLiteral("1")));
+            velmora::notifications::BatchOpen, application_.pathOfRecord(QStringLiteral("1")));
         break;
       case End::User: {
         QCloseEvent close;
@@ -139,8 +139,8 @@ TEST(DestructionOfTheController, DropsEveryCallThatIsPending) {
   });
   application.desktop.defaults.setInteger(31, velmora::settings::VersionCheckInterval);
   controller->applicationDidFinishLaunching();
-  controller->batchExportToOsirix({velmora::link::BatchExportNotification, QVariantMap(), {}});
-  controller->batchOpen({velmora::link::BatchOpenNotification, QStringLiteral("/none"), {}});
+  controller->batchExportToOsirix({velmora::notifications::BatchExport, QVariantMap(), {}});
+  controller->batchOpen({velmora::notifications::BatchOpen, QStringLiteral("/none"), {}});
   controller->newDocument();
   QPointer<platform::Document> document = controller->currentDocument();
   document->performClose();

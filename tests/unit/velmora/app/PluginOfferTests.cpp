@@ -4,12 +4,12 @@
 // another.
 #include <gtest/gtest.h>
 
-#include "link/protocol/LinkPayload.h"
 #include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
 #include "testing/files/Files.h"
 #include "tests/unit/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/Osirix.h"
+#include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
@@ -183,6 +183,6 @@ TEST_F(PluginOffer, ComesAfterTheFirstRunQuestionsAndBeforeTheSplash) {
 
 TEST_F(PluginOffer, IsNotNeededForTheNotificationThatInstallsThePlugin) {
   application.desktop.alerts.expect(Succeeded, AlertDefaultReturn);
-  application.desktop.notificationCenter.postNotificationName(velmora::link::InstallPluginNotification);
+  application.desktop.notificationCenter.postNotificationName(velmora::notifications::InstallPlugin);
   EXPECT_EQ(readFile(installed() + "/Contents/Info.plist"), dictionary("2"));
 }

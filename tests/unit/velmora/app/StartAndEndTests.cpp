@@ -3,11 +3,11 @@
 
 #include <QLabel>
 
-#include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 #include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
 #include "velmora/about/AboutController.h"
+#include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
@@ -154,9 +154,9 @@ TEST(End, HearsNoRequestAnyMore) {
 TEST(End, HearsNoLocalNotificationAnyMore) {
   RecordApplication application;
   application.controller.applicationWillTerminate();
-  application.desktop.notificationCenter.postNotificationName(velmora::link::BatchExportNotification,
+  application.desktop.notificationCenter.postNotificationName(velmora::notifications::BatchExport,
                                                               QVariantMap{{"Identifier", "A"}});
-  application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification,
+  application.desktop.notificationCenter.postNotificationName(velmora::notifications::BatchOpen,
                                                               QString("/nowhere"));
   EXPECT_TRUE(application.controller.exportToOsirixArray().isEmpty());
   EXPECT_TRUE(application.controller.batchArray().isEmpty());
@@ -181,7 +181,7 @@ TEST(End, EmptiesTheListsAndLeavesDocumentsAndSettingsAlone) {
   RecordApplication application;
   application.keepRecord("AB1");
   application.newRecord();
-  application.desktop.notificationCenter.postNotificationName(velmora::link::BatchExportNotification,
+  application.desktop.notificationCenter.postNotificationName(velmora::notifications::BatchExport,
                                                               QVariantMap{{"Identifier", "A"}});
   const QVariantMap stored = application.desktop.defaults.stored();
   application.controller.applicationWillTerminate();

@@ -3,6 +3,7 @@
 // The progress window after a batch export: it counts down the charts that wait to be sent to OsiriX.
 #include <QTest>
 #include "tests/unit/velmora/batch/BatchTesting.h"
+#include "velmora/resources/Notifications.h"
 
 using namespace velmora::testkit;
 
@@ -20,7 +21,7 @@ class WaitingCharts : public BatchExport {
   }
   /// A single chart, exported by the user.
   void exportOne() {
-    application.desktop.notificationCenter.postNotificationName(velmora::link::BatchExportNotification,
+    application.desktop.notificationCenter.postNotificationName(velmora::notifications::BatchExport,
                                                                 QVariantMap{{"Identifier", "single"}});
   }
   QString status() { return progressText("statusField"); }

@@ -9,6 +9,7 @@
 #include "testing/files/Files.h"
 #include "testing/window/Person.h"
 #include "tests/unit/velmora/batch/BatchTesting.h"
+#include "velmora/resources/Notifications.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -20,7 +21,7 @@ namespace {
 class BatchOnTheDesktop : public testing::Test {
  protected:
   BatchOnTheDesktop() {
-    application.desktop.notificationCenter.addObserver(&observer_, velmora::link::BatchOpenNotification,
+    application.desktop.notificationCenter.addObserver(&observer_, velmora::notifications::BatchOpen,
                                                        [this](const platform::Notification&) {
                                                          ++posts;
                                                          if (whenPosted) whenPosted();

@@ -6,6 +6,7 @@
 #include "testing/LogRecorder.h"
 #include "testing/files/Files.h"
 #include "tests/unit/velmora/batch/BatchTesting.h"
+#include "velmora/resources/Notifications.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -46,8 +47,7 @@ class TracedRecord : public RecordingDocument {
 struct TracedApplication {
   TracedApplication() {
     platform::NotificationCenter& local = application.desktop.notificationCenter;
-    for (const QString& name :
-         {velmora::link::BatchOpenNotification, velmora::link::BatchExportNotification}) {
+    for (const QString& name : {velmora::notifications::BatchOpen, velmora::notifications::BatchExport}) {
       local.addObserver(&observer, name, [this, name](const platform::Notification& notification) {
         const QString object = notification.object.typeId() == QMetaType::QString
                                    ? QFileInfo(notification.object.toString()).fileName()
@@ -104,7 +104,7 @@ TEST_P(OrderOfEvents, IsThatOfThePostsAloneInOneEvent) {
     traced.application.controller.doBatchExport(nullptr);
     QObject observer;
     traced.application.desktop.notificationCenter.addObserver(
-        &observer, velmora::link::BatchOpenNotification, [&](const platform::Notification& request) {
+        &observer, velmora::notifications::BatchOpen, [&](const platform::Notification& request) {
           order.append(QFileInfo(request.object.toString()).completeBaseName());
         });
     // Real paints and activations take place between the files, as on a desktop.
@@ -125,7 +125,7 @@ TEST_P(OrderOfEvents, IsThatOfThePostsAloneInOneEvent) {
     traced.trace.clear();
     for (const QString& name : order) {
       traced.application.desktop.notificationCenter.postNotificationName(
-          velmora::link::BatchOpenNotification, traced.application.pathOfRecord(name));
+          velmora::notifications::BatchOpen, traced.application.pathOfRecord(name));
     }
     traced.application.pass(30);
     postsAlone = traced.whole();

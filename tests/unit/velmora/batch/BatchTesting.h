@@ -10,10 +10,10 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "link/protocol/LinkPayload.h"
 #include "testing/application/RecordApplication.h"
 #include "testing/files/Files.h"
 #include "velmora/batch/BatchExportController.h"
+#include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace batch_testing {
@@ -28,7 +28,7 @@ class BatchExport : public testing::Test {
  protected:
   BatchExport() {
     application.desktop.notificationCenter.addObserver(
-        &observer_, velmora::link::BatchOpenNotification,
+        &observer_, velmora::notifications::BatchOpen,
         [this](const velmora::platform::Notification& request) {
           posted.append(request.object.toString());
           if (whenPosted) whenPosted();

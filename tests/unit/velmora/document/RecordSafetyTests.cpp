@@ -6,11 +6,11 @@
 
 #include <QTabWidget>
 
-#include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 #include "orv/documents/OrvKeptCopies.h"
 #include "testing/application/RecordApplication.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
@@ -126,13 +126,13 @@ TEST_F(RecordSafety, TellsOnceWhereTheChangesAreThatABatchExportClosesOver) {
   QStringList copies;
   for (const char* name : {"AB1", "EF3"}) {
     user::enter(user::field(application.openRecord(name), "examDateField"), "2/2/2021");
-    application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification,
+    application.desktop.notificationCenter.postNotificationName(velmora::notifications::BatchOpen,
                                                                 application.pathOfRecord(name));
     copies.append(application.home.path(".local/share/org.velmora.recorder/Rescued/") + name + ' ' +
                   application.desktop.runLoop.now().addSecs(1).toUTC().toString("yyyyMMdd-HHmmss-zzz") +
                   ".rec");
   }
-  application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification,
+  application.desktop.notificationCenter.postNotificationName(velmora::notifications::BatchOpen,
                                                               application.pathOfRecord("CD2"));
   application.desktop.alerts.expect(
       {"The batch export has closed records with unsaved changes", "OK", "", "",
@@ -144,7 +144,7 @@ TEST_F(RecordSafety, TellsOnceWhereTheChangesAreThatABatchExportClosesOver) {
   // The next one has nothing to tell.
   QDir(application.exportFolder()).removeRecursively();
   application.home.makeFolder("Charts");
-  application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification,
+  application.desktop.notificationCenter.postNotificationName(velmora::notifications::BatchOpen,
                                                               application.pathOfRecord("CD2"));
   application.pass(1.0);
 }
@@ -153,7 +153,7 @@ TEST_F(RecordSafety, TellsOfABatchExportThoughTheUserHasClosedOneOfItsRecords) {
   application.keepRecord("CD2", {"05/05/2022"});
   user::enter(user::field(application.openRecord("AB1"), "examDateField"), "2/2/2021");
   for (const char* name : {"AB1", "CD2"}) {
-    application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification,
+    application.desktop.notificationCenter.postNotificationName(velmora::notifications::BatchOpen,
                                                                 application.pathOfRecord(name));
   }
   application.openRecord("CD2").performClose();

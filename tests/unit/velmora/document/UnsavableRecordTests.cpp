@@ -8,10 +8,10 @@
 #include <QPointer>
 #include <stdexcept>
 
-#include "link/protocol/LinkPayload.h"
 #include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
@@ -241,8 +241,8 @@ TEST_F(UnsavableRecord, IsNotClosedByABatchExport) {
   RecordingDocument& record = editedRecord();
   application.keepRecord("CD2", {"05/05/2022"});
   fillTheDiskOfCopies();
-  application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification, file());
-  application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification,
+  application.desktop.notificationCenter.postNotificationName(velmora::notifications::BatchOpen, file());
+  application.desktop.notificationCenter.postNotificationName(velmora::notifications::BatchOpen,
                                                               application.pathOfRecord("CD2"));
   expect(aboutToBeDropped(), AlertOtherReturn);
   application.pass(2.0);

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "link/protocol/LinkPayload.h"
 #include "testing/application/RecordApplication.h"
 #include "testing/files/Files.h"
+#include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora::testkit;
@@ -17,7 +17,7 @@ namespace {
 class BatchOpenQueue : public testing::Test {
  protected:
   void request(const QString& path) {
-    application.desktop.notificationCenter.postNotificationName(velmora::link::BatchOpenNotification, path);
+    application.desktop.notificationCenter.postNotificationName(velmora::notifications::BatchOpen, path);
   }
   QStringList charts() const { return fileNames(application.exportFolder()); }
   RecordApplication application;

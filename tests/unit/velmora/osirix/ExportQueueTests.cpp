@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "link/protocol/LinkPayload.h"
 #include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
+#include "velmora/resources/Notifications.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -13,7 +13,7 @@ namespace {
 class ExportQueue : public testing::Test {
  protected:
   void request(const QString& identifier) {
-    application.desktop.notificationCenter.postNotificationName(velmora::link::BatchExportNotification,
+    application.desktop.notificationCenter.postNotificationName(velmora::notifications::BatchExport,
                                                                 QVariantMap{{"Identifier", identifier}});
   }
   /// When each reply left, in seconds from the beginning of the test, and for whom.
@@ -115,8 +115,7 @@ TEST_F(ExportQueue, StartsAfreshAfterTheChainHasEnded) {
 
 TEST_F(ExportQueue, SendsThePayloadAsItCameUnderTheNameOfTheApplication) {
   const QVariantMap payload{{"Identifier", "A"}, {"JPEG", QByteArray("picture")}, {"OsiriXStudyID", 17}};
-  application.desktop.notificationCenter.postNotificationName(velmora::link::BatchExportNotification,
-                                                              payload);
+  application.desktop.notificationCenter.postNotificationName(velmora::notifications::BatchExport, payload);
   application.pass(1);
   ASSERT_EQ(application.replies().size(), 1);
   EXPECT_EQ(application.replies().first().name, "org.velmora.recorder.osirixLink");

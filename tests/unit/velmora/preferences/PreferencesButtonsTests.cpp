@@ -2,12 +2,12 @@
 //
 // What the buttons of the preferences window do; and a window that lacks some of its controls.
 #include <QTest>
-#include "link/protocol/LinkPayload.h"
 #include "testing/LogRecorder.h"
 #include "testing/files/Files.h"
 #include "tests/unit/velmora/preferences/PreferencesTesting.h"
 #include "velmora/osirix/Osirix.h"
 #include "velmora/resources/FrameworkResources.h"
+#include "velmora/resources/Notifications.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -101,7 +101,7 @@ TEST_F(PreferencesWindow, OffersTheDownloadOfOsirixWhereItIsNotInstalled) {
   EXPECT_EQ(the<QPushButton>("installOsirixPluginButton")->text(), "Download");
   EXPECT_EQ(text("osirixExplanationField"), "OsiriX may be downloaded from " + velmora::osirix::DownloadPage);
   int installs = 0;
-  application.desktop.notificationCenter.addObserver(window(), velmora::link::InstallPluginNotification,
+  application.desktop.notificationCenter.addObserver(window(), velmora::notifications::InstallPlugin,
                                                      [&](const platform::Notification&) { ++installs; });
   press("installOsirixPluginButton");
   EXPECT_EQ(application.desktop.workspace.opened, QList<QUrl>{QUrl(velmora::osirix::DownloadPage)});
@@ -118,7 +118,7 @@ TEST_F(PreferencesWindow, AsksForThePluginWhereOsirixIsInstalled) {
   application.desktop.notificationCenter.removeObserver(&application.controller);
   QList<QVariant> objects;
   application.desktop.notificationCenter.addObserver(
-      window(), velmora::link::InstallPluginNotification,
+      window(), velmora::notifications::InstallPlugin,
       [&](const platform::Notification& posted) { objects.append(posted.object); });
   press("installOsirixPluginButton");
   ASSERT_EQ(objects.size(), 1);
