@@ -6,7 +6,7 @@
 
 #include "base/files/FileManager.h"
 #include "bridge/cli/ReplySummary.h"
-#include "link/protocol/LinkPayload.h"
+#include "link/protocol/LinkReply.h"
 
 using namespace velmora;
 
@@ -49,7 +49,7 @@ QString ReplyFolder::nextNumber() const { return QStringLiteral("%1").arg(next_,
 base::Result<> ReplyFolder::write(const QVariantMap& reply) {
   const QString path = folder_.filePath(nextNumber());
   ++next_;
-  const QByteArray jpeg = link::jpegOf(reply);
+  const QByteArray jpeg = link::readReply(reply).jpeg;
   if (!jpeg.isEmpty()) {
     const base::Result<> written = writeFile(path + QStringLiteral(".jpg"), jpeg);
     if (!written) return written;

@@ -8,10 +8,10 @@
 #include <cmath>
 
 #include "base/CalendarDay.h"
-#include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
+#include "link/protocol/LinkReply.h"
 
-namespace protocol = velmora::link;
+using namespace velmora;
 
 namespace bridge {
 namespace {
@@ -20,7 +20,7 @@ QJsonValue jsonValue(const QVariant& value) {
   switch (value.typeId()) {
     case QMetaType::QDateTime: {
       const QDateTime date = value.toDateTime();
-      return QJsonObject{{QStringLiteral("date"), velmora::base::localDayOf(date).toString(Qt::ISODate)},
+      return QJsonObject{{QStringLiteral("date"), base::localDayOf(date).toString(Qt::ISODate)},
                          {QStringLiteral("instant"), date.toUTC().toString(Qt::ISODateWithMs)}};
     }
     case QMetaType::QByteArray:
@@ -73,19 +73,19 @@ QString column(const QVariant& value) {
 
 QJsonObject jsonOf(const QVariantMap& reply) {
   QVariantMap others = reply;
-  if (!protocol::jpegOf(reply).isEmpty()) others.remove(protocol::JPEG);
+  if (!link::readReply(reply).jpeg.isEmpty()) others.remove(link::JPEG);
   return jsonValue(others).toObject();
 }
 
 QString summaryOf(const QVariantMap& reply, const QString& number, const QDateTime& arrival) {
+  const link::LinkReply read = link::readReply(reply);
   QStringList columns{number,
                       arrival.toString(Qt::ISODateWithMs),
-                      column(reply.value(protocol::Identifier)),
-                      column(reply.value(protocol::StudyDescription)),
-                      QStringLiteral("%1 bytes").arg(protocol::jpegOf(reply).size()),
-                      column(reply.value(protocol::OsiriXStudyID))};
-  const QString complaints = protocol::complaintsAbout(reply);
-  if (!complaints.isEmpty()) columns.append(complaints);
+                      column(reply.value(link::Identifier)),
+                      column(reply.value(link::StudyDescription)),
+                      QStringLiteral("%1 bytes").arg(read.jpeg.size()),
+                      column(reply.value(link::OsiriXStudyID))};
+  if (!read.complaints.isEmpty()) columns.append(read.complaints.join(QStringLiteral(", ")));
   return columns.join(QLatin1Char('\t'));
 }
 

@@ -8,10 +8,9 @@
 #include "base/CalendarDay.h"
 #include "bridge/dicom/Uid.h"
 #include "bridge/spool/SpoolFile.h"
-#include "link/protocol/LinkPayload.h"
-#include "link/protocol/LinkProtocol.h"
+#include "link/protocol/LinkReply.h"
 
-namespace protocol = velmora::link;
+using namespace velmora;
 
 namespace bridge {
 namespace {
@@ -134,68 +133,24 @@ std::optional<SpooledReply> replyFrom(const QByteArray& json) {
   return reply;
 }
 
-/// Reads the values of a reply one by one, and collects what is wrong with them.
-class ReplyReader {
- public:
-  explicit ReplyReader(const QVariantMap& reply) : reply_(reply) {}
-
-  QString text(const QString& key, bool always) {
-    const QVariant value = reply_.value(key);
-    if (!value.isValid()) {
-      if (always) complain(QStringLiteral("no ") + key);
-      return QString();
-    }
-    if (value.typeId() != QMetaType::QString) {
-      complain(key + QStringLiteral(" is not a string"));
-      return QString();
-    }
-    const QString whole = value.toString();
-    if (whole.size() <= SpooledReply::LongestText) return whole;
-    complain(QStringLiteral("%1 is too long (%2 characters)").arg(key).arg(whole.size()));
-    const QString cut = whole.left(SpooledReply::LongestText);
-    return cut.back().isHighSurrogate() ? cut.chopped(1) : cut;
-  }
-
-  QDate day(const QString& key) {
-    const QVariant value = reply_.value(key);
-    if (!value.isValid()) return QDate();
-    const QDate day =
-        value.typeId() == QMetaType::QDateTime ? velmora::base::localDayOf(value.toDateTime()) : QDate();
-    // The far ends of what a date can be do not survive being written.
-    if (day.isValid() && day.year() >= 1 && day.year() <= 9999) return day;
-    complain(key + QStringLiteral(" is not a date"));
-    return QDate();
-  }
-
-  void complain(const QString& what) { complaints_.append(what); }
-  QString complaints() const { return complaints_.join(QStringLiteral(", ")); }
-
- private:
-  const QVariantMap& reply_;
-  QStringList complaints_;
-};
-
 }  // namespace
 
-std::optional<SpooledReply> spooledReply(const QVariantMap& values, const QString& application,
+std::optional<SpooledReply> spooledReply(const QVariantMap& payload, const QString& application,
                                          const QDateTime& arrival) {
-  ReplyReader reader(values);
+  const link::LinkReply received = link::readReply(payload);
+  if (received.jpeg.isEmpty()) return std::nullopt;
   SpooledReply reply;
-  reply.jpeg = protocol::jpegOf(values);
-  if (reply.jpeg.isEmpty()) return std::nullopt;
   reply.sopInstanceUID = newUid();
   reply.arrival = arrival.toOffsetFromUtc(arrival.offsetFromUtc());
   reply.application = application;
-  reply.identifier = reader.text(protocol::Identifier, true);
-  reply.patientName = reader.text(protocol::Name, false);
-  reply.birthDay = reader.day(protocol::DateOfBirth);
-  reply.studyDay = reader.day(protocol::DateOfStudy);
-  reply.studyID = reader.text(protocol::OsiriXStudyID, false);
-  reply.description = reader.text(protocol::StudyDescription, false);
-  if (!protocol::mayBeJpeg(reply.jpeg)) {
-    reader.complain(protocol::JPEG + QStringLiteral(" is not a JPEG file image"));
-  }
-  reply.complaint = reader.complaints();
+  reply.identifier = received.identifier;
+  reply.patientName = received.name;
+  reply.birthDay = received.birthDay;
+  reply.studyDay = received.studyDay;
+  reply.studyID = received.studyID;
+  reply.description = received.description;
+  if (!received.canBeFiled) reply.complaint = received.complaints.join(QStringLiteral(", "));
+  reply.jpeg = received.jpeg;
   return reply;
 }
 

@@ -14,8 +14,6 @@ namespace bridge {
 
 /// A chart that an application sent, as the spool keeps it. What is here was fixed when it arrived.
 struct SpooledReply {
-  static constexpr int LongestText = 1024;  ///< characters; no longer one is kept
-
   QString sopInstanceUID;     ///< of the object that it will be
   QDateTime arrival;          ///< with its offset from UTC
   QString application;        ///< bundle identifier
@@ -32,9 +30,8 @@ struct SpooledReply {
   bool operator==(const SpooledReply&) const = default;
 };
 
-/// Takes over what a link reply says. Values of wrong types and texts of absurd length end in the complaint.
-/// Nothing when there is not a byte of a chart to keep.
-std::optional<SpooledReply> spooledReply(const QVariantMap& reply, const QString& application,
+/// Takes over what a link reply says (link::readReply). Returns nothing when it has no chart to keep.
+std::optional<SpooledReply> spooledReply(const QVariantMap& payload, const QString& application,
                                          const QDateTime& arrival);
 
 /// Where a chart belongs, and which object it is there. Decided once.

@@ -2,7 +2,6 @@
 #include "link/protocol/LinkPayload.h"
 
 #include <QMetaType>
-#include <QStringList>
 
 #include "base/CalendarDay.h"
 #include "link/protocol/LinkProtocol.h"
@@ -20,37 +19,6 @@ QVariantMap replyPayload(const ChartExport& chart) {
   payload.insert(JPEG, chart.jpeg);
   return payload;
 }
-
-QString complaintsAbout(const QVariantMap& reply) {
-  QStringList complaints;
-  const auto expect = [&](const QString& key, QMetaType::Type type, const QString& kind, bool always) {
-    const QVariant value = reply.value(key);
-    if (!value.isValid()) {
-      if (always) complaints.append(QStringLiteral("no ") + key);
-    } else if (value.typeId() != type) {
-      complaints.append(QStringLiteral("%1 is not %2").arg(key, kind));
-    }
-  };
-  const QString text = QStringLiteral("a string");
-  const QString date = QStringLiteral("a date");
-  expect(Identifier, QMetaType::QString, text, true);
-  expect(StudyDescription, QMetaType::QString, text, true);
-  expect(JPEG, QMetaType::QByteArray, QStringLiteral("bytes"), true);
-  expect(Name, QMetaType::QString, text, false);
-  expect(DateOfBirth, QMetaType::QDateTime, date, false);
-  expect(DateOfStudy, QMetaType::QDateTime, date, false);
-  if (reply.value(JPEG).typeId() == QMetaType::QByteArray && !mayBeJpeg(jpegOf(reply))) {
-    complaints.append(JPEG + QStringLiteral(" is not a JPEG file image"));
-  }
-  return complaints.join(QStringLiteral(", "));
-}
-
-QByteArray jpegOf(const QVariantMap& reply) {
-  const QVariant value = reply.value(JPEG);
-  return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : QByteArray();
-}
-
-bool mayBeJpeg(const QByteArray& bytes) { return bytes.startsWith("\xff\xd8\xff"); }
 
 base::Result<QVariantMap> requestPayload(const QVariantMap& study) {
   if (!study.contains(Identifier))

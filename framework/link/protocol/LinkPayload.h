@@ -25,13 +25,6 @@ struct ChartExport {
 
 /// The payload of the link reply.
 VELMORA_EXPORT QVariantMap replyPayload(const ChartExport& chart);
-/// What is not as it should be in the payload of a reply that came, in words for the user; empty when all is.
-VELMORA_EXPORT QString complaintsAbout(const QVariantMap& reply);
-/// The chart of a reply that came; no bytes when there is none.
-VELMORA_EXPORT QByteArray jpegOf(const QVariantMap& reply);
-/// Whether bytes begin as every JPEG file does: with the start-of-image marker (ITU-T T.81, B.1.1.3) and the
-/// first byte of the next one.
-VELMORA_EXPORT bool mayBeJpeg(const QByteArray& bytes);
 
 /// The payload of the link request for a study: strings stay, dates written "YYYY-MM-DD" become points in
 /// time, the study's identifier is any value and goes as it is. The patient's identifier is required; an

@@ -278,6 +278,14 @@ TEST_F(SenderTest, SetsAsideWhatCannotBeSent) {
   EXPECT_EQ(pacs_.stores, 0);
 }
 
+TEST_F(SenderTest, FindsTheStudyOfAReplyWhoseStudyIdIsNoText) {
+  QVariantMap values = replyTo(study("1.1", "A"));
+  values[text("OsiriXStudyID")] = QVariantMap{{text("row"), 7}};
+  const QString uid = arrive(values);
+  EXPECT_EQ(work(), std::nullopt);
+  EXPECT_EQ(pacs_.storedUids(), QStringList{uid}) << qPrintable(item(name_).reason);
+}
+
 TEST_F(SenderTest, GoesOnWhenAReplyWasDamagedOnTheDisk) {
   arrive(study("1.1", "A"));
   const QString damaged = name_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include "bridge/cli/ReplySummary.h"
 #include "tests/unit/bridge/service/ServeTesting.h"
 
 using namespace serve_testing;
@@ -41,21 +42,29 @@ TEST(SpoolEntry, ReadsADateAsTheLocalDay) {
   EXPECT_EQ(taken(values).birthDay, QDate(2019, 3, 15));
 }
 
-TEST(SpoolEntry, SaysWhatIsWrongWithAReply) {
+// `receive` and `serve` read the same payload: what the one prints is what the other decides by.
+TEST(SpoolEntry, SaysOfAReplyWhatReceiveSays) {
   const struct {
     const char* key;
     QVariant value;
-    const char* complaint;
+    const char* said;
+    bool sent;
   } table[] = {
-      {"Identifier", QVariant(), "no Identifier"},
-      {"Identifier", 7, "Identifier is not a string"},
-      {"Name", QVariantList{1}, "Name is not a string"},
-      {"DateOfBirth", text("2019-03-14"), "DateOfBirth is not a date"},
-      {"DateOfStudy", 1.5, "DateOfStudy is not a date"},
-      {"OsiriXStudyID", QVariantMap{{text("a"), 1}}, "OsiriXStudyID is not a string"},
-      {"OsiriXStudyID", QByteArray("1.2"), "OsiriXStudyID is not a string"},
-      {"JPEG", QByteArray("GIF89a"), "JPEG is not a JPEG file image"},
-      {"Identifier", QString(5000, QLatin1Char('x')), "Identifier is too long (5000 characters)"},
+      {"Identifier", QVariant(), "no Identifier", false},
+      {"Identifier", 7, "Identifier is not a string", false},
+      {"Identifier", QString(5000, QLatin1Char('x')), "Identifier is too long (5000 characters)", false},
+      {"Name", QVariant(), "", true},
+      {"Name", QVariantList{1}, "Name is not a string", false},
+      {"DateOfBirth", QVariant(), "", true},
+      {"DateOfBirth", text("2019-03-14"), "DateOfBirth is not a date", false},
+      {"DateOfStudy", 1.5, "DateOfStudy is not a date", false},
+      {"DateOfStudy", QDateTime(QDate(-4, 5, 2), QTime(12, 0)), "DateOfStudy is not a date", false},
+      {"OsiriXStudyID", QVariant(), "", true},
+      {"OsiriXStudyID", QVariantMap{{text("a"), 1}}, "", true},
+      {"OsiriXStudyID", QByteArray("1.2"), "", true},
+      {"StudyDescription", QVariant(), "no StudyDescription", true},
+      {"StudyDescription", 5, "StudyDescription is not a string", false},
+      {"JPEG", QByteArray("GIF89a"), "JPEG is not a JPEG file image", false},
   };
   for (const auto& row : table) {
     QVariantMap values = good();
@@ -64,7 +73,10 @@ TEST(SpoolEntry, SaysWhatIsWrongWithAReply) {
     } else {
       values.remove(text(row.key));
     }
-    EXPECT_EQ(taken(values).complaint, text(row.complaint)) << row.key;
+    const QString complaint = taken(values).complaint;
+    EXPECT_EQ(complaint, row.sent ? QString() : text(row.said)) << row.key;
+    const QString said = summaryOf(values, text("0001"), Arrival).section(QLatin1Char('\t'), 6);
+    EXPECT_EQ(said, text(row.said)) << row.key;
   }
 }
 

@@ -4,12 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "link/protocol/BundleIdentifier.h"
-#include "testing/bus/LinkOnTheBus.h"
-#include "testing/files/Noise.h"
 #include "testing/main/Shown.h"
 
-using namespace velmora::testkit;
-using namespace velmora::testkit::bus;
 using namespace velmora::link;
 
 namespace {
@@ -32,20 +28,6 @@ TEST(BundleIdentifier, HasTheCharactersOfANameOnTheBus) {
   for (const char* bad : {"", "it's", "a b", "a\n", "ö", "a/b"}) EXPECT_FALSE(isBundleIdentifier(text(bad)));
   EXPECT_TRUE(isBundleIdentifier(QString(255, u'a')));
   EXPECT_FALSE(isBundleIdentifier(QString(256, u'a')));
-}
-
-TEST(LinkReply, IsComplainedAboutWhereItIsWrong) {
-  EXPECT_EQ(complaintsAbout(replyWithEveryKey()), QString());
-  EXPECT_EQ(complaintsAbout({}), text("no Identifier, no StudyDescription, no JPEG"));
-  QVariantMap wrong = replyWithEveryKey();
-  wrong.insert(text("Identifier"), qint64(5));
-  wrong.insert(text("DateOfBirth"), text("2019-03-14"));
-  wrong.insert(text("JPEG"), text("no bytes"));
-  EXPECT_EQ(complaintsAbout(wrong),
-            text("Identifier is not a string, JPEG is not bytes, DateOfBirth is not a date"));
-  wrong = replyWithEveryKey();
-  wrong.insert(text("JPEG"), QByteArray("GIF89a"));
-  EXPECT_EQ(complaintsAbout(wrong), text("JPEG is not a JPEG file image"));
 }
 
 }  // namespace
