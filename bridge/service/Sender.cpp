@@ -11,6 +11,14 @@
 using namespace velmora;
 
 namespace bridge {
+namespace {
+
+/// What cannot be read for now may be any patient's, and holds nobody up.
+QString lineOf(const SpoolItem& item) {
+  return item.isReadable ? applicationIdentifier(item.identifier) : item.name;
+}
+
+}  // namespace
 
 Sender::Sender(Spool& spool, Pacs& pacs, Report report, WallClock wallClock, QStringList chartsWithoutPatient)
     : spool_(spool),
@@ -29,7 +37,7 @@ std::optional<Sender::Milliseconds> Sender::step(Milliseconds now) {
   QHash<QString, Line> lines;
   std::optional<Milliseconds> earliest;
   for (const SpoolItem& item : waiting) {
-    const QString name = applicationIdentifier(item.identifier);
+    const QString name = lineOf(item);
     if (lines.contains(name)) continue;  // somebody else of this line is before it
     const Line line = lines_.value(name);
     lines.insert(name, line);
@@ -46,7 +54,7 @@ std::optional<Sender::Milliseconds> Sender::step(Milliseconds now) {
   if (next == nullptr) return orWishes(std::nullopt);
   if (*earliest > now) return orWishes(*earliest - now);
 
-  const QString name = applicationIdentifier(next->identifier);
+  const QString name = lineOf(*next);
   if (attempt(*next) == End::Finished) {
     finished(name, now);
   } else {
@@ -70,6 +78,7 @@ Sender::End Sender::attempt(const SpoolItem& item) {
   try {
     return send(item);
   } catch (const std::exception& exception) {
+    if (!item.isReadable) return End::Later;
     const EntryState state = spool_.state(item.name);
     if (state.state != SpoolState::Waiting) return End::Finished;
     return later(item, state,
@@ -78,6 +87,12 @@ Sender::End Sender::attempt(const SpoolItem& item) {
 }
 
 Sender::End Sender::send(const SpoolItem& item) {
+  if (!item.isReadable) {
+    // Nothing is known of it, and nothing must be written over what cannot be read.
+    const base::Result<QStringList> loaded = spool_.loadEntry(item.name);
+    for (const QString& remark : loaded.valueOr({})) report_.failed(remark);
+    return loaded ? End::Finished : End::Later;
+  }
   EntryState state = spool_.state(item.name);
   const auto read = spool_.read(item.name);
   if (!read) return later(item, state, QStringLiteral("cannot read its file: ") + read.error());

@@ -22,7 +22,7 @@ namespace bridge {
 /// cannot be sent, the others of the line wait behind it. Lines do not wait for each other. What the PACS
 /// could not take now is tried again after 5 seconds, then after twice as long each time, 10 minutes at most;
 /// when the PACS takes something after several lines have failed, it is there again, and all of them get
-/// their turn at once.
+/// their turn at once. A reply whose files cannot be read for now is in no patient's line until they can.
 ///
 /// Where a reply belongs is decided once, so that it is the same object however often it is sent. When it is
 /// sent again, the PACS is asked what its study is by now: meanwhile its patient may have been corrected.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "bridge/spool/InstanceNumbers.h"
 
-#include <QFile>
 #include <limits>
 
 #include "bridge/dicom/Uid.h"
@@ -29,10 +28,10 @@ InstanceNumbers::InstanceNumbers(const QString& folder) : folder_(folder) {}
 base::Result<int> InstanceNumbers::next(const QString& seriesInstanceUID) {
   const QString path = folder_ + QLatin1Char('/') + seriesInstanceUID;
   int last = 0;
-  if (QFile::exists(path)) {
-    const base::Result<QByteArray> file = readBeginning(path, 1024);
-    if (!file) return file.failure();
-    const auto contents = unsealed(Kind, *file);
+  const base::Result<std::optional<QByteArray>> file = readBeginning(path, 1024);
+  if (!file) return file.failure();
+  if (*file) {
+    const auto contents = unsealed(Kind, **file);
     last = contents ? contents->toInt() : 0;
     if (last < 1 || last == std::numeric_limits<int>::max()) {
       return base::Failure{

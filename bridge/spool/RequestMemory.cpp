@@ -37,10 +37,10 @@ QString applicationIdentifier(const QString& identifier) {
 RequestMemory::RequestMemory(const QString& path) : path_(path) {}
 
 base::Result<> RequestMemory::open(const QDateTime& now) {
-  if (!QFile::exists(path_)) return {};
-  const base::Result<QByteArray> file = readBeginning(path_, LargestFile);
+  const base::Result<std::optional<QByteArray>> file = readBeginning(path_, LargestFile);
   if (!file) return base::Failure{QStringLiteral("cannot read %1: %2").arg(path_, file.error())};
-  const auto contents = unsealed(Kind, *file);
+  if (!*file) return {};
+  const auto contents = unsealed(Kind, **file);
   const QJsonDocument document = contents ? QJsonDocument::fromJson(*contents) : QJsonDocument();
   if (!document.isArray()) {
     QFile::remove(path_ + QStringLiteral(".damaged"));

@@ -48,18 +48,25 @@ QString damageOf(const QString& name, const QString& ending) {
 struct ReadEntry {
   SpoolItem item;
   EntryState state;
-  QString damaged;  ///< the ending of the file that cannot be read
+  QString damaged;  ///< the ending of the file that is damaged
 };
 
-/// What two files say of one entry. Nothing when there is no entry any more.
-std::optional<ReadEntry> readEntry(const QString& folder, const QString& name) {
-  const QString place = within(folder, "replies/") + name;
+/// What two files say of one entry. Returns nothing when there is no entry any more, and fails when the disk
+/// does not give one of them for now.
+base::Result<std::optional<ReadEntry>> readEntry(const QString& folder, const QString& name) {
+  const auto read = [&](const char* ending, qint64 most) -> base::Result<std::optional<QByteArray>> {
+    const QString file = name + QLatin1String(ending);
+    auto contents = readBeginning(within(folder, "replies/") + file, most);
+    if (contents) return contents;
+    return base::Failure{QStringLiteral("cannot read its file %1: %2").arg(file, contents.error())};
+  };
   ReadEntry entry;
   entry.item.name = name;
   // The state first: whoever stores meanwhile writes the state, then drops the reply.
-  const base::Result<QByteArray> stateFile = readBeginning(place + QLatin1String(StateEnding), LargestState);
-  if (stateFile) {
-    const auto state = decodeState(*stateFile);
+  const auto stateFile = read(StateEnding, LargestState);
+  if (!stateFile) return stateFile.failure();
+  if (*stateFile) {
+    const auto state = decodeState(**stateFile);
     if (state) {
       entry.state = *state;
     } else {
@@ -67,17 +74,18 @@ std::optional<ReadEntry> readEntry(const QString& folder, const QString& name) {
     }
   }
   if (entry.state.state != SpoolState::Stored) {
-    const base::Result<QByteArray> replyFile = readBeginning(place + QLatin1String(ReplyEnding), HeadSize);
-    const auto reply = replyFile ? decodeReplyHead(*replyFile) : std::nullopt;
+    const auto replyFile = read(ReplyEnding, HeadSize);
+    if (!replyFile) return replyFile.failure();
+    const auto reply = *replyFile ? decodeReplyHead(**replyFile) : std::nullopt;
     if (reply) {
       entry.item.arrival = reply->arrival;
       entry.item.application = reply->application;
       entry.item.sopInstanceUID = reply->sopInstanceUID;
       entry.item.identifier = reply->identifier;
-    } else if (replyFile) {
+    } else if (*replyFile) {
       entry.damaged = QLatin1String(ReplyEnding);
-    } else if (!QFile::exists(place + QLatin1String(ReplyEnding)) && entry.state.state != SpoolState::Aside) {
-      return std::nullopt;  // stored between the two looks
+    } else if (entry.state.state != SpoolState::Aside) {
+      return std::optional<ReadEntry>();  // stored between the two looks
     }
   } else {
     entry.item.arrival = entry.state.arrival;
@@ -88,7 +96,7 @@ std::optional<ReadEntry> readEntry(const QString& folder, const QString& name) {
     entry.state.state = SpoolState::Aside;
     entry.state.reason = damageOf(name, entry.damaged);
   }
-  return entry;
+  return std::optional(entry);
 }
 
 void show(const EntryState& state, SpoolItem& item) {
@@ -98,6 +106,14 @@ void show(const EntryState& state, SpoolItem& item) {
   item.reason = state.reason;
   item.studyInstanceUID = state.decision ? state.decision->study.studyInstanceUID : state.studyInstanceUID;
   if (state.state == SpoolState::Stored) item.identifier.clear();
+}
+
+SpoolItem unreadable(const QString& name, const QString& reason) {
+  SpoolItem item;
+  item.name = name;
+  item.isReadable = false;
+  item.reason = reason;
+  return item;
 }
 
 }  // namespace
@@ -114,13 +130,17 @@ base::Result<QList<SpoolItem>> Spool::list(const QString& folder) {
   if (!replies.isReadable()) return base::Failure{QStringLiteral("cannot read %1").arg(replies.path())};
   for (const QString& name :
        namesIn(replies.path(), {QLatin1String(ReplyEnding), QLatin1String(StateEnding)})) {
-    auto entry = readEntry(folder, name);
-    if (!entry) continue;
-    if (entry->state.state == SpoolState::Aside && QFile::exists(within(folder, "again/") + name)) {
-      entry->state.state = SpoolState::Waiting;
+    auto read = readEntry(folder, name);
+    if (!read) {
+      items.append(unreadable(name, read.error()));
+    } else if (*read) {
+      ReadEntry entry = **read;
+      if (entry.state.state == SpoolState::Aside && QFile::exists(within(folder, "again/") + name)) {
+        entry.state.state = SpoolState::Waiting;
+      }
+      show(entry.state, entry.item);
+      items.append(entry.item);
     }
-    show(entry->state, entry->item);
-    items.append(entry->item);
   }
   return items;
 }
@@ -205,28 +225,46 @@ void Spool::load() {
   const QString replies = within(folder_, "replies");
   for (const QString& name : namesIn(replies, {QLatin1String(ReplyEnding), QLatin1String(StateEnding)})) {
     countOn(name);
-    auto read = readEntry(folder_, name);
-    if (!read) continue;
-    if (!read->damaged.isEmpty()) {
-      remarks_.append(QStringLiteral("%1 is set aside: %2").arg(name, read->state.reason));
-      const bool kept = keepDamaged(name, ReplyEnding);
-      keepDamaged(name, StateEnding);
-      read->state.changed = QDateTime::currentDateTime();
-      const base::Result<> written = writeSpoolFile(path(name, StateEnding), encodeState(read->state));
-      if (!written) remarks_.append(written.error());
-      if (written && kept && read->damaged == QLatin1String(ReplyEnding)) {
-        QFile::remove(path(name, ReplyEnding));
-      }
-    }
-    // A server was killed between the record and the end of the image.
-    if (read->state.state == SpoolState::Stored) QFile::remove(path(name, ReplyEnding));
-    show(read->state, read->item);
-    entries_.insert(name, {read->item, read->state});
+    const base::Result<QStringList> loaded = loadEntry(name);
+    remarks_ += loaded ? *loaded : QStringList(QStringLiteral("%1 waits: %2").arg(name, loaded.error()));
   }
   for (const QString& name :
        namesIn(within(folder_, "damaged"), {QLatin1String(ReplyEnding), QLatin1String(StateEnding)})) {
     countOn(name);
   }
+}
+
+base::Result<QStringList> Spool::loadEntry(const QString& name) {
+  const auto found = readEntry(folder_, name);
+  if (!found) {
+    const std::lock_guard guard(mutex_);
+    entries_[name] = {unreadable(name, found.error()), {}};
+    return found.failure();
+  }
+  if (!*found) {
+    const std::lock_guard guard(mutex_);
+    entries_.remove(name);
+    return QStringList();
+  }
+  ReadEntry read = **found;
+  QStringList remarks;
+  if (!read.damaged.isEmpty()) {
+    remarks.append(QStringLiteral("%1 is set aside: %2").arg(name, read.state.reason));
+    const bool kept = keepDamaged(name, ReplyEnding);
+    keepDamaged(name, StateEnding);
+    read.state.changed = QDateTime::currentDateTime();
+    const base::Result<> written = writeSpoolFile(path(name, StateEnding), encodeState(read.state));
+    if (!written) remarks.append(written.error());
+    if (written && kept && read.damaged == QLatin1String(ReplyEnding)) {
+      QFile::remove(path(name, ReplyEnding));
+    }
+  }
+  // A server was killed between the record and the end of the image.
+  if (read.state.state == SpoolState::Stored) QFile::remove(path(name, ReplyEnding));
+  show(read.state, read.item);
+  const std::lock_guard guard(mutex_);
+  entries_.insert(name, {read.item, read.state});
+  return remarks;
 }
 
 /// New names come after this one.
@@ -276,9 +314,11 @@ QList<SpoolItem> Spool::waiting() const {
 }
 
 base::Result<std::optional<SpooledReply>> Spool::read(const QString& name) const {
-  const base::Result<QByteArray> file = readBeginning(path(name, ReplyEnding), LargestReply + 1);
+  const base::Result<std::optional<QByteArray>> file =
+      readBeginning(path(name, ReplyEnding), LargestReply + 1);
   if (!file) return file.failure();
-  return decodeReply(*file);
+  if (!*file) return base::Failure{qt_error_string(ENOENT)};
+  return decodeReply(**file);
 }
 
 EntryState Spool::state(const QString& name) const {
@@ -317,13 +357,14 @@ QString Spool::setDamagedAside(const QString& name) {
 QStringList Spool::takeBack(const QDateTime& now) {
   QStringList taken;
   for (const QString& name : namesIn(wishesFolder(), {QString()})) {
-    EntryState again = state(name);
-    bool known = false;
+    Entry entry;
     {
       const std::lock_guard guard(mutex_);
-      known = entries_.contains(name) && !entries_.value(name).item.sopInstanceUID.isEmpty();
+      entry = entries_.value(name);
     }
-    if (known && again.state == SpoolState::Aside) {
+    if (!entry.item.isReadable) continue;  // the wish stays until it is known what it is about
+    EntryState again = entry.state;
+    if (!entry.item.sopInstanceUID.isEmpty() && again.state == SpoolState::Aside) {
       again.state = SpoolState::Waiting;
       again.changed = now;
       again.tries = 0;

@@ -26,6 +26,7 @@ struct SpoolItem {
   QString identifier;        ///< the patient's, as the reply has it; empty when stored
   int tries = 0;             ///< exchanges with the PACS that failed and will be repeated
   QString reason;            ///< of the last failure, or for setting it aside
+  bool isReadable = true;    ///< false when the disk does not give its files for now: it waits for that
 };
 
 /// The folder in which replies wait until the PACS has confirmed them.
@@ -77,7 +78,10 @@ class Spool {
   /// tried again. Any thread.
   velmora::base::Result<> add(const QString& name, const SpooledReply& reply);
 
-  /// What waits, in the order of arrival. Any thread.
+  /// Reads an entry that could not be read before; it becomes what its files say. What was found damaged is
+  /// returned, one log line each; fails when it still cannot be read.
+  velmora::base::Result<QStringList> loadEntry(const QString& name);
+  /// What waits, in the order of arrival; also what cannot be read for now. Any thread.
   QList<SpoolItem> waiting() const;
   /// The whole reply; nothing when its file is damaged, and a failure when it cannot be read for now.
   velmora::base::Result<std::optional<SpooledReply>> read(const QString& name) const;

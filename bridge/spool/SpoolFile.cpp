@@ -23,11 +23,12 @@ base::Result<> writeSpoolFile(const QString& path, const QByteArray& contents) {
   return base::Failure{QStringLiteral("cannot write %1: %2").arg(path, written.error())};
 }
 
-base::Result<QByteArray> readBeginning(const QString& path, qint64 most) {
+base::Result<std::optional<QByteArray>> readBeginning(const QString& path, qint64 most) {
   const auto failed = [] { return base::Failure{base::systemError()}; };
   // Whatever else stands here under that name, a pipe or a device, is not waited for.
   const int file =
       ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (file < 0 && errno == ENOENT) return std::optional<QByteArray>();
   if (file < 0) return failed();
   const auto close = qScopeGuard([file] { ::close(file); });
   struct stat status {};
@@ -43,7 +44,7 @@ base::Result<QByteArray> readBeginning(const QString& path, qint64 most) {
     done += count;
   }
   contents.truncate(done);
-  return contents;
+  return std::optional(contents);
 }
 
 QByteArray sealed(const QByteArray& kind, const QByteArray& contents) {

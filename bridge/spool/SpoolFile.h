@@ -13,8 +13,9 @@ namespace bridge {
 /// owner only. After a failure the file counts as not written, although it may be there in whole.
 velmora::base::Result<> writeSpoolFile(const QString& path, const QByteArray& contents);
 
-/// The beginning of a file, at most so many bytes. Links are not followed.
-velmora::base::Result<QByteArray> readBeginning(const QString& path, qint64 most);
+/// Reads the beginning of a file, at most so many bytes; returns nothing when there is no such file. Links
+/// are not followed.
+velmora::base::Result<std::optional<QByteArray>> readBeginning(const QString& path, qint64 most);
 
 /// A file's contents under a line with their kind and SHA-256.
 QByteArray sealed(const QByteArray& kind, const QByteArray& contents);

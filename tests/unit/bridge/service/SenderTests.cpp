@@ -300,6 +300,49 @@ TEST_F(SenderTest, GoesOnWhenAReplyWasDamagedOnTheDisk) {
   EXPECT_EQ(readFile(spool_->folder() + text("/damaged/") + damaged + text(".reply")), file);
 }
 
+TEST_F(SenderTest, SendsNothingWhoseStateTheDiskDoesNotGive) {
+  arrive(study("1.1", "A"));
+  pacs_.storeResult = [](const QString&) { return Refused; };
+  work();
+  const int stores = pacs_.stores;
+  pacs_.storeResult = {};
+  const QString state = spool_->folder() + text("/replies/") + name_ + text(".state");
+  {
+    const UnreadableFile unreadable(state);
+    restart();
+    for (int i = 0; i < 3; ++i) now_ += work().value_or(0ms);
+    EXPECT_EQ(item(name_).state, SpoolState::Waiting);
+    EXPECT_EQ(pacs_.stores, stores);
+    const QString other = arrive(study("1.1", "A"));
+    work();
+    EXPECT_EQ(pacs_.storedUids(), QStringList{other}) << "others go on";
+    name_ = name_.replace(0, 8, text("00000001"));
+  }
+  now_ += 1h;
+  EXPECT_EQ(work(), std::nullopt);
+  EXPECT_EQ(pacs_.stored.size(), 1);
+  EXPECT_EQ(item(name_).state, SpoolState::Aside);
+  EXPECT_EQ(item(name_).reason, text("not wanted"));
+}
+
+TEST_F(SenderTest, SendsInItsPatientsOrderWhatTheDiskGivesAgain) {
+  const QString first = arrive(study("1.1", "A"));
+  const QString path = spool_->folder() + text("/replies/") + name_ + text(".reply");
+  {
+    const UnreadableFile unreadable(path);
+    restart();
+    EXPECT_EQ(work(), 5s);
+  }
+  const QString second = arrive(study("1.1", "A"));
+  pacs_.findResult = Away;
+  now_ += 5s;
+  work();
+  pacs_.findResult = {};
+  now_ += 1h;
+  EXPECT_EQ(work(), std::nullopt);
+  EXPECT_EQ(pacs_.storedUids(), (QStringList{first, second}));
+}
+
 TEST_F(SenderTest, TellsNothingOfThePatientInItsLines) {
   pacs_.studies.append(study("1.4", "Secret-77"));
   QVariantMap values = replyTo(study("1.4", "Secret-77"));

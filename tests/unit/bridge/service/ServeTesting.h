@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <QBuffer>
+#include <QFile>
 #include <QImage>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -58,6 +61,26 @@ inline QVariantMap replyTo(const bridge::Study& study, int number = 1) {
           {text("StudyDescription"), text("Growth Chart")},
           {text("JPEG"), jpeg(number)}};
 }
+
+/// While one lives the file cannot be opened, by the superuser neither: a link that leads to itself is in its
+/// place.
+class UnreadableFile {
+ public:
+  explicit UnreadableFile(const QString& path) : path_(path) {
+    EXPECT_TRUE(QFile::rename(path_, hidden()));
+    EXPECT_TRUE(QFile::link(path_, path_));
+  }
+  ~UnreadableFile() {
+    EXPECT_TRUE(QFile::remove(path_));
+    EXPECT_TRUE(QFile::rename(hidden(), path_));
+  }
+  UnreadableFile(const UnreadableFile&) = delete;
+  UnreadableFile& operator=(const UnreadableFile&) = delete;
+
+ private:
+  QString hidden() const { return path_ + QStringLiteral(".hidden"); }
+  QString path_;
+};
 
 /// An archive in memory that does what the test says.
 class ScriptedPacs : public bridge::Pacs {

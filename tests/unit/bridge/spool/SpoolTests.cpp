@@ -181,6 +181,32 @@ TEST_F(SpoolTest, SetsAReplyAsideWhoseStateIsDamaged) {
   EXPECT_EQ(spool.waiting().size(), 1);
 }
 
+TEST_F(SpoolTest, TakesWhatTheDiskDoesNotGiveForNothingElse) {
+  for (const char* ending : {".state", ".reply"}) {
+    QString name;
+    {
+      Spool spool(folder());
+      ASSERT_EQ(spool.open().error(), QString());
+      name = added(spool);
+      ASSERT_EQ(spool.change(name, stateOf(SpoolState::Aside)).error(), QString());
+      ASSERT_EQ(Spool::putBack(folder(), name).error(), QString());
+    }
+    Spool spool(folder());
+    {
+      const UnreadableFile unreadable(inFolder(text("replies/") + name + text(ending)));
+      ASSERT_EQ(spool.open().error(), QString());
+      EXPECT_EQ(spool.remarks().size(), 1);
+      EXPECT_FALSE(listed(name).isReadable);
+      EXPECT_TRUE(listed(name).reason.startsWith(text("cannot read its file ") + name + text(ending)));
+      EXPECT_FALSE(spool.loadEntry(name).ok());
+      EXPECT_EQ(spool.takeBack(Now), QStringList()) << "nobody knows whether it was set aside";
+    }
+    EXPECT_EQ(spool.loadEntry(name).valueOr({text("failed")}), QStringList());
+    EXPECT_EQ(spool.state(name), stateOf(SpoolState::Aside));
+    EXPECT_EQ(spool.takeBack(Now), QStringList{name}) << "the wish has stayed";
+  }
+}
+
 TEST_F(SpoolTest, GivesNamesThatItFindsAgainWhateverStandsInIt) {
   ASSERT_TRUE(Spool(folder()).open().ok());
   writeFile(inFolder(text("damaged/99999999-20240502.reply")), "noise");
