@@ -8,6 +8,7 @@
 
 #include "base/CalendarDay.h"
 #include "bridge/spool/SpoolFile.h"
+#include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 
 using namespace velmora;
@@ -30,8 +31,7 @@ QString textOf(const QVariantMap& request, const QString& key) {
 }  // namespace
 
 QString applicationIdentifier(const QString& identifier) {
-  QString changed = identifier;
-  return changed.replace(QLatin1Char('/'), QLatin1Char('-')).trimmed();
+  return link::fileNameIdentifier(identifier).trimmed();
 }
 
 RequestMemory::RequestMemory(const QString& path) : path_(path) {}
@@ -53,7 +53,7 @@ base::Result<> RequestMemory::open(const QDateTime& now) {
         {object.value(QStringLiteral("application")).toString(),
          object.value(QStringLiteral("identifier")).toString(),
          object.value(QStringLiteral("studyUID")).toString(),
-         QDate::fromString(object.value(QStringLiteral("studyDay")).toString(), Qt::ISODate),
+         base::dayFromIso(object.value(QStringLiteral("studyDay")).toString()),
          QDateTime::fromString(object.value(QStringLiteral("time")).toString(), Qt::ISODateWithMs)});
   }
   const qsizetype read = requests_.size();

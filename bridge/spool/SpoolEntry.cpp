@@ -38,7 +38,7 @@ class JsonReader {
   void day(const char* key, QDate& value) {
     QString written;
     text(key, written);
-    value = QDate::fromString(written, Qt::ISODate);
+    value = base::dayFromIso(written);
     valid_ = valid_ && (value.isValid() || written.isEmpty());
   }
   void time(const char* key, QDateTime& value) {

@@ -31,7 +31,7 @@ VELMORA_EXPORT QVariantMap replyPayload(const ChartExport& chart);
 /// unknown key is an error, since it is most likely a known one mistyped.
 VELMORA_EXPORT base::Result<QVariantMap> requestPayload(const QVariantMap& study);
 
-/// The identifier as it names the patient's data file: every "/" is "-".
+/// The identifier as it names the patient's data file, and as applications hold it: every "/" is "-".
 VELMORA_EXPORT QString fileNameIdentifier(const QString& identifier);
 
 }  // namespace velmora::link

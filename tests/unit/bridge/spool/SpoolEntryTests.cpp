@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "bridge/cli/ReplySummary.h"
+#include "bridge/spool/SpoolFile.h"
 #include "tests/unit/bridge/service/ServeTesting.h"
 
 using namespace serve_testing;
@@ -117,6 +118,16 @@ TEST(SpoolEntry, TakesNoDamagedFileForAWholeOne) {
     QByteArray changed = file;
     changed[place] = static_cast<char>(changed.at(place) ^ 1);
     EXPECT_FALSE(decodeReply(changed).has_value()) << place;
+  }
+}
+
+TEST(SpoolEntry, TakesNoDayOfAnotherFormForADay) {
+  const QByteArray file = encodeReply(taken(good()));
+  const QByteArray contents = file.mid(file.indexOf('\n') + 1);
+  for (const char* wrong : {"2019/03/14", "2019-03-14 or so", "2019-03-32"}) {
+    QByteArray changed = contents;
+    changed.replace("\"2019-03-14\"", QByteArray("\"") + wrong + '"');
+    EXPECT_FALSE(decodeReply(sealed("velmora-link reply 1", changed)).has_value()) << wrong;
   }
 }
 
