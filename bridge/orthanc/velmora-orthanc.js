@@ -25,8 +25,9 @@
 
   var shownStudy = null;
 
+  // As velmora-link takes them (bridge/dicom/Uid.h).
   function isUid(text) {
-    return typeof text === 'string' && text.length <= 64 && /^[0-9]+(\.[0-9]+)*$/.test(text);
+    return typeof text === 'string' && text.length <= 64 && /^[0-9]+(\.[0-9]+)+$/.test(text);
   }
 
   function textOf(tags, name) {

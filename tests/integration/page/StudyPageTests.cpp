@@ -58,10 +58,12 @@ class Page {
   WebDriver& browser() { return browser_; }
 
   /// A study with one image, as it is before anything was measured.
-  Study addStudy(int number, const QString& patientName = QStringLiteral("Sample^Anna")) {
+  Study addStudy(int number, const QString& patientName = QStringLiteral("Sample^Anna"),
+                 const QString& uid = {}) {
     Study study = bridge_testing::inventedStudy(number);
     study.patientID = QStringLiteral("P-1");
     study.patientName = patientName;
+    if (!uid.isEmpty()) study.studyInstanceUID = uid;
     orthanc_.put(bridge_testing::syntheticStudy(study));
     return study;
   }
@@ -190,6 +192,13 @@ TEST(StudyPage, OffersAButtonThatHandsTheStudyOver) {
   page.browser().press(WebDriver::Enter);
   EXPECT_EQ(page.run(QStringLiteral("return window.opened;")),
             QJsonValue(QJsonObject{{QStringLiteral("href"), link}, {QStringLiteral("heldUp"), false}}));
+}
+
+TEST(StudyPage, OffersNoButtonForAUidThatVelmoraLinkWouldRefuse) {
+  Page page;
+  page.show(page.addStudy(4, QStringLiteral("Sample^Anna"), QStringLiteral("12")));
+  EXPECT_EQ(page.run(QStringLiteral("return document.querySelector('#velmora-measure').innerText.trim();")),
+            QJsonValue(QStringLiteral("This study cannot be measured: its Study Instance UID is damaged.")));
 }
 
 TEST(StudyPage, ShowsTheChartsThatCameBackNewestFirst) {
