@@ -4,10 +4,11 @@
 #include <QDBusArgument>
 #include <QDBusVariant>
 #include <QDir>
-#include <QRegularExpression>
 #include <QUrl>
 #include <QVariantMap>
 #include <ctime>
+
+#include "link/protocol/BundleIdentifier.h"
 
 namespace velmora::desktop::activationmessages {
 
@@ -108,9 +109,7 @@ QStringList locationsOf(const QStringList& files) {
 }  // namespace
 
 QString objectPath(const QString& identifier) {
-  static const QRegularExpression wellKnown(
-      QStringLiteral("^[A-Za-z_-][A-Za-z0-9_-]*(\\.[A-Za-z_-][A-Za-z0-9_-]*)+$"));
-  if (identifier.size() > 255 || !wellKnown.match(identifier).hasMatch()) return {};
+  if (!link::isBusName(identifier)) return {};
   QString path = QLatin1Char('/') + identifier;
   // An object path knows no hyphen; the entry's own rule puts an underscore in its place.
   return path.replace(QLatin1Char('.'), QLatin1Char('/')).replace(QLatin1Char('-'), QLatin1Char('_'));

@@ -13,4 +13,13 @@ inline bool isBundleIdentifier(const QString& text) {
   return form.match(text).hasMatch();
 }
 
+/// Whether the application can take the identifier as its own name on the bus, by which the desktop reaches
+/// it: two elements at least, none of which begins with a digit. One that cannot still takes part in the
+/// link.
+inline bool isBusName(const QString& bundleIdentifier) {
+  static const QRegularExpression form(
+      QStringLiteral("\\A[A-Za-z_-][A-Za-z0-9_-]*(\\.[A-Za-z_-][A-Za-z0-9_-]*)+\\z"));
+  return isBundleIdentifier(bundleIdentifier) && form.match(bundleIdentifier).hasMatch();
+}
+
 }  // namespace velmora::link

@@ -23,6 +23,15 @@ TEST(LinkRequest, HoldsWhatTheStudySays) {
                                    {text("OsiriXStudyID"), studyId}}));
 }
 
+TEST(BundleIdentifier, IsANameOnTheBusWhereTheBusAllowsIt) {
+  for (const char* good : {"org.velmora.growth", "a.b", "_a.-b", "A-1_b.c"})
+    EXPECT_TRUE(isBusName(text(good)));
+  for (const char* bad : {"", "a", "a.b\n", "1.a", "a.1", "a..b", ".a", "a.b.", "a.b/c"}) {
+    EXPECT_FALSE(isBusName(text(bad))) << bad;
+  }
+  EXPECT_FALSE(isBusName(text("a.") + QString(254, u'a')));
+}
+
 TEST(BundleIdentifier, HasTheCharactersOfANameOnTheBus) {
   for (const char* good : {"org.velmora.growth", "a", "A-1_b.c"}) EXPECT_TRUE(isBundleIdentifier(text(good)));
   for (const char* bad : {"", "it's", "a b", "a\n", "ö", "a/b"}) EXPECT_FALSE(isBundleIdentifier(text(bad)));
