@@ -4,6 +4,7 @@
 #include <QDBusConnection>
 #include <QLibrary>
 #include <QMetaObject>
+#include <QScopeGuard>
 #include <QTimer>
 #include <algorithm>
 #include <atomic>
@@ -11,6 +12,7 @@
 #include <limits>
 #include <utility>
 
+#include "base/log/Guard.h"
 #include "link/bus/BusReceiver.h"
 
 namespace velmora::link {
@@ -98,8 +100,8 @@ void BusLink::unsubscribe(const QString& name, const QString& object) {
 void BusLink::post(const Message& message) {
   ++unsent_;
   enqueue([this, message] {
+    const auto sent = qScopeGuard([this] { --unsent_; });
     send(message);
-    --unsent_;
   });
 }
 
@@ -113,7 +115,8 @@ bool BusLink::flush(std::chrono::milliseconds limit) {
 }
 
 void BusLink::enqueue(std::function<void()> task) {
-  QMetaObject::invokeMethod(&worker_, std::move(task), Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      &worker_, [task = std::move(task)] { base::guarded("the session bus", task); }, Qt::QueuedConnection);
 }
 
 bool BusLink::roundTrip(std::chrono::milliseconds limit) {
@@ -171,7 +174,7 @@ base::Result<> BusLink::connectToBus() {
 
 void BusLink::tryLater() {
   delay_ = retryAfter(delay_);
-  QTimer::singleShot(delay_, &worker_, [this] { open(); });
+  QTimer::singleShot(delay_, &worker_, [this] { base::guarded("the session bus", [this] { open(); }); });
 }
 
 void BusLink::close() {

@@ -32,7 +32,7 @@ class BusReceiver;
 /// is lost. One log line says that the bus is not there, one that it is back.
 class VELMORA_EXPORT BusLink {
  public:
-  /// Both are called on the link's thread, must be quick and must not throw.
+  /// Both are called on the link's thread and must be quick. What they throw is logged.
   using Received = std::function<void(const Message&)>;
   using Log = std::function<void(const QString& line)>;
 

@@ -108,12 +108,15 @@ bool BusProbe::gaveUp() const {
 base::Result<> BusProbe::ask(const QString& address, std::chrono::milliseconds limit) {
   const auto deadline = Clock::now() + limit;
   base::Result<> asked = base::Failure{QStringLiteral("nobody says where it is")};
-  for (const QByteArray& each : address.toLocal8Bit().split(';')) {
-    if (each.isEmpty()) continue;
+  QList<QByteArray> addresses = address.toLocal8Bit().split(';');
+  addresses.removeAll(QByteArray());
+  for (auto left = addresses.size(); left > 0; --left) {
+    const QByteArray& each = addresses.at(addresses.size() - left);
     const QByteArray path = valueOf(each, "path");
     const QByteArray abstract = valueOf(each, "abstract");
     if (!each.startsWith("unix:") || (path.isEmpty() && abstract.isEmpty())) return {};
-    asked = askSocket(path.isEmpty() ? abstract : path, path.isEmpty(), deadline);
+    asked = askSocket(path.isEmpty() ? abstract : path, path.isEmpty(),
+                      Clock::now() + (deadline - Clock::now()) / left);
     if (asked) break;
   }
   return asked;

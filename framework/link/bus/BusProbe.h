@@ -26,8 +26,9 @@ class VELMORA_EXPORT BusProbe {
   BusProbe(const BusProbe&) = delete;
   BusProbe& operator=(const BusProbe&) = delete;
 
-  /// Connects to `address`, says hello and disconnects. Succeeds if the bus answers within `limit`. An
-  /// address other than a socket on this machine is not tried and counts as a success.
+  /// Connects to `address`, says hello and disconnects. Succeeds if the bus answers within `limit`. Of
+  /// several addresses each gets an equal share of the time that is left. An address other than a socket on
+  /// this machine is not tried and counts as a success.
   base::Result<> ask(const QString& address, std::chrono::milliseconds limit);
 
   /// Ends the current attempt, and all later ones. From any thread.
