@@ -48,9 +48,9 @@ class FolderStudies {
 
   Result<Study> result() const {
     if (studies_.isEmpty()) return Failure{QStringLiteral("no file in it is a DICOM file of a study")};
-    if (!contradictory_.isNull()) {
+    if (contradictory_) {
       return Failure{
-          QStringLiteral("its files name different patients for the study %1").arg(contradictory_)};
+          QStringLiteral("its files name different patients for the study %1").arg(*contradictory_)};
     }
     if (studies_.size() == 1) return studies_.constFirst();
     QStringList lines;
@@ -70,19 +70,28 @@ class FolderStudies {
   static constexpr qsizetype Named = 10;
 
   void add(const Study& study) {
-    for (const Study& known : std::as_const(studies_)) {
+    for (Study& known : studies_) {
       if (known.studyInstanceUID != study.studyInstanceUID) continue;
-      if (known.patientID != study.patientID || known.birthDate != study.birthDate) {
-        contradictory_ = study.studyInstanceUID;
-      }
+      if (contradiction(known, study)) contradictory_ = study.studyInstanceUID;
+      complete(known, study);
       return;
     }
     more_ = more_ || studies_.size() == Named;
     if (!more_) studies_.append(study);
   }
 
+  /// Takes over what another file of the study says of the patient and `study` does not, so that a third one
+  /// is compared with both.
+  static void complete(Study& study, const Study& other) {
+    if (study.patientID.isEmpty()) study.patientID = other.patientID;
+    if (study.issuerOfPatientID.isEmpty()) study.issuerOfPatientID = other.issuerOfPatientID;
+    if (!study.birthDate.isValid()) study.birthDate = other.birthDate;
+    if (study.sex.isEmpty()) study.sex = other.sex;
+    if (study.patientName.isEmpty()) study.patientName = other.patientName;
+  }
+
   QList<Study> studies_;
-  QString contradictory_;  ///< a study that is said to be of two patients
+  std::optional<QString> contradictory_;  ///< a study that is said to be of two patients
   bool more_ = false;
   int files_ = 0;
 };

@@ -37,12 +37,12 @@ StudyAnswer only(const SpooledReply& reply, QList<Study> studies, const QString&
 
 /// Whether two studies may be of two patients, as far as what the PACS says of them goes.
 bool toldApart(const Study& one, const Study& other) {
-  if (one.patientID.trimmed() != other.patientID.trimmed()) return true;
+  const auto difference = contradiction(one, other);
+  // Sex and name may have been corrected between the two.
+  if (difference && *difference < PatientAttribute::Sex) return true;
+  // One issuer unnamed: it may be the other one, where the birth date says so, too.
   const bool bornTogether = one.birthDate.isValid() && one.birthDate == other.birthDate;
-  if (one.birthDate.isValid() && other.birthDate.isValid() && !bornTogether) return true;
-  if (one.issuerOfPatientID == other.issuerOfPatientID) return false;
-  // One of them unnamed: it may be the other one, where the birth date says so, too.
-  return (!one.issuerOfPatientID.isEmpty() && !other.issuerOfPatientID.isEmpty()) || !bornTogether;
+  return one.issuerOfPatientID != other.issuerOfPatientID && !bornTogether;
 }
 
 /// Each is compared with each: of three, the first may go with both of the others, and those not with each
@@ -92,18 +92,23 @@ PacsResult ofPatient(const QString& identifier, Pacs& pacs, QList<Study>& studie
 }  // namespace
 
 base::Result<> mayGoInto(const SpooledReply& reply, const Study& study) {
-  const QString ours = applicationIdentifier(reply.identifier);
-  const QString theirs = applicationIdentifier(study.patientID);
-  if (ours.isEmpty()) return base::Failure{QStringLiteral("it has no patient's identifier")};
-  if (theirs.isEmpty()) return base::Failure{QStringLiteral("its study has no Patient ID")};
-  const bool bothBirthDates = reply.birthDay.isValid() && study.birthDate.isValid();
-  if (bothBirthDates && reply.birthDay != study.birthDate && ours == theirs) {
+  Study ours;
+  ours.patientID = applicationIdentifier(reply.identifier);
+  ours.birthDate = reply.birthDay;
+  Study theirs;
+  theirs.patientID = applicationIdentifier(study.patientID);
+  theirs.birthDate = study.birthDate;
+  if (ours.patientID.isEmpty()) return base::Failure{QStringLiteral("it has no patient's identifier")};
+  if (theirs.patientID.isEmpty()) return base::Failure{QStringLiteral("its study has no Patient ID")};
+  const auto difference = contradiction(ours, theirs);
+  if (difference == PatientAttribute::BirthDate) {
     return base::Failure{QStringLiteral("its birth date is not that of the study's patient")};
   }
   // An application turns the identifier of its first document into capitals. Those may be another patient's,
   // so that the birth date has to speak for it, too.
-  const bool inCapitals = ours == theirs.toUpper() && bothBirthDates && reply.birthDay == study.birthDate;
-  if (ours != theirs && !inCapitals) {
+  const bool inCapitals = ours.patientID == theirs.patientID.toUpper() && ours.birthDate.isValid() &&
+                          ours.birthDate == theirs.birthDate;
+  if (difference && !inCapitals) {
     return base::Failure{QStringLiteral("its identifier is not that of the study's patient")};
   }
   return {};

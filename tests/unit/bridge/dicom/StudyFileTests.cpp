@@ -190,6 +190,44 @@ TEST_F(StudyFolder, RefusesOneStudyOfTwoPatients) {
             folder_.path() + text(": its files name different patients for the study 1.2.3"));
 }
 
+TEST_F(StudyFolder, RefusesOneStudyOfTwoPatientsWhateverTellsThemApart) {
+  const auto with = [](bridge::Tag tag, const char* vr, const char* value) {
+    QList<Element> elements = elementsOf("1.2.3", "P1");
+    elements.removeIf([tag](const Element& each) { return each.tag == tag; });
+    elements.append({tag, vr, value});
+    std::sort(elements.begin(), elements.end(), [](auto& a, auto& b) { return a.tag < b.tag; });
+    return elements;
+  };
+  using namespace bridge::tags;
+  const struct {
+    bridge::Tag tag;
+    const char* vr;
+    const char* values[3];
+    bool isOnePatient;
+  } table[] = {
+      {PatientID, "LO", {"P1", "", "P1"}, true},
+      {PatientID, "LO", {"", "P1", "P2"}, false},
+      {PatientBirthDate, "DA", {"", "20190314", "20190315"}, false},
+      {IssuerOfPatientID, "LO", {"A", "", "A"}, true},
+      {IssuerOfPatientID, "LO", {"A", "", "B"}, false},
+      {PatientSex, "CS", {"M", "O", ""}, true},
+      {PatientSex, "CS", {"M", "", "F"}, false},
+      {PatientName, "PN", {"Muster^Max", "MUSTER^MAXIMILIAN", "muster"}, true},
+      {PatientName, "PN", {"Muster^Max", "", "Other^Ann"}, false},
+  };
+  for (const auto& row : table) {
+    int number = 0;
+    for (const char* value : row.values) {
+      put(QByteArray::number(++number), dicomFile(with(row.tag, row.vr, value)));
+    }
+    EXPECT_EQ(errorOf(folder_.path()),
+              row.isOnePatient
+                  ? QString()
+                  : folder_.path() + text(": its files name different patients for the study 1.2.3"))
+        << row.tag << row.values[0];
+  }
+}
+
 TEST_F(StudyFolder, IsNotLeftByLinksNorStoppedByPipes) {
   QTemporaryDir elsewhere;
   QFile other(elsewhere.filePath(text("other.dcm")));

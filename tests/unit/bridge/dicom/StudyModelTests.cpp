@@ -300,3 +300,32 @@ TEST(StudyModel, LooksNotIntoSequences) {
   ASSERT_TRUE(study.ok());
   EXPECT_EQ(study->patientID, QString());
 }
+
+TEST(Patient, IsContradictedByOtherNamesOnly) {
+  const struct {
+    const char* one;
+    const char* other;
+    bool contradict;
+  } table[] = {
+      {"Muster^Max", "MUSTER^MAX", false},
+      {"Muster^Max", "Muster^Maximilian", false},
+      {"Muster^Anna", "Beispiel^Anna", false},
+      {"Müller^Jörg", "MULLER", false},
+      {"Muster^Max", "", false},
+      {"Yamada^Tarou=山田^太郎", "山田^太郎", true},
+      {"Yamada^Tarou=山田^太郎", "=山田^太郎", false},
+      {"Yamada^Tarou=山田^太郎", "YAMADA^T", false},
+      {"Yamada^Tarou", "=山田^太郎", false},
+      {"Muster^Max", "Other^Ann", true},
+      {"Muster^Max=山田", "Other^Ann=山田", false},
+  };
+  for (const auto& row : table) {
+    Study one = study();
+    Study other = one;
+    one.patientName = text(row.one);
+    other.patientName = text(row.other);
+    const auto expected = row.contradict ? std::optional(bridge::PatientAttribute::Name) : std::nullopt;
+    EXPECT_EQ(bridge::contradiction(one, other), expected) << row.one << " " << row.other;
+    EXPECT_EQ(bridge::contradiction(other, one), expected) << row.one << " " << row.other;
+  }
+}
