@@ -3,32 +3,24 @@
 
 #include <gtest/gtest.h>
 
+#include "testing/bus/LinkOnTheBus.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Noise.h"
 #include "testing/main/Shown.h"
 
 using namespace velmora::testkit;
+using namespace velmora::testkit::bus;
 using namespace velmora::link;
 
 namespace {
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
-QVariantMap payload() {
-  return {{text("Identifier"), text("12-345-6")},
-          {text("Name"), text("Jörg")},
-          {text("DateOfBirth"), QDateTime(QDate(2019, 3, 14), QTime(12, 0)).toUTC()},
-          {text("DateOfStudy"), QDateTime(QDate(2024, 5, 2), QTime(12, 0)).toUTC()},
-          {text("OsiriXStudyID"), text("1.2.3")},
-          {text("StudyDescription"), text("Growth Chart")},
-          {text("JPEG"), noise(100)}};
-}
-
 QString complaints(const QVariantMap& payload) { return readReply(payload).complaints.join(text(", ")); }
 
 TEST(LinkReply, IsReadWithLocalDays) {
   const EnvironmentVariable zone("TZ", "Europe/Berlin");
-  QVariantMap values = payload();
+  QVariantMap values = replyWithEveryKey();
   values.insert(text("DateOfBirth"), QDateTime(QDate(2019, 3, 14), QTime(23, 30), Qt::UTC));
   const LinkReply reply = readReply(values);
   EXPECT_EQ(reply.identifier, text("12-345-6"));
@@ -44,21 +36,21 @@ TEST(LinkReply, IsReadWithLocalDays) {
 
 TEST(LinkReply, IsComplainedAboutWhereItIsWrong) {
   EXPECT_EQ(complaints({}), text("no Identifier, no StudyDescription, no JPEG"));
-  QVariantMap wrong = payload();
+  QVariantMap wrong = replyWithEveryKey();
   wrong.insert(text("Identifier"), qint64(5));
   wrong.insert(text("DateOfBirth"), text("2019-03-14"));
   wrong.insert(text("JPEG"), text("no bytes"));
   EXPECT_EQ(complaints(wrong),
             text("Identifier is not a string, JPEG is not bytes, DateOfBirth is not a date"));
   EXPECT_FALSE(readReply(wrong).canBeFiled);
-  wrong = payload();
+  wrong = replyWithEveryKey();
   wrong.insert(text("JPEG"), QByteArray("GIF89a"));
   EXPECT_EQ(complaints(wrong), text("JPEG is not a JPEG file image"));
   EXPECT_FALSE(readReply(wrong).canBeFiled);
 }
 
 TEST(LinkReply, CanBeFiledWithoutACaption) {
-  QVariantMap values = payload();
+  QVariantMap values = replyWithEveryKey();
   values.remove(text("StudyDescription"));
   EXPECT_EQ(complaints(values), text("no StudyDescription"));
   EXPECT_TRUE(readReply(values).canBeFiled);
@@ -66,7 +58,7 @@ TEST(LinkReply, CanBeFiledWithoutACaption) {
 
 TEST(LinkReply, NamesNoStudyWhereTheStudyIdIsNoText) {
   for (const QVariant& value : {QVariant(qint64(7)), QVariant(QVariantMap{{text("a"), 1}}), QVariant()}) {
-    QVariantMap values = payload();
+    QVariantMap values = replyWithEveryKey();
     values.insert(text("OsiriXStudyID"), value);
     const LinkReply reply = readReply(values);
     EXPECT_EQ(reply.studyID, QString());
@@ -76,7 +68,7 @@ TEST(LinkReply, NamesNoStudyWhereTheStudyIdIsNoText) {
 }
 
 TEST(LinkReply, HoldsNoHalfOfACharacterOfALongText) {
-  QVariantMap values = payload();
+  QVariantMap values = replyWithEveryKey();
   values.insert(text("Name"), QString(1023, u'a') + text("\U0001F600"));
   const LinkReply reply = readReply(values);
   EXPECT_EQ(reply.name, QString(1023, u'a'));
