@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "base/CalendarDay.h"
+#include "base/log/Escape.h"
 #include "link/protocol/LinkProtocol.h"
 #include "link/protocol/LinkReply.h"
 
@@ -46,19 +47,9 @@ QJsonValue jsonValue(const QVariant& value) {
   }
 }
 
-QString escaped(const QString& text) {
-  QString result;
-  for (const QChar c : text) {
-    if (c == QLatin1Char('\\')) {
-      result += QStringLiteral("\\\\");
-    } else if (c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
-               c.category() == QChar::Separator_Paragraph) {
-      result += QStringLiteral("\\u%1").arg(static_cast<uint>(c.unicode()), 4, 16, QLatin1Char('0'));
-    } else {
-      result += c;
-    }
-  }
-  return result;
+/// With backslashes doubled, so that it can be told what was escaped.
+QString escaped(QString text) {
+  return base::escaped(text.replace(QLatin1Char('\\'), QStringLiteral("\\\\")));
 }
 
 /// A value in a column of the summary: a string as it is, anything else as JSON.

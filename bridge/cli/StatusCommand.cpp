@@ -6,8 +6,11 @@
 #include <array>
 #include <cstdio>
 
+#include "base/log/Escape.h"
 #include "bridge/cli/Commands.h"
 #include "bridge/spool/Spool.h"
+
+using namespace velmora;
 
 namespace bridge {
 namespace {
@@ -40,17 +43,6 @@ Selection select(const QList<SpoolItem>& all, SpoolState state, bool everything)
   selection.items =
       state == SpoolState::Stored ? selection.items.last(MostShown) : selection.items.first(MostShown);
   return selection;
-}
-
-/// What an application or an archive wrote, so that it can neither end the line nor command the terminal.
-QString harmless(const QString& text) {
-  QString shown;
-  for (const QChar c : text) {
-    const bool commands = c.category() == QChar::Other_Control || c.category() == QChar::Other_Format ||
-                          c.category() == QChar::Separator_Line || c.category() == QChar::Separator_Paragraph;
-    shown += commands ? QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0')) : QString(c);
-  }
-  return shown;
 }
 
 QString shown(const QDateTime& time) {
@@ -97,8 +89,9 @@ void print(const QList<SpoolItem>& items, bool served, bool everything) {
                   .arg(selection.items.size() + selection.leftOut));
     for (const SpoolItem& item : selection.items) {
       printLine(QStringLiteral("  %1  arrived %2").arg(item.name, shown(item.arrival)));
+      // What an application or an archive wrote can neither end the line nor command the terminal.
       const QStringList lines = detailsOf(item);
-      for (const QString& line : lines) printLine(QStringLiteral("    ") + harmless(line));
+      for (const QString& line : lines) printLine(QStringLiteral("    ") + base::escaped(line));
     }
     if (selection.leftOut > 0) {
       printLine(QStringLiteral("  and %1 more; --all shows them").arg(selection.leftOut));

@@ -4,6 +4,10 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include "base/log/Escape.h"
+
+using namespace velmora;
+
 namespace bridge {
 
 QString withoutPatient(const QString& text, const SpooledReply& reply, const Study* study) {
@@ -28,10 +32,7 @@ QString withoutPatient(const QString& text, const SpooledReply& reply, const Stu
 QString oneLine(const QString& text) {
   QString line = text.size() > 1000 ? text.left(1000) + QStringLiteral("...") : text;
   for (QChar& c : line) {
-    if (c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
-        c.category() == QChar::Separator_Paragraph) {
-      c = QLatin1Char('?');
-    }
+    if (base::isUnsafeInLine(c)) c = QLatin1Char('?');
   }
   return line;
 }

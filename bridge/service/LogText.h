@@ -12,7 +12,8 @@ namespace bridge {
 /// asked, and log files have other readers than the spool. `study` may be null.
 QString withoutPatient(const QString& text, const SpooledReply& reply, const Study* study);
 
-/// Text as one line of a log: control characters shown as "?", and cut when very long.
+/// Text as one line of a log: what is unsafe in a line (base/log/Escape.h) is shown as "?"; cut after 1,000
+/// characters.
 QString oneLine(const QString& text);
 
 }  // namespace bridge

@@ -3,6 +3,8 @@
 
 #include <QLoggingCategory>
 
+#include "base/log/Escape.h"
+
 namespace velmora::base {
 
 namespace {
@@ -18,8 +20,7 @@ void logLine(const QString& text) {
   for (const QChar c : text.left(LongestLine)) {
     if (c == QLatin1Char('\n')) {
       line += QLatin1String("\\n");
-    } else if (c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
-               c.category() == QChar::Separator_Paragraph) {
+    } else if (isUnsafeInLine(c)) {
       line += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
     } else {
       line += c;

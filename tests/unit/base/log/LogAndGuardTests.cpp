@@ -2,6 +2,7 @@
 #include <stdexcept>
 
 #include "base/log/AssertionFailure.h"
+#include "base/log/Escape.h"
 #include "base/log/Guard.h"
 #include "base/log/Log.h"
 #include "testing/LogRecorder.h"
@@ -29,6 +30,7 @@ TEST(LogLine, ShowsLineBreaksAndControlCharactersEscaped) {
       {QStringLiteral("escape\x1b[31m"), "escape\\x1b[31m"},
       {QString(QChar(0x2028)) + "separated" + QChar(0x2029), "\\x2028separated\\x2029"},
       {QString(QChar(0x85)) + "next line", "\\x85next line"},
+      {QString(QChar(0x202e)) + "backwards", "\\x202ebackwards"},
       {QStringLiteral("Müller, 李, 😀"), QStringLiteral("Müller, 李, 😀")},
       {"per cent %1 %s %@", "per cent %1 %s %@"},
       {"", ""},
@@ -38,6 +40,12 @@ TEST(LogLine, ShowsLineBreaksAndControlCharactersEscaped) {
     logLine(each.text);
     EXPECT_EQ(log.lines(), QStringList{each.line});
   }
+}
+
+TEST(Escape, LeavesNothingThatDisturbsALine) {
+  EXPECT_EQ(base::escaped(QStringLiteral("a\n\x1b[2J\u202e\u2028\u200bb")),
+            QStringLiteral("a\\u000a\\u001b[2J\\u202e\\u2028\\u200bb"));
+  EXPECT_EQ(base::escaped(QStringLiteral("Müller, 李, 😀 \\")), QStringLiteral("Müller, 李, 😀 \\"));
 }
 
 TEST(LogLine, CutsAnEndlessTextShort) {

@@ -90,11 +90,12 @@ TEST(LinkReply, IsSummedUpInOneLine) {
   EXPECT_EQ(bridge::summaryOf(replyWithEveryKey(), text("0001"), arrival),
             text("0001\t2024-05-02T09:30:01.005\t12-345-6\tGrowth Chart\t100 bytes\t1.2.3"));
   QVariantMap hostile = replyWithEveryKey();
-  hostile.insert(text("Identifier"), text("1\n0002\t\\\x1b[2J\u2028"));
+  hostile.insert(text("Identifier"), text("1\n0002\t\\\x1b[2J\u2028\u202e"));
   hostile.insert(text("OsiriXStudyID"), QVariantList{qint64(1), text("a\nb")});
-  EXPECT_EQ(bridge::summaryOf(hostile, text("0001"), arrival),
-            text("0001\t2024-05-02T09:30:01.005\t1\\u000a0002\\u0009\\\\\\u001b[2J\\u2028\tGrowth Chart\t"
-                 "100 bytes\t[1,\"a\\\\nb\"]"));
+  EXPECT_EQ(
+      bridge::summaryOf(hostile, text("0001"), arrival),
+      text("0001\t2024-05-02T09:30:01.005\t1\\u000a0002\\u0009\\\\\\u001b[2J\\u2028\\u202e\tGrowth Chart\t"
+           "100 bytes\t[1,\"a\\\\nb\"]"));
 }
 
 TEST(ReplyFolder, CountsOnFromWhatIsThereAndOverwritesNothing) {
