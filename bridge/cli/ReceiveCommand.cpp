@@ -15,8 +15,6 @@ using namespace velmora;
 namespace bridge {
 namespace {
 
-namespace protocol = velmora::link;
-
 struct Limits {
   int count = 0;                         ///< replies to wait for; 0 for as many as come
   std::chrono::milliseconds timeout{0};  ///< 0 for as long as it takes
@@ -129,11 +127,11 @@ int runReceive(const QStringList& arguments) {
   }
 
   Receiver receiver(folder, *limits);
-  const QString name = protocol::notificationName(*application);
+  const QString name = link::notificationName(*application);
   link::BusLink bus(
       QString(), [&](const link::Message& message) { receiver.hear(message.userInfo); },
       [](const QString& line) { printError(line); });
-  bus.subscribe(name, protocol::ReplyObject);
+  bus.subscribe(name, link::ReplyObject);
   if (!bus.flush(std::chrono::seconds(20))) {
     printError(QStringLiteral("cannot listen"));
     return Failure;

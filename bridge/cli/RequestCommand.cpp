@@ -14,8 +14,6 @@ using namespace velmora;
 namespace bridge {
 namespace {
 
-namespace protocol = velmora::link;
-
 struct KeyOption {
   QString option;
   QString key;
@@ -24,14 +22,14 @@ struct KeyOption {
 
 const std::array<KeyOption, 5>& keyOptions() {
   static const std::array<KeyOption, 5> options{
-      KeyOption{QStringLiteral("identifier"), protocol::Identifier,
+      KeyOption{QStringLiteral("identifier"), link::Identifier,
                 QStringLiteral("The patient's identifier. Required.")},
-      KeyOption{QStringLiteral("name"), protocol::Name, QStringLiteral("The patient's name.")},
-      KeyOption{QStringLiteral("birth-date"), protocol::DateOfBirth,
+      KeyOption{QStringLiteral("name"), link::Name, QStringLiteral("The patient's name.")},
+      KeyOption{QStringLiteral("birth-date"), link::DateOfBirth,
                 QStringLiteral("Date of birth, YYYY-MM-DD.")},
-      KeyOption{QStringLiteral("study-date"), protocol::DateOfStudy,
+      KeyOption{QStringLiteral("study-date"), link::DateOfStudy,
                 QStringLiteral("Date of the study, YYYY-MM-DD.")},
-      KeyOption{QStringLiteral("study-id"), protocol::OsiriXStudyID,
+      KeyOption{QStringLiteral("study-id"), link::OsiriXStudyID,
                 QStringLiteral("The viewer's identifier of the study.")}};
   return options;
 }
@@ -84,7 +82,7 @@ int runRequest(const QStringList& arguments) {
   const auto application = applicationOption(parser);
   if (!application) return WrongUsage;
   const base::Result<QVariantMap> study = studyFrom(parser);
-  const base::Result<QVariantMap> request = study ? protocol::requestPayload(*study) : study;
+  const base::Result<QVariantMap> request = study ? link::requestPayload(*study) : study;
   if (!request) {
     printError(request.error());
     return WrongUsage;

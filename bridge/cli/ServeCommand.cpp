@@ -18,8 +18,6 @@ using namespace velmora;
 namespace bridge {
 namespace {
 
-namespace protocol = velmora::link;
-
 /// How long the exchange that runs may go on when the program is to end. What it has not finished is sent
 /// again after the next start, as the same object.
 constexpr std::chrono::seconds Farewell{10};
@@ -44,9 +42,9 @@ class Listening {
             QString(), [&service](const link::Message& message) { service.hear(message); },
             [](const QString& line) { failed(line); }) {
     for (const QString& application : config.applications) {
-      const QString name = protocol::notificationName(application);
-      bus_.subscribe(name, protocol::RequestObject);
-      bus_.subscribe(name, protocol::ReplyObject);
+      const QString name = link::notificationName(application);
+      bus_.subscribe(name, link::RequestObject);
+      bus_.subscribe(name, link::ReplyObject);
     }
     looks_.setInterval(OneLook);
     QObject::connect(&looks_, &QTimer::timeout, &looks_, [this] { look(); });

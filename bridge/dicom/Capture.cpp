@@ -90,9 +90,7 @@ class CaptureWriter {
     put(DCM_PatientID, EVR_LO, study_.patientID);
     if (!study_.issuerOfPatientID.isEmpty()) put(DCM_IssuerOfPatientID, EVR_LO, study_.issuerOfPatientID);
     put(DCM_PatientBirthDate, EVR_DA, dateText(study_.birthDate));
-    const bool known = study_.sex == QStringLiteral("M") || study_.sex == QStringLiteral("F") ||
-                       study_.sex == QStringLiteral("O");
-    put(DCM_PatientSex, EVR_CS, known ? study_.sex : QString());
+    put(DCM_PatientSex, EVR_CS, isSex(study_.sex) ? study_.sex : QString());
   }
 
   // PS3.3 C.7.2.1

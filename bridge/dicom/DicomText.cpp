@@ -54,6 +54,10 @@ bool isTime(const QString& text) {
   return form.match(text).hasMatch();
 }
 
+bool isSex(const QString& text) {
+  return text == QLatin1String("M") || text == QLatin1String("F") || text == QLatin1String("O");
+}
+
 QString withoutPadding(const QString& text) {
   qsizetype end = text.size();
   while (end > 0 && (text.at(end - 1) == QLatin1Char(' ') || text.at(end - 1) == QChar::Null)) --end;

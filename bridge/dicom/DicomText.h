@@ -17,6 +17,9 @@ bool isShortString(const QString& text);
 /// Whether the text is a DICOM time (TM).
 bool isTime(const QString& text);
 
+/// Whether the text is a Patient's Sex (PS3.3 C.7.1.1): male, female or other.
+bool isSex(const QString& text);
+
 /// Without leading spaces and without trailing spaces and NULs, with which values are padded.
 QString withoutPadding(const QString& text);
 

@@ -63,7 +63,7 @@ Study studyOf(const QMap<Tag, QString>& texts) {
   study.patientName = withoutEmptyGroups(textIn(texts.value(tags::PatientName)));
   study.birthDate = dateFromDicom(withoutPadding(texts.value(tags::PatientBirthDate)));
   const QString sex = withoutPadding(texts.value(tags::PatientSex));
-  if (sex == QStringLiteral("M") || sex == QStringLiteral("F") || sex == QStringLiteral("O")) study.sex = sex;
+  if (isSex(sex)) study.sex = sex;
   study.studyDate = dateFromDicom(withoutPadding(texts.value(tags::StudyDate)));
   study.studyTime = asciiIn(texts.value(tags::StudyTime));
   study.studyID = identifierIn(texts.value(tags::StudyID)).value_or(QString());

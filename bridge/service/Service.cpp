@@ -10,8 +10,6 @@
 
 using namespace velmora;
 
-namespace protocol = velmora::link;
-
 namespace bridge {
 namespace {
 
@@ -49,7 +47,7 @@ Service::Service(Spool& spool, RequestMemory& requests, Pacs& pacs, const Config
           spool, pacs, {done, failed}, [] { return QDateTime::currentDateTime(); },
           config.chartsWithoutPatient) {
   for (const QString& application : config.applications) {
-    applications_.insert(protocol::notificationName(application), application);
+    applications_.insert(link::notificationName(application), application);
   }
   again_.setInterval(DiskRetry);
   connect(&again_, &QTimer::timeout, this, [this] {
@@ -95,8 +93,8 @@ void Service::hear(const link::Message& message) {
 void Service::take(const link::Message& message, const QDateTime& arrival) {
   const auto application = applications_.constFind(message.name);
   if (application == applications_.constEnd()) return;
-  if (message.object == protocol::RequestObject) inbox_.request(message.userInfo, *application, arrival);
-  if (message.object == protocol::ReplyObject && inbox_.reply(message.userInfo, *application, arrival)) {
+  if (message.object == link::RequestObject) inbox_.request(message.userInfo, *application, arrival);
+  if (message.object == link::ReplyObject && inbox_.reply(message.userInfo, *application, arrival)) {
     wake();
   }
   if (inbox_.keepsSome() && !again_.isActive()) again_.start();

@@ -21,7 +21,7 @@ namespace {
 const QByteArray Kind("velmora-link requests 1");
 constexpr qint64 LargestFile = 4 * 1024 * 1024;
 /// Longer ones are neither an identifier nor a UID; DICOM allows 64 characters for both.
-constexpr qsizetype LongestText = 256;
+constexpr qsizetype LongestIdentifier = 256;
 
 QString textOf(const QVariantMap& request, const QString& key) {
   const QVariant value = request.value(key);
@@ -76,9 +76,9 @@ base::Result<> RequestMemory::remember(const QVariantMap& request, const QString
   heard.time = time.toUTC();
   const QVariant day = request.value(protocol::DateOfStudy);
   if (day.typeId() == QMetaType::QDateTime) heard.studyDay = base::localDayOf(day.toDateTime());
-  if (heard.identifier.isEmpty() || heard.identifier.size() > LongestText) return {};
+  if (heard.identifier.isEmpty() || heard.identifier.size() > LongestIdentifier) return {};
   // The application has got it all the same: a later reply may belong to it, and to no earlier one.
-  if (heard.studyUID.size() > LongestText) heard.studyUID.clear();
+  if (heard.studyUID.size() > LongestIdentifier) heard.studyUID.clear();
   requests_.append(heard);
   forgetOld(heard.time);
   saved_ = false;
