@@ -20,7 +20,8 @@ QString lineOf(const SpoolItem& item) {
 
 }  // namespace
 
-Sender::Sender(Spool& spool, Pacs& pacs, Report report, WallClock wallClock, QStringList chartsWithoutPatient)
+Sender::Sender(Spool& spool, Pacs& pacs, Report report, Spool::WallClock wallClock,
+               QStringList chartsWithoutPatient)
     : spool_(spool),
       pacs_(pacs),
       report_(std::move(report)),
@@ -29,7 +30,7 @@ Sender::Sender(Spool& spool, Pacs& pacs, Report report, WallClock wallClock, QSt
       instanceNumbers_(spool.folder() + QStringLiteral("/series")) {}
 
 std::optional<Sender::Milliseconds> Sender::step(Milliseconds now) {
-  for (const QString& name : spool_.takeBack(wallClock_())) {
+  for (const QString& name : spool_.takeBack()) {
     report_.done(QStringLiteral("again %1").arg(name));
   }
   const QList<SpoolItem> waiting = spool_.waiting();
@@ -130,7 +131,7 @@ Sender::End Sender::send(const SpoolItem& item) {
   const base::Result<> kept = spool_.change(item.name, stored);
   if (!kept) return later(item, state, kept.error());
   report_.done(QStringLiteral("stored %1 as %2").arg(item.name, reply->sopInstanceUID));
-  spool_.forgetOldRecords(wallClock_());
+  spool_.forgetOldRecords();
   return End::Finished;
 }
 

@@ -29,8 +29,6 @@ namespace bridge {
 class Sender {
  public:
   using Milliseconds = std::chrono::milliseconds;
-  /// The time of day; for what is written down, never for waiting.
-  using WallClock = std::function<QDateTime()>;
   /// Gets one line about each thing that was done, without anything about the patient.
   struct Report {
     std::function<void(const QString& line)> done;
@@ -41,7 +39,8 @@ class Sender {
   static constexpr Milliseconds LongestDelay{600'000};
 
   /// `chartsWithoutPatient` are the applications in whose pictures nothing tells who the patient is.
-  Sender(Spool& spool, Pacs& pacs, Report report, WallClock wallClock, QStringList chartsWithoutPatient = {});
+  Sender(Spool& spool, Pacs& pacs, Report report, Spool::WallClock wallClock,
+         QStringList chartsWithoutPatient = {});
 
   /// Does what is due now, with at most one reply. Returns when to call again: at once (0), after some time,
   /// or, with nothing, not before something new waits. `now` is on a clock that never goes back.
@@ -68,7 +67,7 @@ class Sender {
   Spool& spool_;
   Pacs& pacs_;
   Report report_;
-  WallClock wallClock_;
+  Spool::WallClock wallClock_;
   QStringList chartsWithoutPatient_;
   InstanceNumbers instanceNumbers_;
   QHash<QString, Line> lines_;  // of the patients' identifiers

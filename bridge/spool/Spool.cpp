@@ -171,7 +171,8 @@ bool Spool::isServed(const QString& folder) {
   return served;
 }
 
-Spool::Spool(const QString& folder) : folder_(folder) {}
+Spool::Spool(const QString& folder, WallClock wallClock)
+    : folder_(folder), wallClock_(std::move(wallClock)) {}
 
 Spool::~Spool() {
   if (lock_ >= 0) ::close(lock_);
@@ -252,7 +253,7 @@ base::Result<QStringList> Spool::loadEntry(const QString& name) {
     remarks.append(QStringLiteral("%1 is set aside: %2").arg(name, read.state.reason));
     const bool kept = keepDamaged(name, ReplyEnding);
     keepDamaged(name, StateEnding);
-    read.state.changed = QDateTime::currentDateTime();
+    read.state.changed = wallClock_();
     const base::Result<> written = writeSpoolFile(path(name, StateEnding), encodeState(read.state));
     if (!written) remarks.append(written.error());
     if (written && kept && read.damaged == QLatin1String(ReplyEnding)) {
@@ -288,7 +289,7 @@ QString Spool::newName() {
   const std::lock_guard guard(mutex_);
   return QStringLiteral("%1-%2")
       .arg(next_++, 8, 10, QLatin1Char('0'))
-      .arg(QDate::currentDate().toString(QStringLiteral("yyyyMMdd")));
+      .arg(wallClock_().date().toString(QStringLiteral("yyyyMMdd")));
 }
 
 base::Result<> Spool::add(const QString& name, const SpooledReply& reply) {
@@ -340,7 +341,7 @@ base::Result<> Spool::change(const QString& name, const EntryState& state) {
 QString Spool::setDamagedAside(const QString& name) {
   EntryState aside;
   aside.state = SpoolState::Aside;
-  aside.changed = QDateTime::currentDateTime();
+  aside.changed = wallClock_();
   aside.reason = damageOf(name, QLatin1String(ReplyEnding));
   const bool kept = keepDamaged(name, ReplyEnding);
   if (writeSpoolFile(path(name, StateEnding), encodeState(aside)).ok() && kept) {
@@ -354,7 +355,7 @@ QString Spool::setDamagedAside(const QString& name) {
   return aside.reason;
 }
 
-QStringList Spool::takeBack(const QDateTime& now) {
+QStringList Spool::takeBack() {
   QStringList taken;
   for (const QString& name : namesIn(wishesFolder(), {QString()})) {
     Entry entry;
@@ -366,7 +367,7 @@ QStringList Spool::takeBack(const QDateTime& now) {
     EntryState again = entry.state;
     if (!entry.item.sopInstanceUID.isEmpty() && again.state == SpoolState::Aside) {
       again.state = SpoolState::Waiting;
-      again.changed = now;
+      again.changed = wallClock_();
       again.tries = 0;
       if (!change(name, again).ok()) continue;  // the wish stays
       taken.append(name);
@@ -378,7 +379,8 @@ QStringList Spool::takeBack(const QDateTime& now) {
 
 bool Spool::hasWishes() const { return !namesIn(wishesFolder(), {QString()}).isEmpty(); }
 
-void Spool::forgetOldRecords(const QDateTime& now) {
+void Spool::forgetOldRecords() {
+  const QDateTime now = wallClock_();
   QStringList old;
   {
     const std::lock_guard guard(mutex_);

@@ -6,6 +6,7 @@
 #include <QMap>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <mutex>
 #include <optional>
 
@@ -44,6 +45,9 @@ struct SpoolItem {
 /// holds the lock changes a state. The folders are for their owner only, whatever the umask.
 class Spool {
  public:
+  /// The time of day; for what is written down, never for waiting.
+  using WallClock = std::function<QDateTime()>;
+
   // For everybody, also while a server runs.
 
   /// Everything in the spool, in the order of arrival. A spool that does not exist yet is empty.
@@ -59,7 +63,7 @@ class Spool {
   static constexpr int MostRecords = 2000;
   static constexpr int DaysOfRecords = 90;
 
-  explicit Spool(const QString& folder);
+  explicit Spool(const QString& folder, WallClock wallClock = &QDateTime::currentDateTime);
   ~Spool();
   Spool(const Spool&) = delete;
   Spool& operator=(const Spool&) = delete;
@@ -92,11 +96,11 @@ class Spool {
   /// noted.
   QString setDamagedAside(const QString& name);
   /// Lets those wait again that putBack() was called for. Their names.
-  QStringList takeBack(const QDateTime& now);
+  QStringList takeBack();
   /// Whether there are wishes that takeBack() could not fulfil, or has not seen.
   bool hasWishes() const;
   /// Forgets old records of stored replies.
-  void forgetOldRecords(const QDateTime& now);
+  void forgetOldRecords();
 
  private:
   struct Entry {
@@ -112,6 +116,7 @@ class Spool {
   bool keepDamaged(const QString& name, const char* ending) const;
 
   QString folder_;
+  WallClock wallClock_;
   int lock_ = -1;
   QStringList remarks_;
   mutable std::mutex mutex_;  // of what follows

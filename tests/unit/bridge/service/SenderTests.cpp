@@ -21,17 +21,18 @@ class SenderTest : public ::testing::Test {
     pacs_.studies = {study("1.1", "A"), study("1.2", "B"), study("1.3", "C")};
   }
 
+  static QDateTime timeOfDay() { return QDateTime(QDate(2024, 5, 2), QTime(10, 0), Qt::UTC); }
   void newSender() {
     sender_ = std::make_unique<Sender>(
         *spool_, pacs_,
         Sender::Report{[this](const QString& line) { lines_.append(line); },
                        [this](const QString& line) { lines_.append(line); }},
-        [] { return QDateTime(QDate(2024, 5, 2), QTime(10, 0), Qt::UTC); }, QStringList{Vision});
+        timeOfDay, QStringList{Vision});
   }
   void restart() {
     sender_.reset();
     spool_.reset();
-    spool_ = std::make_unique<Spool>(temporary_.filePath(text("spool")));
+    spool_ = std::make_unique<Spool>(temporary_.filePath(text("spool")), timeOfDay);
     ASSERT_EQ(spool_->open().error(), QString());
     newSender();
   }
@@ -65,7 +66,7 @@ class SenderTest : public ::testing::Test {
   }
 
   QTemporaryDir temporary_;
-  std::unique_ptr<Spool> spool_ = std::make_unique<Spool>(temporary_.filePath(text("spool")));
+  std::unique_ptr<Spool> spool_ = std::make_unique<Spool>(temporary_.filePath(text("spool")), timeOfDay);
   ScriptedPacs pacs_;
   QStringList lines_;
   std::unique_ptr<Sender> sender_;

@@ -11,6 +11,8 @@ namespace {
 
 const QDateTime Now(QDate(2024, 5, 2), QTime(10, 0), Qt::UTC);
 
+QDateTime atNow() { return Now; }
+
 SpooledReply someReply(const char* identifier = "P-1") {
   return *spooledReply(replyTo(study("1.2.3", identifier)), Growth, Now);
 }
@@ -52,17 +54,18 @@ TEST_F(SpoolTest, KeepsAReplyAcrossARestart) {
   const SpooledReply reply = someReply();
   QString name;
   {
-    Spool spool(folder());
+    Spool spool(folder(), atNow);
     ASSERT_EQ(spool.open().error(), QString());
     name = added(spool, reply);
   }
-  Spool spool(folder());
+  Spool spool(folder(), atNow);
   ASSERT_EQ(spool.open().error(), QString());
   ASSERT_EQ(spool.waiting().size(), 1);
   EXPECT_EQ(spool.waiting().first().name, name);
   EXPECT_EQ(spool.waiting().first().sopInstanceUID, reply.sopInstanceUID);
   EXPECT_EQ(*spool.read(name), reply);
   EXPECT_LT(name, spool.newName());
+  EXPECT_TRUE(name.endsWith(text("-20240502")));
 }
 
 TEST_F(SpoolTest, IsForItsOwnerOnlyWhateverTheUmask) {
@@ -89,7 +92,7 @@ TEST_F(SpoolTest, IsForItsOwnerOnlyWhateverTheUmask) {
 TEST_F(SpoolTest, MakesAnOpenFolderPrivate) {
   QDir().mkpath(folder());
   ::chmod(QFile::encodeName(folder()).constData(), 0755);
-  Spool spool(folder());
+  Spool spool(folder(), atNow);
   ASSERT_EQ(spool.open().error(), QString());
   EXPECT_EQ(permissionsOf(folder()), 0700u);
 }
@@ -107,7 +110,7 @@ TEST_F(SpoolTest, LetsOneServerIn) {
 }
 
 TEST_F(SpoolTest, DropsTheImageOfWhatIsStoredAndKeepsARecord) {
-  Spool spool(folder());
+  Spool spool(folder(), atNow);
   ASSERT_EQ(spool.open().error(), QString());
   const QString name = added(spool);
   ASSERT_EQ(spool.change(name, stateOf(SpoolState::Stored)).error(), QString());
@@ -125,7 +128,7 @@ TEST_F(SpoolTest, DropsTheImageOfWhatIsStoredAndKeepsARecord) {
 TEST_F(SpoolTest, ClearsAwayWhatAKilledServerLeft) {
   QString stored;
   {
-    Spool spool(folder());
+    Spool spool(folder(), atNow);
     ASSERT_EQ(spool.open().error(), QString());
     stored = added(spool);
     const QByteArray reply = readFile(inFolder(text("replies/") + stored + text(".reply")));
@@ -135,7 +138,7 @@ TEST_F(SpoolTest, ClearsAwayWhatAKilledServerLeft) {
     writeFile(inFolder(text("replies/.0123456789abcdef.reply.unfinished")), reply.left(100));
     writeFile(inFolder(text("series/.0123456789abcdef.1.unfinished")), "x");
   }
-  Spool spool(folder());
+  Spool spool(folder(), atNow);
   ASSERT_EQ(spool.open().error(), QString());
   EXPECT_EQ(fileNames(inFolder(text("replies"))), QStringList{stored + text(".state")});
   EXPECT_EQ(fileNames(inFolder(text("series"))), QStringList());
@@ -147,19 +150,20 @@ TEST_F(SpoolTest, SetsADamagedReplyAsideAndGoesOnWithTheRest) {
   const QByteArray noise("velmora-link reply 1 nonsense\n{\n");
   QString damaged, whole;
   {
-    Spool spool(folder());
+    Spool spool(folder(), atNow);
     ASSERT_EQ(spool.open().error(), QString());
     damaged = added(spool);
     whole = added(spool);
     writeFile(inFolder(text("replies/") + damaged + text(".reply")), noise);
   }
-  Spool spool(folder());
+  Spool spool(folder(), atNow);
   ASSERT_EQ(spool.open().error(), QString());
   ASSERT_EQ(spool.waiting().size(), 1);
   EXPECT_EQ(spool.waiting().first().name, whole);
   EXPECT_EQ(spool.remarks().size(), 1);
   EXPECT_EQ(readFile(inFolder(text("damaged/") + damaged + text(".reply"))), noise);
   EXPECT_EQ(listed(damaged).state, SpoolState::Aside);
+  EXPECT_EQ(listed(damaged).changed, Now);
   EXPECT_TRUE(listed(damaged).reason.endsWith(text("is damaged")));
   EXPECT_FALSE(Spool::putBack(folder(), damaged).ok());
 }
@@ -167,17 +171,17 @@ TEST_F(SpoolTest, SetsADamagedReplyAsideAndGoesOnWithTheRest) {
 TEST_F(SpoolTest, SetsAReplyAsideWhoseStateIsDamaged) {
   QString name;
   {
-    Spool spool(folder());
+    Spool spool(folder(), atNow);
     ASSERT_EQ(spool.open().error(), QString());
     name = added(spool);
     writeFile(inFolder(text("replies/") + name + text(".state")), "noise");
   }
-  Spool spool(folder());
+  Spool spool(folder(), atNow);
   ASSERT_EQ(spool.open().error(), QString());
   EXPECT_TRUE(spool.waiting().isEmpty());
   EXPECT_EQ(readFile(inFolder(text("damaged/") + name + text(".state"))), QByteArray("noise"));
   EXPECT_EQ(Spool::putBack(folder(), name).error(), QString());
-  EXPECT_EQ(spool.takeBack(Now), QStringList{name});
+  EXPECT_EQ(spool.takeBack(), QStringList{name});
   EXPECT_EQ(spool.waiting().size(), 1);
 }
 
@@ -185,13 +189,13 @@ TEST_F(SpoolTest, TakesWhatTheDiskDoesNotGiveForNothingElse) {
   for (const char* ending : {".state", ".reply"}) {
     QString name;
     {
-      Spool spool(folder());
+      Spool spool(folder(), atNow);
       ASSERT_EQ(spool.open().error(), QString());
       name = added(spool);
       ASSERT_EQ(spool.change(name, stateOf(SpoolState::Aside)).error(), QString());
       ASSERT_EQ(Spool::putBack(folder(), name).error(), QString());
     }
-    Spool spool(folder());
+    Spool spool(folder(), atNow);
     {
       const UnreadableFile unreadable(inFolder(text("replies/") + name + text(ending)));
       ASSERT_EQ(spool.open().error(), QString());
@@ -199,11 +203,11 @@ TEST_F(SpoolTest, TakesWhatTheDiskDoesNotGiveForNothingElse) {
       EXPECT_FALSE(listed(name).isReadable);
       EXPECT_TRUE(listed(name).reason.startsWith(text("cannot read its file ") + name + text(ending)));
       EXPECT_FALSE(spool.loadEntry(name).ok());
-      EXPECT_EQ(spool.takeBack(Now), QStringList()) << "nobody knows whether it was set aside";
+      EXPECT_EQ(spool.takeBack(), QStringList()) << "nobody knows whether it was set aside";
     }
     EXPECT_EQ(spool.loadEntry(name).valueOr({text("failed")}), QStringList());
     EXPECT_EQ(spool.state(name), stateOf(SpoolState::Aside));
-    EXPECT_EQ(spool.takeBack(Now), QStringList{name}) << "the wish has stayed";
+    EXPECT_EQ(spool.takeBack(), QStringList{name}) << "the wish has stayed";
   }
 }
 
@@ -212,11 +216,11 @@ TEST_F(SpoolTest, GivesNamesThatItFindsAgainWhateverStandsInIt) {
   writeFile(inFolder(text("damaged/99999999-20240502.reply")), "noise");
   QString name;
   {
-    Spool spool(folder());
+    Spool spool(folder(), atNow);
     ASSERT_EQ(spool.open().error(), QString());
     name = added(spool);
   }
-  Spool spool(folder());
+  Spool spool(folder(), atNow);
   ASSERT_EQ(spool.open().error(), QString());
   ASSERT_EQ(spool.waiting().size(), 1);
   EXPECT_EQ(spool.waiting().first().name, name);
@@ -225,14 +229,14 @@ TEST_F(SpoolTest, GivesNamesThatItFindsAgainWhateverStandsInIt) {
 TEST_F(SpoolTest, LeavesForeignFilesAlone) {
   QDir().mkpath(inFolder(text("replies/a-folder.reply")));
   writeFile(inFolder(text("replies/notes.txt")), "hello");
-  Spool spool(folder());
+  Spool spool(folder(), atNow);
   ASSERT_EQ(spool.open().error(), QString());
   EXPECT_TRUE(Spool::list(folder())->isEmpty());
   EXPECT_EQ(readFile(inFolder(text("replies/notes.txt"))), QByteArray("hello"));
 }
 
 TEST_F(SpoolTest, PutsBackWhatWasSetAside) {
-  Spool spool(folder());
+  Spool spool(folder(), atNow);
   ASSERT_EQ(spool.open().error(), QString());
   const QString aside = added(spool);
   const QString waiting = added(spool);
@@ -247,8 +251,8 @@ TEST_F(SpoolTest, PutsBackWhatWasSetAside) {
   EXPECT_TRUE(Spool::putBack(folder(), text("../lock")).error().startsWith(text("there is no ")));
   EXPECT_EQ(Spool::putBack(folder(), aside).error(), QString());
   EXPECT_EQ(listed(aside).state, SpoolState::Waiting);
-  EXPECT_EQ(spool.takeBack(Now), QStringList{aside});
-  EXPECT_EQ(spool.takeBack(Now), QStringList());
+  EXPECT_EQ(spool.takeBack(), QStringList{aside});
+  EXPECT_EQ(spool.takeBack(), QStringList());
   ASSERT_EQ(spool.waiting().size(), 2);
   EXPECT_EQ(spool.waiting().first().name, aside);
   EXPECT_EQ(spool.state(aside).decision, state.decision);
@@ -257,7 +261,7 @@ TEST_F(SpoolTest, PutsBackWhatWasSetAside) {
 TEST_F(SpoolTest, TakesBackAcrossARestartAndNeverWhatIsStored) {
   QString aside, stored;
   {
-    Spool spool(folder());
+    Spool spool(folder(), atNow);
     ASSERT_EQ(spool.open().error(), QString());
     aside = added(spool);
     stored = added(spool);
@@ -266,15 +270,15 @@ TEST_F(SpoolTest, TakesBackAcrossARestartAndNeverWhatIsStored) {
   }
   ASSERT_EQ(Spool::putBack(folder(), aside).error(), QString());
   writeFile(inFolder(text("again/") + stored), "");
-  Spool spool(folder());
+  Spool spool(folder(), atNow);
   ASSERT_EQ(spool.open().error(), QString());
-  EXPECT_EQ(spool.takeBack(Now), QStringList{aside});
+  EXPECT_EQ(spool.takeBack(), QStringList{aside});
   EXPECT_EQ(listed(stored).state, SpoolState::Stored);
   EXPECT_TRUE(fileNames(inFolder(text("again"))).isEmpty());
 }
 
 TEST_F(SpoolTest, ForgetsOldRecordsButNothingElse) {
-  Spool spool(folder());
+  Spool spool(folder(), atNow);
   ASSERT_EQ(spool.open().error(), QString());
   const QString old = added(spool);
   const QString aside = added(spool);
@@ -282,7 +286,7 @@ TEST_F(SpoolTest, ForgetsOldRecordsButNothingElse) {
   ASSERT_EQ(spool.change(old, stateOf(SpoolState::Stored, Now.addDays(-91))).error(), QString());
   ASSERT_EQ(spool.change(aside, stateOf(SpoolState::Aside, Now.addDays(-900))).error(), QString());
   ASSERT_EQ(spool.change(young, stateOf(SpoolState::Stored, Now.addDays(-89))).error(), QString());
-  spool.forgetOldRecords(Now);
+  spool.forgetOldRecords();
   QStringList names;
   for (const SpoolItem& item : Spool::list(folder()).valueOr({})) names.append(item.name);
   EXPECT_EQ(names, (QStringList{aside, young}));
@@ -290,7 +294,7 @@ TEST_F(SpoolTest, ForgetsOldRecordsButNothingElse) {
 
 TEST_F(SpoolTest, SaysWhyItCannotBeOpened) {
   writeFile(temporary_.filePath(text("state")), "a file");
-  Spool spool(folder());
+  Spool spool(folder(), atNow);
   EXPECT_TRUE(spool.open().error().startsWith(text("cannot make the folder ")));
 }
 
