@@ -48,7 +48,7 @@ class Receiver : public QObject {
   Receiver(ReplyFolder& folder, const Limits& limits) : folder_(folder), limits_(limits) {}
 
   /// Any thread. Writing a file may take long, and the thread that receives must not wait for it.
-  void hear(const QVariantMap& reply) {
+  void receive(const QVariantMap& reply) {
     const QDateTime arrival = QDateTime::currentDateTime();
     QMetaObject::invokeMethod(
         this, [this, reply, arrival] { base::guarded("a chart that came", [&] { take(reply, arrival); }); },
@@ -129,7 +129,7 @@ int runReceive(const QStringList& arguments) {
   Receiver receiver(folder, *limits);
   const QString name = link::notificationName(*application);
   link::BusLink bus(
-      QString(), [&](const link::Message& message) { receiver.hear(message.userInfo); },
+      QString(), [&](const link::Message& message) { receiver.receive(message.userInfo); },
       [](const QString& line) { printError(line); });
   bus.subscribe(name, link::ReplyObject);
   if (!bus.flush(std::chrono::seconds(20))) {

@@ -27,11 +27,11 @@ QStringList sendableOf(const QList<SpoolItem>& items) {
 }
 
 /// Whether each of them was put back; what was not has been said.
-bool putBack(const QString& folder, const QStringList& names, const QStringList& aside) {
+bool requestRetries(const QString& folder, const QStringList& names, const QStringList& aside) {
   bool all = true;
   for (const QString& name : names) {
     const base::Result<> put = aside.contains(name)
-                                   ? Spool::putBack(folder, name)
+                                   ? Spool::requestRetry(folder, name)
                                    : base::Failure{QStringLiteral("nothing of that name is set aside")};
     if (put) {
       printLine(name + QStringLiteral(" waits again"));
@@ -75,7 +75,7 @@ int runRetry(const QStringList& arguments) {
   if (named.isEmpty() && all.size() < aside.size()) {
     printLine(QStringLiteral("%1 damaged, left set aside").arg(aside.size() - all.size()));
   }
-  if (!putBack(config->spoolFolder, named.isEmpty() ? all : named, aside)) return Failure;
+  if (!requestRetries(config->spoolFolder, named.isEmpty() ? all : named, aside)) return Failure;
   if (!Spool::isServed(config->spoolFolder)) {
     printLine(QStringLiteral("velmora-link serve is not running; what waits is stored when it does"));
   }

@@ -20,9 +20,9 @@ namespace {
 
 /// How long the exchange that runs may go on when the program is to end. What it has not finished is sent
 /// again after the next start, as the same object.
-constexpr std::chrono::seconds Farewell{10};
+constexpr std::chrono::seconds ShutdownTimeout{10};
 /// How long one look for the bus may hold up the writing of replies.
-constexpr std::chrono::milliseconds OneLook{500};
+constexpr std::chrono::milliseconds PollInterval{500};
 
 /// Lines come from several threads.
 void say(void (*print)(const QString&), const QString& line) {
@@ -39,14 +39,14 @@ class Listening {
   Listening(Service& service, const Config& config)
       : config_(config),
         bus_(
-            QString(), [&service](const link::Message& message) { service.hear(message); },
+            QString(), [&service](const link::Message& message) { service.receive(message); },
             [](const QString& line) { failed(line); }) {
     for (const QString& application : config.applications) {
       const QString name = link::notificationName(application);
       bus_.subscribe(name, link::RequestObject);
       bus_.subscribe(name, link::ReplyObject);
     }
-    looks_.setInterval(OneLook);
+    looks_.setInterval(PollInterval);
     QObject::connect(&looks_, &QTimer::timeout, &looks_, [this] { look(); });
     looks_.start();
     QTimer::singleShot(0, &looks_, [this] { look(); });
@@ -55,7 +55,7 @@ class Listening {
  private:
   void look() {
     base::guarded("a look for the bus", [this] {
-      if (!looks_.isActive() || !bus_.flush(OneLook)) return;
+      if (!looks_.isActive() || !bus_.flush(PollInterval)) return;
       looks_.stop();
       done(QStringLiteral("listening for the charts of %1, spool %2")
                .arg(config_.applications.join(QStringLiteral(", ")), config_.spoolFolder));
@@ -89,7 +89,7 @@ int runServe(const QStringList& arguments) {
     failed(opened.error());
     return Failure;
   }
-  for (const QString& remark : spool.remarks()) failed(remark);
+  for (const QString& warning : spool.warnings()) failed(warning);
   RequestMemory requests(spool.folder() + QStringLiteral("/requests"));
   const base::Result<> remembered = requests.open(QDateTime::currentDateTimeUtc());
   if (!remembered) failed(remembered.error());
@@ -104,8 +104,8 @@ int runServe(const QStringList& arguments) {
     const Listening listening(service, *config);
     QCoreApplication::exec();
   }
-  service.settle();
-  if (!service.end(Farewell)) {
+  service.drain();
+  if (!service.end(ShutdownTimeout)) {
     failed(QStringLiteral("ended in the middle of an exchange with the PACS"));
     std::_Exit(Success);
   }

@@ -30,7 +30,7 @@ Sender::Sender(Spool& spool, Pacs& pacs, Report report, Spool::WallClock wallClo
       instanceNumbers_(spool.folder() + QStringLiteral("/series")) {}
 
 std::optional<Sender::Milliseconds> Sender::step(Milliseconds now) {
-  for (const QString& name : spool_.takeBack()) {
+  for (const QString& name : spool_.takeRetryRequests()) {
     report_.done(QStringLiteral("again %1").arg(name));
   }
   const QList<SpoolItem> waiting = spool_.waiting();
@@ -48,12 +48,12 @@ std::optional<Sender::Milliseconds> Sender::step(Milliseconds now) {
     }
   }
   lines_ = lines;  // forgets those that have come to their end
-  // A wish stays while the disk does not take its fulfilment, and nobody tells when it does again.
-  const auto orWishes = [this](std::optional<Milliseconds> wait) {
-    return spool_.hasWishes() ? std::min(wait.value_or(FirstDelay), FirstDelay) : wait;
+  // A request to retry stays while the disk does not take the new state, and nobody tells when it does again.
+  const auto orRetryRequests = [this](std::optional<Milliseconds> wait) {
+    return spool_.hasRetryRequests() ? std::min(wait.value_or(FirstDelay), FirstDelay) : wait;
   };
-  if (next == nullptr) return orWishes(std::nullopt);
-  if (*earliest > now) return orWishes(*earliest - now);
+  if (next == nullptr) return orRetryRequests(std::nullopt);
+  if (*earliest > now) return orRetryRequests(*earliest - now);
 
   const QString name = lineOf(*next);
   if (attempt(*next) == End::Finished) {
@@ -91,7 +91,7 @@ Sender::End Sender::send(const SpoolItem& item) {
   if (!item.isReadable) {
     // Nothing is known of it, and nothing must be written over what cannot be read.
     const base::Result<QStringList> loaded = spool_.loadEntry(item.name);
-    for (const QString& remark : loaded.valueOr({})) report_.failed(remark);
+    for (const QString& warning : loaded.valueOr({})) report_.failed(warning);
     return loaded ? End::Finished : End::Later;
   }
   EntryState state = spool_.state(item.name);

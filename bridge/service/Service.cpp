@@ -56,8 +56,8 @@ Service::Service(Spool& spool, RequestMemory& requests, Pacs& pacs, const Config
       if (!inbox_.keepsSome()) again_.stop();
     });
   });
-  wishes_.addPath(spool.wishesFolder());
-  connect(&wishes_, &QFileSystemWatcher::directoryChanged, this,
+  retryRequests_.addPath(spool.retryRequestsFolder());
+  connect(&retryRequests_, &QFileSystemWatcher::directoryChanged, this,
           [this] { base::guarded("a wish", [this] { wake(); }); });
   worker_ = std::thread([this] { work(); });
 }
@@ -67,7 +67,7 @@ Service::~Service() {
   worker_.join();
 }
 
-void Service::hear(const link::Message& message) {
+void Service::receive(const link::Message& message) {
   const QDateTime arrival = QDateTime::currentDateTime();
   const qint64 size = sizeOf(message);
   if (underway_ + size > Inbox::MostKept) {
@@ -100,7 +100,7 @@ void Service::take(const link::Message& message, const QDateTime& arrival) {
   if (inbox_.keepsSome() && !again_.isActive()) again_.start();
 }
 
-void Service::settle() {
+void Service::drain() {
   QCoreApplication::processEvents();
   inbox_.tryAgain();
   if (inbox_.kept() > 0) {
@@ -111,7 +111,7 @@ void Service::settle() {
 
 void Service::wake() {
   const std::lock_guard guard(mutex_);
-  news_ = true;
+  hasWork_ = true;
   changed_.notify_all();
 }
 
@@ -119,7 +119,7 @@ void Service::work() {
   const auto start = std::chrono::steady_clock::now();
   std::unique_lock guard(mutex_);
   while (!ending_) {
-    news_ = false;
+    hasWork_ = false;
     guard.unlock();
     std::optional<Sender::Milliseconds> wait = Sender::LongestDelay;
     try {
@@ -130,11 +130,11 @@ void Service::work() {
               QString::fromLocal8Bit(exception.what()));
     }
     guard.lock();
-    const auto isNews = [this] { return news_ || ending_; };
+    const auto hasWork = [this] { return hasWork_ || ending_; };
     if (wait) {
-      changed_.wait_for(guard, *wait, isNews);
+      changed_.wait_for(guard, *wait, hasWork);
     } else {
-      changed_.wait(guard, isNews);
+      changed_.wait(guard, hasWork);
     }
   }
   ended_ = true;

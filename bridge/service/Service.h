@@ -32,10 +32,10 @@ class Service : public QObject {
   Service& operator=(const Service&) = delete;
 
   /// Takes what came over the bus. Any thread; quick.
-  void hear(const velmora::link::Message& message);
+  void receive(const velmora::link::Message& message);
 
   /// Before the end: writes down what has been heard, and says what cannot be.
-  void settle();
+  void drain();
   /// Lets no new exchange with the PACS begin. Whether the one that runs ended within `limit`.
   bool end(std::chrono::milliseconds limit);
 
@@ -49,12 +49,12 @@ class Service : public QObject {
   Inbox inbox_;
   Sender sender_;
   QTimer again_;
-  QFileSystemWatcher wishes_;
+  QFileSystemWatcher retryRequests_;
   std::atomic<qint64> underway_{0};  // bytes between the bus and the spool
 
   std::mutex mutex_;  // of what follows
   std::condition_variable changed_;
-  bool news_ = true;
+  bool hasWork_ = true;
   bool ending_ = false;
   bool ended_ = false;
   std::thread worker_;

@@ -145,7 +145,7 @@ base::Result<QList<SpoolItem>> Spool::list(const QString& folder) {
   return items;
 }
 
-base::Result<> Spool::putBack(const QString& folder, const QString& name) {
+base::Result<> Spool::requestRetry(const QString& folder, const QString& name) {
   const base::Result<QList<SpoolItem>> items = list(folder);
   if (!items) return items.failure();
   for (const SpoolItem& item : *items) {
@@ -178,7 +178,7 @@ Spool::~Spool() {
   if (lock_ >= 0) ::close(lock_);
 }
 
-QString Spool::wishesFolder() const { return within(folder_, "again"); }
+QString Spool::retryRequestsFolder() const { return within(folder_, "again"); }
 
 QString Spool::path(const QString& name, const char* ending) const {
   return within(folder_, "replies/") + name + QLatin1String(ending);
@@ -225,13 +225,13 @@ void Spool::removeAbandonedFiles() const {
 void Spool::load() {
   const QString replies = within(folder_, "replies");
   for (const QString& name : namesIn(replies, {QLatin1String(ReplyEnding), QLatin1String(StateEnding)})) {
-    countOn(name);
+    advanceNumberPast(name);
     const base::Result<QStringList> loaded = loadEntry(name);
-    remarks_ += loaded ? *loaded : QStringList(QStringLiteral("%1 waits: %2").arg(name, loaded.error()));
+    warnings_ += loaded ? *loaded : QStringList(QStringLiteral("%1 waits: %2").arg(name, loaded.error()));
   }
   for (const QString& name :
        namesIn(within(folder_, "damaged"), {QLatin1String(ReplyEnding), QLatin1String(StateEnding)})) {
-    countOn(name);
+    advanceNumberPast(name);
   }
 }
 
@@ -248,14 +248,14 @@ base::Result<QStringList> Spool::loadEntry(const QString& name) {
     return QStringList();
   }
   ReadEntry read = **found;
-  QStringList remarks;
+  QStringList warnings;
   if (!read.damaged.isEmpty()) {
-    remarks.append(QStringLiteral("%1 is set aside: %2").arg(name, read.state.reason));
+    warnings.append(QStringLiteral("%1 is set aside: %2").arg(name, read.state.reason));
     const bool kept = keepDamaged(name, ReplyEnding);
     keepDamaged(name, StateEnding);
     read.state.changed = wallClock_();
     const base::Result<> written = writeSpoolFile(path(name, StateEnding), encodeState(read.state));
-    if (!written) remarks.append(written.error());
+    if (!written) warnings.append(written.error());
     if (written && kept && read.damaged == QLatin1String(ReplyEnding)) {
       QFile::remove(path(name, ReplyEnding));
     }
@@ -265,11 +265,10 @@ base::Result<QStringList> Spool::loadEntry(const QString& name) {
   show(read.state, read.item);
   const std::lock_guard guard(mutex_);
   entries_.insert(name, {read.item, read.state});
-  return remarks;
+  return warnings;
 }
 
-/// New names come after this one.
-void Spool::countOn(const QString& name) {
+void Spool::advanceNumberPast(const QString& name) {
   // No spool comes that far. A file that is named so is not ours, and after it new names would lose their
   // form.
   constexpr qint64 Unreachable = 99'000'000;
@@ -355,29 +354,29 @@ QString Spool::setDamagedAside(const QString& name) {
   return aside.reason;
 }
 
-QStringList Spool::takeBack() {
+QStringList Spool::takeRetryRequests() {
   QStringList taken;
-  for (const QString& name : namesIn(wishesFolder(), {QString()})) {
+  for (const QString& name : namesIn(retryRequestsFolder(), {QString()})) {
     Entry entry;
     {
       const std::lock_guard guard(mutex_);
       entry = entries_.value(name);
     }
-    if (!entry.item.isReadable) continue;  // the wish stays until it is known what it is about
+    if (!entry.item.isReadable) continue;  // the request stays until its entry can be read
     EntryState again = entry.state;
     if (!entry.item.sopInstanceUID.isEmpty() && again.state == SpoolState::Aside) {
       again.state = SpoolState::Waiting;
       again.changed = wallClock_();
       again.tries = 0;
-      if (!change(name, again).ok()) continue;  // the wish stays
+      if (!change(name, again).ok()) continue;  // the request stays
       taken.append(name);
     }
-    QFile::remove(wishesFolder() + QLatin1Char('/') + name);
+    QFile::remove(retryRequestsFolder() + QLatin1Char('/') + name);
   }
   return taken;
 }
 
-bool Spool::hasWishes() const { return !namesIn(wishesFolder(), {QString()}).isEmpty(); }
+bool Spool::hasRetryRequests() const { return !namesIn(retryRequestsFolder(), {QString()}).isEmpty(); }
 
 void Spool::forgetOldRecords() {
   const QDateTime now = wallClock_();

@@ -52,8 +52,8 @@ class Spool {
 
   /// Everything in the spool, in the order of arrival. A spool that does not exist yet is empty.
   static velmora::base::Result<QList<SpoolItem>> list(const QString& folder);
-  /// Puts what was set aside back among what waits; a server that runs sees it at once.
-  static velmora::base::Result<> putBack(const QString& folder, const QString& name);
+  /// Asks the server to send again what was set aside; one that runs sees it at once.
+  static velmora::base::Result<> requestRetry(const QString& folder, const QString& name);
   /// Whether a server works in this spool.
   static bool isServed(const QString& folder);
 
@@ -71,10 +71,10 @@ class Spool {
   /// Makes what is missing, locks, clears away what a killed server left, and reads what is there.
   velmora::base::Result<> open();
   /// What open() found damaged, one log line each.
-  QStringList remarks() const { return remarks_; }
+  QStringList warnings() const { return warnings_; }
   QString folder() const { return folder_; }
-  /// Where putBack() leaves its wishes, for whoever wants to watch it.
-  QString wishesFolder() const;
+  /// Where requestRetry() leaves its requests, for whoever wants to watch the folder.
+  QString retryRequestsFolder() const;
 
   /// A name for the next reply, later in the order than all others.
   QString newName();
@@ -95,10 +95,10 @@ class Spool {
   /// Moves an unreadable reply to the damaged ones; it counts as set aside. Returns the reason, as it is
   /// noted.
   QString setDamagedAside(const QString& name);
-  /// Lets those wait again that putBack() was called for. Their names.
-  QStringList takeBack();
-  /// Whether there are wishes that takeBack() could not fulfil, or has not seen.
-  bool hasWishes() const;
+  /// Lets those wait again that requestRetry() was called for. Returns their names.
+  QStringList takeRetryRequests();
+  /// Whether there are requests that takeRetryRequests() could not carry out or has not seen.
+  bool hasRetryRequests() const;
   /// Forgets old records of stored replies.
   void forgetOldRecords();
 
@@ -112,13 +112,14 @@ class Spool {
   velmora::base::Result<> lock();
   void removeAbandonedFiles() const;
   void load();
-  void countOn(const QString& name);
+  /// Lets new names come after this one.
+  void advanceNumberPast(const QString& name);
   bool keepDamaged(const QString& name, const char* ending) const;
 
   QString folder_;
   WallClock wallClock_;
   int lock_ = -1;
-  QStringList remarks_;
+  QStringList warnings_;
   mutable std::mutex mutex_;  // of what follows
   QMap<QString, Entry> entries_;
   qint64 next_ = 1;

@@ -174,7 +174,7 @@ TEST(Serve, TakesBackWhatWasSetAsideWhileItRuns) {
   const QString name = nameIn(serve.lineWith("taken"));
   ASSERT_TRUE(serve.complains("aside"));
   world.put(study);
-  ASSERT_EQ(Spool::putBack(world.spool(), name).error(), QString());
+  ASSERT_EQ(Spool::requestRetry(world.spool(), name).error(), QString());
   EXPECT_EQ(nameIn(serve.lineWith("stored")), name);
   EXPECT_EQ(world.charts({study}).size(), 1);
 }

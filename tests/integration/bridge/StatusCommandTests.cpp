@@ -152,11 +152,11 @@ TEST_F(RetryCommand, PutsBackWhatIsNamedAndNothingElse) {
   EXPECT_TRUE(output_.contains(text("serve is not running")));
   Spool server(spool());
   ASSERT_EQ(server.open().error(), QString());
-  EXPECT_EQ(server.takeBack(), QStringList{first});
+  EXPECT_EQ(server.takeRetryRequests(), QStringList{first});
 
   ASSERT_EQ(run({text("retry"), text("--all")}), 0) << qPrintable(errors_);
   EXPECT_EQ(output_, second + text(" waits again\n"));
-  EXPECT_EQ(server.takeBack(), QStringList{second});
+  EXPECT_EQ(server.takeRetryRequests(), QStringList{second});
 
   ASSERT_EQ(run({text("retry"), text("--all")}), 0);
   EXPECT_EQ(output_, text("nothing is set aside\n"));

@@ -23,11 +23,10 @@ class SenderTest : public ::testing::Test {
 
   static QDateTime timeOfDay() { return QDateTime(QDate(2024, 5, 2), QTime(10, 0), Qt::UTC); }
   void newSender() {
-    sender_ = std::make_unique<Sender>(
-        *spool_, pacs_,
-        Sender::Report{[this](const QString& line) { lines_.append(line); },
-                       [this](const QString& line) { lines_.append(line); }},
-        timeOfDay, QStringList{Vision});
+    sender_ = std::make_unique<Sender>(*spool_, pacs_,
+                                       Sender::Report{[this](const QString& line) { lines_.append(line); },
+                                                      [this](const QString& line) { lines_.append(line); }},
+                                       timeOfDay, QStringList{Vision});
   }
   void restart() {
     sender_.reset();
@@ -196,7 +195,7 @@ TEST_F(SenderTest, SetsAsideWhatThePacsHasGivenToAnotherPatientMeanwhile) {
     // Whoever puts that right has it decided anew.
     EXPECT_FALSE(spool_->state(name_).decision.has_value());
     pacs_.studies = right;
-    ASSERT_EQ(Spool::putBack(spool_->folder(), name_).error(), QString());
+    ASSERT_EQ(Spool::requestRetry(spool_->folder(), name_).error(), QString());
     EXPECT_EQ(work(), std::nullopt);
     EXPECT_EQ(pacs_.storedUids().count(uid), 1);
   }
@@ -208,15 +207,15 @@ TEST_F(SenderTest, SetsAsideWhatItCouldNotReadAgain) {
   EXPECT_EQ(work(), std::nullopt);
   EXPECT_EQ(item(name_).reason, text("what the PACS says of its study is too long"));
   restart();
-  EXPECT_TRUE(spool_->remarks().isEmpty());
+  EXPECT_TRUE(spool_->warnings().isEmpty());
 }
 
-TEST_F(SenderTest, FulfilsAWishWhenTheDiskHasRoomAgain) {
+TEST_F(SenderTest, CarriesOutARequestToRetryWhenTheDiskHasRoomAgain) {
   arrive(study("1.1", "A"));
   pacs_.storeResult = [](const QString&) { return Refused; };
   work();
   pacs_.storeResult = {};
-  ASSERT_EQ(Spool::putBack(spool_->folder(), name_).error(), QString());
+  ASSERT_EQ(Spool::requestRetry(spool_->folder(), name_).error(), QString());
   {
     const FullDisk full(20);
     EXPECT_EQ(work(), Sender::FirstDelay) << "nothing else would call it again";
@@ -256,7 +255,7 @@ TEST_F(SenderTest, SetsAsideWhatThePacsWillNeverTakeAndTakesItBack) {
   restart();
   EXPECT_EQ(work(), std::nullopt);
   EXPECT_TRUE(pacs_.stored.isEmpty());
-  ASSERT_EQ(Spool::putBack(spool_->folder(), name_).error(), QString());
+  ASSERT_EQ(Spool::requestRetry(spool_->folder(), name_).error(), QString());
   EXPECT_EQ(work(), std::nullopt);
   EXPECT_EQ(pacs_.storedUids(), QStringList{uid});
 }

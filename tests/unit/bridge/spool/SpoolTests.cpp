@@ -143,7 +143,7 @@ TEST_F(SpoolTest, ClearsAwayWhatAKilledServerLeft) {
   EXPECT_EQ(fileNames(inFolder(text("replies"))), QStringList{stored + text(".state")});
   EXPECT_EQ(fileNames(inFolder(text("series"))), QStringList());
   EXPECT_TRUE(spool.waiting().isEmpty());
-  EXPECT_TRUE(spool.remarks().isEmpty());
+  EXPECT_TRUE(spool.warnings().isEmpty());
 }
 
 TEST_F(SpoolTest, SetsADamagedReplyAsideAndGoesOnWithTheRest) {
@@ -160,12 +160,12 @@ TEST_F(SpoolTest, SetsADamagedReplyAsideAndGoesOnWithTheRest) {
   ASSERT_EQ(spool.open().error(), QString());
   ASSERT_EQ(spool.waiting().size(), 1);
   EXPECT_EQ(spool.waiting().first().name, whole);
-  EXPECT_EQ(spool.remarks().size(), 1);
+  EXPECT_EQ(spool.warnings().size(), 1);
   EXPECT_EQ(readFile(inFolder(text("damaged/") + damaged + text(".reply"))), noise);
   EXPECT_EQ(listed(damaged).state, SpoolState::Aside);
   EXPECT_EQ(listed(damaged).changed, Now);
   EXPECT_TRUE(listed(damaged).reason.endsWith(text("is damaged")));
-  EXPECT_FALSE(Spool::putBack(folder(), damaged).ok());
+  EXPECT_FALSE(Spool::requestRetry(folder(), damaged).ok());
 }
 
 TEST_F(SpoolTest, SetsAReplyAsideWhoseStateIsDamaged) {
@@ -180,8 +180,8 @@ TEST_F(SpoolTest, SetsAReplyAsideWhoseStateIsDamaged) {
   ASSERT_EQ(spool.open().error(), QString());
   EXPECT_TRUE(spool.waiting().isEmpty());
   EXPECT_EQ(readFile(inFolder(text("damaged/") + name + text(".state"))), QByteArray("noise"));
-  EXPECT_EQ(Spool::putBack(folder(), name).error(), QString());
-  EXPECT_EQ(spool.takeBack(), QStringList{name});
+  EXPECT_EQ(Spool::requestRetry(folder(), name).error(), QString());
+  EXPECT_EQ(spool.takeRetryRequests(), QStringList{name});
   EXPECT_EQ(spool.waiting().size(), 1);
 }
 
@@ -193,21 +193,21 @@ TEST_F(SpoolTest, TakesWhatTheDiskDoesNotGiveForNothingElse) {
       ASSERT_EQ(spool.open().error(), QString());
       name = added(spool);
       ASSERT_EQ(spool.change(name, stateOf(SpoolState::Aside)).error(), QString());
-      ASSERT_EQ(Spool::putBack(folder(), name).error(), QString());
+      ASSERT_EQ(Spool::requestRetry(folder(), name).error(), QString());
     }
     Spool spool(folder(), atNow);
     {
       const UnreadableFile unreadable(inFolder(text("replies/") + name + text(ending)));
       ASSERT_EQ(spool.open().error(), QString());
-      EXPECT_EQ(spool.remarks().size(), 1);
+      EXPECT_EQ(spool.warnings().size(), 1);
       EXPECT_FALSE(listed(name).isReadable);
       EXPECT_TRUE(listed(name).reason.startsWith(text("cannot read its file ") + name + text(ending)));
       EXPECT_FALSE(spool.loadEntry(name).ok());
-      EXPECT_EQ(spool.takeBack(), QStringList()) << "nobody knows whether it was set aside";
+      EXPECT_EQ(spool.takeRetryRequests(), QStringList()) << "nobody knows whether it was set aside";
     }
     EXPECT_EQ(spool.loadEntry(name).valueOr({text("failed")}), QStringList());
     EXPECT_EQ(spool.state(name), stateOf(SpoolState::Aside));
-    EXPECT_EQ(spool.takeBack(), QStringList{name}) << "the wish has stayed";
+    EXPECT_EQ(spool.takeRetryRequests(), QStringList{name}) << "the request has stayed";
   }
 }
 
@@ -246,13 +246,13 @@ TEST_F(SpoolTest, PutsBackWhatWasSetAside) {
   ASSERT_EQ(spool.change(aside, state).error(), QString());
   ASSERT_EQ(spool.change(stored, stateOf(SpoolState::Stored)).error(), QString());
 
-  EXPECT_TRUE(Spool::putBack(folder(), waiting).error().endsWith(text("waits already")));
-  EXPECT_TRUE(Spool::putBack(folder(), stored).error().endsWith(text("is stored")));
-  EXPECT_TRUE(Spool::putBack(folder(), text("../lock")).error().startsWith(text("there is no ")));
-  EXPECT_EQ(Spool::putBack(folder(), aside).error(), QString());
+  EXPECT_TRUE(Spool::requestRetry(folder(), waiting).error().endsWith(text("waits already")));
+  EXPECT_TRUE(Spool::requestRetry(folder(), stored).error().endsWith(text("is stored")));
+  EXPECT_TRUE(Spool::requestRetry(folder(), text("../lock")).error().startsWith(text("there is no ")));
+  EXPECT_EQ(Spool::requestRetry(folder(), aside).error(), QString());
   EXPECT_EQ(listed(aside).state, SpoolState::Waiting);
-  EXPECT_EQ(spool.takeBack(), QStringList{aside});
-  EXPECT_EQ(spool.takeBack(), QStringList());
+  EXPECT_EQ(spool.takeRetryRequests(), QStringList{aside});
+  EXPECT_EQ(spool.takeRetryRequests(), QStringList());
   ASSERT_EQ(spool.waiting().size(), 2);
   EXPECT_EQ(spool.waiting().first().name, aside);
   EXPECT_EQ(spool.state(aside).decision, state.decision);
@@ -268,11 +268,11 @@ TEST_F(SpoolTest, TakesBackAcrossARestartAndNeverWhatIsStored) {
     ASSERT_EQ(spool.change(aside, stateOf(SpoolState::Aside)).error(), QString());
     ASSERT_EQ(spool.change(stored, stateOf(SpoolState::Stored)).error(), QString());
   }
-  ASSERT_EQ(Spool::putBack(folder(), aside).error(), QString());
+  ASSERT_EQ(Spool::requestRetry(folder(), aside).error(), QString());
   writeFile(inFolder(text("again/") + stored), "");
   Spool spool(folder(), atNow);
   ASSERT_EQ(spool.open().error(), QString());
-  EXPECT_EQ(spool.takeBack(), QStringList{aside});
+  EXPECT_EQ(spool.takeRetryRequests(), QStringList{aside});
   EXPECT_EQ(listed(stored).state, SpoolState::Stored);
   EXPECT_TRUE(fileNames(inFolder(text("again"))).isEmpty());
 }
