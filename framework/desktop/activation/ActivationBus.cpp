@@ -172,11 +172,11 @@ void ActivationBus::connectionEnded() {
 }
 
 void ActivationBus::lookAgain() {
-  if (probe_.gaveUp() || activationmessages::objectPath(identifier_).isNull()) return;
+  if (probe_.isCancelled() || activationmessages::objectPath(identifier_).isNull()) return;
   delay_ = link::BusLink::retryAfter(delay_);
   QTimer::singleShot(delay_, this, [this] {
     base::guarded("desktop activation", [this] {
-      if (bus_ || probe_.gaveUp()) return;
+      if (bus_ || probe_.isCancelled()) return;
       if (!connectToBus()) return lookAgain();
       if (takeName() == Name::Ours) return;
       base::logLine(QStringLiteral("Another %1 has the name on the session bus now").arg(identifier_));

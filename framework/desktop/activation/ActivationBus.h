@@ -55,7 +55,7 @@ class ActivationBus : public QObject {
   /// Gives the name and the connection away.
   void end();
   /// Ends the wait for a bus that does not answer. From any thread.
-  void giveUp() { probe_.giveUp(); }
+  void giveUp() { probe_.cancel(); }
 
  private:
   enum class Name { Ours, Anothers, Unknown };

@@ -19,10 +19,10 @@ namespace velmora::link {
 namespace {
 
 // A bus that has not taken the last messages by then has stopped; an application must still be able to end.
-constexpr std::chrono::milliseconds LongestGoodbye{5000};
+constexpr std::chrono::milliseconds CloseTimeout{5000};
 
 /// How long a bus may take to let us in.
-constexpr std::chrono::milliseconds LongestGreeting{5000};
+constexpr std::chrono::milliseconds ConnectTimeout{5000};
 
 constexpr std::chrono::milliseconds FirstDelay{1000};
 constexpr std::chrono::milliseconds LongestDelay{30000};
@@ -37,7 +37,7 @@ QString nextConnectionName() {
 /// turn its socket notifier on again, which lives on another, and the connection is deaf for good (seen with
 /// two requests of 40 MiB, Qt 6.4.2). What waits stays little all the same, since this thread does nothing
 /// but receive.
-void neverStopReading(const QDBusConnection& bus) {
+void disableReceiveLimit(const QDBusConnection& bus) {
   using SetMaxReceivedSize = void (*)(void* connection, long size);
   const auto setMaxReceivedSize = reinterpret_cast<SetMaxReceivedSize>(
       QLibrary::resolve(QStringLiteral("dbus-1"), 3, "dbus_connection_set_max_received_size"));
@@ -65,7 +65,7 @@ BusLink::BusLink(const QString& address, Received received, Log log)
 
 BusLink::~BusLink() {
   // With nothing to say there is no need to wait for a bus that is only being looked for.
-  if (unsent_ == 0) probe_.giveUp();
+  if (unsent_ == 0) probe_.cancel();
   enqueue([this] {
     close();
     thread_.quit();  // from here, so that nothing asked before is skipped
@@ -76,11 +76,11 @@ BusLink::~BusLink() {
 void BusLink::subscribe(const QString& name, const QString& object) {
   enqueue([this, name, object] {
     if (canBeMatched(name) && canBeMatched(object)) subscriptions_.append({name, object});
-    if (usable()) ask(name, object);
+    if (usable()) addMatch(name, object);
   });
 }
 
-void BusLink::ask(const QString& name, const QString& object) {
+void BusLink::addMatch(const QString& name, const QString& object) {
   if (!canBeMatched(name) || !canBeMatched(object)) {
     log_(title(name, object) + QStringLiteral(" cannot be asked for: an apostrophe or a NUL"));
   } else if (!bus_->connect(QString(), Path, Interface, Member, exactly(name, object), Signature,
@@ -135,9 +135,9 @@ std::chrono::milliseconds BusLink::retryAfter(std::chrono::milliseconds previous
 }
 
 void BusLink::open() {
-  if (bus_ || probe_.gaveUp()) return;
+  if (bus_ || probe_.isCancelled()) return;
   const base::Result<> connected = connectToBus();
-  if (probe_.gaveUp()) return;
+  if (probe_.isCancelled()) return;
   if (!connected) {
     if (!std::exchange(off_, true)) {
       log_(QStringLiteral("No session bus, the link is off: ") + connected.error());
@@ -145,13 +145,13 @@ void BusLink::open() {
     return tryLater();
   }
   connectedSince_.start();
-  for (const Subscription& each : std::as_const(subscriptions_)) ask(each.name, each.object);
+  for (const Subscription& each : std::as_const(subscriptions_)) addMatch(each.name, each.object);
   if (std::exchange(off_, false)) log_(QStringLiteral("The session bus is back, the link is on"));
 }
 
 base::Result<> BusLink::connectToBus() {
   const QString address = lastingAddress(address_.isEmpty() ? sessionBusAddress() : address_);
-  const base::Result<> asked = probe_.ask(address, LongestGreeting);
+  const base::Result<> asked = probe_.ask(address, ConnectTimeout);
   if (!asked) return asked;
   // A name for each attempt: the bus library may still be taking the one before apart.
   connectionName_ = nextConnectionName();
@@ -162,7 +162,7 @@ base::Result<> BusLink::connectToBus() {
     return base::Failure{error.isEmpty() ? QStringLiteral("it hung up") : error};
   }
   bus_ = std::make_unique<QDBusConnection>(bus);
-  neverStopReading(bus);
+  disableReceiveLimit(bus);
   // Being told is a delivery, within which the receiver must not go.
   receiver_ = std::make_unique<BusReceiver>([this](const QDBusMessage& signal) { arrived(signal); },
                                             [this] { enqueue([this] { usable(); }); });
@@ -178,13 +178,13 @@ void BusLink::tryLater() {
 }
 
 void BusLink::close() {
-  probe_.giveUp();  // nothing is looked for any more
+  probe_.cancel();  // nothing is looked for any more
   if (!bus_) return;
-  roundTrip(LongestGoodbye);
-  letGo();
+  roundTrip(CloseTimeout);
+  disconnect();
 }
 
-void BusLink::letGo() {
+void BusLink::disconnect() {
   // QtDBus takes a connection apart on a thread of its own, and looks at the receivers that are still on it.
   // They go first: the end of a receiver waits until QtDBus has forgotten it.
   receiver_.reset();
@@ -192,10 +192,10 @@ void BusLink::letGo() {
   QDBusConnection::disconnectFromBus(connectionName_);
 }
 
-void BusLink::lost() {
+void BusLink::connectionLost() {
   off_ = true;
   log_(QStringLiteral("The session bus has gone, the link is off"));
-  letGo();
+  disconnect();
   // A bus that lets us in only to hang up is not visited every second.
   if (connectedSince_.hasExpired(LongestDelay.count())) delay_ = std::chrono::milliseconds(0);
   tryLater();
@@ -205,7 +205,7 @@ void BusLink::lost() {
 bool BusLink::usable() {
   if (!bus_) return false;
   if (bus_->isConnected()) return true;
-  lost();
+  connectionLost();
   return false;
 }
 

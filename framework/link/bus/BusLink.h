@@ -66,9 +66,9 @@ class VELMORA_EXPORT BusLink {
   void open();
   base::Result<> connectToBus();
   void close();
-  void letGo();
-  void ask(const QString& name, const QString& object);
-  void lost();
+  void disconnect();
+  void addMatch(const QString& name, const QString& object);
+  void connectionLost();
   void tryLater();
   bool usable();
   void send(const Message& message);

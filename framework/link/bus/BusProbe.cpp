@@ -95,14 +95,14 @@ QString lastingAddress(const QString& address) {
   return lasting.join(QLatin1Char(';'));
 }
 
-BusProbe::BusProbe() : given_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
-BusProbe::~BusProbe() { ::close(given_); }
+BusProbe::BusProbe() : cancelEvent_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+BusProbe::~BusProbe() { ::close(cancelEvent_); }
 
-void BusProbe::giveUp() { ::eventfd_write(given_, 1); }
+void BusProbe::cancel() { ::eventfd_write(cancelEvent_, 1); }
 
-bool BusProbe::gaveUp() const {
-  pollfd given{given_, POLLIN, 0};
-  return ::poll(&given, 1, 0) == 1;
+bool BusProbe::isCancelled() const {
+  pollfd event{cancelEvent_, POLLIN, 0};
+  return ::poll(&event, 1, 0) == 1;
 }
 
 base::Result<> BusProbe::ask(const QString& address, std::chrono::milliseconds limit) {
@@ -142,7 +142,7 @@ base::Result<> BusProbe::askSocket(const QByteArray& path, bool abstract, Clock:
            words.size();
   };
   const auto hear = [&]() -> std::optional<QByteArray> {
-    std::array<pollfd, 2> ends{pollfd{socket.descriptor(), POLLIN, 0}, pollfd{given_, POLLIN, 0}};
+    std::array<pollfd, 2> ends{pollfd{socket.descriptor(), POLLIN, 0}, pollfd{cancelEvent_, POLLIN, 0}};
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
     if (left <= 0 || ::poll(ends.data(), ends.size(), static_cast<int>(left)) <= 0 || ends[1].revents != 0)
       return {};

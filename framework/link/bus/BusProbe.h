@@ -32,14 +32,14 @@ class VELMORA_EXPORT BusProbe {
   base::Result<> ask(const QString& address, std::chrono::milliseconds limit);
 
   /// Ends the current attempt, and all later ones. From any thread.
-  void giveUp();
-  bool gaveUp() const;
+  void cancel();
+  bool isCancelled() const;
 
  private:
   base::Result<> askSocket(const QByteArray& path, bool abstract,
                            std::chrono::steady_clock::time_point deadline) const;
 
-  int given_ = -1;  // readable once given up
+  int cancelEvent_ = -1;  // readable once cancelled
 };
 
 }  // namespace velmora::link
