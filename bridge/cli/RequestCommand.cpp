@@ -7,7 +7,7 @@
 #include "bridge/cli/StudyJson.h"
 #include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
-#include "link/wire/WireForm.h"
+#include "link/wire/WireFormat.h"
 
 using namespace velmora;
 

@@ -15,7 +15,7 @@
 #include "bridge/config/Config.h"
 #include "bridge/service/Inbox.h"
 #include "bridge/service/Sender.h"
-#include "link/wire/WireForm.h"
+#include "link/wire/WireFormat.h"
 
 namespace bridge {
 

@@ -12,7 +12,7 @@
 
 #include "base/files/FileManager.h"
 #include "bridge/spool/SpoolFile.h"
-#include "link/wire/WireForm.h"
+#include "link/wire/WireFormat.h"
 
 using namespace velmora;
 

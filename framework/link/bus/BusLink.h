@@ -13,7 +13,7 @@
 
 #include "base/Export.h"
 #include "link/bus/BusProbe.h"
-#include "link/wire/WireForm.h"
+#include "link/wire/WireFormat.h"
 
 class QDBusConnection;
 

@@ -4,7 +4,7 @@
 #include <QDateTime>
 #include <QVariantMap>
 
-#include "link/wire/WireForm.h"
+#include "link/wire/WireFormat.h"
 #include "testing/bus/BusPeer.h"
 #include "testing/files/Noise.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "link/wire/WireForm.h"
+#include "link/wire/WireFormat.h"
 
 #include <gtest/gtest.h>
 
@@ -45,7 +45,7 @@ struct Sent {
 
 }  // namespace
 
-TEST(WireForm, GivesEveryPropertyListTypeItsTypeOnTheBus) {
+TEST(WireFormat, GivesEveryPropertyListTypeItsTypeOnTheBus) {
   const Sent table[] = {
       {QStringLiteral("Jörg"), "s"},
       {QString(), "s"},
@@ -77,7 +77,7 @@ TEST(WireForm, GivesEveryPropertyListTypeItsTypeOnTheBus) {
   }
 }
 
-TEST(WireForm, NamesTheSignalItsNameAndItsObject) {
+TEST(WireFormat, NamesTheSignalItsNameAndItsObject) {
   const Result<Outgoing> outgoing = toBus({Name, Object, {}});
   EXPECT_EQ(outgoing->message.type(), QDBusMessage::SignalMessage);
   EXPECT_EQ(outgoing->message.path(), QStringLiteral("/org/velmora/DistributedNotificationCenter"));
@@ -87,7 +87,7 @@ TEST(WireForm, NamesTheSignalItsNameAndItsObject) {
   EXPECT_EQ(outgoing->message.arguments().value(1).toString(), Object);
 }
 
-TEST(WireForm, LeavesOutWhatIsNoPropertyListValueAndNamesIt) {
+TEST(WireFormat, LeavesOutWhatIsNoPropertyListValueAndNamesIt) {
   const QVariant table[] = {
       QVariant(),
       QDate(2024, 5, 2),
@@ -109,7 +109,7 @@ TEST(WireForm, LeavesOutWhatIsNoPropertyListValueAndNamesIt) {
   }
 }
 
-TEST(WireForm, LeavesOutOnlyTheBadElementOfAListOrDictionary) {
+TEST(WireFormat, LeavesOutOnlyTheBadElementOfAListOrDictionary) {
   const QVariantMap inner{{QStringLiteral("bad"), QPoint()}, {QStringLiteral("good"), 1}};
   const Result<Outgoing> outgoing =
       toBus({Name, Object, {{Key, QVariantList{QStringLiteral("a"), QPoint(), inner}}}});
@@ -119,7 +119,7 @@ TEST(WireForm, LeavesOutOnlyTheBadElementOfAListOrDictionary) {
                                             QStringLiteral("Key[2].bad (type QPoint)")}));
 }
 
-TEST(WireForm, NamesNoMoreThanAFewOfVeryManyBadValues) {
+TEST(WireFormat, NamesNoMoreThanAFewOfVeryManyBadValues) {
   QVariantList many;
   for (int i = 0; i < 1000; ++i) many.append(QPoint());
   const QString longKey(100000, QLatin1Char('k'));
@@ -129,7 +129,7 @@ TEST(WireForm, NamesNoMoreThanAFewOfVeryManyBadValues) {
   EXPECT_LT(outgoing->dropped.join(QString()).size(), 2000);
 }
 
-TEST(WireForm, CutsNestingOffAtItsLimit) {
+TEST(WireFormat, CutsNestingOffAtItsLimit) {
   const Result<Outgoing> within = toBus({Name, Object, nested(MaximumDepth)});
   EXPECT_TRUE(within->dropped.isEmpty());
   EXPECT_EQ(sentDetails(within), nested(MaximumDepth));
@@ -139,13 +139,13 @@ TEST(WireForm, CutsNestingOffAtItsLimit) {
   EXPECT_EQ(toBus({Name, Object, nested(10000)})->dropped.size(), 1);
 }
 
-TEST(WireForm, RefusesNamesThatTheBusWouldCutShort) {
+TEST(WireFormat, RefusesNamesThatTheBusWouldCutShort) {
   const QString cut = QStringLiteral("a") + QChar(u'\0');
   EXPECT_FALSE(toBus({cut, Object, {}}).ok());
   EXPECT_FALSE(toBus({Name, cut, {}}).ok());
 }
 
-TEST(WireForm, RefusesWhatIsLargerThanItsLimit) {
+TEST(WireFormat, RefusesWhatIsLargerThanItsLimit) {
   const auto refusalOf = [](const QVariantMap& details) { return toBus({Name, Object, details}).error(); };
   EXPECT_TRUE(refusalOf({{Key, QByteArray(MaximumSize - 1000, 'x')}}).isNull());
   EXPECT_EQ(refusalOf({{Key, QByteArray(MaximumSize, 'x')}}), QStringLiteral("larger than 32 MiB"));
@@ -158,12 +158,12 @@ TEST(WireForm, RefusesWhatIsLargerThanItsLimit) {
   EXPECT_FALSE(refusalOf({{Key, half}, {QStringLiteral("Other"), half}}).isNull());
 }
 
-TEST(WireForm, RefusesAnArrivedMessageLargerThanItsLimit) {
+TEST(WireFormat, RefusesAnArrivedMessageLargerThanItsLimit) {
   EXPECT_TRUE(received({{Key, QByteArray(MaximumSize - 1000, 'x')}}).ok());
   EXPECT_EQ(received({{Key, QByteArray(MaximumSize, 'x')}}).error(), QStringLiteral("larger than 32 MiB"));
 }
 
-TEST(WireForm, RefusesSignalsThatAreNoNotification) {
+TEST(WireFormat, RefusesSignalsThatAreNoNotification) {
   const QVariantList table[] = {{},
                                 {Name},
                                 {Name, Object},
@@ -177,7 +177,7 @@ TEST(WireForm, RefusesSignalsThatAreNoNotification) {
   }
 }
 
-TEST(WireForm, KnowsWhichNamesTheBusCanSelectBy) {
+TEST(WireFormat, KnowsWhichNamesTheBusCanSelectBy) {
   EXPECT_TRUE(canBeMatched(Name));
   EXPECT_TRUE(canBeMatched(QString()));
   EXPECT_TRUE(canBeMatched(QStringLiteral("a \\ \" ö")));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "link/wire/WireForm.h"
+#include "link/wire/WireFormat.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
