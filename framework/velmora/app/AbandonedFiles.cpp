@@ -4,17 +4,15 @@
 #include "base/files/FileManager.h"
 #include "orv/documents/OrvKeptCopies.h"
 #include "orv/documents/OrvWrittenFolders.h"
-#include "platform/Services.h"
 #include "platform/bundles/Bundle.h"
 #include "platform/settings/UserDefaults.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace velmora {
 
-void removeAbandonedFiles(platform::Services& services) {
-  const platform::UserDefaults& defaults = services.defaults;
-  base::FileManager& files = services.fileManager;
-  const QString bundleIdentifier = services.mainBundle.bundleIdentifier();
+void removeAbandonedFiles(base::FileManager& files, const platform::UserDefaults& defaults,
+                          const platform::RunLoop& clock, const platform::Bundle& bundle) {
+  const QString bundleIdentifier = bundle.bundleIdentifier();
   const QStringList extensions{defaults.stringForKey(settings::DataFileExtension), QStringLiteral("jpg")};
   const auto folder = [&defaults](const QString& key) {
     return base::expandingTildeInPath(defaults.stringForKey(key));
@@ -27,7 +25,7 @@ void removeAbandonedFiles(platform::Services& services) {
   for (const QString& written : OrvWrittenFolders(files, bundleIdentifier).all()) {
     files.removeAbandonedFiles(written, extensions);
   }
-  OrvKeptCopies(files, services.runLoop, bundleIdentifier).removeAbandonedCopies(extensions);
+  OrvKeptCopies(files, clock, bundleIdentifier).removeAbandonedCopies(extensions);
 }
 
 }  // namespace velmora

@@ -2,7 +2,6 @@
 #include "velmora/app/DatabaseFileCache.h"
 
 #include "base/files/FileManager.h"
-#include "platform/Services.h"
 #include "platform/runloop/RunLoop.h"
 #include "platform/settings/UserDefaults.h"
 #include "platform/text/Localization.h"
@@ -15,24 +14,24 @@ constexpr double StatusTime = 1.0;   // seconds
 constexpr double RetryDelay = 10.0;  // seconds
 }  // namespace
 
-DatabaseFileCache::DatabaseFileCache(platform::Services& services, ShowStatus showStatus)
-    : services_(services), showStatus_(std::move(showStatus)) {}
+DatabaseFileCache::DatabaseFileCache(const platform::UserDefaults& defaults, const base::FileManager& files,
+                                     platform::RunLoop& runLoop, ShowStatus showStatus)
+    : defaults_(defaults), files_(files), runLoop_(runLoop), showStatus_(std::move(showStatus)) {}
 
 void DatabaseFileCache::cacheDatabaseFiles() {
-  const platform::UserDefaults& defaults = services_.defaults;
-  if (!defaults.boolForKey(settings::AutoSave)) return;
+  if (!defaults_.boolForKey(settings::AutoSave)) return;
   showStatus_(platform::localizedString("VelmoraAppController", "Caching database..."));
-  const QString folder = base::expandingTildeInPath(defaults.stringForKey(settings::SaveDirectory));
-  services_.fileManager.enumeratorAtPath(folder, [&](const QString& relativePath) {
-    const QString dataFileExtension = defaults.stringForKey(settings::DataFileExtension);
+  const QString folder = base::expandingTildeInPath(defaults_.stringForKey(settings::SaveDirectory));
+  files_.enumeratorAtPath(folder, [&](const QString& relativePath) {
+    const QString dataFileExtension = defaults_.stringForKey(settings::DataFileExtension);
     if (!dataFileExtension.isEmpty() && base::pathExtension(relativePath) == dataFileExtension) {
       names_.append(base::deletingPathExtension(relativePath));
     }
     return true;
   });
-  services_.runLoop.performAfterDelay(this, StatusTime, [this] { showStatus_(QStringLiteral("")); });
+  runLoop_.performAfterDelay(this, StatusTime, [this] { showStatus_(QStringLiteral("")); });
   if (names_.isEmpty()) {
-    services_.runLoop.performAfterDelay(this, RetryDelay, [this] { cacheDatabaseFiles(); });
+    runLoop_.performAfterDelay(this, RetryDelay, [this] { cacheDatabaseFiles(); });
   }
 }
 

@@ -7,9 +7,13 @@
 
 #include "base/Export.h"
 
-namespace velmora::platform {
-struct Services;
+namespace velmora::base {
+class FileManager;
 }
+namespace velmora::platform {
+class RunLoop;
+class UserDefaults;
+}  // namespace velmora::platform
 
 namespace velmora {
 
@@ -24,7 +28,8 @@ class VELMORA_EXPORT DatabaseFileCache : public QObject {
   using ShowStatus = std::function<void(const QString&)>;
 
   /// `showStatus` shows the progress of a scan.
-  DatabaseFileCache(platform::Services& services, ShowStatus showStatus);
+  DatabaseFileCache(const platform::UserDefaults& defaults, const base::FileManager& files,
+                    platform::RunLoop& runLoop, ShowStatus showStatus);
 
   /// Scans the save folder, while "Auto Save" is on. What it finds is added to the list as it stands.
   void cacheDatabaseFiles();
@@ -35,7 +40,9 @@ class VELMORA_EXPORT DatabaseFileCache : public QObject {
   const QStringList& names() const { return names_; }
 
  private:
-  platform::Services& services_;
+  const platform::UserDefaults& defaults_;
+  const base::FileManager& files_;
+  platform::RunLoop& runLoop_;
   ShowStatus showStatus_;
   QStringList names_;
 };

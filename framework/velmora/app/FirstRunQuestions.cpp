@@ -4,7 +4,6 @@
 #include <tuple>
 
 #include "base/files/FileManager.h"
-#include "platform/Services.h"
 #include "platform/bundles/Bundle.h"
 #include "platform/controls/Alert.h"
 #include "platform/settings/UserDefaults.h"
@@ -20,36 +19,31 @@ namespace {
 /// What the first run stores as the interval between checks, in days; that it is not 0 ends the first run.
 constexpr int FirstRunInterval = 31;
 
-QString applicationName(const platform::Services& services) {
-  return services.mainBundle.stringForInfoDictionaryKey(QStringLiteral("CFBundleName"));
-}
-
 }  // namespace
 
 bool FirstRunQuestions::areDue() const {
-  return services_.defaults.integerForKey(settings::VersionCheckInterval) == 0;
+  return defaults_.integerForKey(settings::VersionCheckInterval) == 0;
 }
 
 bool FirstRunQuestions::ask() { return askAboutUpdates() && askAboutSaveFolder(); }
 
 bool FirstRunQuestions::askAboutUpdates() {
-  const int answer = services_.alerts.runModal(
+  const int answer = alerts_.runModal(
       {localizedString("VelmoraAppController", "Periodically check for updates?"),
        localizedString("VelmoraAppController", "Check"),
        localizedString("VelmoraAppController", "Don't Check"), QString(),
        platform::formatted(
            localizedString("VelmoraAppController",
                            "You can change this setting later by choosing Preferences from the %@ menu."),
-           {applicationName(services_)})});
+           {applicationName()})});
   if (answer == platform::AlertStopped) return false;
-  if (answer == platform::AlertDefaultReturn)
-    services_.defaults.setObject(true, settings::AutomaticVersionCheck);
-  services_.defaults.setInteger(FirstRunInterval, settings::VersionCheckInterval);
+  if (answer == platform::AlertDefaultReturn) defaults_.setObject(true, settings::AutomaticVersionCheck);
+  defaults_.setInteger(FirstRunInterval, settings::VersionCheckInterval);
   return true;
 }
 
 bool FirstRunQuestions::askAboutSaveFolder() {
-  const int answer = services_.alerts.runModal(
+  const int answer = alerts_.runModal(
       {localizedString("VelmoraAppController", "Set Up Database?"),
        localizedString("VelmoraAppController", "Yes"), localizedString("VelmoraAppController", "No"),
        QString(),
@@ -63,11 +57,15 @@ bool FirstRunQuestions::askAboutSaveFolder() {
 
 void FirstRunQuestions::setUpSaveFolder() {
   const QString path = platform::formatted(localizedString("VelmoraAppController", "~/Documents/%@ Data"),
-                                           {applicationName(services_)});
+                                           {applicationName()});
   // A failure shows itself when the first record is saved: the save panel then comes up.
-  std::ignore = services_.fileManager.createDirectory(base::expandingTildeInPath(path));
-  services_.defaults.setObject(path, settings::SaveDirectory);
-  services_.defaults.setObject(true, settings::AutoSave);
+  std::ignore = files_.createDirectory(base::expandingTildeInPath(path));
+  defaults_.setObject(path, settings::SaveDirectory);
+  defaults_.setObject(true, settings::AutoSave);
+}
+
+QString FirstRunQuestions::applicationName() const {
+  return bundle_.stringForInfoDictionaryKey(QStringLiteral("CFBundleName"));
 }
 
 }  // namespace velmora

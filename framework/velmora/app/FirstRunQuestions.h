@@ -1,9 +1,16 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-namespace velmora::platform {
-struct Services;
+#include <QString>
+
+namespace velmora::base {
+class FileManager;
 }
+namespace velmora::platform {
+class Alerts;
+class Bundle;
+class UserDefaults;
+}  // namespace velmora::platform
 
 namespace velmora {
 
@@ -11,7 +18,9 @@ namespace velmora {
 /// set the save folder up.
 class FirstRunQuestions {
  public:
-  explicit FirstRunQuestions(platform::Services& services) : services_(services) {}
+  FirstRunQuestions(platform::UserDefaults& defaults, platform::Alerts& alerts, base::FileManager& files,
+                    const platform::Bundle& bundle)
+      : defaults_(defaults), alerts_(alerts), files_(files), bundle_(bundle) {}
 
   /// Whether they have never been asked.
   bool areDue() const;
@@ -23,8 +32,12 @@ class FirstRunQuestions {
   bool askAboutUpdates();
   bool askAboutSaveFolder();
   void setUpSaveFolder();
+  QString applicationName() const;
 
-  platform::Services& services_;
+  platform::UserDefaults& defaults_;
+  platform::Alerts& alerts_;
+  base::FileManager& files_;
+  const platform::Bundle& bundle_;
 };
 
 }  // namespace velmora

@@ -4,6 +4,7 @@
 #include "platform/controls/Alert.h"
 #include "platform/settings/UserDefaults.h"
 #include "platform/text/Localization.h"
+#include "velmora/osirix/Osirix.h"
 #include "velmora/osirix/PluginInstaller.h"
 #include "velmora/resources/SettingsKeys.h"
 
@@ -12,7 +13,7 @@ using velmora::platform::localizedString;
 namespace velmora {
 
 bool PluginOffer::make() {
-  if (!plugin_.osirixIsInstalled()) return true;
+  if (!osirix::isInstalled(workspace_)) return true;
   if (!defaults_.boolForKey(settings::ExportToOsiriX)) return true;
   if (plugin_.osirixPluginVersionCurrent()) return true;
   const int answer = alerts_.runModal(

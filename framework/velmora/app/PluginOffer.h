@@ -4,6 +4,7 @@
 namespace velmora::platform {
 class Alerts;
 class UserDefaults;
+class Workspace;
 }  // namespace velmora::platform
 
 namespace velmora {
@@ -13,8 +14,9 @@ class PluginInstaller;
 /// Offers, at the start, to bring the plugin inside OsiriX up to date.
 class PluginOffer {
  public:
-  PluginOffer(PluginInstaller& plugin, platform::Alerts& alerts, platform::UserDefaults& defaults)
-      : plugin_(plugin), alerts_(alerts), defaults_(defaults) {}
+  PluginOffer(PluginInstaller& plugin, const platform::Workspace& workspace, platform::Alerts& alerts,
+              platform::UserDefaults& defaults)
+      : plugin_(plugin), workspace_(workspace), alerts_(alerts), defaults_(defaults) {}
 
   /// Asks where charts go to OsiriX and the plugin there is out of date, and installs it on a yes. Whoever
   /// declines has the charts go to the export folder from then on. False when the program ends while the
@@ -23,6 +25,7 @@ class PluginOffer {
 
  private:
   PluginInstaller& plugin_;
+  const platform::Workspace& workspace_;
   platform::Alerts& alerts_;
   platform::UserDefaults& defaults_;
 };

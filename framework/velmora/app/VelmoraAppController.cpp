@@ -49,15 +49,17 @@ VelmoraAppController::VelmoraAppController(platform::Services& services)
     : DocumentController(services),
       orvVersion_(services),
       recentDocuments_(services.defaults),
-      databaseFiles_(services, [this](const QString& status) { showStatusString(status); }),
+      databaseFiles_(services.defaults, services.fileManager, services.runLoop,
+                     [this](const QString& status) { showStatusString(status); }),
       link_(*this, services.runLoop, services.alerts),
       batchOpenQueue_(*this, services.runLoop, services.alerts),
-      exportQueue_(services),
-      plugin_(services),
+      exportQueue_(services.distributedCenter, services.runLoop, services.mainBundle),
+      plugin_(services.fileManager, services.alerts, services.runLoop, services.mainBundle),
       startupScript_(services.scripts, services.defaults,
                      [this](const QString& status) { showStatusString(status); }),
       versionCheck_(
-          services, orvVersion_, [this](const QString& status) { showStatusString(status); },
+          services.defaults, services.notificationCenter, services.runLoop, orvVersion_,
+          [this](const QString& status) { showStatusString(status); },
           [this] {
             if (preferencesController_) preferencesController_->updateVersionLastChecked();
           }) {
@@ -105,15 +107,19 @@ void VelmoraAppController::awakeFromNib() {
 }
 
 void VelmoraAppController::applicationDidFinishLaunching() {
-  FirstRunQuestions firstRun(services());
+  FirstRunQuestions firstRun(services().defaults, services().alerts, services().fileManager,
+                             services().mainBundle);
   if (firstRun.areDue() && !firstRun.ask()) return;
-  if (!PluginOffer(plugin_, services().alerts, services().defaults).make()) return;
+  if (!PluginOffer(plugin_, services().workspace, services().alerts, services().defaults).make()) return;
   doSplashAboutBox(this);
   platform::RunLoop& runLoop = services().runLoop;
   runLoop.performAfterDelay(this, ScriptDelay, [this] { doLaunchScript(); });
   runLoop.performAfterDelay(this, CacheDelay, [this] { cacheDatabaseFiles(); });
   // A call of its own: a large folder must not hold up the first window, nor a failed scan keep strays alive.
-  runLoop.performAfterDelay(this, CacheDelay, [this] { removeAbandonedFiles(services()); });
+  runLoop.performAfterDelay(this, CacheDelay, [this] {
+    removeAbandonedFiles(services().fileManager, services().defaults, services().runLoop,
+                         services().mainBundle);
+  });
   runLoop.performAfterDelay(this, VersionCheckDelay, [this] { autoCheckForNewVersion(); });
 }
 
@@ -133,7 +139,7 @@ void VelmoraAppController::showWindowOf(std::unique_ptr<Controller>& controller,
   const bool made = !controller;
   if (made) controller = make();
   controller->showWindow(this);
-  if (made) installWindowShortcuts(services(), *this, *controller);
+  if (made) installWindowShortcuts(*controller, services().runLoop, services().application, *this);
 }
 
 void VelmoraAppController::doSplashAboutBox(const QObject*) {

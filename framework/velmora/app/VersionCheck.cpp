@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "orv/updates/OrvVersion.h"
-#include "platform/Services.h"
 #include "platform/notifications/NotificationCenter.h"
 #include "platform/runloop/RunLoop.h"
 #include "platform/settings/UserDefaults.h"
@@ -28,36 +27,36 @@ bool versionCheckIsDue(qint64 intervalInDays, const QDateTime& lastCheck, const 
   return distance > static_cast<double>(limit);
 }
 
-VersionCheck::VersionCheck(platform::Services& services, OrvVersion& orvVersion, ShowStatus showStatus,
+VersionCheck::VersionCheck(platform::UserDefaults& defaults, platform::NotificationCenter& notificationCenter,
+                           const platform::RunLoop& clock, OrvVersion& orvVersion, ShowStatus showStatus,
                            std::function<void()> updateVersionLastChecked)
-    : services_(services),
+    : defaults_(defaults),
+      notificationCenter_(notificationCenter),
+      clock_(clock),
       orvVersion_(orvVersion),
       showStatus_(std::move(showStatus)),
       updateVersionLastChecked_(std::move(updateVersionLastChecked)) {}
 
 void VersionCheck::autoCheckForNewVersion() {
-  const platform::UserDefaults& defaults = services_.defaults;
-  const qint64 interval = defaults.integerForKey(settings::VersionCheckInterval);
-  if (!defaults.boolForKey(settings::AutomaticVersionCheck)) return;
-  if (versionCheckIsDue(interval, defaults.dateForKey(settings::LastVersionCheckDate),
-                        services_.runLoop.now())) {
+  const qint64 interval = defaults_.integerForKey(settings::VersionCheckInterval);
+  if (!defaults_.boolForKey(settings::AutomaticVersionCheck)) return;
+  if (versionCheckIsDue(interval, defaults_.dateForKey(settings::LastVersionCheckDate), clock_.now())) {
     doCheckForNewVersion(true);
   }
 }
 
 void VersionCheck::doCheckForNewVersion(bool automatic) {
-  platform::NotificationCenter& center = services_.notificationCenter;
-  center.addObserver(this, OrvVersion::CheckSuccessful,
-                     [this](const platform::Notification&) { versionCheckSuccessful(); });
-  center.addObserver(this, OrvVersion::CheckUnsuccessful,
-                     [this](const platform::Notification&) { versionCheckUnsuccessful(); });
+  notificationCenter_.addObserver(this, OrvVersion::CheckSuccessful,
+                                  [this](const platform::Notification&) { versionCheckSuccessful(); });
+  notificationCenter_.addObserver(this, OrvVersion::CheckUnsuccessful,
+                                  [this](const platform::Notification&) { versionCheckUnsuccessful(); });
   if (automatic) showStatus_(localizedString("VelmoraAppController", "Checking for new version..."));
   orvVersion_.checkVersion(!automatic);
 }
 
 void VersionCheck::versionCheckSuccessful() {
   showStatus_(localizedString("VelmoraAppController", "Version check successful..."));
-  services_.defaults.setObject(services_.runLoop.now(), settings::LastVersionCheckDate);
+  defaults_.setObject(clock_.now(), settings::LastVersionCheckDate);
   updateVersionLastChecked_();
 }
 
@@ -65,6 +64,6 @@ void VersionCheck::versionCheckUnsuccessful() {
   showStatus_(localizedString("VelmoraAppController", "Version check unsuccessful..."));
 }
 
-void VersionCheck::stop() { services_.notificationCenter.removeObserver(this); }
+void VersionCheck::stop() { notificationCenter_.removeObserver(this); }
 
 }  // namespace velmora

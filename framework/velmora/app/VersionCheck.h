@@ -11,8 +11,10 @@
 class OrvVersion;
 
 namespace velmora::platform {
-struct Services;
-}
+class NotificationCenter;
+class RunLoop;
+class UserDefaults;
+}  // namespace velmora::platform
 
 namespace velmora {
 
@@ -29,7 +31,8 @@ class VELMORA_EXPORT VersionCheck : public QObject {
   using ShowStatus = std::function<void(const QString&)>;
 
   /// `updateVersionLastChecked` brings the preferences window up to date, where there is one.
-  VersionCheck(platform::Services& services, OrvVersion& orvVersion, ShowStatus showStatus,
+  VersionCheck(platform::UserDefaults& defaults, platform::NotificationCenter& notificationCenter,
+               const platform::RunLoop& clock, OrvVersion& orvVersion, ShowStatus showStatus,
                std::function<void()> updateVersionLastChecked);
 
   /// Checks when "Automatic Version Check" is on and "Version Check Interval" has passed since the last
@@ -45,7 +48,9 @@ class VELMORA_EXPORT VersionCheck : public QObject {
   void stop();
 
  private:
-  platform::Services& services_;
+  platform::UserDefaults& defaults_;
+  platform::NotificationCenter& notificationCenter_;
+  const platform::RunLoop& clock_;
   OrvVersion& orvVersion_;
   ShowStatus showStatus_;
   std::function<void()> updateVersionLastChecked_;

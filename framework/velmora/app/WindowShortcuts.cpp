@@ -6,7 +6,6 @@
 #include <functional>
 
 #include "base/log/Guard.h"
-#include "platform/Services.h"
 #include "platform/controls/TextFieldEditing.h"
 #include "platform/documents/Application.h"
 #include "platform/documents/DocumentController.h"
@@ -20,8 +19,8 @@ void quitFrom(QWidget* window, platform::RunLoop& runLoop, platform::DocumentCon
   runLoop.performAfterDelay(&controller, 0, [&controller] { controller.terminate(); });
 }
 
-void installWindowShortcuts(platform::Services& services, platform::DocumentController& controller,
-                            platform::WindowController& windowController) {
+void installWindowShortcuts(platform::WindowController& windowController, platform::RunLoop& runLoop,
+                            platform::Application& application, platform::DocumentController& controller) {
   QWidget* window = windowController.window();
   const auto add = [window](const QKeySequence& keys, std::function<void()> command) {
     // Two shortcuts on one key would silence each other: a window's own comes first.
@@ -34,8 +33,8 @@ void installWindowShortcuts(platform::Services& services, platform::DocumentCont
   };
   // As the window's close button does, with whatever the window makes of that.
   add(CloseKeys, [window] { window->close(); });
-  add(QuitKeys, [&services, &controller, window] { quitFrom(window, services.runLoop, controller); });
-  add(QKeySequence::HelpContents, [&services] { services.application.showHelp(); });
+  add(QuitKeys, [&runLoop, &controller, window] { quitFrom(window, runLoop, controller); });
+  add(QKeySequence::HelpContents, [&application] { application.showHelp(); });
 }
 
 }  // namespace velmora

@@ -6,9 +6,9 @@
 class QWidget;
 
 namespace velmora::platform {
+class Application;
 class DocumentController;
 class RunLoop;
-struct Services;
 class WindowController;
 }  // namespace velmora::platform
 
@@ -22,7 +22,7 @@ inline const QKeySequence QuitKeys(Qt::CTRL | Qt::Key_Q);
 void quitFrom(QWidget* window, platform::RunLoop& runLoop, platform::DocumentController& controller);
 
 /// Gives a window without a menu bar the keys that every window has: close, quit, help. Once for each window.
-void installWindowShortcuts(platform::Services& services, platform::DocumentController& controller,
-                            platform::WindowController& windowController);
+void installWindowShortcuts(platform::WindowController& windowController, platform::RunLoop& runLoop,
+                            platform::Application& application, platform::DocumentController& controller);
 
 }  // namespace velmora

@@ -3,7 +3,6 @@
 
 #include "base/log/Log.h"
 #include "link/protocol/LinkProtocol.h"
-#include "platform/Services.h"
 #include "platform/bundles/Bundle.h"
 #include "platform/runloop/RunLoop.h"
 
@@ -18,7 +17,7 @@ void OsirixExportQueue::batchExportToOsirix(const platform::Notification& notifi
   base::logLine(QStringLiteral("Batch export to osirix"));
   if (exportToOsirixArray_.isEmpty()) {
     base::logLine(QStringLiteral("Initialise delayed batch export"));
-    services_.runLoop.performAfterDelay(this, FirstDelay, [this] { delayBatchExportToOsirix(); });
+    runLoop_.performAfterDelay(this, FirstDelay, [this] { delayBatchExportToOsirix(); });
   }
   exportToOsirixArray_.append(notification.object.toMap());
   if (lengthDidChange_) lengthDidChange_();
@@ -31,11 +30,10 @@ void OsirixExportQueue::delayBatchExportToOsirix() {
     return;
   }
   base::logLine(QStringLiteral("Sending notification to OsiriX plugin"));
-  services_.distributedCenter.postNotificationName(
-      link::notificationName(services_.mainBundle.bundleIdentifier()), link::ReplyObject,
-      exportToOsirixArray_.first());
+  center_.postNotificationName(link::notificationName(bundle_.bundleIdentifier()), link::ReplyObject,
+                               exportToOsirixArray_.first());
   exportToOsirixArray_.removeFirst();
-  services_.runLoop.performAfterDelay(this, NextDelay, [this] { delayBatchExportToOsirix(); });
+  runLoop_.performAfterDelay(this, NextDelay, [this] { delayBatchExportToOsirix(); });
   base::logLine(QStringLiteral("Queue next delayed batch export"));
   if (lengthDidChange_) lengthDidChange_();
 }

@@ -10,8 +10,9 @@
 #include "platform/notifications/NotificationCenter.h"
 
 namespace velmora::platform {
-struct Services;
-}
+class Bundle;
+class RunLoop;
+}  // namespace velmora::platform
 
 namespace velmora {
 
@@ -23,7 +24,9 @@ namespace velmora {
 /// chain starts a second chain beside it.
 class VELMORA_EXPORT OsirixExportQueue : public QObject {
  public:
-  explicit OsirixExportQueue(platform::Services& services) : services_(services) {}
+  OsirixExportQueue(platform::DistributedNotificationCenter& center, platform::RunLoop& runLoop,
+                    const platform::Bundle& bundle)
+      : center_(center), runLoop_(runLoop), bundle_(bundle) {}
 
   /// Takes a payload (the notification's object).
   void batchExportToOsirix(const platform::Notification& notification);
@@ -38,7 +41,9 @@ class VELMORA_EXPORT OsirixExportQueue : public QObject {
   }
 
  private:
-  platform::Services& services_;
+  platform::DistributedNotificationCenter& center_;
+  platform::RunLoop& runLoop_;
+  const platform::Bundle& bundle_;
   QList<QVariantMap> exportToOsirixArray_;
   std::function<void()> lengthDidChange_;
 };

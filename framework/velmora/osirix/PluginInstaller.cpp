@@ -7,13 +7,11 @@
 
 #include "base/files/FileManager.h"
 #include "base/log/Log.h"
-#include "platform/Services.h"
 #include "platform/bundles/Bundle.h"
 #include "platform/bundles/PropertyList.h"
 #include "platform/controls/Alert.h"
 #include "platform/runloop/RunLoop.h"
 #include "platform/text/Localization.h"
-#include "velmora/osirix/Osirix.h"
 
 namespace velmora {
 
@@ -33,18 +31,16 @@ void logFailure(const char* format, const base::Result<>& result) {
 }  // namespace
 
 QString PluginInstaller::carriedFolder() const {
-  return platform::formatted(QStringLiteral("%@/OsiriX Plugins"), {services_.mainBundle.resourcePath()});
+  return platform::formatted(QStringLiteral("%@/OsiriX Plugins"), {bundle_.resourcePath()});
 }
 
 QString PluginInstaller::installedFolder() {
   return base::expandingTildeInPath(QStringLiteral("~/Library/Application Support/OsiriX/Plugins"));
 }
 
-bool PluginInstaller::osirixIsInstalled() const { return osirix::isInstalled(services_.workspace); }
-
 QString PluginInstaller::nameOfInstallableOsirixPlugin() const {
   QString first;
-  services_.fileManager.enumeratorAtPath(carriedFolder(), [&first](const QString& entry) {
+  files_.enumeratorAtPath(carriedFolder(), [&first](const QString& entry) {
     first = entry;
     return false;
   });
@@ -55,7 +51,7 @@ bool PluginInstaller::osirixPluginVersionCurrent() const {
   const QString name = nameOfInstallableOsirixPlugin();
   if (name.isNull()) return true;
   const QString installed = installedFolder() + QLatin1Char('/') + name;
-  if (!services_.fileManager.isDirectory(installed)) return false;
+  if (!files_.isDirectory(installed)) return false;
   const QString version = versionOfPlugin(installed);
   return !version.isNull() && version == versionOfPlugin(carriedFolder() + QLatin1Char('/') + name);
 }
@@ -77,42 +73,41 @@ void PluginInstaller::doInstallOsirixPlugin() {
   } else {
     outcome.messageText = platform::localizedString("VelmoraAppController", "Installation Failed");
   }
-  services_.alerts.runModal(outcome);
+  alerts_.runModal(outcome);
 }
 
 void PluginInstaller::makeInstalledFolder() {
-  if (services_.fileManager.isDirectory(installedFolder())) return;
-  logFailure("Create directory failed: %@", services_.fileManager.createDirectory(installedFolder()));
+  if (files_.isDirectory(installedFolder())) return;
+  logFailure("Create directory failed: %@", files_.createDirectory(installedFolder()));
 }
 
 void PluginInstaller::removeLeftovers() {
   // The names under which the file manager takes folders away and copies them, whole plugins each. Young ones
   // may be another installation's, which is at work just now.
   static const QRegularExpression temporary(QStringLiteral("\\A\\.(?:removed|unfinished)-[A-Za-z]{6}\\z"));
-  const QDateTime youngest = services_.runLoop.now().addSecs(-60 * base::FileManager::AbandonedAfterMinutes);
-  for (const QString& name : services_.fileManager.contentsOfDirectoryAtPath(installedFolder())) {
+  const QDateTime youngest = clock_.now().addSecs(-60 * base::FileManager::AbandonedAfterMinutes);
+  for (const QString& name : files_.contentsOfDirectoryAtPath(installedFolder())) {
     const QString path = installedFolder() + QLatin1Char('/') + name;
     if (!temporary.match(name).hasMatch() || QFileInfo(path).isSymLink()) continue;
-    if (!services_.fileManager.isDirectory(path)) continue;
-    if (services_.fileManager.modificationDate(path) > youngest) continue;
-    logFailure("Remove left over folder failed: %@", services_.fileManager.removeItem(path));
+    if (!files_.isDirectory(path)) continue;
+    if (files_.modificationDate(path) > youngest) continue;
+    logFailure("Remove left over folder failed: %@", files_.removeItem(path));
   }
 }
 
 void PluginInstaller::removeInstalled(const QString& name) {
   // By its name in the folder: a link that leads nowhere is in the way too, and no name at all is in no
   // folder.
-  if (!services_.fileManager.contentsOfDirectoryAtPath(installedFolder()).contains(name)) return;
-  logFailure("Remove old plugin failed: %@",
-             services_.fileManager.removeItem(installedFolder() + QLatin1Char('/') + name));
+  if (!files_.contentsOfDirectoryAtPath(installedFolder()).contains(name)) return;
+  logFailure("Remove old plugin failed: %@", files_.removeItem(installedFolder() + QLatin1Char('/') + name));
 }
 
 base::Result<> PluginInstaller::copyToInstalled(const QString& name) {
   if (name.isNull()) {
     return base::Failure{QStringLiteral("There is no plugin in '%1'.").arg(carriedFolder())};
   }
-  return services_.fileManager.copyItem(carriedFolder() + QLatin1Char('/') + name,
-                                        installedFolder() + QLatin1Char('/') + name);
+  return files_.copyItem(carriedFolder() + QLatin1Char('/') + name,
+                         installedFolder() + QLatin1Char('/') + name);
 }
 
 }  // namespace velmora

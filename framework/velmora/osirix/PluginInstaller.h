@@ -6,8 +6,13 @@
 #include "base/Export.h"
 #include "base/Result.h"
 
+namespace velmora::base {
+class FileManager;
+}
 namespace velmora::platform {
-struct Services;
+class Alerts;
+class Bundle;
+class RunLoop;
 }  // namespace velmora::platform
 
 namespace velmora {
@@ -18,10 +23,10 @@ namespace velmora {
 /// same name to ~/Library/Application Support/OsiriX/Plugins.
 class VELMORA_EXPORT PluginInstaller {
  public:
-  explicit PluginInstaller(platform::Services& services) : services_(services) {}
+  PluginInstaller(base::FileManager& files, platform::Alerts& alerts, const platform::RunLoop& clock,
+                  const platform::Bundle& bundle)
+      : files_(files), alerts_(alerts), clock_(clock), bundle_(bundle) {}
 
-  /// Whether the viewer is on this machine.
-  bool osirixIsInstalled() const;
   /// The file name of the carried plugin; a null string when the application carries none. The first entry in
   /// the file system's own order counts, whatever it is.
   QString nameOfInstallableOsirixPlugin() const;
@@ -42,7 +47,10 @@ class VELMORA_EXPORT PluginInstaller {
   void removeInstalled(const QString& name);
   base::Result<> copyToInstalled(const QString& name);
 
-  platform::Services& services_;
+  base::FileManager& files_;
+  platform::Alerts& alerts_;
+  const platform::RunLoop& clock_;
+  const platform::Bundle& bundle_;
 };
 
 }  // namespace velmora

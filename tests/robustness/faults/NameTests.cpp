@@ -138,7 +138,8 @@ TEST_F(Names, AreFoundAgainByTheLookUpThisSessionAndTheNext) {
     desk.newRecord(name.identifier).saveDocument();
     desk.closeAll();
   }
-  velmora::DatabaseFileCache nextSession(desk.services, [](const QString&) {});
+  velmora::DatabaseFileCache nextSession(desk.services.defaults, desk.services.fileManager,
+                                         desk.services.runLoop, [](const QString&) {});
   nextSession.cacheDatabaseFiles();
   for (const Name& name : names()) {
     SCOPED_TRACE(name.what);

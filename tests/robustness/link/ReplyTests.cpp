@@ -42,8 +42,7 @@ class Replies : public ::testing::Test {
   Mailbox mailbox_;
   desktop::QtDistributedNotificationCenter viewer_{bus_.address()};
   desktop::QtDistributedNotificationCenter centre_{bus_.address()};
-  platform::Services services_ = with(desktop_.services, {.distributedCenter = &centre_});
-  velmora::OsirixExportQueue queue_{services_};
+  velmora::OsirixExportQueue queue_{centre_, desktop_.runLoop, desktop_.mainBundle};
 };
 
 TEST_F(Replies, AboveTheLimitAreRefusedWithOneLineAndTheQueueGoesOn) {

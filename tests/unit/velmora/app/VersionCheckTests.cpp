@@ -69,7 +69,8 @@ class VersionCheck : public testing::Test {
   int updates = 0;
   std::function<void()> whenUpdated = [] {};
   std::unique_ptr<velmora::VersionCheck> check = std::make_unique<velmora::VersionCheck>(
-      desktop.services, orvVersion, [this](const QString& status) { statuses.append(status); },
+      desktop.defaults, desktop.notificationCenter, desktop.runLoop, orvVersion,
+      [this](const QString& status) { statuses.append(status); },
       [this] {
         ++updates;
         whenUpdated();

@@ -70,8 +70,7 @@ class Machine {
   testkit::LogRecorder log;
   testkit::TestServices desktop{{}, home.path("resources")};
   NotingAlerts alerts;
-  platform::Services services = testkit::with(desktop.services, alerts);
-  velmora::PluginInstaller plugin{services};
+  velmora::PluginInstaller plugin{desktop.fileManager, alerts, desktop.runLoop, desktop.mainBundle};
 };
 
 /// How many calls an installation makes below the viewer's folder.

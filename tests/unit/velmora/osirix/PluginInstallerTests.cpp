@@ -54,7 +54,7 @@ class Plugin : public testing::Test {
   testkit::TemporaryHome home;
   testkit::LogRecorder log;
   testkit::TestServices desktop{{}, home.path("resources")};
-  velmora::PluginInstaller plugin{desktop.services};
+  velmora::PluginInstaller plugin{desktop.fileManager, desktop.alerts, desktop.runLoop, desktop.mainBundle};
 };
 
 }  // namespace
@@ -348,11 +348,11 @@ TEST_F(Plugin, ThatIsNotCarriedIsToldAndNoOtherPluginTouched) {
 }
 
 TEST_F(Plugin, FindsTheViewerByItsBundleIdentifier) {
-  EXPECT_FALSE(plugin.osirixIsInstalled());
+  EXPECT_FALSE(velmora::osirix::isInstalled(desktop.workspace));
   desktop.workspace.applications.insert("com.example.other", "/opt/other");
-  EXPECT_FALSE(plugin.osirixIsInstalled());
+  EXPECT_FALSE(velmora::osirix::isInstalled(desktop.workspace));
   desktop.workspace.applications.insert(velmora::osirix::BundleIdentifier, "/opt/osirix");
-  EXPECT_TRUE(plugin.osirixIsInstalled());
+  EXPECT_TRUE(velmora::osirix::isInstalled(desktop.workspace));
 }
 
 // The plugin of the growth application.
@@ -376,7 +376,7 @@ TEST(GrowthPlugin, InstallsAndIsCurrentThen) {
   const testkit::TemporaryHome home;
   const testkit::LogRecorder log;
   testkit::TestServices desktop({}, QStringLiteral(GROWTH_PLUGIN_FOLDER));
-  velmora::PluginInstaller plugin(desktop.services);
+  velmora::PluginInstaller plugin(desktop.fileManager, desktop.alerts, desktop.runLoop, desktop.mainBundle);
   EXPECT_FALSE(plugin.osirixPluginVersionCurrent());
   desktop.alerts.expect(Succeeded, platform::AlertDefaultReturn);
   plugin.doInstallOsirixPlugin();
