@@ -13,10 +13,10 @@ class Answers {
  public:
   void give(const char* question, const CheckAnswer& answer) {
     printLine(QStringLiteral("%1  %2  %3")
-                  .arg(answer.ok ? QStringLiteral("ok   ") : QStringLiteral("wrong"))
+                  .arg(answer.ok() ? QStringLiteral("ok   ") : QStringLiteral("wrong"))
                   .arg(QLatin1String(question), -13)
-                  .arg(answer.text));
-    good_ = good_ && answer.ok;
+                  .arg(answer.ok() ? *answer : answer.error()));
+    good_ = good_ && answer.ok();
   }
   int exitCode() const { return good_ ? Success : Failure; }
 
@@ -25,13 +25,14 @@ class Answers {
 };
 
 CheckAnswer checkServer(const QString& spool) {
-  if (Spool::isServed(spool)) return {true, QStringLiteral("velmora-link serve is running")};
-  return {false, QStringLiteral("velmora-link serve is not running: charts that are sent now are lost")};
+  if (Spool::isServed(spool)) return QStringLiteral("velmora-link serve is running");
+  return velmora::base::Failure{
+      QStringLiteral("velmora-link serve is not running: charts that are sent now are lost")};
 }
 
 CheckAnswer checkCharts(const QString& spool) {
   const auto listing = Spool::list(spool);
-  if (!listing) return {false, listing.error()};
+  if (!listing) return listing.failure();
   const auto count = [&](SpoolState state) {
     return std::count_if(listing->begin(), listing->end(),
                          [&](const SpoolItem& item) { return item.state == state; });
@@ -39,8 +40,8 @@ CheckAnswer checkCharts(const QString& spool) {
   const QString text = QStringLiteral("%1 waiting, %2 set aside")
                            .arg(count(SpoolState::Waiting))
                            .arg(count(SpoolState::Aside));
-  if (count(SpoolState::Aside) == 0) return {true, text};
-  return {false, text + QStringLiteral("; \"velmora-link status\" tells why")};
+  if (count(SpoolState::Aside) == 0) return text;
+  return velmora::base::Failure{text + QStringLiteral("; \"velmora-link status\" tells why")};
 }
 
 }  // namespace
@@ -59,10 +60,10 @@ int runCheck(const QStringList& arguments) {
   const auto config = readConfig(path);
   if (!config.ok()) {
     const QStringList errors = config.error().split(QLatin1Char('\n'));
-    for (const QString& error : errors) answers.give("configuration", {false, error});
+    for (const QString& error : errors) answers.give("configuration", velmora::base::Failure{error});
     return WrongUsage;
   }
-  answers.give("configuration", {true, path});
+  answers.give("configuration", path);
   answers.give("spool", checkSpoolFolder(config->spoolFolder));
   answers.give("charts", checkCharts(config->spoolFolder));
   answers.give("session bus", checkSessionBus());

@@ -24,7 +24,7 @@ constexpr qint64 MiB = 1024 * 1024;
 /// A chart is of the order of 1 MiB: room for a day without the archive.
 constexpr qint64 LeastRoom = 256 * MiB;
 
-CheckAnswer wrong(const QString& text) { return {false, text}; }
+base::Failure wrong(const QString& text) { return {text}; }
 
 /// The folder itself, or the nearest one above it that exists.
 QString existing(QString folder) {
@@ -36,13 +36,13 @@ QString existing(QString folder) {
 
 /// Whether a file can really be written there; permissions alone do not tell (a full or read-only disk, a
 /// quota).
-QString writingFailure(const QString& folder) {
+base::Result<> tryToWrite(const QString& folder) {
   QTemporaryFile file(QDir(folder).filePath(QStringLiteral(".velmora-link-check-XXXXXX")));
   if (file.open() && file.write(QByteArray(64 * 1024, 'x')) == 64 * 1024 && file.flush() &&
       ::fsync(file.handle()) == 0) {
-    return QString();
+    return {};
   }
-  return file.errorString();
+  return base::Failure{file.errorString()};
 }
 
 }  // namespace
@@ -67,10 +67,10 @@ CheckAnswer checkSpoolFolder(const QString& folder) {
   if (room >= 0 && room < LeastRoom) {
     return wrong(QStringLiteral("only %1 MiB are free in %2").arg(room / MiB).arg(place));
   }
-  if (place != folder) return {true, QStringLiteral("%1 will be made").arg(folder)};
-  const QString failure = writingFailure(folder);
-  if (!failure.isNull()) return wrong(QStringLiteral("cannot write into %1: %2").arg(folder, failure));
-  return {true, QStringLiteral("%1, %2 MiB free").arg(folder).arg(room / MiB)};
+  if (place != folder) return QStringLiteral("%1 will be made").arg(folder);
+  const base::Result<> written = tryToWrite(folder);
+  if (!written) return wrong(QStringLiteral("cannot write into %1: %2").arg(folder, written.error()));
+  return QStringLiteral("%1, %2 MiB free").arg(folder).arg(room / MiB);
 }
 
 CheckAnswer checkSessionBus() {
@@ -82,7 +82,7 @@ CheckAnswer checkSessionBus() {
         const std::lock_guard lock(mutex);
         complaints.append(line);
       });
-  if (bus.flush(std::chrono::seconds(10))) return {true, QStringLiteral("answers")};
+  if (bus.flush(std::chrono::seconds(10))) return QStringLiteral("answers");
   const std::lock_guard lock(mutex);
   return wrong(complaints.isEmpty() ? QStringLiteral("does not answer")
                                     : complaints.join(QStringLiteral("; ")));
@@ -95,9 +95,9 @@ CheckAnswer checkArchive(const PacsSettings& settings) {
                                     .arg(settings.port)
                                     .arg(settings.callingAETitle)
                               : settings.url.toDisplayString();
-  const PacsResult result = makePacs(settings)->check();
-  if (!result.done()) return wrong(QStringLiteral("%1: %2").arg(place, result.reason));
-  return {true, QStringLiteral("%1: lets us find and store").arg(place)};
+  const PacsResult<> checked = makePacs(settings)->check();
+  if (!checked.ok()) return wrong(QStringLiteral("%1: %2").arg(place, checked.error()));
+  return QStringLiteral("%1: lets us find and store").arg(place);
 }
 
 }  // namespace bridge

@@ -3,15 +3,14 @@
 
 #include <QString>
 
+#include "base/Result.h"
 #include "bridge/config/Config.h"
 
 namespace bridge {
 
-/// The answer to one question about the installation.
-struct CheckAnswer {
-  bool ok = true;
-  QString text;  ///< in plain words: what was found, or what is wrong and what helps
-};
+/// The answer to one question about the installation, in plain words: what was found, or what is wrong and
+/// what helps.
+using CheckAnswer = velmora::base::Result<QString>;
 
 /// Whether the spool's folder can take patients' charts: there (or can be made), ours, nobody else's to
 /// enter, writable, with room for charts. Leaves nothing behind in it.

@@ -22,12 +22,11 @@ namespace {
 
 namespace protocol = velmora::link;
 
-/// One study, or why there is not one, and those among which to choose, a line each.
-struct Choice {
-  Study study;
-  QString error;
-  QStringList candidates;
+/// Why there is not one study.
+struct NotOne : base::Failure {
+  QStringList candidates = {};  ///< those among which to choose, a line each
 };
+using Choice = base::Result<Study, NotOne>;
 
 /// A text of the archive on one line.
 QString onOneLine(const QString& text) {
@@ -46,21 +45,20 @@ QString lineOf(const Study& study) {
 
 /// The one study of the archive that the query means.
 Choice chosenFrom(const PacsSettings& settings, const StudyQuery& query) {
-  Choice choice;
-  QList<Study> studies;
-  const PacsResult result = makePacs(settings)->findStudies(query, studies);
-  if (!result.done()) {
-    choice.error = result.reason;
-  } else if (studies.isEmpty()) {
-    choice.error = QStringLiteral("the archive has no such study");
-  } else if (studies.size() == 1) {
-    choice.study = studies.constFirst();
-  } else {
-    choice.error = QStringLiteral("the archive has %1 such studies; choose one by its Study Instance UID")
-                       .arg(studies.size());
-    for (const Study& each : std::as_const(studies)) choice.candidates.append(lineOf(each));
-  }
-  return choice;
+  const PacsResult<QList<Study>> studies = makePacs(settings)->findStudies(query);
+  if (!studies.ok()) return NotOne{studies.failure()};
+  if (studies->isEmpty()) return NotOne{{QStringLiteral("the archive has no such study")}};
+  if (studies->size() == 1) return studies->first();
+  NotOne several{{QStringLiteral("the archive has %1 such studies; choose one by its Study Instance UID")
+                      .arg(studies->size())}};
+  for (const Study& each : *studies) several.candidates.append(lineOf(each));
+  return several;
+}
+
+/// The study of a file, or of a folder of files.
+Choice chosenFrom(const QString& path) {
+  const base::Result<Study> study = studyFromPath(path);
+  return study.ok() ? Choice(*study) : NotOne{study.failure()};
 }
 
 /// The link request for a study. What the study does not say is not sent.
@@ -77,15 +75,15 @@ base::Result<QVariantMap> requestFor(const Study& study) {
 }
 
 base::Result<> send(const Choice& choice, const QString& application) {
-  if (!choice.error.isNull()) return base::Failure{choice.error};
-  const base::Result<QVariantMap> request = requestFor(choice.study);
+  if (!choice.ok()) return choice.failure();
+  const base::Result<QVariantMap> request = requestFor(*choice);
   return request ? sendRequest(application, *request) : request.failure();
 }
 
-/// What to say when a study was sent and nobody seems to have heard it; null when there is nothing to say. A
-/// warning only: an application need not have a name on the bus.
-QString warningAbout(const QString& application) {
-  if (mayBeRunning(application)) return QString();
+/// What to say when a study was sent and nobody seems to have heard it. A warning only:
+/// an application need not have a name on the bus.
+std::optional<QString> warningAbout(const QString& application) {
+  if (mayBeRunning(application)) return std::nullopt;
   return QStringLiteral("%1 does not seem to be running: start it, and open the study once more")
       .arg(application);
 }
@@ -179,22 +177,15 @@ int runStudy(const QStringList& arguments) {
     config = *read;
     if (!application) application = config.applications.value(0);
   }
-  Choice choice;
-  if (fromFile) {
-    const auto study = studyFromPath(parser.value(QStringLiteral("file")));
-    if (study.ok()) choice.study = *study;
-    choice.error = study.error();
-  } else {
-    choice = chosenFrom(config.pacs, *query);
-  }
+  const Choice choice =
+      fromFile ? chosenFrom(parser.value(QStringLiteral("file"))) : chosenFrom(config.pacs, *query);
   const base::Result<> sent = send(choice, *application);
   if (sent) {
-    const QString warning = warningAbout(*application);
-    if (!warning.isNull()) printError(warning);
+    if (const auto warning = warningAbout(*application)) printError(*warning);
     return Success;
   }
   printError(sent.error());
-  for (const QString& line : std::as_const(choice.candidates)) printLine(line);
+  for (const QString& line : choice.failure().candidates) printLine(line);
   return Failure;
 }
 
@@ -229,10 +220,10 @@ int runOpen(const QStringList& arguments) {
   const Choice choice = chosenFrom(config->pacs, address->query);
   const base::Result<> sent = send(choice, application);
   if (sent) {
-    const QString warning = warningAbout(application);
-    return warning.isNull() ? Success : refuse(warning, Success);
+    const auto warning = warningAbout(application);
+    return warning ? refuse(*warning, Success) : Success;
   }
-  return refuse((QStringList(sent.error()) + choice.candidates).join(QLatin1Char('\n')), Failure);
+  return refuse((QStringList(sent.error()) + choice.failure().candidates).join(QLatin1Char('\n')), Failure);
 }
 
 }  // namespace bridge

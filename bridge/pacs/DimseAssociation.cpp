@@ -20,8 +20,6 @@ constexpr qint64 MaxNegotiation = 1024 * 1024;
 constexpr qint64 MaxAnswers = (Pacs::MostStudies + 1) * qint64(DimseAssociation::LargestAnswer + 4096);
 constexpr std::chrono::seconds ReleaseTimeout{5};
 
-PacsResult tryAgain(const QString& reason) { return {PacsResult::Outcome::TryAgain, reason}; }
-
 void setUpOnce() {
   [[maybe_unused]] static const bool done = [] {
     OFLog::configure(OFLogger::OFF_LOG_LEVEL);
@@ -74,7 +72,7 @@ void DimseAssociation::limit(std::chrono::seconds time, qint64 bytesToRead) {
   limits_.bytesToRead = bytesToRead;
 }
 
-PacsResult DimseAssociation::open(const QList<DimseContext>& contexts) {
+PacsResult<> DimseAssociation::open(const QList<DimseContext>& contexts) {
   contexts_ = contexts;
   const int seconds = static_cast<int>(settings_.timeout.count());
   limit(settings_.timeout, MaxNegotiation);
@@ -100,7 +98,7 @@ PacsResult DimseAssociation::open(const QList<DimseContext>& contexts) {
         ASC_addPresentationContext(parameters_, contextAt(index), contexts[index].sopClassUID.constData(),
                                    syntaxes.data(), static_cast<int>(syntaxes.size()));
   }
-  if (condition.bad()) return tryAgain(QString::fromLatin1(condition.text()));
+  if (condition.bad()) return PacsFailure::tryAgain(QString::fromLatin1(condition.text()));
 
   condition =
       ASC_requestAssociation(network_, parameters_, &association_, nullptr, nullptr, DUL_NOBLOCK, seconds);
@@ -111,56 +109,63 @@ PacsResult DimseAssociation::open(const QList<DimseContext>& contexts) {
   return {};
 }
 
-PacsResult DimseAssociation::refused() const {
+PacsFailure DimseAssociation::refused() const {
   T_ASC_RejectParameters rejection{};
   const T_ASC_Association* const association = association_;
   ASC_getRejectParameters(association != nullptr ? association->params : parameters_, &rejection);
   switch (rejection.reason) {
     case ASC_REASON_SU_CALLEDAETITLENOTRECOGNIZED:
-      return tryAgain(QStringLiteral("%1 refuses the association: it does not go by the AE title \"%2\"")
-                          .arg(peer(), settings_.calledAETitle));
+      return PacsFailure::tryAgain(
+          QStringLiteral("%1 refuses the association: it does not go by the AE title \"%2\"")
+              .arg(peer(), settings_.calledAETitle));
     case ASC_REASON_SU_CALLINGAETITLENOTRECOGNIZED:
-      return tryAgain(QStringLiteral("%1 refuses the association: it does not know our AE title \"%2\"")
-                          .arg(peer(), settings_.callingAETitle));
+      return PacsFailure::tryAgain(
+          QStringLiteral("%1 refuses the association: it does not know our AE title \"%2\"")
+              .arg(peer(), settings_.callingAETitle));
     case ASC_REASON_SP_PRES_TEMPORARYCONGESTION:
     case ASC_REASON_SP_PRES_LOCALLIMITEXCEEDED:
-      return tryAgain(QStringLiteral("%1 refuses the association: it is too busy at the moment").arg(peer()));
+      return PacsFailure::tryAgain(
+          QStringLiteral("%1 refuses the association: it is too busy at the moment").arg(peer()));
     default:
-      return tryAgain(QStringLiteral("%1 refuses the association without saying why (our AE title is \"%2\")")
-                          .arg(peer(), settings_.callingAETitle));
+      return PacsFailure::tryAgain(
+          QStringLiteral("%1 refuses the association without saying why (our AE title is \"%2\")")
+              .arg(peer(), settings_.callingAETitle));
   }
 }
 
-PacsResult DimseAssociation::failed(const OFCondition& condition) {
+PacsFailure DimseAssociation::failed(const OFCondition& condition) {
   inOrder_ = false;
   if (isOneOf(condition, {DIMSE_NODATAAVAILABLE, DUL_READTIMEOUT}) || limits_.deadline.hasExpired()) {
-    return tryAgain(QStringLiteral("%1 does not answer within %2 s").arg(peer()).arg(time_.count()));
+    return PacsFailure::tryAgain(
+        QStringLiteral("%1 does not answer within %2 s").arg(peer()).arg(time_.count()));
   }
   if (condition.module() == OFM_dcmnet && condition.code() == DULC_UNKNOWNHOST) {
-    return tryAgain(QStringLiteral("there is no computer with the name %1").arg(settings_.host));
+    return PacsFailure::tryAgain(QStringLiteral("there is no computer with the name %1").arg(settings_.host));
   }
   if (condition.module() == OFM_dcmnet && condition.code() == DULC_TCPINITERROR) {
-    return tryAgain(QStringLiteral("%1 cannot be reached").arg(peer()));
+    return PacsFailure::tryAgain(QStringLiteral("%1 cannot be reached").arg(peer()));
   }
   if (condition == DUL_PEERREQUESTEDRELEASE) {
-    return tryAgain(QStringLiteral("%1 ended the conversation before it had answered").arg(peer()));
+    return PacsFailure::tryAgain(
+        QStringLiteral("%1 ended the conversation before it had answered").arg(peer()));
   }
   if (condition == DUL_PEERABORTEDASSOCIATION) {
-    return tryAgain(QStringLiteral("%1 broke off the conversation").arg(peer()));
+    return PacsFailure::tryAgain(QStringLiteral("%1 broke off the conversation").arg(peer()));
   }
-  return tryAgain(QStringLiteral("the connection to %1 broke off (%2)")
-                      .arg(peer(), QString::fromLatin1(condition.text()).simplified().left(200)));
+  return PacsFailure::tryAgain(
+      QStringLiteral("the connection to %1 broke off (%2)")
+          .arg(peer(), QString::fromLatin1(condition.text()).simplified().left(200)));
 }
 
-PacsResult DimseAssociation::accepted(int index) const {
+PacsResult<> DimseAssociation::accepted(int index) const {
   T_ASC_PresentationContext context{};
   if (ASC_findAcceptedPresentationContext(association_->params, contextAt(index), &context).good()) {
     const QByteArray taken = QByteArray(context.acceptedTransferSyntax).trimmed();
     if (contexts_.at(index).transferSyntaxUIDs.contains(taken)) return {};
-    return {PacsResult::Outcome::Never,
-            QStringLiteral("%1 wants %2 in an encoding that was not offered (%3)")
-                .arg(peer(), QString::fromLatin1(dcmFindNameOfUID(context.abstractSyntax, "the data")),
-                     QString::fromLatin1(dcmFindNameOfUID(taken.constData(), taken.constData())))};
+    return PacsFailure::never(
+        QStringLiteral("%1 wants %2 in an encoding that was not offered (%3)")
+            .arg(peer(), QString::fromLatin1(dcmFindNameOfUID(context.abstractSyntax, "the data")),
+                 QString::fromLatin1(dcmFindNameOfUID(taken.constData(), taken.constData()))));
   }
   for (int position = 0; position < ASC_countPresentationContexts(association_->params); ++position) {
     if (ASC_getPresentationContext(association_->params, position, &context).bad()) continue;
@@ -170,15 +175,15 @@ PacsResult DimseAssociation::accepted(int index) const {
     const QString how =
         QString::fromLatin1(dcmFindNameOfUID(context.proposedTransferSyntaxes[0], "its transfer syntax"));
     if (context.resultReason == ASC_P_ABSTRACTSYNTAXNOTSUPPORTED) {
-      return {PacsResult::Outcome::Never, QStringLiteral("%1 does not support %2").arg(peer(), what)};
+      return PacsFailure::never(QStringLiteral("%1 does not support %2").arg(peer(), what));
     }
     if (context.resultReason == ASC_P_TRANSFERSYNTAXESNOTSUPPORTED) {
-      return {PacsResult::Outcome::Never, QStringLiteral("%1 does not take %2 in %3").arg(peer(), what, how)};
+      return PacsFailure::never(QStringLiteral("%1 does not take %2 in %3").arg(peer(), what, how));
     }
-    return tryAgain(
+    return PacsFailure::tryAgain(
         QStringLiteral("%1 does not let us, as \"%2\", use %3").arg(peer(), settings_.callingAETitle, what));
   }
-  return tryAgain(QStringLiteral("%1 did not say whether it lets us").arg(peer()));
+  return PacsFailure::tryAgain(QStringLiteral("%1 did not say whether it lets us").arg(peer()));
 }
 
 QByteArray DimseAssociation::transferSyntax(int index) const {
@@ -187,7 +192,7 @@ QByteArray DimseAssociation::transferSyntax(int index) const {
   return QByteArray(context.acceptedTransferSyntax).trimmed();
 }
 
-PacsResult DimseAssociation::send(int index, T_DIMSE_Message& request, DcmDataset* dataset, qint64 size) {
+PacsResult<> DimseAssociation::send(int index, T_DIMSE_Message& request, DcmDataset* dataset, qint64 size) {
   limit(settings_.timeFor(size), MaxAnswers);
   ++message_;
   const T_DIMSE_DataSetType follows = dataset != nullptr ? DIMSE_DATASET_PRESENT : DIMSE_DATASET_NULL;
@@ -203,12 +208,12 @@ PacsResult DimseAssociation::send(int index, T_DIMSE_Message& request, DcmDatase
   }
   const OFCondition condition = DIMSE_sendMessageUsingMemoryData(association_, contextAt(index), &request,
                                                                  nullptr, dataset, nullptr, nullptr);
-  return condition.good() ? PacsResult{} : failed(condition);
+  return condition.good() ? PacsResult<>() : failed(condition);
 }
 
-PacsResult DimseAssociation::receive(T_DIMSE_Command type, T_DIMSE_Message& answer) {
-  answer = T_DIMSE_Message{};
+PacsResult<T_DIMSE_Message> DimseAssociation::receive(T_DIMSE_Command type) {
   if (limits_.deadline.hasExpired()) return failed(DUL_READTIMEOUT);
+  T_DIMSE_Message answer{};
   T_ASC_PresentationContextID context = 0;
   DcmDataset* detail = nullptr;
   const OFCondition condition =
@@ -221,12 +226,12 @@ PacsResult DimseAssociation::receive(T_DIMSE_Command type, T_DIMSE_Message& answ
   if (type == DIMSE_C_ECHO_RSP) respondedTo = answer.msg.CEchoRSP.MessageIDBeingRespondedTo;
   if (answer.CommandField != type || respondedTo != message_) {
     inOrder_ = false;
-    return tryAgain(QStringLiteral("%1 answered something else than it was asked").arg(peer()));
+    return PacsFailure::tryAgain(QStringLiteral("%1 answered something else than it was asked").arg(peer()));
   }
-  return {};
+  return answer;
 }
 
-PacsResult DimseAssociation::receiveDataset(QByteArray& dataset) {
+PacsResult<QByteArray> DimseAssociation::receiveDataset() {
   QByteArray buffer(LargestAnswer, '\0');
   DcmOutputBufferStream stream(buffer.data(), buffer.size());
   T_ASC_PresentationContextID context = 0;
@@ -234,8 +239,7 @@ PacsResult DimseAssociation::receiveDataset(QByteArray& dataset) {
                                                            &context, &stream, nullptr, nullptr);
   if (condition.bad()) return failed(condition);
   buffer.truncate(static_cast<qsizetype>(stream.tell()));
-  dataset = buffer;
-  return {};
+  return buffer;
 }
 
 }  // namespace bridge

@@ -38,31 +38,31 @@ class DimseAssociation {
   DimseAssociation(const DimseAssociation&) = delete;
   DimseAssociation& operator=(const DimseAssociation&) = delete;
 
-  /// Called once, before all else. Done means that the archive talks to us; accepted() tells what it lets us
-  /// do.
-  PacsResult open(const QList<DimseContext>& contexts);
-  /// Done when the archive accepted the context with that index in what open() was given. A refusal is Never
-  /// when the archive does not know the class or the transfer syntax, or chooses one that was not offered: it
-  /// would misread what it is sent.
-  PacsResult accepted(int index) const;
+  /// Called once, before all else. Success means that the archive talks to us; accepted() tells what it lets
+  /// us do.
+  PacsResult<> open(const QList<DimseContext>& contexts);
+  /// Succeeds when the archive accepted the context with that index in what open() was given. A refusal is
+  /// Never when the archive does not know the class or the transfer syntax, or chooses one that was not
+  /// offered: it would misread what it is sent.
+  PacsResult<> accepted(int index) const;
   /// The transfer syntax of an accepted context.
   QByteArray transferSyntax(int index) const;
 
   /// Sends a C-ECHO, C-FIND or C-STORE request, followed by the data set unless there is none. The message's
   /// number and what it says of a data set are filled in here. `size`, in bytes, decides how long it may
   /// take.
-  PacsResult send(int index, T_DIMSE_Message& request, DcmDataset* dataset = nullptr, qint64 size = 0);
+  PacsResult<> send(int index, T_DIMSE_Message& request, DcmDataset* dataset = nullptr, qint64 size = 0);
   /// Waits for an answer to the last request. `type` is what it must be.
-  PacsResult receive(T_DIMSE_Command type, T_DIMSE_Message& answer);
+  PacsResult<T_DIMSE_Message> receive(T_DIMSE_Command type);
   /// Reads the data set that follows an answer.
-  PacsResult receiveDataset(QByteArray& dataset);
+  PacsResult<QByteArray> receiveDataset();
 
   /// An answer to a query may have at most so many bytes: a study's attributes need a fraction of it.
   static constexpr int LargestAnswer = 64 * 1024;
 
  private:
-  PacsResult failed(const OFCondition& condition);
-  PacsResult refused() const;
+  PacsFailure failed(const OFCondition& condition);
+  PacsFailure refused() const;
   QString peer() const;
   int secondsLeft() const;
   void limit(std::chrono::seconds time, qint64 bytesToRead);

@@ -18,9 +18,6 @@ namespace bridge {
 
 namespace {
 
-PacsResult never(const QString& reason) { return {PacsResult::Outcome::Never, reason}; }
-PacsResult tryAgain(const QString& reason) { return {PacsResult::Outcome::TryAgain, reason}; }
-
 DimseContext findContext() {
   return {UID_FINDStudyRootQueryRetrieveInformationModel,
           {UID_LittleEndianExplicitTransferSyntax, UID_LittleEndianImplicitTransferSyntax}};
@@ -70,118 +67,127 @@ QByteArray uidIn(DcmDataset& dataset, const DcmTagKey& tag) {
 
 }  // namespace
 
-PacsResult DimsePacs::findStudies(const StudyQuery& query, QList<Study>& studies) {
-  studies.clear();
-  if (isUnrestricted(query)) return never(QStringLiteral("nothing was asked for"));
-  if (cannotMatch(query)) return {};
+PacsResult<QList<Study>> DimsePacs::findStudies(const StudyQuery& query) {
+  if (isUnrestricted(query)) return PacsFailure::never(QStringLiteral("nothing was asked for"));
+  if (cannotMatch(query)) return QList<Study>();
   DimseAssociation association(settings_);
-  PacsResult result = association.open({findContext()});
-  if (result.done()) result = association.accepted(0);
-  if (result.done()) result = find(association, 0, query, studies);
-  if (!result.done()) studies.clear();
-  return result;
+  PacsResult<> result = association.open({findContext()});
+  if (result.ok()) result = association.accepted(0);
+  if (!result.ok()) return result.failure();
+  return find(association, 0, query);
 }
 
-PacsResult DimsePacs::find(DimseAssociation& association, int index, const StudyQuery& query,
-                           QList<Study>& studies) const {
+PacsResult<QList<Study>> DimsePacs::find(DimseAssociation& association, int index, const StudyQuery& query) {
   DcmDataset keys;
   putKeys(keys, query);
   T_DIMSE_Message request{};
   request.CommandField = DIMSE_C_FIND_RQ;
   request.msg.CFindRQ.Priority = DIMSE_PRIORITY_MEDIUM;
   copyUid(request.msg.CFindRQ.AffectedSOPClassUID, findContext().sopClassUID);
-  PacsResult result = association.send(index, request, &keys);
-  int answers = 0;
-  while (result.done()) {
-    T_DIMSE_Message answer{};
-    result = association.receive(DIMSE_C_FIND_RSP, answer);
-    if (!result.done()) break;
-    const T_DIMSE_C_FindRSP& response = answer.msg.CFindRSP;
+  const PacsResult<> sent = association.send(index, request, &keys);
+  if (!sent.ok()) return sent.failure();
+  QList<Study> studies;
+  for (int answers = 0;;) {
+    const PacsResult<T_DIMSE_Message> answer = association.receive(DIMSE_C_FIND_RSP);
+    if (!answer.ok()) return answer.failure();
+    const T_DIMSE_C_FindRSP& response = answer->msg.CFindRSP;
     QByteArray dataset;
-    if (response.DataSetType != DIMSE_DATASET_NULL) result = association.receiveDataset(dataset);
-    if (!result.done()) break;
-    if (!isPending(response.DimseStatus)) return findOutcome(response.DimseStatus);
+    if (response.DataSetType != DIMSE_DATASET_NULL) {
+      const PacsResult<QByteArray> received = association.receiveDataset();
+      if (!received.ok()) return received.failure();
+      dataset = *received;
+    }
+    if (!isPending(response.DimseStatus)) {
+      const PacsResult<> found = findOutcome(response.DimseStatus);
+      if (!found.ok()) return found.failure();
+      return studies;
+    }
     if (++answers > MostStudies) {
-      return never(QStringLiteral("more than %1 studies match: ask for something narrower").arg(MostStudies));
+      return PacsFailure::never(
+          QStringLiteral("more than %1 studies match: ask for something narrower").arg(MostStudies));
     }
     const auto study = studyFromDataset(dataset, association.transferSyntax(index));
     // Whoever counts studies must not miss one.
     if (!study.ok()) {
-      return tryAgain(QStringLiteral("the archive's answer holds a study without a Study Instance UID"));
+      return PacsFailure::tryAgain(
+          QStringLiteral("the archive's answer holds a study without a Study Instance UID"));
     }
     if (matches(*study, query) && !studies.contains(*study)) studies.append(*study);
   }
-  return result;
 }
 
-PacsResult DimsePacs::store(const QByteArray& file, const QString& sopClassUID,
-                            const QString& sopInstanceUID) {
+PacsResult<> DimsePacs::store(const QByteArray& file, const QString& sopClassUID,
+                              const QString& sopInstanceUID) {
   DcmFileFormat object;
-  if (!readFile(object, file)) return never(QStringLiteral("it is not a DICOM file"));
+  if (!readFile(object, file)) return PacsFailure::never(QStringLiteral("it is not a DICOM file"));
   DcmDataset& dataset = *object.getDataset();
   const QByteArray sopClass = sopClassUID.toLatin1();
   const QByteArray sopInstance = sopInstanceUID.toLatin1();
   // An archive files the object under what it reads in it, and confirms what the request says.
   if (uidIn(dataset, DCM_SOPClassUID) != sopClass || uidIn(dataset, DCM_SOPInstanceUID) != sopInstance) {
-    return never(QStringLiteral("the DICOM file holds another object than %1").arg(sopInstanceUID));
+    return PacsFailure::never(
+        QStringLiteral("the DICOM file holds another object than %1").arg(sopInstanceUID));
   }
   DimseAssociation association(settings_);
-  PacsResult result = association.open({{sopClass, {DcmXfer(dataset.getOriginalXfer()).getXferID()}}});
-  if (result.done()) result = association.accepted(0);
-  if (!result.done()) return result;
+  PacsResult<> result = association.open({{sopClass, {DcmXfer(dataset.getOriginalXfer()).getXferID()}}});
+  if (result.ok()) result = association.accepted(0);
+  if (!result.ok()) return result;
   T_DIMSE_Message request{};
   request.CommandField = DIMSE_C_STORE_RQ;
   request.msg.CStoreRQ.Priority = DIMSE_PRIORITY_MEDIUM;
   copyUid(request.msg.CStoreRQ.AffectedSOPClassUID, sopClass);
   copyUid(request.msg.CStoreRQ.AffectedSOPInstanceUID, sopInstance);
   result = association.send(0, request, &dataset, file.size());
-  T_DIMSE_Message answer{};
-  if (result.done()) result = association.receive(DIMSE_C_STORE_RSP, answer);
-  if (!result.done()) return result;
-  const T_DIMSE_C_StoreRSP& response = answer.msg.CStoreRSP;
+  if (!result.ok()) return result;
+  const PacsResult<T_DIMSE_Message> answer = association.receive(DIMSE_C_STORE_RSP);
+  if (!answer.ok()) return answer.failure();
+  const T_DIMSE_C_StoreRSP& response = answer->msg.CStoreRSP;
   result = storeOutcome(response.DimseStatus);
-  if (!result.done()) return result;
+  if (!result.ok()) return result;
   // The response need not name the object (PS3.7 table 9.1-1): it answers our message, and there is one only.
   const QByteArray named = (response.opts & O_STORE_AFFECTEDSOPINSTANCEUID) != 0
                                ? QByteArray(response.AffectedSOPInstanceUID).trimmed()
                                : QByteArray();
   if (named.isEmpty() || named == sopInstance) return {};
-  return tryAgain(QStringLiteral("the archive confirmed another object than %1").arg(sopInstanceUID));
+  return PacsFailure::tryAgain(
+      QStringLiteral("the archive confirmed another object than %1").arg(sopInstanceUID));
 }
 
-PacsResult DimsePacs::check() {
+PacsResult<> DimsePacs::check() {
   DimseAssociation association(settings_);
-  PacsResult result =
+  PacsResult<> result =
       association.open({{UID_VerificationSOPClass,
                          {UID_LittleEndianExplicitTransferSyntax, UID_LittleEndianImplicitTransferSyntax}},
                         findContext(),
                         {UID_SecondaryCaptureImageStorage, {UID_JPEGProcess1TransferSyntax}}});
-  for (int index = 0; index < 3 && result.done(); ++index) result = association.accepted(index);
-  if (!result.done()) return result;
+  for (int index = 0; index < 3 && result.ok(); ++index) result = association.accepted(index);
+  if (!result.ok()) return result;
   T_DIMSE_Message request{};
   request.CommandField = DIMSE_C_ECHO_RQ;
   copyUid(request.msg.CEchoRQ.AffectedSOPClassUID, UID_VerificationSOPClass);
   result = association.send(0, request);
-  T_DIMSE_Message answer{};
-  if (result.done()) result = association.receive(DIMSE_C_ECHO_RSP, answer);
-  if (!result.done()) return result;
-  if (answer.msg.CEchoRSP.DimseStatus != 0) {
-    return tryAgain(QStringLiteral("the archive answers to C-ECHO with an error (status 0x%1)")
-                        .arg(answer.msg.CEchoRSP.DimseStatus, 4, 16, QLatin1Char('0')));
+  if (!result.ok()) return result;
+  const PacsResult<T_DIMSE_Message> echoed = association.receive(DIMSE_C_ECHO_RSP);
+  if (!echoed.ok()) return echoed.failure();
+  const DIC_US status = echoed->msg.CEchoRSP.DimseStatus;
+  if (status != 0) {
+    return PacsFailure::tryAgain(QStringLiteral("the archive answers to C-ECHO with an error (status 0x%1)")
+                                     .arg(status, 4, 16, QLatin1Char('0')));
   }
   // Some archives accept the context of everybody and refuse the question.
   StudyQuery nowhere;
   nowhere.studyInstanceUID = QStringLiteral("2.25.0");
-  QList<Study> none;
-  result = find(association, 1, nowhere, none);
+  const PacsResult<QList<Study>> found = find(association, 1, nowhere);
+  if (found.ok()) return {};
+  PacsFailure failure = found.failure();
   // Orthanc hangs up without a word on whom it does not know.
-  if (result.outcome == PacsResult::Outcome::TryAgain) {
-    result.reason += QStringLiteral(
-                         "; it answers to C-ECHO, but not to C-FIND: does it know our AE title "
-                         "\"%1\", and let it find?")
-                         .arg(settings_.callingAETitle);
+  if (failure.kind == PacsFailure::Kind::TryAgain) {
+    failure.message += QStringLiteral(
+                           "; it answers to C-ECHO, but not to C-FIND: does it know our AE title "
+                           "\"%1\", and let it find?")
+                           .arg(settings_.callingAETitle);
   }
-  return result;
+  return failure;
 }
 
 }  // namespace bridge

@@ -16,18 +16,17 @@ class DimsePacs final : public Pacs {
 
   /// A study must match every member that is not empty letter by letter; a wildcard in them is an ordinary
   /// character.
-  PacsResult findStudies(const StudyQuery& query, QList<Study>& studies) override;
+  PacsResult<QList<Study>> findStudies(const StudyQuery& query) override;
   /// The file is one that was made here: the DICOM toolkit reads it, as it reads nothing that was received.
   /// It is sent in its transfer syntax. Never when the archive takes no objects of the class, or none in that
   /// transfer syntax.
-  PacsResult store(const QByteArray& file, const QString& sopClassUID,
-                   const QString& sopInstanceUID) override;
+  PacsResult<> store(const QByteArray& file, const QString& sopClassUID,
+                     const QString& sopInstanceUID) override;
   /// Echoes, asks for a study that is nowhere, and asks whether a chart could be stored.
-  PacsResult check() override;
+  PacsResult<> check() override;
 
  private:
-  PacsResult find(DimseAssociation& association, int index, const StudyQuery& query,
-                  QList<Study>& studies) const;
+  static PacsResult<QList<Study>> find(DimseAssociation& association, int index, const StudyQuery& query);
 
   PacsSettings settings_;
 };

@@ -29,10 +29,11 @@ QString meaningOf(quint16 status) {
   return QStringLiteral("failure");
 }
 
-PacsResult refused(PacsResult::Outcome outcome, const char* what, quint16 status) {
-  return {outcome, QStringLiteral("the archive %1: %2 (status 0x%3)")
-                       .arg(QString::fromLatin1(what), meaningOf(status))
-                       .arg(status, 4, 16, QLatin1Char('0'))};
+PacsFailure refused(bool final, const char* what, quint16 status) {
+  const QString reason = QStringLiteral("the archive %1: %2 (status 0x%3)")
+                             .arg(QString::fromLatin1(what), meaningOf(status))
+                             .arg(status, 4, 16, QLatin1Char('0'));
+  return final ? PacsFailure::never(reason) : PacsFailure::tryAgain(reason);
 }
 
 constexpr int classOf(quint16 status) { return status & 0xff00; }
@@ -42,19 +43,17 @@ constexpr int familyOf(quint16 status) { return status & 0xf000; }
 
 bool isPending(quint16 status) { return status == 0xff00 || status == 0xff01; }
 
-PacsResult storeOutcome(quint16 status) {
+PacsResult<> storeOutcome(quint16 status) {
   if (status == 0x0000 || status == 0x0111 || familyOf(status) == 0xb000) return {};
   const bool final = classOf(status) == 0xa900 || familyOf(status) == 0xc000 || status == 0x0117 ||
                      status == 0x0118 || status == 0x0122 || status == 0x0211 || status == 0x0212;
-  return refused(final ? PacsResult::Outcome::Never : PacsResult::Outcome::TryAgain, "refused the object",
-                 status);
+  return refused(final, "refused the object", status);
 }
 
-PacsResult findOutcome(quint16 status) {
+PacsResult<> findOutcome(quint16 status) {
   if (status == 0x0000) return {};
   const bool final = classOf(status) == 0xa900 || status == 0x0122;
-  return refused(final ? PacsResult::Outcome::Never : PacsResult::Outcome::TryAgain,
-                 "did not answer the question", status);
+  return refused(final, "did not answer the question", status);
 }
 
 }  // namespace bridge

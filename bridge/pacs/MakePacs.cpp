@@ -7,8 +7,13 @@
 namespace bridge {
 
 std::unique_ptr<Pacs> makePacs(const PacsSettings& settings) {
-  if (settings.kind == PacsSettings::Kind::Web) return std::make_unique<WebPacs>(settings);
-  return std::make_unique<DimsePacs>(settings);
+  switch (settings.kind) {
+    case PacsSettings::Kind::Dimse:
+      return std::make_unique<DimsePacs>(settings);
+    case PacsSettings::Kind::Web:
+      return std::make_unique<WebPacs>(settings);
+  }
+  Q_UNREACHABLE();
 }
 
 }  // namespace bridge

@@ -54,31 +54,25 @@ QString sentenceFor(const QUrl& url, const base::HttpAnswer& answer) {
 }
 
 /// What the exchange brought, or the failure in words.
-WebAnswer webAnswer(const QUrl& url, std::chrono::seconds timeout, const base::HttpAnswer& answer) {
-  WebAnswer result;
+base::Result<WebAnswer> webAnswer(const QUrl& url, std::chrono::seconds timeout,
+                                  const base::HttpAnswer& answer) {
   switch (answer.end) {
     case base::HttpAnswer::End::TimedOut:
-      result.failure =
-          QStringLiteral("%1 did not answer within %2 seconds").arg(serverOf(url)).arg(timeout.count());
-      return result;
+      return base::Failure{
+          QStringLiteral("%1 did not answer within %2 seconds").arg(serverOf(url)).arg(timeout.count())};
     case base::HttpAnswer::End::TooLarge:
-      result.failure = QStringLiteral("%1 answers with more than %2 MB")
-                           .arg(serverOf(url))
-                           .arg(LongestWebAnswer / (1024 * 1024));
-      return result;
+      return base::Failure{QStringLiteral("%1 answers with more than %2 MB")
+                               .arg(serverOf(url))
+                               .arg(LongestWebAnswer / (1024 * 1024))};
     case base::HttpAnswer::End::Finished:
       break;
   }
   // Statuses of 400 and more are errors to Qt and answers to us; an answer that broke off is none.
   const bool refusal = answer.status >= 400 && answer.error >= QNetworkReply::ContentAccessDenied;
   if (answer.status == 0 || (answer.error != QNetworkReply::NoError && !refusal)) {
-    result.failure = sentenceFor(url, answer);
-    return result;
+    return base::Failure{sentenceFor(url, answer)};
   }
-  result.status = answer.status;
-  result.contentType = answer.header("Content-Type");
-  result.location = answer.header("Location");
-  result.body = answer.body;
+  WebAnswer result{answer.status, answer.header("Content-Type"), {}, answer.header("Location"), answer.body};
   for (const auto& [name, value] : answer.headers) {
     if (name.compare("Warning", Qt::CaseInsensitive) == 0) result.warnings.append(value);
   }
@@ -87,13 +81,11 @@ WebAnswer webAnswer(const QUrl& url, std::chrono::seconds timeout, const base::H
 
 }  // namespace
 
-WebAnswer exchange(const PacsSettings& settings, const WebRequest& request) {
+base::Result<WebAnswer> exchange(const PacsSettings& settings, const WebRequest& request) {
   const QString scheme = request.url.scheme();
   if (request.url.host().isEmpty() || (scheme != QLatin1String("http") && scheme != QLatin1String("https"))) {
-    WebAnswer answer;
-    answer.failure = QStringLiteral("\"%1\" is no web address")
-                         .arg(request.url.toDisplayString(QUrl::RemovePassword | QUrl::RemoveQuery));
-    return answer;
+    return base::Failure{QStringLiteral("\"%1\" is no web address")
+                             .arg(request.url.toDisplayString(QUrl::RemovePassword | QUrl::RemoveQuery))};
   }
   const std::chrono::seconds timeout = settings.timeFor(request.body.size());
   const auto body = request.contentType.isEmpty() ? std::nullopt : std::optional(request.body);

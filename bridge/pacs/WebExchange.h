@@ -6,6 +6,7 @@
 #include <QString>
 #include <QUrl>
 
+#include "base/Result.h"
 #include "bridge/pacs/PacsSettings.h"
 
 namespace bridge {
@@ -18,14 +19,13 @@ struct WebRequest {
   QByteArray body;
 };
 
-/// What came back. Either the server answered, with whatever status, or there is a failure.
+/// What the server answered, with whatever status.
 struct WebAnswer {
-  int status = 0;  ///< 0 when there was a failure
+  int status = 0;
   QByteArray contentType;
   QList<QByteArray> warnings;  ///< the values of the Warning headers (RFC 7234, 5.5)
   QByteArray location;         ///< where a redirection leads to
   QByteArray body;
-  QString failure;  ///< why there is no answer, in plain words; null when there is one
 };
 
 /// No answer is read beyond this many bytes.
@@ -35,7 +35,8 @@ inline constexpr qint64 LongestWebAnswer = 16 * 1024 * 1024;
 ///
 /// The user and password go along with the first request (RFC 7617), so that a large body is not sent twice.
 /// Redirections are not followed, which keeps password and patient data with the server that was configured.
-/// No proxy is asked, for the same reason. A certificate that does not stand up is a failure.
-WebAnswer exchange(const PacsSettings& settings, const WebRequest& request);
+/// No proxy is asked, for the same reason. Fails, in plain words, when there is no answer; a certificate that
+/// does not stand up is no answer.
+velmora::base::Result<WebAnswer> exchange(const PacsSettings& settings, const WebRequest& request);
 
 }  // namespace bridge

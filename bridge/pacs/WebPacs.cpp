@@ -15,8 +15,6 @@
 namespace bridge {
 namespace {
 
-using Outcome = PacsResult::Outcome;
-
 /// "Duplicate SOP instance" (PS3.7 annex C.4.4).
 constexpr int AlreadyThere = 0x0111;
 constexpr const char* Json = "application/dicom+json";
@@ -67,43 +65,40 @@ bool sameTexts(const StudyQuery& a, const StudyQuery& b) {
 }
 
 /// What the status of an answer means when it is no success and its body does not tell.
-PacsResult refusal(const WebAnswer& answer, const QUrl& url) {
-  if (!answer.failure.isNull()) return {Outcome::TryAgain, answer.failure};
-  const auto because = [&](Outcome outcome, const QString& words) {
-    return PacsResult{outcome,
-                      QStringLiteral("%1 (status %2 from %3)").arg(words).arg(answer.status).arg(shown(url))};
+PacsFailure refusal(const WebAnswer& answer, const QUrl& url) {
+  const auto words = [&](const QString& what) {
+    return QStringLiteral("%1 (status %2 from %3)").arg(what).arg(answer.status).arg(shown(url));
   };
+  const auto tryAgain = [&](const QString& what) { return PacsFailure::tryAgain(words(what)); };
+  const auto never = [&](const QString& what) { return PacsFailure::never(words(what)); };
   switch (answer.status) {
     case 401:
-      return because(Outcome::TryAgain,
-                     QStringLiteral("the archive does not accept the user or the password"));
+      return tryAgain(QStringLiteral("the archive does not accept the user or the password"));
     case 403:
-      return because(Outcome::TryAgain, QStringLiteral("the archive does not permit this"));
+      return tryAgain(QStringLiteral("the archive does not permit this"));
     case 404:
     case 405:
     case 501:
-      return because(Outcome::TryAgain, QStringLiteral("there is no DICOMweb service at this address"));
+      return tryAgain(QStringLiteral("there is no DICOMweb service at this address"));
     case 408:
     case 429:
     case 503:
     case 504:
-      return because(Outcome::TryAgain, QStringLiteral("the archive is busy"));
+      return tryAgain(QStringLiteral("the archive is busy"));
     case 413:
-      return because(Outcome::Never, QStringLiteral("the chart is too large for the archive"));
+      return never(QStringLiteral("the chart is too large for the archive"));
     case 507:
-      return because(Outcome::TryAgain, QStringLiteral("the archive has no room for the chart"));
+      return tryAgain(QStringLiteral("the archive has no room for the chart"));
     default:
       break;
   }
   if (answer.status / 100 == 3) {
     const QUrl target = url.resolved(QUrl(QString::fromUtf8(answer.location)));
-    return because(Outcome::TryAgain, QStringLiteral("the archive sends us on to %1, which must be "
-                                                     "configured if it is right")
-                                          .arg(shown(target)));
+    return tryAgain(QStringLiteral("the archive sends us on to %1, which must be configured if it is right")
+                        .arg(shown(target)));
   }
-  if (answer.status / 100 == 4)
-    return because(Outcome::Never, QStringLiteral("the archive refuses the request"));
-  return because(Outcome::TryAgain, QStringLiteral("the archive failed"));
+  if (answer.status / 100 == 4) return never(QStringLiteral("the archive refuses the request"));
+  return tryAgain(QStringLiteral("the archive failed"));
 }
 
 /// Whether the server has said that it left studies out of its answer (PS3.18 8.3.4.4).
@@ -113,9 +108,9 @@ bool leftSomeOut(const WebAnswer& answer) {
   });
 }
 
-PacsResult tooMany() {
-  return {Outcome::Never,
-          QStringLiteral("more than %1 studies match: ask for something narrower").arg(Pacs::MostStudies)};
+PacsFailure tooMany() {
+  return PacsFailure::never(
+      QStringLiteral("more than %1 studies match: ask for something narrower").arg(Pacs::MostStudies));
 }
 
 WebRequest storeRequest(const QUrl& url, const QByteArray& file) {
@@ -142,77 +137,77 @@ QUrl searchUrl(const QUrl& studies, const StudyQuery& query) {
   return url;
 }
 
-/// Asks for one query, and adds those studies of the answer that match another.
-PacsResult search(const PacsSettings& settings, const StudyQuery& asked, const StudyQuery& meant,
-                  QList<Study>& studies) {
+/// Asks for one query, and gives those studies of the answer that match another.
+PacsResult<QList<Study>> search(const PacsSettings& settings, const StudyQuery& asked,
+                                const StudyQuery& meant) {
   const QUrl url = studiesUrl(settings);
-  const WebAnswer answer = exchange(settings, {searchUrl(url, asked), Json, {}, {}});
-  if (answer.status == 204) return {};
-  if (answer.status != 200) return refusal(answer, url);
-  if (leftSomeOut(answer)) return tooMany();
-  const auto found = studiesFromJson(answer.body);
-  if (!found.ok()) return {Outcome::TryAgain, found.error()};
+  const auto answer = exchange(settings, {searchUrl(url, asked), Json, {}, {}});
+  if (!answer.ok()) return PacsFailure::tryAgain(answer.error());
+  QList<Study> studies;
+  if (answer->status == 204) return studies;
+  if (answer->status != 200) return refusal(*answer, url);
+  if (leftSomeOut(*answer)) return tooMany();
+  const auto found = studiesFromJson(answer->body);
+  if (!found.ok()) return PacsFailure::tryAgain(found.error());
   if (found->size() > Pacs::MostStudies) return tooMany();
   for (const Study& study : *found) {
     if (matches(study, meant) && !studies.contains(study)) studies.append(study);
   }
-  return {};
+  return studies;
 }
 
 }  // namespace
 
-PacsResult WebPacs::findStudies(const StudyQuery& query, QList<Study>& studies) {
-  studies.clear();
-  if (isUnrestricted(query)) return {Outcome::Never, QStringLiteral("nothing was asked for")};
-  if (cannotMatch(query)) return {};
-  PacsResult result = search(settings_, query, query, studies);
+PacsResult<QList<Study>> WebPacs::findStudies(const StudyQuery& query) {
+  if (isUnrestricted(query)) return PacsFailure::never(QStringLiteral("nothing was asked for"));
+  if (cannotMatch(query)) return QList<Study>();
+  const PacsResult<QList<Study>> found = search(settings_, query, query);
   // Orthanc's DICOMweb plugin 1.7 takes "%20" for three characters, and finds nothing.
   const StudyQuery generous = withWildcards(query);
-  if (result.done() && studies.isEmpty() && !sameTexts(query, generous)) {
-    result = search(settings_, generous, query, studies);
-  }
-  return result;
+  const bool askAgain = found.ok() && found->isEmpty() && !sameTexts(query, generous);
+  return askAgain ? search(settings_, generous, query) : found;
 }
 
-PacsResult WebPacs::store(const QByteArray& file, const QString& sopClassUID, const QString& sopInstanceUID) {
+PacsResult<> WebPacs::store(const QByteArray& file, const QString& sopClassUID,
+                            const QString& sopInstanceUID) {
   // The file names its SOP class itself.
   Q_UNUSED(sopClassUID)
   const QUrl url = studiesUrl(settings_);
-  const WebAnswer answer = exchange(settings_, storeRequest(url, file));
-  const bool success = answer.status / 100 == 2;
+  const auto answer = exchange(settings_, storeRequest(url, file));
+  if (!answer.ok()) return PacsFailure::tryAgain(answer.error());
+  const bool success = answer->status / 100 == 2;
   // 409 says that nothing was stored, 202 that not all was, and some servers say 400: what they say of the
   // instance goes before the status.
-  const StowVerdict verdict = stowVerdict(answer.body, sopInstanceUID);
+  const StowVerdict verdict = stowVerdict(answer->body, sopInstanceUID);
   if (verdict.said == StowVerdict::Said::Failed && verdict.failureReason > 0) {
     // A reason that is a warning elsewhere does not make a success of what the archive lists as failed; that
     // the object is there already does.
-    const PacsResult result = storeOutcome(static_cast<quint16>(verdict.failureReason));
-    if (!result.done() || verdict.failureReason == AlreadyThere) return result;
+    const PacsResult<> result = storeOutcome(static_cast<quint16>(verdict.failureReason));
+    if (!result.ok() || verdict.failureReason == AlreadyThere) return result;
   }
-  if (!success) return refusal(answer, url);
+  if (!success) return refusal(*answer, url);
   if (verdict.said == StowVerdict::Said::Stored) return {};
-  return {Outcome::TryAgain, QStringLiteral("the archive does not say that it has stored the chart")};
+  return PacsFailure::tryAgain(QStringLiteral("the archive does not say that it has stored the chart"));
 }
 
-PacsResult WebPacs::check() {
+PacsResult<> WebPacs::check() {
   StudyQuery nowhere;
   nowhere.studyInstanceUID = QString::fromLatin1(NoStudy);
-  QList<Study> studies;
-  const PacsResult finding = findStudies(nowhere, studies);
-  if (!finding.done()) return finding;
+  const PacsResult<QList<Study>> found = findStudies(nowhere);
+  if (!found.ok()) return found.failure();
   const QUrl url = studiesUrl(settings_);
-  const WebAnswer answer = exchange(settings_, storeRequest(url, {}));
+  const auto answer = exchange(settings_, storeRequest(url, {}));
+  if (!answer.ok()) return PacsFailure::tryAgain(answer.error());
   // An archive that refuses an empty package as such would still take a full one.
-  switch (answer.status) {
-    case 0:
+  switch (answer->status) {
     case 401:
     case 403:
     case 404:
     case 405:
     case 501:
-      return refusal(answer, url);
+      return refusal(*answer, url);
     default:
-      return answer.status / 100 == 3 ? refusal(answer, url) : PacsResult{};
+      return answer->status / 100 == 3 ? refusal(*answer, url) : PacsResult<>();
   }
 }
 

@@ -16,11 +16,11 @@ class WebPacs final : public Pacs {
 
   /// A study must match every member that is not empty letter by letter; a wildcard in them is an ordinary
   /// character.
-  PacsResult findStudies(const StudyQuery& query, QList<Study>& studies) override;
-  PacsResult store(const QByteArray& file, const QString& sopClassUID,
-                   const QString& sopInstanceUID) override;
+  PacsResult<QList<Study>> findStudies(const StudyQuery& query) override;
+  PacsResult<> store(const QByteArray& file, const QString& sopClassUID,
+                     const QString& sopInstanceUID) override;
   /// Asks for a study that is nowhere, and sends a package to store with nothing in it.
-  PacsResult check() override;
+  PacsResult<> check() override;
 
  private:
   PacsSettings settings_;

@@ -103,9 +103,8 @@ Sender::End Sender::send(const SpoolItem& item) {
     return End::Finished;
   }
   if (!reply->complaint.isEmpty()) return setAside(item, state, reply->complaint);
-  End end = End::Later;
-  const bool goes = state.decision ? confirm(item, *reply, state, end) : decide(item, *reply, state, end);
-  if (!goes) return end;
+  const auto end = state.decision ? confirm(item, *reply, state) : decide(item, *reply, state);
+  if (end) return *end;
 
   const Decision& decision = *state.decision;
   const CaptureIdentity identity{reply->sopInstanceUID, decision.seriesInstanceUID, decision.instanceNumber,
@@ -114,10 +113,8 @@ Sender::End Sender::send(const SpoolItem& item) {
       decision.study, {reply->jpeg, reply->description, reply->application, decision.showsPatient}, identity);
   if (!capture.ok()) return setAside(item, state, capture.error());
 
-  const PacsResult result = pacs_.store(*capture, CaptureSopClassUID, reply->sopInstanceUID);
-  const auto safe = [&](const QString& text) { return withoutPatient(text, *reply, &decision.study); };
-  if (result.outcome == PacsResult::Outcome::TryAgain) return later(item, state, safe(result.reason));
-  if (result.outcome == PacsResult::Outcome::Never) return setAside(item, state, safe(result.reason));
+  const PacsResult<> sent = pacs_.store(*capture, CaptureSopClassUID, reply->sopInstanceUID);
+  if (!sent.ok()) return failed(sent.failure(), item, *reply, state);
 
   EntryState stored;
   stored.state = SpoolState::Stored;
@@ -135,65 +132,61 @@ Sender::End Sender::send(const SpoolItem& item) {
   return End::Finished;
 }
 
-/// Decides where the reply belongs and writes that down. False when it does not go on from here, with how it
+/// Decides where the reply belongs and writes that down. Nothing when it goes on from here, else how it
 /// ended.
-bool Sender::decide(const SpoolItem& item, const SpooledReply& reply, EntryState& state, End& end) {
-  const StudyAnswer answer = whichStudy(reply, pacs_);
-  if (!goesOn(answer, item, reply, state, end)) return false;
+std::optional<Sender::End> Sender::decide(const SpoolItem& item, const SpooledReply& reply,
+                                          EntryState& state) {
+  const PacsResult<Study> study = whichStudy(reply, pacs_);
+  if (!study.ok()) return failed(study.failure(), item, reply, state);
   Decision decision;
-  decision.study = answer.study;
-  decision.seriesInstanceUID = chartSeriesUID(answer.study.studyInstanceUID, reply.application);
+  decision.study = *study;
+  decision.seriesInstanceUID = chartSeriesUID(study->studyInstanceUID, reply.application);
   decision.seriesNumber = chartSeriesNumber(reply.application);
   decision.showsPatient = !chartsWithoutPatient_.contains(reply.application);
   const base::Result<int> number = instanceNumbers_.next(decision.seriesInstanceUID);
-  if (!number) {
-    end = later(item, state, number.error());
-    return false;
-  }
+  if (!number) return later(item, state, number.error());
   decision.instanceNumber = *number;
   EntryState decided = state;
   decided.decision = decision;
-  return keep(decided, item, state, end);
+  return keep(decided, item, state);
 }
 
 /// Asks whether what was decided earlier still holds, and takes over what the PACS says of the study by now.
-/// Where it does not hold, the reply is set aside undecided. False as with decide().
-bool Sender::confirm(const SpoolItem& item, const SpooledReply& reply, EntryState& state, End& end) {
-  const StudyAnswer answer = studyOfUID(state.decision->study.studyInstanceUID, reply, pacs_);
+/// Where it does not hold, the reply is set aside undecided. Nothing when it goes on, as with decide().
+std::optional<Sender::End> Sender::confirm(const SpoolItem& item, const SpooledReply& reply,
+                                           EntryState& state) {
+  const PacsResult<Study> study = studyOfUID(state.decision->study.studyInstanceUID, reply, pacs_);
   EntryState asked = state;
-  if (answer.kind == StudyAnswer::Kind::Aside) asked.decision.reset();
-  if (!goesOn(answer, item, reply, asked, end)) return false;
-  if (answer.study == state.decision->study) return true;
-  asked.decision->study = answer.study;
-  return keep(asked, item, state, end);
+  if (!study.ok()) {
+    if (study.failure().kind == PacsFailure::Kind::Never) asked.decision.reset();
+    return failed(study.failure(), item, reply, asked);
+  }
+  if (*study == state.decision->study) return std::nullopt;
+  asked.decision->study = *study;
+  return keep(asked, item, state);
 }
 
-/// Writes down what was decided. False as with decide().
-bool Sender::keep(const EntryState& decided, const SpoolItem& item, EntryState& state, End& end) {
+/// Writes down what was decided. Nothing when it goes on, as with decide().
+std::optional<Sender::End> Sender::keep(const EntryState& decided, const SpoolItem& item, EntryState& state) {
   if (encodeState(decided).size() > LargestState) {
     // It could be written, but not read again.
-    end = setAside(item, state, QStringLiteral("what the PACS says of its study is too long"));
-    return false;
+    return setAside(item, state, QStringLiteral("what the PACS says of its study is too long"));
   }
   EntryState written = decided;
   written.changed = wallClock_();
   const base::Result<> kept = spool_.change(item.name, written);
-  if (!kept) {
-    end = later(item, state, kept.error());
-    return false;
-  }
+  if (!kept) return later(item, state, kept.error());
   state = written;
-  return true;
+  return std::nullopt;
 }
 
-/// Whether there is a study; if not, the reply is set aside or waits, and `end` tells which.
-bool Sender::goesOn(const StudyAnswer& answer, const SpoolItem& item, const SpooledReply& reply,
-                    const EntryState& state, End& end) {
-  if (answer.kind == StudyAnswer::Kind::Found) return true;
+/// The reply waits or is set aside, by the kind of the failure.
+Sender::End Sender::failed(const PacsFailure& failure, const SpoolItem& item, const SpooledReply& reply,
+                           const EntryState& state) {
   const Study* const known = state.decision ? &state.decision->study : nullptr;
-  const QString reason = withoutPatient(answer.reason, reply, known);
-  end = answer.kind == StudyAnswer::Kind::Aside ? setAside(item, state, reason) : later(item, state, reason);
-  return false;
+  const QString reason = withoutPatient(failure.message, reply, known);
+  return failure.kind == PacsFailure::Kind::Never ? setAside(item, state, reason)
+                                                  : later(item, state, reason);
 }
 
 Sender::End Sender::setAside(const SpoolItem& item, EntryState state, const QString& reason) {

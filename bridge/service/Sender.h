@@ -57,11 +57,11 @@ class Sender {
   End send(const SpoolItem& item);
   End setAside(const SpoolItem& item, EntryState state, const QString& reason);
   End later(const SpoolItem& item, EntryState state, const QString& reason);
-  bool decide(const SpoolItem& item, const SpooledReply& reply, EntryState& state, End& end);
-  bool confirm(const SpoolItem& item, const SpooledReply& reply, EntryState& state, End& end);
-  bool keep(const EntryState& decided, const SpoolItem& item, EntryState& state, End& end);
-  bool goesOn(const StudyAnswer& answer, const SpoolItem& item, const SpooledReply& reply,
-              const EntryState& state, End& end);
+  std::optional<End> decide(const SpoolItem& item, const SpooledReply& reply, EntryState& state);
+  std::optional<End> confirm(const SpoolItem& item, const SpooledReply& reply, EntryState& state);
+  std::optional<End> keep(const EntryState& decided, const SpoolItem& item, EntryState& state);
+  End failed(const PacsFailure& failure, const SpoolItem& item, const SpooledReply& reply,
+             const EntryState& state);
   void finished(const QString& line, Milliseconds now);
 
   Spool& spool_;

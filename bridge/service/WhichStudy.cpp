@@ -12,26 +12,18 @@ using namespace velmora;
 namespace bridge {
 namespace {
 
-StudyAnswer aside(const QString& reason) { return {StudyAnswer::Kind::Aside, {}, reason}; }
-
-StudyAnswer failed(const PacsResult& result) {
-  const auto kind = result.outcome == PacsResult::Outcome::TryAgain ? StudyAnswer::Kind::TryAgain
-                                                                    : StudyAnswer::Kind::Aside;
-  return {kind, {}, result.reason};
-}
-
 /// The study, unless it is another patient's.
-StudyAnswer found(const SpooledReply& reply, const Study& study) {
+PacsResult<Study> found(const SpooledReply& reply, const Study& study) {
   const base::Result<> agrees = mayGoInto(reply, study);
-  if (!agrees) return aside(agrees.error());
-  return {StudyAnswer::Kind::Found, study, QString()};
+  if (!agrees) return PacsFailure::never(agrees.error());
+  return study;
 }
 
 /// The only study of that UID among those that the PACS answered with.
-StudyAnswer only(const SpooledReply& reply, QList<Study> studies, const QString& uid) {
+PacsResult<Study> only(const SpooledReply& reply, QList<Study> studies, const QString& uid) {
   studies.removeIf([&uid](const Study& study) { return study.studyInstanceUID != uid; });
-  if (studies.isEmpty()) return aside(QStringLiteral("the PACS does not know its study"));
-  if (studies.size() > 1) return aside(QStringLiteral("the PACS has its study more than once"));
+  if (studies.isEmpty()) return PacsFailure::never(QStringLiteral("the PACS does not know its study"));
+  if (studies.size() > 1) return PacsFailure::never(QStringLiteral("the PACS has its study more than once"));
   return found(reply, studies.first());
 }
 
@@ -74,19 +66,20 @@ QStringList patientIDs(const QString& identifier) {
 }
 
 /// All studies of the patients whose identifier an application would hold as this one.
-PacsResult ofPatient(const QString& identifier, Pacs& pacs, QList<Study>& studies) {
+PacsResult<QList<Study>> ofPatient(const QString& identifier, Pacs& pacs) {
+  QList<Study> studies;
   for (const QString& patientID : patientIDs(identifier)) {
     StudyQuery query;
     query.patientID = patientID;
-    QList<Study> found;
-    const PacsResult result = pacs.findStudies(query, found);
-    if (!result.done()) return result;
+    const PacsResult<QList<Study>> found = pacs.findStudies(query);
+    if (!found.ok()) return found;
     // An archive that knows no difference between capitals, or takes a character for a wildcard, says too
     // much.
-    found.removeIf([&](const Study& study) { return study.patientID.trimmed() != patientID; });
-    studies += found;
+    for (const Study& study : *found) {
+      if (study.patientID.trimmed() == patientID) studies.append(study);
+    }
   }
-  return {};
+  return studies;
 }
 
 }  // namespace
@@ -114,18 +107,17 @@ base::Result<> mayGoInto(const SpooledReply& reply, const Study& study) {
   return {};
 }
 
-StudyAnswer studyOfUID(const QString& uid, const SpooledReply& reply, Pacs& pacs) {
-  if (!isUid(uid)) return aside(QStringLiteral("its study ID is not a Study Instance UID"));
+PacsResult<Study> studyOfUID(const QString& uid, const SpooledReply& reply, Pacs& pacs) {
+  if (!isUid(uid)) return PacsFailure::never(QStringLiteral("its study ID is not a Study Instance UID"));
   StudyQuery query;
   query.studyInstanceUID = uid;
-  QList<Study> studies;
-  const PacsResult result = pacs.findStudies(query, studies);
-  return result.done() ? only(reply, studies, uid) : failed(result);
+  const PacsResult<QList<Study>> studies = pacs.findStudies(query);
+  return studies.ok() ? only(reply, *studies, uid) : studies.failure();
 }
 
-StudyAnswer whichStudy(const SpooledReply& reply, Pacs& pacs) {
+PacsResult<Study> whichStudy(const SpooledReply& reply, Pacs& pacs) {
   const QString identifier = applicationIdentifier(reply.identifier);
-  if (identifier.isEmpty()) return aside(QStringLiteral("it has no patient's identifier"));
+  if (identifier.isEmpty()) return PacsFailure::never(QStringLiteral("it has no patient's identifier"));
   const QString uid = reply.studyID.trimmed();
   if (!uid.isEmpty()) return studyOfUID(uid, reply, pacs);
 
@@ -133,33 +125,37 @@ StudyAnswer whichStudy(const SpooledReply& reply, Pacs& pacs) {
     return c == QLatin1Char('\\') || c.category() == QChar::Other_Control;
   };
   if (identifier.size() > 64 || std::any_of(identifier.begin(), identifier.end(), cannotBeAsked)) {
-    return aside(QStringLiteral("its identifier cannot be a Patient ID"));
+    return PacsFailure::never(QStringLiteral("its identifier cannot be a Patient ID"));
   }
   if (identifier.count(QLatin1Char('-')) > MostHyphens) {
-    return aside(
+    return PacsFailure::never(
         QStringLiteral("its identifier has too many hyphens to look for all that they may stand for"));
   }
-  QList<Study> studies;
-  const PacsResult result = ofPatient(identifier, pacs, studies);
-  if (!result.done()) return failed(result);
+  const PacsResult<QList<Study>> ofThePatient = ofPatient(identifier, pacs);
+  if (!ofThePatient.ok()) return ofThePatient.failure();
+  QList<Study> studies = *ofThePatient;
   const auto several = [] {
-    return aside(QStringLiteral("the PACS has more than one patient whom its identifier can mean"));
+    return PacsFailure::never(
+        QStringLiteral("the PACS has more than one patient whom its identifier can mean"));
   };
   if (severalPatients(studies)) return several();
 
   if (!reply.requestedStudyUID.isEmpty()) {
     // Asked for by its UID: where the reply has the identifier in capitals, it is not among those found
     // above.
-    const StudyAnswer answer = studyOfUID(reply.requestedStudyUID, reply, pacs);
-    if (answer.kind == StudyAnswer::Kind::Found && severalPatients(studies << answer.study)) return several();
-    return answer;
+    PacsResult<Study> requested = studyOfUID(reply.requestedStudyUID, reply, pacs);
+    if (requested.ok() && severalPatients(studies << *requested)) return several();
+    return requested;
   }
 
-  if (!reply.studyDay.isValid()) return aside(QStringLiteral("it names neither a study nor a day"));
+  if (!reply.studyDay.isValid())
+    return PacsFailure::never(QStringLiteral("it names neither a study nor a day"));
   studies.removeIf([&](const Study& study) { return study.studyDate != reply.studyDay; });
-  if (studies.isEmpty()) return aside(QStringLiteral("the PACS has no study of that patient on that day"));
+  if (studies.isEmpty())
+    return PacsFailure::never(QStringLiteral("the PACS has no study of that patient on that day"));
   if (studies.size() > 1) {
-    return aside(QStringLiteral("the PACS has %1 studies of that patient on that day").arg(studies.size()));
+    return PacsFailure::never(
+        QStringLiteral("the PACS has %1 studies of that patient on that day").arg(studies.size()));
   }
   return found(reply, studies.first());
 }

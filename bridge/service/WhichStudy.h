@@ -10,32 +10,22 @@
 
 namespace bridge {
 
-/// The study that a chart belongs to, or why there is none.
-struct StudyAnswer {
-  enum class Kind {
-    Found,
-    TryAgain,  ///< the PACS could not say
-    Aside,     ///< it cannot be told, or would be another patient's
-  };
-  Kind kind = Kind::Aside;
-  Study study;
-  QString reason;
-};
-
 /// Whether a chart may go into a study; fails with what speaks against it. The identifiers must be there
 /// and agree, "/" taken for "-"; birth dates must agree where both are known. An identifier that the reply
 /// has in capitals agrees when both birth dates are known and the same.
 velmora::base::Result<> mayGoInto(const SpooledReply& reply, const Study& study);
 
 /// The study of that UID, unless what the PACS says of it contradicts the reply.
-StudyAnswer studyOfUID(const QString& uid, const SpooledReply& reply, Pacs& pacs);
+PacsResult<Study> studyOfUID(const QString& uid, const SpooledReply& reply, Pacs& pacs);
 
-/// Finds the study:
+/// Finds the study that a chart belongs to:
 ///  - the one that the reply names;
 ///  - when it names none, the one that the request named that it belongs to (RequestMemory);
 ///  - else the only one that the PACS has of that patient on that day.
 /// In the last two cases a patient's identifier stands for several patients when the PACS has two who are
 /// only told apart by "/" and "-", by their issuers or by their birth dates: then none is taken.
-StudyAnswer whichStudy(const SpooledReply& reply, Pacs& pacs);
+/// Fails with TryAgain when the PACS could not say, with Never when the study cannot be told, or would be
+/// another patient's.
+PacsResult<Study> whichStudy(const SpooledReply& reply, Pacs& pacs);
 
 }  // namespace bridge

@@ -15,11 +15,12 @@ struct Failure {
 
 /// What an operation that can fail gives: a value, or why there is none. `Result<>` has no value: the
 /// operation succeeded, or why it did not. `return {};` (or a value) succeeds, `return Failure{"…"};` fails.
-template <typename Value = void>
+/// `Reason` is Failure, or, where a caller has to know more, a type of its own that has a message, too.
+template <typename Value = void, typename Reason = Failure>
 class [[nodiscard]] Result {
  public:
   Result(Value value) : value_(std::move(value)) {}
-  Result(Failure failure) : failure_(std::move(failure)) {
+  Result(Reason failure) : failure_(std::move(failure)) {
     if (failure_.message.isNull()) failure_.message = QStringLiteral("unknown error");
   }
 
@@ -35,18 +36,18 @@ class [[nodiscard]] Result {
 
   /// In words for the user; a null string after a success.
   const QString& error() const noexcept { return failure_.message; }
-  const Failure& failure() const noexcept { return failure_; }
+  const Reason& failure() const noexcept { return failure_; }
 
  private:
   std::optional<Value> value_;
-  Failure failure_;
+  Reason failure_;
 };
 
-template <>
-class [[nodiscard]] Result<void> {
+template <typename Reason>
+class [[nodiscard]] Result<void, Reason> {
  public:
   Result() = default;
-  Result(Failure failure) : ok_(false), failure_(std::move(failure)) {
+  Result(Reason failure) : ok_(false), failure_(std::move(failure)) {
     if (failure_.message.isNull()) failure_.message = QStringLiteral("unknown error");
   }
 
@@ -55,11 +56,11 @@ class [[nodiscard]] Result<void> {
 
   /// In words for the user; a null string after a success.
   const QString& error() const noexcept { return failure_.message; }
-  const Failure& failure() const noexcept { return failure_; }
+  const Reason& failure() const noexcept { return failure_; }
 
  private:
   bool ok_ = true;
-  Failure failure_;
+  Reason failure_;
 };
 
 }  // namespace velmora::base

@@ -102,15 +102,14 @@ class InventedPacs : public Pacs {
     }
   }
 
-  PacsResult findStudies(const StudyQuery& query, QList<Study>& studies) override {
+  PacsResult<QList<Study>> findStudies(const StudyQuery& query) override {
     fuzz::require(++questions_ <= 64, "the number of questions is bounded");
     const QString all = query.studyInstanceUID + query.patientID;
     fuzz::require(!all.isEmpty() && !all.contains(QLatin1Char('\\')), "one study or patient is asked for");
-    studies = studies_;
-    return {};
+    return studies_;
   }
-  PacsResult store(const QByteArray&, const QString&, const QString&) override { return {}; }
-  PacsResult check() override { return {}; }
+  PacsResult<> store(const QByteArray&, const QString&, const QString&) override { return {}; }
+  PacsResult<> check() override { return {}; }
 
  private:
   QList<Study> studies_;
@@ -150,15 +149,15 @@ void fuzz::linkReply(const QByteArray& input) {
   require(decodeReply(file) == taken, "what was written is what was read");
   require(decodeReplyHead(file.left(HeadSize)).has_value(), "the head fits");
 
-  const StudyAnswer answer = whichStudy(*taken, pacs);
-  require((answer.kind == StudyAnswer::Kind::Found) == answer.reason.isNull(), "a refusal says why");
-  if (answer.kind != StudyAnswer::Kind::Found) return;
-  requireSafe(*taken, answer.study);
+  const PacsResult<Study> study = whichStudy(*taken, pacs);
+  require(study.ok() == study.error().isNull(), "a refusal says why");
+  if (!study.ok()) return;
+  requireSafe(*taken, *study);
   EntryState state;
-  state.decision = Decision{answer.study, QStringLiteral("2.25.2"), 9000, 1};
+  state.decision = Decision{*study, QStringLiteral("2.25.2"), 9000, 1};
   require(decodeState(encodeState(state)) == state, "a decision is read as it was written");
   const auto capture =
-      secondaryCapture(answer.study, {taken->jpeg, taken->description, taken->application},
+      secondaryCapture(*study, {taken->jpeg, taken->description, taken->application},
                        {taken->sopInstanceUID, QStringLiteral("2.25.2"), 1, 9000, taken->arrival});
   require(capture.ok() == capture.error().isNull(), "there is an object or a reason");
 }

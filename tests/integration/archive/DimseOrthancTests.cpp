@@ -9,14 +9,17 @@
 #include "bridge/testing/Orthanc.h"
 #include "bridge/testing/SyntheticStudy.h"
 #include "tests/unit/bridge/pacs/LoopbackPeer.h"
+#include "tests/unit/bridge/pacs/PacsOutcome.h"
 
 using namespace bridge_testing;
 using bridge::DimsePacs;
+using bridge::Outcome;
+using bridge::outcomeOf;
 using bridge::PacsResult;
 using bridge::PacsSettings;
+using bridge::studiesOf;
 using bridge::Study;
 using bridge::StudyQuery;
-using Outcome = bridge::PacsResult::Outcome;
 
 namespace bridge {
 /// How GoogleTest shows a study.
@@ -58,12 +61,10 @@ class DimseWithOrthanc : public ::testing::Test {
   /// What the archive answers to a query; an error fails the test.
   static QList<Study> found(const StudyQuery& query) {
     DimsePacs pacs(orthanc_->dimse());
-    QList<Study> studies;
-    const PacsResult result = pacs.findStudies(query, studies);
-    EXPECT_TRUE(result.done()) << qPrintable(result.reason);
-    return studies;
+    return studiesOf(pacs.findStudies(query));
   }
-  static PacsResult store(const PacsSettings& settings, const Study& study, int number = 1, int pixels = 8) {
+  static PacsResult<> store(const PacsSettings& settings, const Study& study, int number = 1,
+                            int pixels = 8) {
     DimsePacs pacs(settings);
     return pacs.store(syntheticStudy(study, number, pixels), SecondaryCaptureClass,
                       syntheticUID(study, number));
@@ -142,14 +143,13 @@ TEST_F(DimseWithOrthanc, TellsUpperFromLowerCaseInAnIdentifier) {
 
 TEST_F(DimseWithOrthanc, FindsNothingWithoutAQuestion) {
   DimsePacs pacs(orthanc_->dimse());
-  QList<Study> studies;
-  EXPECT_EQ(pacs.findStudies(StudyQuery(), studies).outcome, Outcome::Never);
+  EXPECT_EQ(outcomeOf(pacs.findStudies(StudyQuery())), Outcome::Never);
 }
 
 TEST_F(DimseWithOrthanc, StoresAnObjectByteForByte) {
   const Study study = inventedStudy();
-  const PacsResult result = store(orthanc_->dimse(), study, 1, 700);  // several fragments
-  EXPECT_TRUE(result.done()) << qPrintable(result.reason);
+  const PacsResult<> result = store(orthanc_->dimse(), study, 1, 700);  // several fragments
+  EXPECT_TRUE(result.ok()) << qPrintable(result.error());
   const QByteArray sent = datasetOf(syntheticStudy(study, 1, 700));
   EXPECT_GT(sent.size(), 700 * 700);
   EXPECT_TRUE(datasetOf(orthanc_->fileOf(syntheticUID(study))) == sent);
@@ -157,51 +157,50 @@ TEST_F(DimseWithOrthanc, StoresAnObjectByteForByte) {
 
 TEST_F(DimseWithOrthanc, StoringTwiceIsNoErrorAndLeavesOneObject) {
   const Study study = inventedStudy();
-  EXPECT_TRUE(store(orthanc_->dimse(), study).done());
-  const PacsResult again = store(orthanc_->dimse(), study);
-  EXPECT_TRUE(again.done()) << qPrintable(again.reason);
+  EXPECT_TRUE(store(orthanc_->dimse(), study).ok());
+  const PacsResult<> again = store(orthanc_->dimse(), study);
+  EXPECT_TRUE(again.ok()) << qPrintable(again.error());
   EXPECT_EQ(orthanc_->instances(), QStringList{syntheticUID(study)});
 }
 
 TEST_F(DimseWithOrthanc, RefusesToStoreAnObjectUnderAnothersName) {
   const Study study = inventedStudy();
   DimsePacs pacs(orthanc_->dimse());
-  EXPECT_EQ(pacs.store(syntheticStudy(study, 1), SecondaryCaptureClass, syntheticUID(study, 2)).outcome,
+  EXPECT_EQ(outcomeOf(pacs.store(syntheticStudy(study, 1), SecondaryCaptureClass, syntheticUID(study, 2))),
             Outcome::Never);
-  EXPECT_EQ(pacs.store("no DICOM", SecondaryCaptureClass, syntheticUID(study, 1)).outcome, Outcome::Never);
+  EXPECT_EQ(outcomeOf(pacs.store("no DICOM", SecondaryCaptureClass, syntheticUID(study, 1))), Outcome::Never);
   EXPECT_TRUE(orthanc_->instances().isEmpty());
 }
 
 TEST_F(DimseWithOrthanc, ChecksThatAllIsWell) {
   DimsePacs pacs(orthanc_->dimse());
-  const PacsResult result = pacs.check();
-  EXPECT_TRUE(result.done()) << qPrintable(result.reason);
+  const PacsResult<> result = pacs.check();
+  EXPECT_TRUE(result.ok()) << qPrintable(result.error());
 }
 
 TEST_F(DimseWithOrthanc, SaysThatTheCalledTitleIsWrong) {
   PacsSettings settings = orthanc_->dimse();
   settings.calledAETitle = text("SOMEBODY");
   DimsePacs pacs(settings);
-  const PacsResult result = pacs.check();
-  EXPECT_EQ(result.outcome, Outcome::TryAgain);
-  EXPECT_TRUE(result.reason.contains(text("does not go by the AE title \"SOMEBODY\"")))
-      << qPrintable(result.reason);
+  const PacsResult<> result = pacs.check();
+  EXPECT_EQ(outcomeOf(result), Outcome::TryAgain);
+  EXPECT_TRUE(result.error().contains(text("does not go by the AE title \"SOMEBODY\"")))
+      << qPrintable(result.error());
 }
 
 TEST_F(DimseWithOrthanc, SaysThatAStrangerMayNotFind) {
   PacsSettings settings = orthanc_->dimse();
   settings.callingAETitle = text("STRANGER");
   DimsePacs pacs(settings);
-  const PacsResult check = pacs.check();
-  EXPECT_EQ(check.outcome, Outcome::TryAgain);
-  EXPECT_TRUE(check.reason.contains(text("C-FIND")) && check.reason.contains(text("AE title \"STRANGER\"")))
-      << qPrintable(check.reason);
-  QList<Study> studies;
+  const PacsResult<> check = pacs.check();
+  EXPECT_EQ(outcomeOf(check), Outcome::TryAgain);
+  EXPECT_TRUE(check.error().contains(text("C-FIND")) && check.error().contains(text("AE title \"STRANGER\"")))
+      << qPrintable(check.error());
   StudyQuery query;
   query.patientID = text("P-1");
-  const PacsResult result = pacs.findStudies(query, studies);
-  EXPECT_EQ(result.outcome, Outcome::TryAgain);
-  EXPECT_FALSE(result.reason.isEmpty());
+  const PacsResult<QList<Study>> result = pacs.findStudies(query);
+  EXPECT_EQ(outcomeOf(result), Outcome::TryAgain);
+  EXPECT_FALSE(result.error().isEmpty());
 }
 
 TEST_F(DimseWithOrthanc, AStoreThatIsCutAnywhereIsTriedAgainAndThenStands) {
@@ -212,12 +211,12 @@ TEST_F(DimseWithOrthanc, AStoreThatIsCutAnywhereIsTriedAgainAndThenStands) {
     PacsSettings settings = orthanc_->dimse();
     settings.port = proxy.port();
     DimsePacs pacs(settings);
-    const PacsResult result = pacs.store(file, SecondaryCaptureClass, syntheticUID(study));
-    EXPECT_EQ(result.outcome, Outcome::TryAgain) << "cut after " << bytes;
-    EXPECT_FALSE(result.reason.isEmpty());
+    const PacsResult<> result = pacs.store(file, SecondaryCaptureClass, syntheticUID(study));
+    EXPECT_EQ(outcomeOf(result), Outcome::TryAgain) << "cut after " << bytes;
+    EXPECT_FALSE(result.error().isEmpty());
     EXPECT_TRUE(orthanc_->instances().isEmpty()) << "cut after " << bytes;
   }
-  EXPECT_TRUE(store(orthanc_->dimse(), study, 1, 200).done());
+  EXPECT_TRUE(store(orthanc_->dimse(), study, 1, 200).ok());
   EXPECT_EQ(orthanc_->instances(), QStringList{syntheticUID(study)});
 }
 
@@ -226,9 +225,9 @@ TEST(DimseWithoutOrthanc, TriesAgainWhileTheArchiveIsDown) {
   settings.host = text("127.0.0.1");
   settings.port = freePort();
   DimsePacs pacs(settings);
-  const PacsResult result = pacs.check();
-  EXPECT_EQ(result.outcome, Outcome::TryAgain);
-  EXPECT_TRUE(result.reason.contains(text("cannot be reached"))) << qPrintable(result.reason);
+  const PacsResult<> result = pacs.check();
+  EXPECT_EQ(outcomeOf(result), Outcome::TryAgain);
+  EXPECT_TRUE(result.error().contains(text("cannot be reached"))) << qPrintable(result.error());
 }
 
 TEST(DimseWithoutOrthanc, GivesUpWaitingForAnArchiveThatNeverAnswers) {
@@ -238,16 +237,16 @@ TEST(DimseWithoutOrthanc, GivesUpWaitingForAnArchiveThatNeverAnswers) {
   settings.port = peer.port();
   settings.timeout = std::chrono::seconds(1);
   DimsePacs pacs(settings);
-  const PacsResult result = pacs.check();
-  EXPECT_EQ(result.outcome, Outcome::TryAgain);
-  EXPECT_TRUE(result.reason.contains(text("does not answer within 1 s"))) << qPrintable(result.reason);
+  const PacsResult<> result = pacs.check();
+  EXPECT_EQ(outcomeOf(result), Outcome::TryAgain);
+  EXPECT_TRUE(result.error().contains(text("does not answer within 1 s"))) << qPrintable(result.error());
 }
 
 TEST(DimseWithoutOrthanc, SaysThatThereIsNoSuchComputer) {
   PacsSettings settings;
   settings.host = text("no-such-host.invalid");
   DimsePacs pacs(settings);
-  const PacsResult result = pacs.check();
-  EXPECT_EQ(result.outcome, Outcome::TryAgain);
-  EXPECT_TRUE(result.reason.contains(text("no-such-host.invalid"))) << qPrintable(result.reason);
+  const PacsResult<> result = pacs.check();
+  EXPECT_EQ(outcomeOf(result), Outcome::TryAgain);
+  EXPECT_TRUE(result.error().contains(text("no-such-host.invalid"))) << qPrintable(result.error());
 }

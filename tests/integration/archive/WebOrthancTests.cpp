@@ -6,11 +6,11 @@
 #include "bridge/pacs/WebPacs.h"
 #include "bridge/testing/Orthanc.h"
 #include "bridge/testing/SyntheticStudy.h"
+#include "tests/unit/bridge/pacs/PacsOutcome.h"
 
 namespace bridge {
 namespace {
 
-using Outcome = PacsResult::Outcome;
 using bridge_testing::inventedStudy;
 using bridge_testing::Orthanc;
 using bridge_testing::OrthancOptions;
@@ -37,15 +37,15 @@ Study studyOf(int number, const QString& patientID) {
   return study;
 }
 
-PacsResult put(WebPacs& pacs, const Study& study) {
+PacsResult<> put(WebPacs& pacs, const Study& study) {
   return pacs.store(syntheticStudy(study), SecondaryCaptureClass, syntheticUID(study));
 }
 
 TEST(WebPacsWithOrthanc, FindsWhatItHasStored) {
   const Orthanc orthanc(web());
   WebPacs pacs(orthanc.web());
-  const PacsResult checked = pacs.check();
-  ASSERT_TRUE(checked.done()) << qPrintable(checked.reason);
+  const PacsResult<> checked = pacs.check();
+  ASSERT_TRUE(checked.ok()) << qPrintable(checked.error());
 
   const Study first = studyOf(1, QStringLiteral("P1"));
   Study second = studyOf(2, QStringLiteral("P1"));
@@ -54,60 +54,52 @@ TEST(WebPacsWithOrthanc, FindsWhatItHasStored) {
   const Study fourth = studyOf(4, QStringLiteral("Ä 1/2&a=b+c%20"));
   const Study fifth = studyOf(5, QStringLiteral("Ä 1/2&a=b-c%20"));
   for (const Study& study : {first, second, third, fourth, fifth}) {
-    const PacsResult stored = put(pacs, study);
-    ASSERT_TRUE(stored.done()) << qPrintable(stored.reason);
+    const PacsResult<> stored = put(pacs, study);
+    ASSERT_TRUE(stored.ok()) << qPrintable(stored.error());
   }
   // Once more changes nothing.
-  EXPECT_TRUE(put(pacs, first).done());
+  EXPECT_TRUE(put(pacs, first).ok());
   EXPECT_EQ(orthanc.instances().size(), 5);
   EXPECT_EQ(orthanc.fileOf(syntheticUID(first)), syntheticStudy(first));
 
-  QList<Study> found;
   StudyQuery byUid;
   byUid.studyInstanceUID = first.studyInstanceUID;
-  ASSERT_TRUE(pacs.findStudies(byUid, found).done());
-  EXPECT_EQ(found, QList<Study>{first});
+  EXPECT_EQ(studiesOf(pacs.findStudies(byUid)), QList<Study>{first});
 
   StudyQuery byAccession;
   byAccession.accessionNumber = second.accessionNumber;
-  ASSERT_TRUE(pacs.findStudies(byAccession, found).done());
-  EXPECT_EQ(found, QList<Study>{second});
+  EXPECT_EQ(studiesOf(pacs.findStudies(byAccession)), QList<Study>{second});
 
   StudyQuery ofPatient;
   ofPatient.patientID = QStringLiteral("P1");
-  ASSERT_TRUE(pacs.findStudies(ofPatient, found).done());
-  EXPECT_EQ(found.size(), 2);
+  EXPECT_EQ(studiesOf(pacs.findStudies(ofPatient)).size(), 2);
   ofPatient.studyDate = second.studyDate;
-  ASSERT_TRUE(pacs.findStudies(ofPatient, found).done());
-  EXPECT_EQ(found, QList<Study>{second});
+  EXPECT_EQ(studiesOf(pacs.findStudies(ofPatient)), QList<Study>{second});
 
   StudyQuery wildcard;
   wildcard.patientID = QStringLiteral("P*");
-  ASSERT_TRUE(pacs.findStudies(wildcard, found).done());
-  EXPECT_EQ(found, QList<Study>{third});
+  EXPECT_EQ(studiesOf(pacs.findStudies(wildcard)), QList<Study>{third});
 
   StudyQuery odd;
   odd.patientID = fourth.patientID;
-  ASSERT_TRUE(pacs.findStudies(odd, found).done());
-  EXPECT_EQ(found, QList<Study>{fourth});
+  EXPECT_EQ(studiesOf(pacs.findStudies(odd)), QList<Study>{fourth});
 
   StudyQuery nobody;
   nobody.patientID = QStringLiteral("nobody");
-  ASSERT_TRUE(pacs.findStudies(nobody, found).done());
-  EXPECT_TRUE(found.isEmpty());
+  EXPECT_TRUE(studiesOf(pacs.findStudies(nobody)).isEmpty());
 }
 
 TEST(WebPacsWithOrthanc, RefusesWhatIsNoDicomForGood) {
   const Orthanc orthanc(web());
   // On a thread that has no event loop, as the service has one for the archive.
-  PacsResult result;
+  PacsResult<> result;
   std::thread worker([&] {
     WebPacs pacs(orthanc.web());
     result = pacs.store("this is no DICOM file", SecondaryCaptureClass, QStringLiteral("2.25.1"));
   });
   worker.join();
-  EXPECT_EQ(result.outcome, Outcome::Never);
-  EXPECT_FALSE(result.reason.isEmpty());
+  EXPECT_EQ(outcomeOf(result), Outcome::Never);
+  EXPECT_FALSE(result.error().isEmpty());
 }
 
 TEST(WebPacsWithOrthanc, AsksForTheRightUserAndPassword) {
@@ -116,22 +108,22 @@ TEST(WebPacsWithOrthanc, AsksForTheRightUserAndPassword) {
   options.password = QStringLiteral("secret");
   const Orthanc orthanc(options);
   PacsSettings settings = orthanc.web();
-  const PacsResult right = WebPacs(settings).check();
-  EXPECT_TRUE(right.done()) << qPrintable(right.reason);
+  const PacsResult<> right = WebPacs(settings).check();
+  EXPECT_TRUE(right.ok()) << qPrintable(right.error());
   settings.password = QStringLiteral("wrong");
   WebPacs locked(settings);
-  for (const PacsResult& result : {locked.check(), put(locked, studyOf(1, QStringLiteral("P")))}) {
-    EXPECT_EQ(result.outcome, Outcome::TryAgain);
+  for (const PacsResult<>& result : {locked.check(), put(locked, studyOf(1, QStringLiteral("P")))}) {
+    EXPECT_EQ(outcomeOf(result), Outcome::TryAgain);
     EXPECT_TRUE(
-        result.reason.startsWith(QStringLiteral("the archive does not accept the user or the password")))
-        << qPrintable(result.reason);
+        result.error().startsWith(QStringLiteral("the archive does not accept the user or the password")))
+        << qPrintable(result.error());
   }
   settings = orthanc.web();
   settings.url = orthanc.url(QStringLiteral("/elsewhere"));
-  const PacsResult elsewhere = WebPacs(settings).check();
-  EXPECT_EQ(elsewhere.outcome, Outcome::TryAgain);
-  EXPECT_TRUE(elsewhere.reason.startsWith(QStringLiteral("there is no DICOMweb service at this address")))
-      << qPrintable(elsewhere.reason);
+  const PacsResult<> elsewhere = WebPacs(settings).check();
+  EXPECT_EQ(outcomeOf(elsewhere), Outcome::TryAgain);
+  EXPECT_TRUE(elsewhere.error().startsWith(QStringLiteral("there is no DICOMweb service at this address")))
+      << qPrintable(elsewhere.error());
 }
 
 }  // namespace

@@ -13,46 +13,48 @@
 #include "bridge/testing/SyntheticStudy.h"
 #include "tests/unit/bridge/pacs/DimseScriptedArchive.h"
 #include "tests/unit/bridge/pacs/LoopbackPeer.h"
+#include "tests/unit/bridge/pacs/PacsOutcome.h"
 
 using namespace bridge_testing;
 using bridge::DimsePacs;
+using bridge::Outcome;
+using bridge::outcomeOf;
 using bridge::PacsResult;
+using bridge::studiesOf;
 using bridge::Study;
 using bridge::StudyQuery;
-using Outcome = bridge::PacsResult::Outcome;
 
 namespace {
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
-PacsResult check(const Script& script) {
+PacsResult<> check(const Script& script) {
   const ScriptedArchive archive(script);
   return DimsePacs(archive.settings()).check();
 }
 
-PacsResult store(const Script& script) {
+PacsResult<> store(const Script& script) {
   const ScriptedArchive archive(script);
   const Study study = inventedStudy();
   return DimsePacs(archive.settings())
       .store(syntheticStudy(study), SecondaryCaptureClass, syntheticUID(study));
 }
 
-PacsResult find(const Script& script, QList<Study>& studies) {
+PacsResult<QList<Study>> find(const Script& script) {
   const ScriptedArchive archive(script);
   StudyQuery query;
   query.patientID = text("P-1");
-  return DimsePacs(archive.settings()).findStudies(query, studies);
+  return DimsePacs(archive.settings()).findStudies(query);
 }
 
-PacsResult askFor(const char* patient, int port, std::chrono::seconds timeout) {
+PacsResult<QList<Study>> askFor(const char* patient, int port, std::chrono::seconds timeout) {
   bridge::PacsSettings settings;
   settings.host = text("127.0.0.1");
   settings.port = port;
   settings.timeout = timeout;
   StudyQuery query;
   query.patientID = text(patient);
-  QList<Study> studies;
-  return DimsePacs(settings).findStudies(query, studies);
+  return DimsePacs(settings).findStudies(query);
 }
 
 /// What an archive says that accepts the first context of an association, in this transfer syntax (PS3.8
@@ -111,9 +113,9 @@ TEST(DimseStatus, IsDoneTriedAgainOrGivenUpByWhatItMeans) {
                          {0x0124, Outcome::TryAgain, Outcome::TryAgain},
                          {0xfe00, Outcome::TryAgain, Outcome::TryAgain},
                          {0x1234, Outcome::TryAgain, Outcome::TryAgain}}) {
-    EXPECT_EQ(bridge::storeOutcome(row.status).outcome, row.store) << std::hex << row.status;
-    EXPECT_EQ(bridge::findOutcome(row.status).outcome, row.find) << std::hex << row.status;
-    EXPECT_EQ(bridge::storeOutcome(row.status).reason.isEmpty(), row.store == Outcome::Done);
+    EXPECT_EQ(outcomeOf(bridge::storeOutcome(row.status)), row.store) << std::hex << row.status;
+    EXPECT_EQ(outcomeOf(bridge::findOutcome(row.status)), row.find) << std::hex << row.status;
+    EXPECT_EQ(bridge::storeOutcome(row.status).error().isEmpty(), row.store == Outcome::Done);
   }
 }
 
@@ -130,66 +132,66 @@ TEST(DimseRefusal, TellsTheReasonsOfARefusedAssociationApart) {
         {ASC_REASON_SU_NOREASON, "without saying why"}}) {
     Script script;
     script.rejection = row.reason;
-    const PacsResult result = check(script);
-    EXPECT_EQ(result.outcome, Outcome::TryAgain);
-    EXPECT_TRUE(result.reason.contains(text(row.words))) << qPrintable(result.reason);
+    const PacsResult<> result = check(script);
+    EXPECT_EQ(outcomeOf(result), Outcome::TryAgain);
+    EXPECT_TRUE(result.error().contains(text(row.words))) << qPrintable(result.error());
   }
 }
 
 TEST(DimseRefusal, GivesUpWhenTheArchiveDoesNotTakeTheObjectAtAll) {
   Script script;
   script.transferSyntaxes = {UID_LittleEndianImplicitTransferSyntax};
-  PacsResult result = store(script);
-  EXPECT_EQ(result.outcome, Outcome::Never);
-  EXPECT_TRUE(result.reason.contains(text("does not take"))) << qPrintable(result.reason);
+  PacsResult<> result = store(script);
+  EXPECT_EQ(outcomeOf(result), Outcome::Never);
+  EXPECT_TRUE(result.error().contains(text("does not take"))) << qPrintable(result.error());
   script = Script();
   script.classes.removeLast();
   result = store(script);
-  EXPECT_EQ(result.outcome, Outcome::Never);
-  EXPECT_TRUE(result.reason.contains(text("does not support"))) << qPrintable(result.reason);
+  EXPECT_EQ(outcomeOf(result), Outcome::Never);
+  EXPECT_TRUE(result.error().contains(text("does not support"))) << qPrintable(result.error());
 }
 
 TEST(DimseRefusal, ChecksThatChartsAndQuestionsWouldBeTaken) {
-  EXPECT_TRUE(check(Script()).done());
+  EXPECT_TRUE(check(Script()).ok());
   Script script;
   script.transferSyntaxes.removeLast();
-  EXPECT_FALSE(check(script).done());
+  EXPECT_FALSE(check(script).ok());
   script = Script();
   script.classes.removeAt(1);
-  EXPECT_FALSE(check(script).done());
+  EXPECT_FALSE(check(script).ok());
   script = Script();
   script.findStatus = 0x0124;
-  EXPECT_TRUE(check(script).reason.contains(text("not authorised")));
+  EXPECT_TRUE(check(script).error().contains(text("not authorised")));
 }
 
 TEST(DimseRefusal, GoesByTheStatusOfAStore) {
-  EXPECT_TRUE(store(storing(0x0000)).done());
-  EXPECT_TRUE(store(storing(0xb000)).done());
-  EXPECT_EQ(store(storing(0xa700)).outcome, Outcome::TryAgain);
-  EXPECT_EQ(store(storing(0xc000)).outcome, Outcome::Never);
+  EXPECT_TRUE(store(storing(0x0000)).ok());
+  EXPECT_TRUE(store(storing(0xb000)).ok());
+  EXPECT_EQ(outcomeOf(store(storing(0xa700))), Outcome::TryAgain);
+  EXPECT_EQ(outcomeOf(store(storing(0xc000))), Outcome::Never);
 }
 
 TEST(DimseRefusal, BelievesNoArchiveThatNamesAnotherObject) {
   Script script;
   script.storedUid = "2.25.1";
-  EXPECT_EQ(store(script).outcome, Outcome::TryAgain);
+  EXPECT_EQ(outcomeOf(store(script)), Outcome::TryAgain);
 }
 
 TEST(DimseRefusal, BelievesAnArchiveThatConfirmsWithoutNamingTheObject) {
   Script script;
   script.storedUid = "";
-  const PacsResult result = store(script);
-  EXPECT_TRUE(result.done()) << qPrintable(result.reason);
+  const PacsResult<> result = store(script);
+  EXPECT_TRUE(result.ok()) << qPrintable(result.error());
   script.storeStatus = 0xa700;
-  EXPECT_EQ(store(script).outcome, Outcome::TryAgain);
+  EXPECT_EQ(outcomeOf(store(script)), Outcome::TryAgain);
 }
 
 TEST(DimseRefusal, SaysThatTheArchiveBrokeOff) {
   Script script;
   script.aborts = true;
-  const PacsResult result = check(script);
-  EXPECT_EQ(result.outcome, Outcome::TryAgain);
-  EXPECT_TRUE(result.reason.contains(text("broke off"))) << qPrintable(result.reason);
+  const PacsResult<> result = check(script);
+  EXPECT_EQ(outcomeOf(result), Outcome::TryAgain);
+  EXPECT_TRUE(result.error().contains(text("broke off"))) << qPrintable(result.error());
 }
 
 TEST(DimseRefusal, WaitsNoLongerForAnAnswerThanItIsToldTo) {
@@ -198,9 +200,9 @@ TEST(DimseRefusal, WaitsNoLongerForAnAnswerThanItIsToldTo) {
   const ScriptedArchive archive(script);
   bridge::PacsSettings settings = archive.settings();
   settings.timeout = std::chrono::seconds(1);
-  const PacsResult result = DimsePacs(settings).check();
-  EXPECT_EQ(result.outcome, Outcome::TryAgain);
-  EXPECT_TRUE(result.reason.contains(text("does not answer within 1 s"))) << qPrintable(result.reason);
+  const PacsResult<> result = DimsePacs(settings).check();
+  EXPECT_EQ(outcomeOf(result), Outcome::TryAgain);
+  EXPECT_TRUE(result.error().contains(text("does not answer within 1 s"))) << qPrintable(result.error());
 }
 
 TEST(DimseRefusal, WaitsNoLongerForAnArchiveThatDripsItsAnswer) {
@@ -210,9 +212,9 @@ TEST(DimseRefusal, WaitsNoLongerForAnArchiveThatDripsItsAnswer) {
     const PouringPeer archive(beginning, std::string(1, '\0'), std::chrono::milliseconds(100));
     QElapsedTimer clock;
     clock.start();
-    const PacsResult result = askFor("P-1", archive.port(), std::chrono::seconds(1));
-    EXPECT_EQ(result.outcome, Outcome::TryAgain);
-    EXPECT_TRUE(result.reason.contains(text("does not answer within 1 s"))) << qPrintable(result.reason);
+    const auto result = askFor("P-1", archive.port(), std::chrono::seconds(1));
+    EXPECT_EQ(outcomeOf(result), Outcome::TryAgain);
+    EXPECT_TRUE(result.error().contains(text("does not answer within 1 s"))) << qPrintable(result.error());
     EXPECT_LT(clock.elapsed(), 20000);  // the 512 bytes would take 51 seconds
   }
 }
@@ -220,18 +222,18 @@ TEST(DimseRefusal, WaitsNoLongerForAnArchiveThatDripsItsAnswer) {
 TEST(DimseRefusal, SendsNothingInAnEncodingThatWasNotOffered) {
   const PouringPeer archive(acceptance(UID_BigEndianExplicitTransferSyntax), std::string(1, '\0'),
                             std::chrono::milliseconds(100));
-  const PacsResult result = askFor("P-1", archive.port(), std::chrono::seconds(1));
-  EXPECT_EQ(result.outcome, Outcome::Never);
-  EXPECT_TRUE(result.reason.contains(text("was not offered"))) << qPrintable(result.reason);
+  const auto result = askFor("P-1", archive.port(), std::chrono::seconds(1));
+  EXPECT_EQ(outcomeOf(result), Outcome::Never);
+  EXPECT_TRUE(result.error().contains(text("was not offered"))) << qPrintable(result.error());
 }
 
 TEST(DimseRefusal, ReadsNoAnswerWithoutEnd) {
   // A command set whose error comment has two gigabytes.
   const PouringPeer archive(acceptance() + commandFragment(std::string("\0\0\x02\x09\0\xff\xff\x7f", 8)),
                             commandFragment(std::string(30000, ' ')), std::chrono::milliseconds(0));
-  const PacsResult result = askFor("P-1", archive.port(), std::chrono::seconds(600));
-  EXPECT_EQ(result.outcome, Outcome::TryAgain);
-  EXPECT_TRUE(result.reason.contains(text("broke off"))) << qPrintable(result.reason);
+  const auto result = askFor("P-1", archive.port(), std::chrono::seconds(600));
+  EXPECT_EQ(outcomeOf(result), Outcome::TryAgain);
+  EXPECT_TRUE(result.error().contains(text("broke off"))) << qPrintable(result.error());
   EXPECT_LT(archive.poured(), 200U << 20);
 }
 
@@ -239,34 +241,25 @@ TEST(DimseRefusal, CountsNoStudiesWhenOneOfThemCannotBeRead) {
   Script script;
   script.answers = 2;
   script.lastIsNameless = true;
-  QList<Study> studies;
-  EXPECT_EQ(find(script, studies).outcome, Outcome::TryAgain);
-  EXPECT_TRUE(studies.isEmpty());
+  EXPECT_EQ(outcomeOf(find(script)), Outcome::TryAgain);
 }
 
 TEST(DimseRefusal, LooksAtSoManyStudiesAndNoMore) {
   Script script;
   script.answers = bridge::Pacs::MostStudies;
-  QList<Study> studies;
-  EXPECT_TRUE(find(script, studies).done());
-  EXPECT_EQ(studies.size(), bridge::Pacs::MostStudies);
+  EXPECT_EQ(studiesOf(find(script)).size(), bridge::Pacs::MostStudies);
   script.answers += 1;
-  const PacsResult result = find(script, studies);
-  EXPECT_EQ(result.outcome, Outcome::Never);
-  EXPECT_TRUE(studies.isEmpty());
+  EXPECT_EQ(outcomeOf(find(script)), Outcome::Never);
 }
 
 TEST(DimseRefusal, ReadsNoAnswerThatIsTooLarge) {
   Script script;
   script.answers = 1;
   script.answerSize = 60 * 1024;
-  QList<Study> studies;
-  EXPECT_TRUE(find(script, studies).done());
-  EXPECT_EQ(studies.size(), 1);
+  EXPECT_EQ(studiesOf(find(script)).size(), 1);
   script.answers = 2;
   script.answerSize = 70 * 1000;  // with an Explicit VR that cannot be so long, the toolkit writes UN
-  EXPECT_EQ(find(script, studies).outcome, Outcome::TryAgain);
-  EXPECT_TRUE(studies.isEmpty());
+  EXPECT_EQ(outcomeOf(find(script)), Outcome::TryAgain);
 }
 
 TEST(DimseQuestion, SaysInWhichCharactersItIsWritten) {
@@ -274,8 +267,7 @@ TEST(DimseQuestion, SaysInWhichCharactersItIsWritten) {
     ScriptedArchive archive{Script()};
     StudyQuery query;
     query.patientID = text(patient);
-    QList<Study> studies;
-    EXPECT_TRUE(DimsePacs(archive.settings()).findStudies(query, studies).done());
+    studiesOf(DimsePacs(archive.settings()).findStudies(query));
     EXPECT_EQ(archive.question(), QByteArray(question));
   }
 }
@@ -288,7 +280,7 @@ TEST(DimseStore, AsksNobodyToStoreAFileWhoseBeginningIsBroken) {
   const qsizetype header = file.indexOf(QByteArray("\x08\0\x05\0CS", 6));
   ASSERT_GT(header, 132);
   for (qsizetype size = 0; size <= header; ++size) {
-    const PacsResult result = pacs.store(file.left(size), SecondaryCaptureClass, syntheticUID(study));
-    EXPECT_EQ(result.outcome, Outcome::Never) << size;
+    const PacsResult<> result = pacs.store(file.left(size), SecondaryCaptureClass, syntheticUID(study));
+    EXPECT_EQ(outcomeOf(result), Outcome::Never) << size;
   }
 }

@@ -5,12 +5,12 @@
 
 #include "bridge/pacs/DicomJson.h"
 #include "bridge/pacs/WebPacs.h"
+#include "tests/unit/bridge/pacs/PacsOutcome.h"
 #include "tests/unit/bridge/pacs/WebScriptedArchive.h"
 
 namespace bridge {
 namespace {
 
-using Outcome = PacsResult::Outcome;
 using web_testing::answer;
 using web_testing::json;
 using web_testing::ScriptedArchive;
@@ -34,8 +34,7 @@ TEST(WebFind, AsksForEveryAttributeAndEveryConditionOnce) {
   query.accessionNumber = QStringLiteral("A&limit=1#?+ %41/ä");
   query.patientID = QStringLiteral("P 1");
   query.studyDate = QDate(2024, 1, 2);
-  QList<Study> studies;
-  ASSERT_TRUE(WebPacs(archive.settings()).findStudies(query, studies).done());
+  studiesOf(WebPacs(archive.settings()).findStudies(query));
   ASSERT_FALSE(archive.requests().isEmpty());
   const auto request = archive.requests().first();
   EXPECT_EQ(request.method, "GET");
@@ -59,8 +58,8 @@ TEST(WebFind, AsksWithWildcardsWhenAServerMayNotHaveUnderstoodTheCharacters) {
     return json("[" + (understood ? study("1.1", "P 1+ä/2") + "," + study("1.2", "P-1+ä/2") : QByteArray()) +
                 "]");
   });
-  QList<Study> studies;
-  ASSERT_TRUE(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P 1+ä/2")), studies).done());
+  const QList<Study> studies =
+      studiesOf(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P 1+ä/2"))));
   ASSERT_EQ(archive.requests().size(), 2);
   EXPECT_TRUE(archive.requests().first().target.contains("PatientID=P%201%2B%C3%A4/2&"));
   ASSERT_EQ(studies.size(), 1);
@@ -76,9 +75,8 @@ TEST(WebFind, ReadsAllThatAStudySays) {
     "00100030":{"vr":"DA","Value":["2010.02.03"]},"00100040":{"vr":"CS","Value":["F"]},
     "00200010":{"vr":"SH","Value":[77]})") +
                                "]"));
-  QList<Study> studies;
-  const PacsResult result = WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P1")), studies);
-  ASSERT_TRUE(result.done()) << qPrintable(result.reason);
+  const QList<Study> studies =
+      studiesOf(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P1"))));
   ASSERT_EQ(studies.size(), 1);
   Study expected;
   expected.studyInstanceUID = QStringLiteral("1.2.3");
@@ -113,8 +111,8 @@ TEST(WebFind, LeavesOutGroupsOfANameThatSayNothing) {
 TEST(WebFind, TakesOnlyWhatMatchesLetterByLetter) {
   ScriptedArchive archive(json("[" + study("1.1", "P1") + "," + study("1.2", "p*") + "," +
                                study("1.3", "P*") + "," + study("1.4", "P*x") + "]"));
-  QList<Study> studies;
-  ASSERT_TRUE(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P*")), studies).done());
+  const QList<Study> studies =
+      studiesOf(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P*"))));
   ASSERT_EQ(studies.size(), 1);
   EXPECT_EQ(studies.first().studyInstanceUID, QStringLiteral("1.3"));
 }
@@ -125,33 +123,30 @@ TEST(WebFind, ComparesTheDayOfTheStudy) {
                                "," + study("1.3", "P") + "]"));
   StudyQuery query;
   query.studyDate = QDate(2024, 1, 3);
-  QList<Study> studies;
-  ASSERT_TRUE(WebPacs(archive.settings()).findStudies(query, studies).done());
+  const QList<Study> studies = studiesOf(WebPacs(archive.settings()).findStudies(query));
   ASSERT_EQ(studies.size(), 1);
   EXPECT_EQ(studies.first().studyInstanceUID, QStringLiteral("1.2"));
 }
 
 TEST(WebFind, AsksNothingWhenThereIsNothingToFind) {
   ScriptedArchive archive(json("[" + study("1.1", "P") + "]"));
-  QList<Study> studies{Study()};
-  EXPECT_EQ(WebPacs(archive.settings()).findStudies(StudyQuery(), studies).outcome, Outcome::Never);
-  EXPECT_TRUE(studies.isEmpty());
-  EXPECT_TRUE(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P\\Q")), studies).done());
-  EXPECT_TRUE(studies.isEmpty());
+  EXPECT_EQ(outcomeOf(WebPacs(archive.settings()).findStudies(StudyQuery())), Outcome::Never);
+  EXPECT_TRUE(
+      studiesOf(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P\\Q")))).isEmpty());
   EXPECT_TRUE(archive.requests().isEmpty());
 }
 
 TEST(WebFind, TakesAStudyThatIsThereTwiceOnce) {
   ScriptedArchive archive(json("[" + study("1.1", "P") + "," + study("1.1", "P") + "]"));
-  QList<Study> studies;
-  ASSERT_TRUE(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P")), studies).done());
+  const QList<Study> studies =
+      studiesOf(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P"))));
   EXPECT_EQ(studies.size(), 1);
 }
 
 TEST(WebFind, TakesNoContentForNoStudies) {
   ScriptedArchive archive(answer("204 No Content", {}));
-  QList<Study> studies{Study()};
-  EXPECT_TRUE(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P")), studies).done());
+  const QList<Study> studies =
+      studiesOf(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P"))));
   EXPECT_TRUE(studies.isEmpty());
 }
 
@@ -161,30 +156,27 @@ TEST(WebFind, AsksForANarrowerQuestionWhenThereAreTooManyStudies) {
     many += "," + study("1." + QByteArray::number(number), "P");
   }
   ScriptedArchive justEnough(json(many + "]"));
-  QList<Study> studies;
-  EXPECT_TRUE(WebPacs(justEnough.settings()).findStudies(ofPatient(QStringLiteral("P")), studies).done());
+  const QList<Study> studies =
+      studiesOf(WebPacs(justEnough.settings()).findStudies(ofPatient(QStringLiteral("P"))));
   EXPECT_EQ(studies.size(), Pacs::MostStudies);
 
   ScriptedArchive oneMore(json(many + "," + study("1.500", "P") + "]"));
-  const PacsResult result = WebPacs(oneMore.settings()).findStudies(ofPatient(QStringLiteral("P")), studies);
-  EXPECT_EQ(result.outcome, Outcome::Never);
-  EXPECT_EQ(result.reason, QStringLiteral("more than 500 studies match: ask for something narrower"));
-  EXPECT_TRUE(studies.isEmpty());
+  const PacsResult<QList<Study>> result =
+      WebPacs(oneMore.settings()).findStudies(ofPatient(QStringLiteral("P")));
+  EXPECT_EQ(outcomeOf(result), Outcome::Never);
+  EXPECT_EQ(result.error(), QStringLiteral("more than 500 studies match: ask for something narrower"));
 }
 
 TEST(WebFind, HearsThatTheArchiveHasLeftStudiesOut) {
   ScriptedArchive archive(
       answer("200 OK", "[" + study("1.2", "P") + "]",
              "Warning: 299 archive: There are 7 additional results that can be requested\r\n"));
-  QList<Study> studies;
-  EXPECT_EQ(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P")), studies).outcome,
+  EXPECT_EQ(outcomeOf(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P")))),
             Outcome::Never);
-  EXPECT_TRUE(studies.isEmpty());
 
   ScriptedArchive other(answer("200 OK", "[" + study("1.2", "P") + "]",
                                "Warning: 299 archive: The fuzzymatching parameter is not supported.\r\n"));
-  EXPECT_TRUE(WebPacs(other.settings()).findStudies(ofPatient(QStringLiteral("P")), studies).done());
-  EXPECT_EQ(studies.size(), 1);
+  EXPECT_EQ(studiesOf(WebPacs(other.settings()).findStudies(ofPatient(QStringLiteral("P")))).size(), 1);
 }
 
 TEST(WebFind, SurvivesAnswersThatAreNone) {
@@ -210,13 +202,11 @@ TEST(WebFind, SurvivesAnswersThatAreNone) {
   for (const QByteArray& body : bad) {
     SCOPED_TRACE(body.left(80).constData());
     ScriptedArchive archive(json(body));
-    QList<Study> studies;
-    const PacsResult result =
-        WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P")), studies);
-    EXPECT_EQ(result.outcome, Outcome::TryAgain);
-    EXPECT_TRUE(result.reason.startsWith(QStringLiteral("the archive's answer")))
-        << qPrintable(result.reason);
-    EXPECT_TRUE(studies.isEmpty());
+    const PacsResult<QList<Study>> result =
+        WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P")));
+    EXPECT_EQ(outcomeOf(result), Outcome::TryAgain);
+    EXPECT_TRUE(result.error().startsWith(QStringLiteral("the archive's answer")))
+        << qPrintable(result.error());
   }
   const auto odd = studiesFromJson(deepInside);
   ASSERT_TRUE(odd.ok());

@@ -3,12 +3,12 @@
 
 #include "bridge/pacs/StowMessage.h"
 #include "bridge/pacs/WebPacs.h"
+#include "tests/unit/bridge/pacs/PacsOutcome.h"
 #include "tests/unit/bridge/pacs/WebScriptedArchive.h"
 
 namespace bridge {
 namespace {
 
-using Outcome = PacsResult::Outcome;
 using web_testing::answer;
 using web_testing::json;
 using web_testing::ScriptedArchive;
@@ -25,7 +25,7 @@ QByteArray failed(const QByteArray& uid, const QByteArray& reason) {
   return R"({"00081198":{"vr":"SQ","Value":[)" + item(uid, reason) + "]}}";
 }
 
-PacsResult store(const ScriptedArchive& archive, const QByteArray& file = "the file") {
+PacsResult<> store(const ScriptedArchive& archive, const QByteArray& file = "the file") {
   return WebPacs(archive.settings()).store(file, SecondaryCapture, Uid);
 }
 
@@ -34,8 +34,8 @@ TEST(WebStore, SendsTheFileAsItIs) {
   for (int byte = 0; byte < 70000; ++byte) file.append(static_cast<char>(byte * 7));
   file += "\r\n--velmora-\r\n\r\n";
   ScriptedArchive archive(json(stored("2.25.101")));
-  const PacsResult result = store(archive, file);
-  ASSERT_TRUE(result.done()) << qPrintable(result.reason);
+  const PacsResult<> result = store(archive, file);
+  ASSERT_TRUE(result.ok()) << qPrintable(result.error());
   ASSERT_EQ(archive.requests().size(), 1);
   const auto request = archive.requests().first();
   EXPECT_EQ(request.method, "POST");
@@ -53,7 +53,7 @@ TEST(WebStore, AsksUnderTheAddressAsItWasWritten) {
   ScriptedArchive archive(json(stored("2.25.101")));
   PacsSettings settings = archive.settings();
   settings.url.setPath(QStringLiteral("/a%2Fb%25c/dicom-web/"), QUrl::StrictMode);
-  EXPECT_TRUE(WebPacs(settings).store("the file", SecondaryCapture, Uid).done());
+  EXPECT_TRUE(WebPacs(settings).store("the file", SecondaryCapture, Uid).ok());
   ASSERT_EQ(archive.requests().size(), 1);
   EXPECT_EQ(archive.requests().first().target, "/a%2Fb%25c/dicom-web/studies");
 }
@@ -68,24 +68,24 @@ TEST(WebStore, TakesABoundaryThatTheFileDoesNotHold) {
 
 TEST(WebStore, IsDoneOnlyWhenTheArchiveNamesTheInstance) {
   ScriptedArchive ours(json("[" + stored("2.25.101") + "]"));
-  EXPECT_TRUE(store(ours).done());
+  EXPECT_TRUE(store(ours).ok());
   ScriptedArchive warned(answer("202 Accepted", stored("2.25.101")));
-  EXPECT_TRUE(store(warned).done());
+  EXPECT_TRUE(store(warned).ok());
   for (const QByteArray& body :
        {stored("2.25.1010"), QByteArray("{}"), QByteArray(), QByteArray("<NativeDicomModel/>"),
         QByteArray(R"({"00081199":{"vr":"SQ"}})"), QByteArray(50000, '[')}) {
     SCOPED_TRACE(body.left(60).constData());
     ScriptedArchive archive(json(body));
-    const PacsResult result = store(archive);
-    EXPECT_EQ(result.outcome, Outcome::TryAgain);
-    EXPECT_EQ(result.reason, QStringLiteral("the archive does not say that it has stored the chart"));
+    const PacsResult<> result = store(archive);
+    EXPECT_EQ(outcomeOf(result), Outcome::TryAgain);
+    EXPECT_EQ(result.error(), QStringLiteral("the archive does not say that it has stored the chart"));
   }
 }
 
 TEST(WebStore, DecidesByTheFailureReason) {
   const auto outcomeOf = [](const QByteArray& reason, const QByteArray& status) {
     ScriptedArchive archive(answer(status, failed("2.25.101", reason)));
-    return store(archive).outcome;
+    return bridge::outcomeOf(store(archive));
   };
   for (const QByteArray& status : {QByteArray("409 Conflict"), QByteArray("202 Accepted"),
                                    QByteArray("400 Bad Request"), QByteArray("200 OK")}) {
@@ -104,14 +104,14 @@ TEST(WebStore, DecidesByTheFailureReason) {
     EXPECT_NE(outcomeOf("45056", status), Outcome::Done);   // B000, a warning, and yet among the failed
   }
   ScriptedArchive silent(answer("409 Conflict", failed("2.25.101", "\"\"")));
-  EXPECT_EQ(store(silent).outcome, Outcome::Never);
+  EXPECT_EQ(bridge::outcomeOf(store(silent)), Outcome::Never);
 }
 
 TEST(WebStore, LeavesTheFailureOfAnotherInstanceAside) {
   ScriptedArchive archive(answer("200 OK", R"({"00081198":{"Value":[)" + item("2.25.9", "290") +
                                                R"(]},"00081199":{"Value":[)" + item("2.25.8") + "," +
                                                item("2.25.101") + "]}}"));
-  EXPECT_TRUE(store(archive).done());
+  EXPECT_TRUE(store(archive).ok());
 }
 
 TEST(WebStore, TellsWhatCanBeMendedFromWhatCannot) {
@@ -138,10 +138,10 @@ TEST(WebStore, TellsWhatCanBeMendedFromWhatCannot) {
   for (const Case& each : cases) {
     SCOPED_TRACE(each.status.constData());
     ScriptedArchive archive(answer(each.status, "sorry"));
-    const PacsResult result = store(archive);
-    EXPECT_EQ(result.outcome, each.outcome);
-    EXPECT_TRUE(result.reason.startsWith(QLatin1String(each.reason))) << qPrintable(result.reason);
-    EXPECT_TRUE(result.reason.endsWith(QStringLiteral("/dicom-web/studies)"))) << qPrintable(result.reason);
+    const PacsResult<> result = store(archive);
+    EXPECT_EQ(outcomeOf(result), each.outcome);
+    EXPECT_TRUE(result.error().startsWith(QLatin1String(each.reason))) << qPrintable(result.error());
+    EXPECT_TRUE(result.error().endsWith(QStringLiteral("/dicom-web/studies)"))) << qPrintable(result.error());
   }
 }
 

@@ -55,7 +55,7 @@ class SenderTest : public ::testing::Test {
     return std::nullopt;
   }
   void fail(const QString& uid) {
-    pacs_.storeResult = [uid](const QString& each) { return each == uid ? Away : PacsResult(); };
+    pacs_.storeResult = [uid](const QString& each) { return each == uid ? Away : PacsResult<>(); };
   }
   SpoolItem item(const QString& name) const {
     for (const SpoolItem& each : Spool::list(spool_->folder()).valueOr({})) {
@@ -173,7 +173,7 @@ TEST_F(SenderTest, TakesOverWhatWasCorrectedInThePacsMeanwhile) {
     EXPECT_EQ(now.study.patientName, text("Muster^Maximilian")) << "on the disk before it is sent";
     now.study = before.study;
     EXPECT_EQ(now, before) << "the same object otherwise";
-    return PacsResult();
+    return PacsResult<>();
   };
   EXPECT_EQ(work(), std::nullopt);
   EXPECT_EQ(pacs_.storedUids(), QStringList{uid});
@@ -348,8 +348,7 @@ TEST_F(SenderTest, TellsNothingOfThePatientInItsLines) {
   QVariantMap values = replyTo(study("1.4", "Secret-77"));
   values[text("OsiriXStudyID")] = QString();
   arrive(values);
-  pacs_.findResult = {PacsResult::Outcome::Never,
-                      text("no match for Secret-77 or Secret/77, called\nMAX MUSTER")};
+  pacs_.findResult = PacsFailure::never(text("no match for Secret-77 or Secret/77, called\nMAX MUSTER"));
   work();
   ASSERT_EQ(lines_.size(), 1);
   for (const QString& line : lines_) {
@@ -361,7 +360,7 @@ TEST_F(SenderTest, TellsNothingOfThePatientInItsLines) {
 
 TEST_F(SenderTest, TakesAnExceptionForAFailureThatMayPass) {
   arrive(study("1.1", "A"));
-  pacs_.storeResult = [](const QString&) -> PacsResult { throw std::runtime_error("broken"); };
+  pacs_.storeResult = [](const QString&) -> PacsResult<> { throw std::runtime_error("broken"); };
   EXPECT_EQ(work(), 5s);
   EXPECT_EQ(item(name_).state, SpoolState::Waiting);
 }

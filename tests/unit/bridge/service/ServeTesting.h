@@ -90,9 +90,10 @@ class ScriptedPacs : public bridge::Pacs {
     QByteArray file;
   };
 
-  bridge::PacsResult findStudies(const bridge::StudyQuery& query, QList<bridge::Study>& found) override {
+  bridge::PacsResult<QList<bridge::Study>> findStudies(const bridge::StudyQuery& query) override {
     queries.append(query);
-    if (!findResult.done()) return findResult;
+    if (!findResult.ok()) return findResult.failure();
+    QList<bridge::Study> found;
     for (const bridge::Study& each : studies) {
       const bool right =
           (query.studyInstanceUID.isEmpty() || query.studyInstanceUID == each.studyInstanceUID) &&
@@ -100,15 +101,15 @@ class ScriptedPacs : public bridge::Pacs {
           (!query.studyDate.isValid() || query.studyDate == each.studyDate);
       if (right) found.append(each);
     }
-    return {};
+    return found;
   }
-  bridge::PacsResult store(const QByteArray& file, const QString&, const QString& uid) override {
+  bridge::PacsResult<> store(const QByteArray& file, const QString&, const QString& uid) override {
     ++stores;
-    const bridge::PacsResult result = storeResult ? storeResult(uid) : bridge::PacsResult();
-    if (result.done()) stored.append({uid, file});
+    const bridge::PacsResult<> result = storeResult ? storeResult(uid) : bridge::PacsResult<>();
+    if (result.ok()) stored.append({uid, file});
     return result;
   }
-  bridge::PacsResult check() override { return findResult; }
+  bridge::PacsResult<> check() override { return findResult; }
 
   QStringList storedUids() const {
     QStringList uids;
@@ -117,14 +118,14 @@ class ScriptedPacs : public bridge::Pacs {
   }
 
   QList<bridge::Study> studies;
-  bridge::PacsResult findResult;
-  std::function<bridge::PacsResult(const QString& uid)> storeResult;
+  bridge::PacsResult<> findResult;
+  std::function<bridge::PacsResult<>(const QString& uid)> storeResult;
   QList<bridge::StudyQuery> queries;
   QList<Stored> stored;
   int stores = 0;
 };
 
-inline const bridge::PacsResult Away{bridge::PacsResult::Outcome::TryAgain, QStringLiteral("nobody there")};
-inline const bridge::PacsResult Refused{bridge::PacsResult::Outcome::Never, QStringLiteral("not wanted")};
+inline const bridge::PacsResult<> Away = bridge::PacsFailure::tryAgain(QStringLiteral("nobody there"));
+inline const bridge::PacsResult<> Refused = bridge::PacsFailure::never(QStringLiteral("not wanted"));
 
 }  // namespace serve_testing

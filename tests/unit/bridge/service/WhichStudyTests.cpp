@@ -3,11 +3,11 @@
 
 #include "bridge/dicom/Uid.h"
 #include "bridge/service/WhichStudy.h"
+#include "tests/unit/bridge/pacs/PacsOutcome.h"
 #include "tests/unit/bridge/service/ServeTesting.h"
 
 using namespace serve_testing;
 using namespace bridge;
-using Kind = StudyAnswer::Kind;
 
 namespace {
 
@@ -192,10 +192,11 @@ TEST(WhichStudy, FollowsTheTable) {
     pacs.studies = row.studies;
     SpooledReply which = reply();
     row.change(which);
-    const StudyAnswer answer = whichStudy(which, pacs);
-    EXPECT_EQ(answer.kind, row.study.isEmpty() ? Kind::Aside : Kind::Found) << qPrintable(answer.reason);
-    EXPECT_EQ(answer.study.studyInstanceUID, row.study);
-    EXPECT_EQ(answer.reason.isEmpty(), answer.kind == Kind::Found);
+    const PacsResult<Study> answer = whichStudy(which, pacs);
+    EXPECT_EQ(outcomeOf(answer), row.study.isEmpty() ? Outcome::Never : Outcome::Done)
+        << qPrintable(answer.error());
+    EXPECT_EQ(answer.valueOr({}).studyInstanceUID, row.study);
+    EXPECT_EQ(answer.error().isEmpty(), answer.ok());
   }
 }
 
@@ -205,7 +206,7 @@ TEST(WhichStudy, AsksForEveryPatientIDThatTheIdentifierMayStandFor) {
   SpooledReply which = reply();
   which.studyID.clear();
   which.identifier = text("12-345-6");
-  EXPECT_EQ(whichStudy(which, pacs).kind, Kind::Found);
+  EXPECT_EQ(outcomeOf(whichStudy(which, pacs)), Outcome::Done);
   QStringList asked;
   for (const StudyQuery& query : pacs.queries) asked.append(query.patientID);
   asked.sort();
@@ -217,7 +218,7 @@ TEST(WhichStudy, BoundsTheNumberOfQuestions) {
   SpooledReply which = reply();
   which.studyID.clear();
   which.identifier = QString(64, QLatin1Char('-'));
-  EXPECT_EQ(whichStudy(which, pacs).kind, Kind::Aside);
+  EXPECT_EQ(outcomeOf(whichStudy(which, pacs)), Outcome::Never);
   EXPECT_TRUE(pacs.queries.isEmpty());
 }
 
@@ -228,10 +229,10 @@ TEST(WhichStudy, TriesAgainWhenThePacsIsAwayAndSetsAsideWhenItRefuses) {
     SpooledReply which = reply();
     which.studyID = text(uid);
     pacs.findResult = Away;
-    EXPECT_EQ(whichStudy(which, pacs).kind, Kind::TryAgain);
+    EXPECT_EQ(outcomeOf(whichStudy(which, pacs)), Outcome::TryAgain);
     pacs.findResult = Refused;
-    EXPECT_EQ(whichStudy(which, pacs).kind, Kind::Aside);
-    EXPECT_EQ(whichStudy(which, pacs).reason, text("not wanted"));
+    EXPECT_EQ(outcomeOf(whichStudy(which, pacs)), Outcome::Never);
+    EXPECT_EQ(whichStudy(which, pacs).error(), text("not wanted"));
   }
 }
 
