@@ -52,8 +52,10 @@ class VELMORA_EXPORT OrvDocument : public velmora::platform::Document {
   /// can be made the user may save it elsewhere, give it up, or leave it where it is: then it must not be
   /// dropped.
   Rescue keepRescueCopy();
-  /// Tells the user where the unsaved changes of a closed record are kept; nothing when there is no copy.
-  void tellAboutKeptCopy(const QString& name, const QString& copy) { rescue_.tellAboutCopy(name, copy); }
+  /// Tells the user where the unsaved changes of a closed record are kept, where there is a copy of them.
+  void tellAboutKeptCopy(const QString& name, const std::optional<QString>& copy) {
+    if (copy) rescue_.tellAboutCopy(name, *copy);
+  }
 
   /// Writes a file for the user, durably, and remembers its folder: what a write that is cut off leaves there
   /// is removed at the next start.

@@ -9,10 +9,12 @@
 #include <tuple>
 
 #include "base/files/FileManager.h"
-#include "base/log/Log.h"
 #include "platform/runloop/RunLoop.h"
 
 using namespace velmora;
+
+using velmora::base::Failure;
+using velmora::base::Result;
 
 namespace {
 
@@ -70,13 +72,15 @@ QStringList OrvKeptCopies::copiesIn(const QString& folder) const {
 }
 
 bool OrvKeptCopies::holds(const QString& copy, const QByteArray& contents) const {
-  const base::Result<QByteArray> kept = files_.readFile(copy, contents.size());
+  const Result<QByteArray> kept = files_.readFile(copy, contents.size());
   return kept.ok() && *kept == contents;
 }
 
-QString OrvKeptCopies::keepEarlierVersion(const QString& path, const QByteArray& contents, Origin origin) {
+Result<QString> OrvKeptCopies::keepEarlierVersion(const QString& path, const QByteArray& contents,
+                                                  Origin origin) {
   const QString folder = earlierVersionsFolder(path);
-  if (!folder_.make(folder)) return {};
+  const Result<> made = folder_.make(folder);
+  if (!made) return made.failure();
   files_.removeAbandonedFiles(folder, {base::pathExtension(path)});
   QDateTime time = clock_.now();
   const QStringList copies = copiesIn(folder);
@@ -93,7 +97,8 @@ QString OrvKeptCopies::keepEarlierVersion(const QString& path, const QByteArray&
   const QString mark = origin == Origin::Another ? MarkOfAnother : QString();
   const QString copy = base::appendingPathExtension(folder + QLatin1Char('/') + stampOf(time) + mark,
                                                     base::pathExtension(path));
-  if (!folder_.write(copy, contents)) return {};
+  const Result<> written = folder_.write(copy, contents);
+  if (!written) return written.failure();
   prune(folder);
   return copy;
 }
@@ -112,8 +117,10 @@ void OrvKeptCopies::prune(const QString& folder) {
   }
 }
 
-QString OrvKeptCopies::keepRescueCopy(const QString& name, const QByteArray& contents) {
-  if (contents.isEmpty() || !folder_.make(rescueFolder())) return {};
+Result<QString> OrvKeptCopies::keepRescueCopy(const QString& name, const QByteArray& contents) {
+  if (contents.isEmpty()) return Failure{QStringLiteral("There is nothing to keep.")};
+  const Result<> made = folder_.make(rescueFolder());
+  if (!made) return made.failure();
   files_.removeAbandonedFiles(rescueFolder(), {base::pathExtension(name)});
   // The copy must succeed where the save failed on the very name of the record.
   const QString beginning = rescueFolder() + QLatin1Char('/') +
@@ -125,7 +132,8 @@ QString OrvKeptCopies::keepRescueCopy(const QString& name, const QByteArray& con
         base::appendingPathExtension(beginning + stampOf(time), readableBeginning(base::pathExtension(name)));
     time = time.addMSecs(1);
   } while (files_.fileExistsAtPath(path));
-  if (!folder_.write(path, contents)) return {};
+  const Result<> written = folder_.write(path, contents);
+  if (!written) return written.failure();
   pruneRescueCopies();
   return path;
 }

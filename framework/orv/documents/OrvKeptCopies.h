@@ -24,14 +24,14 @@ class VELMORA_EXPORT OrvKeptCopies {
   /// Whose an earlier version is: one that the program itself wrote or read there, or one that somebody else
   /// put in its place, which may be another patient's record.
   enum class Origin { Own, Another };
-  /// Keeps `contents`, what stands at `path` now, before it is replaced. Gives the path of the copy, or a
-  /// null string, with a log line, when none could be made. The newest copy is given when it holds the same
-  /// already. At most MostVersions own versions of a file are kept; those older than OldestDays go, whoever
-  /// wrote them, except the newest one.
-  QString keepEarlierVersion(const QString& path, const QByteArray& contents, Origin origin = Origin::Own);
-  /// Keeps `contents` under a name made from `name`; gives the path, or a null string when that failed too.
-  /// Those older than OldestDays go.
-  QString keepRescueCopy(const QString& name, const QByteArray& contents);
+  /// Keeps `contents`, what stands at `path` now, before it is replaced. Gives the path of the copy, which is
+  /// the newest one when that holds the same already. A failure is logged. At most MostVersions own versions
+  /// of a file are kept; those older than OldestDays go, whoever wrote them, except the newest one.
+  velmora::base::Result<QString> keepEarlierVersion(const QString& path, const QByteArray& contents,
+                                                    Origin origin = Origin::Own);
+  /// Keeps `contents`, which are not empty, under a name made from `name`, and gives the path of the copy.
+  /// Those older than OldestDays go. A failure is logged.
+  velmora::base::Result<QString> keepRescueCopy(const QString& name, const QByteArray& contents);
   /// Removes what copying that was cut off by a power cut or a kill has left, and the copies that have grown
   /// too old. `extensions`: of the data files.
   void removeAbandonedCopies(const QStringList& extensions);

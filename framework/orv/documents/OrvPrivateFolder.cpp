@@ -9,7 +9,17 @@
 
 using namespace velmora;
 
+using velmora::base::Failure;
 using velmora::base::Result;
+
+namespace {
+
+Failure logged(const QString& message) {
+  base::logLine(message);
+  return {message};
+}
+
+}  // namespace
 
 OrvPrivateFolder::OrvPrivateFolder(base::FileManager& files, const QString& bundleIdentifier)
     : files_(files),
@@ -21,20 +31,18 @@ bool OrvPrivateFolder::contains(const QString& file) const {
   return !folder.isEmpty() && QFileInfo(file).canonicalFilePath().startsWith(folder + QLatin1Char('/'));
 }
 
-bool OrvPrivateFolder::make(const QString& folder) {
+Result<> OrvPrivateFolder::make(const QString& folder) {
   // Closed to others before anything is in it: the names of the folders below are those of records.
   Result<> made = files_.createPrivateDirectory(path_);
   // A file system without rights cannot close it, and loses nothing by it.
   if (made.ok() || files_.isDirectory(path_)) made = files_.createDirectory(folder);
+  if (made.ok()) return {};
   // Named after records, what stands below is not told to a log.
-  if (!made.ok()) base::logLine(QStringLiteral("No folder for copies could be made in %1").arg(path_));
-  return made.ok();
+  return logged(QStringLiteral("No folder for copies could be made in %1").arg(path_));
 }
 
-bool OrvPrivateFolder::write(const QString& file, const QByteArray& contents) {
+Result<> OrvPrivateFolder::write(const QString& file, const QByteArray& contents) {
   const Result<> written = files_.writePrivately(file, contents);
-  if (!written.ok()) {
-    base::logLine(QStringLiteral("A file could not be kept in %1: %2").arg(path_, written.error()));
-  }
-  return written.ok();
+  if (written.ok()) return {};
+  return logged(QStringLiteral("A file could not be kept in %1: %2").arg(path_, written.error()));
 }

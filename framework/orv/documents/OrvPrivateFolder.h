@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "base/Export.h"
+#include "base/Result.h"
 
 namespace velmora::base {
 class FileManager;
@@ -20,11 +21,10 @@ class VELMORA_EXPORT OrvPrivateFolder {
   const QString& path() const { return path_; }
   /// Whether that file, whatever path leads to it, stands below the folder.
   bool contains(const QString& file) const;
-  /// Makes `folder`, which is this one or one below it. False, with a log line, when that fails.
-  bool make(const QString& folder);
-  /// Writes a file below the folder that is readable by the user alone. False, with a log line, when that
-  /// fails.
-  bool write(const QString& file, const QByteArray& contents);
+  /// Makes `folder`, which is this one or one below it. A failure is logged.
+  velmora::base::Result<> make(const QString& folder);
+  /// Writes a file below the folder that is readable by the user alone. A failure is logged.
+  velmora::base::Result<> write(const QString& file, const QByteArray& contents);
 
  private:
   velmora::base::FileManager& files_;

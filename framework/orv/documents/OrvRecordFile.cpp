@@ -55,22 +55,22 @@ Result<> OrvRecordFile::keepWhatStandsAt(const Place& place, Replacing& replacin
 
   const bool own = standing.ok() && ((place.isOwn && found == known_) || found == attempted_);
   const auto origin = own ? OrvKeptCopies::Origin::Own : OrvKeptCopies::Origin::Another;
-  QString copy;
-  if (standing.ok()) copy = copies_.keepEarlierVersion(place.path, *standing, origin);
+  const Result<QString> copy =
+      standing.ok() ? copies_.keepEarlierVersion(place.path, *standing, origin) : standing.failure();
   if (own || (firstLook && place.replacementAllowed)) {
     // The user's own earlier version, or one that the user chose to replace: worth a copy, but not worth a
     // failed save.
-    if (copy.isEmpty()) {
+    if (!copy.ok()) {
       // Never the name: that is the patient's identifier, and logs are read by others.
       base::logLine(
           QStringLiteral("No earlier version was kept of a record in %1").arg(QFileInfo(place.path).path()));
     }
     return {};
   }
-  if (copy.isEmpty()) {
+  if (!copy.ok()) {
     return Failure{platform::localizedString(
         "OrvDocument", "Another record stands there under this name, and no copy of it could be kept.")};
   }
-  replacing.copiesOfAnother.append(copy);
+  replacing.copiesOfAnother.append(*copy);
   return {};
 }

@@ -2,6 +2,7 @@
 #include "orv/documents/OrvRescue.h"
 
 #include <QFileInfo>
+#include <tuple>
 
 #include "base/log/Log.h"
 #include "orv/documents/OrvKeptCopies.h"
@@ -29,16 +30,16 @@ QString notSavedMessage(const QString& name) {
 }  // namespace
 
 OrvRescue::Outcome OrvRescue::keepDropped(const Content& content) {
-  const QString copy = copies_.keepRescueCopy(fileNameOf(content), content.data);
-  if (!copy.isEmpty()) {
-    base::logLine(QStringLiteral("Unsaved changes were kept in %1").arg(QFileInfo(copy).path()));
-    return {SaveOutcome::Kept, copy};
+  const base::Result<QString> copy = copies_.keepRescueCopy(fileNameOf(content), content.data);
+  if (copy.ok()) {
+    base::logLine(QStringLiteral("Unsaved changes were kept in %1").arg(QFileInfo(*copy).path()));
+    return {SaveOutcome::Kept, *copy};
   }
   const QString message =
       formatted(localizedString("OrvDocument", "Unsaved changes to '%@' are about to be dropped."),
                 {content.displayName});
   return {askWhereToSave(content, message, localizedString("OrvDocument", "No copy of them could be kept.")),
-          {}};
+          std::nullopt};
 }
 
 SaveOutcome OrvRescue::keepUnsaved(const QString& fileName, const Content& content, const QString& reason) {
@@ -46,10 +47,11 @@ SaveOutcome OrvRescue::keepUnsaved(const QString& fileName, const Content& conte
     tellNotSaved(fileName, reason);
     return SaveOutcome::Unsaved;
   }
-  const QString copy = copies_.keepRescueCopy(fileName, content.data);
-  if (!copy.isEmpty()) {
-    tellNotSaved(fileName, reason + QStringLiteral("\n\n") +
-                               formatted(localizedString("OrvDocument", "A copy was kept as '%@'."), {copy}));
+  const base::Result<QString> copy = copies_.keepRescueCopy(fileName, content.data);
+  if (copy.ok()) {
+    tellNotSaved(fileName,
+                 reason + QStringLiteral("\n\n") +
+                     formatted(localizedString("OrvDocument", "A copy was kept as '%@'."), {*copy}));
     return SaveOutcome::Kept;
   }
   // Neither here nor there: the record exists in memory only, and what comes next may be its closing.
@@ -59,11 +61,10 @@ SaveOutcome OrvRescue::keepUnsaved(const QString& fileName, const Content& conte
 }
 
 void OrvRescue::keepQuietly(const Content& content) {
-  copies_.keepRescueCopy(fileNameOf(content), content.data);
+  std::ignore = copies_.keepRescueCopy(fileNameOf(content), content.data);
 }
 
 void OrvRescue::tellAboutCopy(const QString& name, const QString& copy) {
-  if (copy.isEmpty()) return;
   alerts_.runModal(
       {formatted(localizedString("OrvDocument", "'%@' was closed with unsaved changes"), {name}),
        localizedString("OrvVersion", "OK"), QString(), QString(),

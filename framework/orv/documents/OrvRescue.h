@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <optional>
 
 #include "base/Export.h"
 #include "platform/documents/Document.h"
@@ -31,7 +32,7 @@ class VELMORA_EXPORT OrvRescue {
   };
   struct Outcome {
     velmora::platform::SaveOutcome outcome;
-    QString copy;  ///< the path of the rescue copy; null when there is none
+    std::optional<QString> copy;  ///< the path of the rescue copy, where there is one
   };
 
   /// Keeps content that is about to be dropped. When no copy can be made the user may save it elsewhere, give
@@ -43,7 +44,7 @@ class VELMORA_EXPORT OrvRescue {
                                              const QString& reason);
   /// Keeps content without a word, because nobody can be told.
   void keepQuietly(const Content& content);
-  /// Tells the user where the unsaved changes of a closed record are kept; nothing when there is no copy.
+  /// Tells the user where the unsaved changes of a closed record are kept.
   void tellAboutCopy(const QString& name, const QString& copy);
 
  private:

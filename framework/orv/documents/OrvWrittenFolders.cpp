@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <tuple>
 
 using namespace velmora;
 
@@ -38,5 +39,5 @@ void OrvWrittenFolders::add(const QString& file) {
   folders.append(folder);
   if (folders.size() > MostFolders) folders.removeFirst();
   if (!folder_.make(folder_.path())) return;
-  folder_.write(listPath(), QJsonDocument(QJsonArray::fromStringList(folders)).toJson());
+  std::ignore = folder_.write(listPath(), QJsonDocument(QJsonArray::fromStringList(folders)).toJson());
 }

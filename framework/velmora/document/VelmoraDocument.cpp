@@ -280,24 +280,25 @@ void VelmoraDocument::deferredOpenLookedUpFile(const QString& path) {
   PatientLookUp::open(*controller, url, *this, [&] { closeInFavourOf(url); });
 }
 
-QString VelmoraDocument::whyNotTheRecordOf(const QString& identifier) const {
+base::Result<> VelmoraDocument::checkIsRecordOf(const QString& identifier) const {
   if (preferredFileName(false).compare(identifier, Qt::CaseInsensitive) == 0) return {};
-  return platform::formatted(
+  return base::Failure{platform::formatted(
       localizedString("VelmoraDocument",
                       "The file was saved for patient '%@', but the identifier in it reads '%@'."),
-      {identifier, this->identifier()});
+      {identifier, this->identifier()})};
 }
 
 void VelmoraDocument::tellIfAnothersRecord(const QString& path, const QString& identifier) {
   platform::DocumentController* controller = services().documentController;
   if (!controller) return;
   const auto* record = dynamic_cast<VelmoraDocument*>(controller->documentForURL(QUrl::fromLocalFile(path)));
-  const QString why = record ? record->whyNotTheRecordOf(identifier) : QString();
-  if (why.isNull()) return;
+  if (!record) return;
+  const base::Result<> checked = record->checkIsRecordOf(identifier);
+  if (checked.ok()) return;
   services().alerts.runModal(
       {platform::formatted(localizedString("VelmoraDocument", "'%@' is the record of another patient"),
                            {record->displayName()}),
-       localizedString("OrvVersion", "OK"), QString(), QString(), why});
+       localizedString("OrvVersion", "OK"), QString(), QString(), checked.error()});
 }
 
 // The chart as a picture.
@@ -469,11 +470,11 @@ void VelmoraDocument::closeInFavourOf(const QUrl& file) {
   const QString ownName = preferredFileName(false);
   const bool another = !ownName.isEmpty() && ownName.compare(name, Qt::CaseInsensitive) != 0;
   const QString shownName = displayName();
-  const QString copy = closeKeepingACopy();
+  const auto copy = closeKeepingACopy();
   if (another || !fileURL().isEmpty()) tellAboutKeptCopy(shownName, copy);
 }
 
-QString VelmoraDocument::closeKeepingACopy() {
+std::optional<QString> VelmoraDocument::closeKeepingACopy() {
   Rescue rescue{platform::SaveOutcome::Kept, {}};
   if (!isClosed() && isDocumentEdited() && with_->saving.holdsMoreThanIdentifier()) rescue = keepRescueCopy();
   if (rescue.outcome != platform::SaveOutcome::Unsaved) close();
@@ -482,7 +483,7 @@ QString VelmoraDocument::closeKeepingACopy() {
 
 void VelmoraDocument::closeTellingOfACopy() {
   const QString name = displayName();
-  const QString copy = closeKeepingACopy();
+  const auto copy = closeKeepingACopy();
   tellAboutKeptCopy(name, copy);
 }
 

@@ -103,9 +103,9 @@ class VELMORA_EXPORT VelmoraDocument : public OrvAutoNameDocument,
   /// Where the data file of `identifier` stands or would stand.
   QString dataFilePath(const QString& identifier) const;
   void deferredOpenLookedUpFile(const QString& path);
-  /// Null when this is the record of the patient with that identifier; otherwise says so for the user. Upper
-  /// and lower case are one, as they are in the names of files.
-  QString whyNotTheRecordOf(const QString& identifier) const;
+  /// Fails, in words for the user, unless this is the record of the patient with that identifier. Upper and
+  /// lower case are one, as they are in the names of files.
+  velmora::base::Result<> checkIsRecordOf(const QString& identifier) const;
 
   // The chart as a picture.
 
@@ -140,9 +140,9 @@ class VELMORA_EXPORT VelmoraDocument : public OrvAutoNameDocument,
   void documentDidSave(velmora::platform::Document* document, bool didSave) override;
   void canCloseDocument(ShouldClose shouldClose) override;
   /// Closes without a question; what would be lost by that, beyond a typed identifier, leaves a rescue copy,
-  /// whose path is given. Where no copy can be had and the user does not give the changes up, the document
+  /// whose path is returned. Where no copy can be had and the user does not give the changes up, the document
   /// stays open.
-  QString closeKeepingACopy();
+  std::optional<QString> closeKeepingACopy();
   /// The same, and tells the user where the copy is.
   void closeTellingOfACopy();
   /// Prints the last examination. Tells the user when the document was printed in the last 30 seconds.

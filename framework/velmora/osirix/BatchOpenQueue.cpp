@@ -53,8 +53,8 @@ void BatchOpenQueue::close(const QPointer<platform::Document>& document) {
   });
   // The user may have closed it meanwhile.
   auto* record = dynamic_cast<VelmoraDocument*>(document.data());
-  const QString copy = record ? record->closeKeepingACopy() : QString();
-  if (!copy.isEmpty()) keptCopies_.append(copy);
+  const auto copy = record ? record->closeKeepingACopy() : std::nullopt;
+  if (copy) keptCopies_.append(*copy);
 }
 
 void BatchOpenQueue::tellAboutKeptCopies() {

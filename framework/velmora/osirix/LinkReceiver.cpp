@@ -160,12 +160,12 @@ void LinkReceiver::deferredNewRecord(const platform::Notification& notification)
   // Its file did not open, of which the user has been told, or the user has closed it meanwhile.
   if (!target)
     return base::logLine(QStringLiteral("The record of a chosen study is not open: nothing was added"));
-  const QString why = target->whyNotTheRecordOf(identifier);
-  if (!why.isNull()) {
+  const base::Result<> checked = target->checkIsRecordOf(identifier);
+  if (!checked.ok()) {
     alerts_.runModal({platform::formatted(platform::localizedString("VelmoraAppController",
                                                                     "No examination was added to '%@'"),
                                           {target->displayName()}),
-                      platform::localizedString("OrvVersion", "OK"), QString(), QString(), why});
+                      platform::localizedString("OrvVersion", "OK"), QString(), QString(), checked.error()});
     return;
   }
   if (target != frontDocument()) target->showWindows();

@@ -41,8 +41,8 @@ class KeptCopies : public testing::Test {
 };
 
 TEST_F(KeptCopies, AreReadableByTheUserAlone) {
-  const QString version = copies.keepEarlierVersion(record(), "old");
-  const QString rescued = copies.keepRescueCopy(QStringLiteral("A1.growth"), "unsaved");
+  const QString version = copies.keepEarlierVersion(record(), "old").value();
+  const QString rescued = copies.keepRescueCopy(QStringLiteral("A1.growth"), "unsaved").value();
   EXPECT_EQ(testkit::permissionsOf(version), 0600u);
   EXPECT_EQ(testkit::permissionsOf(rescued), 0600u);
   EXPECT_EQ(testkit::permissionsOf(home.path(QStringLiteral(".local/share/org.velmora.growth"))), 0700u);
@@ -51,7 +51,7 @@ TEST_F(KeptCopies, AreReadableByTheUserAlone) {
 TEST_F(KeptCopies, OfOneRecordAreAtMostTwentyTheNewest) {
   for (int i = 0; i < 50; ++i) {
     clock.time = clock.time.addSecs(60);
-    copies.keepEarlierVersion(record(), QByteArray::number(i));
+    copies.keepEarlierVersion(record(), QByteArray::number(i)).value();
   }
   ASSERT_EQ(names().size(), OrvKeptCopies::MostVersions);
   EXPECT_EQ(testkit::readFile(folder() + QLatin1Char('/') + names().first()), "30");
@@ -60,13 +60,13 @@ TEST_F(KeptCopies, OfOneRecordAreAtMostTwentyTheNewest) {
 
 TEST_F(KeptCopies, GoAfterAYearExceptTheNewest) {
   clock.time = QDateTime::currentDateTimeUtc();
-  const QString old = copies.keepEarlierVersion(record(), "old");
-  const QString oldRescued = copies.keepRescueCopy(QStringLiteral("A1.growth"), "old");
+  const QString old = copies.keepEarlierVersion(record(), "old").value();
+  const QString oldRescued = copies.keepRescueCopy(QStringLiteral("A1.growth"), "old").value();
   setAge(old, clock.time.addDays(-OrvKeptCopies::OldestDays - 1));
   setAge(oldRescued, clock.time.addDays(-OrvKeptCopies::OldestDays - 1));
   clock.time = clock.time.addSecs(60);
-  const QString newer = copies.keepEarlierVersion(record(), "newer");
-  const QString newRescued = copies.keepRescueCopy(QStringLiteral("A1.growth"), "new");
+  const QString newer = copies.keepEarlierVersion(record(), "newer").value();
+  const QString newRescued = copies.keepRescueCopy(QStringLiteral("A1.growth"), "new").value();
   EXPECT_FALSE(QFile::exists(old));
   EXPECT_TRUE(QFile::exists(newer));
   EXPECT_FALSE(QFile::exists(oldRescued));
@@ -77,8 +77,8 @@ TEST_F(KeptCopies, OfTheSameMomentAreAllKept) {
   QSet<QString> versions;
   QSet<QString> rescued;
   for (int i = 0; i < 5; ++i) {
-    versions.insert(copies.keepEarlierVersion(record(), QByteArray::number(i)));
-    rescued.insert(copies.keepRescueCopy(QStringLiteral("A1.growth"), QByteArray::number(i)));
+    versions.insert(copies.keepEarlierVersion(record(), QByteArray::number(i)).value());
+    rescued.insert(copies.keepRescueCopy(QStringLiteral("A1.growth"), QByteArray::number(i)).value());
   }
   EXPECT_EQ(versions.size(), 5);
   EXPECT_EQ(rescued.size(), 5);
@@ -89,19 +89,19 @@ TEST_F(KeptCopies, MadeAfterTheClockWasPutBackAreNotTheFirstToGo) {
   clock.time = QDateTime::currentDateTimeUtc().addDays(100);
   for (int i = 0; i < OrvKeptCopies::MostVersions; ++i) {
     clock.time = clock.time.addSecs(60);
-    copies.keepEarlierVersion(record(), "of the wrong clock " + QByteArray::number(i));
+    copies.keepEarlierVersion(record(), "of the wrong clock " + QByteArray::number(i)).value();
   }
   clock.time = clock.time.addDays(-100);
-  const QString copy = copies.keepEarlierVersion(record(), "of the right clock");
+  const QString copy = copies.keepEarlierVersion(record(), "of the right clock").value();
   EXPECT_EQ(testkit::readFile(copy), "of the right clock");
   EXPECT_EQ(testkit::readFile(folder() + QLatin1Char('/') + names().last()), "of the right clock");
   EXPECT_EQ(names().size(), OrvKeptCopies::MostVersions);
 }
 
 TEST_F(KeptCopies, LeaveFilesAloneThatAreNoCopies) {
-  copies.keepEarlierVersion(record(), "old");
+  copies.keepEarlierVersion(record(), "old").value();
   testkit::writeFile(folder() + QStringLiteral("/notes.txt"), "a person's");
-  for (int i = 0; i < 30; ++i) copies.keepEarlierVersion(record(), "newer " + QByteArray::number(i));
+  for (int i = 0; i < 30; ++i) copies.keepEarlierVersion(record(), "newer " + QByteArray::number(i)).value();
   EXPECT_TRUE(QFile::exists(folder() + QStringLiteral("/notes.txt")));
 }
 
@@ -118,20 +118,20 @@ TEST_F(KeptCopies, RescueARecordWhateverItsName) {
                                 QStringLiteral("%1%s%n"),
                                 QStringLiteral("../../escape")};
   for (const QString& identifier : identifiers) {
-    const QString copy = copies.keepRescueCopy(identifier + QStringLiteral(".growth"), "unsaved");
+    const QString copy = copies.keepRescueCopy(identifier + QStringLiteral(".growth"), "unsaved").value();
     ASSERT_FALSE(copy.isEmpty()) << qPrintable(identifier);
     EXPECT_EQ(QFileInfo(copy).absolutePath(), copies.rescueFolder());
     EXPECT_EQ(testkit::readFile(copy), "unsaved") << qPrintable(copy);
     EXPECT_TRUE(copy.endsWith(QStringLiteral(".growth"))) << qPrintable(copy);
     const QString version =
-        copies.keepEarlierVersion(home.path(QStringLiteral("Records/") + identifier), "old");
+        copies.keepEarlierVersion(home.path(QStringLiteral("Records/") + identifier), "old").value();
     EXPECT_EQ(testkit::readFile(version), "old") << qPrintable(version);
   }
 }
 
 TEST_F(KeptCopies, ThatWereCutOffAreRemoved) {
-  const QString version = copies.keepEarlierVersion(record(), "old");
-  const QString rescued = copies.keepRescueCopy(QStringLiteral("A1.growth"), "unsaved");
+  const QString version = copies.keepEarlierVersion(record(), "old").value();
+  const QString rescued = copies.keepRescueCopy(QStringLiteral("A1.growth"), "unsaved").value();
   const QString cutVersion = folder() + QStringLiteral("/.0123456789abcdef.growth.unfinished");
   const QString cutRescue = copies.rescueFolder() + QStringLiteral("/.0123456789abcdef.growth.unfinished");
   testkit::writeFile(cutVersion, "o");
@@ -148,7 +148,7 @@ TEST_F(KeptCopies, ThatWereCutOffAreRemoved) {
 /// A folder whose name is new is on the disk only when the folder above it is.
 TEST_F(KeptCopies, OutliveAPowerCutWithTheFoldersThatWereMadeForThem) {
   const faults::SystemCalls calls(home.path());
-  ASSERT_FALSE(copies.keepEarlierVersion(record(), "old").isEmpty());
+  ASSERT_TRUE(copies.keepEarlierVersion(record(), "old").ok());
   // ".local", "share", the application's folder, "Earlier Versions", the record's: each makes a new name
   // above.
   EXPECT_EQ(calls.names().count("fsync folder"), 5 + 1) << "and the copy's own name";

@@ -13,7 +13,7 @@ class KeptCopies : public testing_support::NoteDocuments {
   /// Writes a file, keeps it as an earlier version, and lets a second pass: copies are named by the time.
   void keep(const QString& file, const QByteArray& contents) {
     testkit::writeFile(file, contents);
-    copies.keepEarlierVersion(file, contents);
+    copies.keepEarlierVersion(file, contents).value();
     desktop.runLoop.advance(1);
   }
   QList<QByteArray> versions(const QString& file) {
@@ -85,7 +85,7 @@ TEST_F(KeptCopies, KeepTheNewestEvenOfAClockThatRunsAhead) {
 TEST_F(KeptCopies, AreForTheUserAlone) {
   const mode_t before = ::umask(0);
   keep(path("record.note"), "secret");
-  const QString rescue = copies.keepRescueCopy("record.note", "secret");
+  const QString rescue = copies.keepRescueCopy("record.note", "secret").value();
   ::umask(before);
   EXPECT_EQ(testkit::permissionsOf(kept()), 0700u);
   const QString versionsFolder = copies.earlierVersionsFolder(path("record.note"));
@@ -98,9 +98,9 @@ TEST_F(KeptCopies, StopNothingWhenTheyCannotBeKept) {
   testkit::writeFile(kept(), "a file where the folder would be");
   const testkit::LogRecorder log;
   testkit::writeFile(path("record.note"), "contents");
-  EXPECT_TRUE(copies.keepEarlierVersion(path("record.note"), "contents").isNull());
+  EXPECT_FALSE(copies.keepEarlierVersion(path("record.note"), "contents").ok());
   EXPECT_EQ(log.lines().size(), 1);
-  EXPECT_TRUE(copies.keepRescueCopy("record.note", "contents").isNull());
+  EXPECT_FALSE(copies.keepRescueCopy("record.note", "contents").ok());
   EXPECT_EQ(log.lines().size(), 2);
 }
 
@@ -111,7 +111,7 @@ TEST_F(KeptCopies, AreNotNamedInTheLogWhenTheyCannotBeKept) {
   QDir().mkpath(kept());
   testkit::writeFile(kept() + "/Earlier Versions", "a file where the folder would be");
   const testkit::LogRecorder log;
-  EXPECT_TRUE(copies.keepEarlierVersion(record, "contents").isNull());
+  EXPECT_FALSE(copies.keepEarlierVersion(record, "contents").ok());
   EXPECT_EQ(log.lines(), QStringList{"No folder for copies could be made in " + kept()});
 
   /// A disk that has filled up.
@@ -121,13 +121,13 @@ TEST_F(KeptCopies, AreNotNamedInTheLogWhenTheyCannotBeKept) {
     }
   } full;
   OrvKeptCopies onFullDisk(full, desktop.runLoop, "org.velmora.tests");
-  EXPECT_TRUE(onFullDisk.keepRescueCopy(rescue, "contents").isNull());
+  EXPECT_FALSE(onFullDisk.keepRescueCopy(rescue, "contents").ok());
   EXPECT_EQ(log.lines().mid(1),
             QStringList{"A file could not be kept in " + kept() + ": No space left on device"});
 }
 
 TEST_F(KeptCopies, ForRescueKeepTheNameTheTimeAndTheExtension) {
-  const QString copy = copies.keepRescueCopy("12-345.note", "precious");
+  const QString copy = copies.keepRescueCopy("12-345.note", "precious").value();
   const QString time = desktop.runLoop.now().toUTC().toString("yyyyMMdd-HHmmss-zzz");
   EXPECT_EQ(copy, kept() + "/Rescued/12-345 " + time + ".note");
   EXPECT_EQ(testkit::readFile(copy), "precious");
@@ -137,7 +137,7 @@ TEST_F(KeptCopies, ForRescueStayInTheirFolderWhateverTheName) {
   const QString longName = QString(300, QChar(0x8EAB)) + ".note";
   for (const QString& name :
        {QString("../../etc/record.note"), QString("a/b"), longName, QString(".."), QString()}) {
-    const QString copy = copies.keepRescueCopy(name, "precious");
+    const QString copy = copies.keepRescueCopy(name, "precious").value();
     ASSERT_FALSE(copy.isNull()) << qPrintable(name);
     EXPECT_EQ(QFileInfo(copy).canonicalPath(), QFileInfo(copies.rescueFolder()).canonicalFilePath());
     EXPECT_EQ(testkit::readFile(copy), "precious");
@@ -146,16 +146,16 @@ TEST_F(KeptCopies, ForRescueStayInTheirFolderWhateverTheName) {
 }
 
 TEST_F(KeptCopies, ForRescueAreNotMadeOfNothing) {
-  EXPECT_TRUE(copies.keepRescueCopy("record.note", QByteArray()).isNull());
+  EXPECT_FALSE(copies.keepRescueCopy("record.note", QByteArray()).ok());
   EXPECT_FALSE(QDir(kept()).exists());
 }
 
 TEST_F(KeptCopies, OfWhatIsKeptAlreadyAreNotMadeAgain) {
   const QString file = path("record.note");
   keep(file, "one");
-  const QString first = copies.keepEarlierVersion(file, "two");
+  const QString first = copies.keepEarlierVersion(file, "two").value();
   desktop.runLoop.advance(1);
-  EXPECT_EQ(copies.keepEarlierVersion(file, "two"), first);
+  EXPECT_EQ(copies.keepEarlierVersion(file, "two").value(), first);
   EXPECT_EQ(versions(file), (QList<QByteArray>{"one", "two"}));
   keep(file, "one");
   EXPECT_EQ(versions(file), (QList<QByteArray>{"one", "two", "one"})) << "only the newest counts";
@@ -166,8 +166,8 @@ TEST_F(KeptCopies, OfAnotherAreOnlyBoundedInAge) {
   const QString file = path("record.note");
   const int many = OrvKeptCopies::MostVersions + 5;
   for (int i = 0; i < many; ++i) {
-    copies.keepEarlierVersion(file, "theirs " + QByteArray::number(i), Origin::Another);
-    copies.keepEarlierVersion(file, "mine " + QByteArray::number(i));
+    copies.keepEarlierVersion(file, "theirs " + QByteArray::number(i), Origin::Another).value();
+    copies.keepEarlierVersion(file, "mine " + QByteArray::number(i)).value();
     desktop.runLoop.advance(1);
   }
   const QList<QByteArray> all = versions(file);
@@ -184,17 +184,17 @@ TEST_F(KeptCopies, OfAnotherAreOnlyBoundedInAge) {
 
 TEST_F(KeptCopies, OfAnotherAreMarkedEvenWhenTheSameIsKeptAsOnesOwn) {
   const QString file = path("record.note");
-  const QString own = copies.keepEarlierVersion(file, "restored");
-  const QString another = copies.keepEarlierVersion(file, "restored", OrvKeptCopies::Origin::Another);
+  const QString own = copies.keepEarlierVersion(file, "restored").value();
+  const QString another = copies.keepEarlierVersion(file, "restored", OrvKeptCopies::Origin::Another).value();
   EXPECT_NE(own, another);
-  EXPECT_EQ(copies.keepEarlierVersion(file, "restored"), another) << "one is enough from here on";
+  EXPECT_EQ(copies.keepEarlierVersion(file, "restored").value(), another) << "one is enough from here on";
 }
 
 TEST_F(KeptCopies, GrowOldThoughTheirRecordIsNotSavedAgain) {
   const QString file = path("record.note");
   for (const char* contents : {"old", "newest"}) keep(file, contents);
-  const QString rescue = copies.keepRescueCopy("record.note", "old");
-  const QString young = copies.keepRescueCopy("record.note", "young");
+  const QString rescue = copies.keepRescueCopy("record.note", "old").value();
+  const QString young = copies.keepRescueCopy("record.note", "young").value();
   const QString versionsFolder = copies.earlierVersionsFolder(file);
   for (const QString& name : testkit::fileNames(versionsFolder))
     makeOld(versionsFolder + '/' + name, desktop.runLoop.now(), OrvKeptCopies::OldestDays + 1);

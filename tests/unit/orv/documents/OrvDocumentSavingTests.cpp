@@ -191,7 +191,7 @@ TEST_F(SavingRecords, KeepsACopyOfWhatIsAboutToBeDropped) {
   document.name = "12/345";
   document.edit("precious");
   const testkit::LogRecorder log;
-  const QString copy = document.keepRescueCopy().copy;
+  const QString copy = document.keepRescueCopy().copy.value();
   EXPECT_TRUE(copy.startsWith(rescued() + "/12-345 ")) << qPrintable(copy);
   EXPECT_EQ(noteIn(testkit::readFile(copy)), "precious");
   EXPECT_EQ(log.lines(), QStringList{"Unsaved changes were kept in " + rescued()});
@@ -316,7 +316,8 @@ class OpeningACopy : public SavingRecords {
     document.edit(note);
     const testkit::LogRecorder log;
     return OrvKeptCopies(desktop.fileManager, desktop.runLoop, "org.velmora.tests")
-        .keepRescueCopy("record.note", dataOf(document));
+        .keepRescueCopy("record.note", dataOf(document))
+        .value();
   }
   static QByteArray dataOf(NoteDocument& of) { return of.dataOfType("note").value(); }
 };

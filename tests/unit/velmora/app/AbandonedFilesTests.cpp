@@ -93,10 +93,10 @@ TEST(Start, LooksForThemWhereverFilesWereSaved) {
 TEST(Start, RemovesCopiesThatHaveGrownTooOld) {
   RecordApplication application;
   OrvKeptCopies copies(application.desktop.fileManager, application.desktop.runLoop, "org.velmora.recorder");
-  const QString old = copies.keepEarlierVersion(application.pathOfRecord("AB1"), "old");
+  const QString old = copies.keepEarlierVersion(application.pathOfRecord("AB1"), "old").value();
   application.pass(1);
-  const QString newest = copies.keepEarlierVersion(application.pathOfRecord("AB1"), "newest");
-  const QString rescue = copies.keepRescueCopy("AB1.rec", "unsaved");
+  const QString newest = copies.keepEarlierVersion(application.pathOfRecord("AB1"), "newest").value();
+  const QString rescue = copies.keepRescueCopy("AB1.rec", "unsaved").value();
   for (const QString& copy : {old, newest, rescue}) {
     QFile file(copy);
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
