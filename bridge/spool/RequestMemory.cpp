@@ -9,7 +9,6 @@
 #include "base/CalendarDay.h"
 #include "bridge/spool/SpoolFile.h"
 #include "link/protocol/LinkPayload.h"
-#include "link/protocol/LinkProtocol.h"
 
 using namespace velmora;
 
@@ -23,8 +22,7 @@ constexpr qint64 LargestFile = 4 * 1024 * 1024;
 /// Longer ones are neither an identifier nor a UID; DICOM allows 64 characters for both.
 constexpr qsizetype LongestIdentifier = 256;
 
-QString textOf(const QVariantMap& request, const QString& key) {
-  const QVariant value = request.value(key);
+QString textOf(const QVariant& value) {
   return value.typeId() == QMetaType::QString ? value.toString() : QString();
 }
 
@@ -67,15 +65,15 @@ void RequestMemory::forgetOld(const QDateTime& now) {
   if (requests_.size() > Most) requests_.remove(0, requests_.size() - Most);
 }
 
-base::Result<> RequestMemory::remember(const QVariantMap& request, const QString& application,
+base::Result<> RequestMemory::remember(const QVariantMap& payload, const QString& application,
                                        const QDateTime& time) {
+  const link::LinkRequest request = link::readRequest(payload);
   HeardRequest heard;
   heard.application = application;
-  heard.identifier = applicationIdentifier(textOf(request, protocol::Identifier));
-  heard.studyUID = textOf(request, protocol::OsiriXStudyID).trimmed();
+  heard.identifier = applicationIdentifier(textOf(request.identifier));
+  heard.studyUID = textOf(request.studyID).trimmed();
   heard.time = time.toUTC();
-  const QVariant day = request.value(protocol::DateOfStudy);
-  if (day.typeId() == QMetaType::QDateTime) heard.studyDay = base::localDayOf(day.toDateTime());
+  heard.studyDay = base::localDayOf(request.studyDate);
   if (heard.identifier.isEmpty() || heard.identifier.size() > LongestIdentifier) return {};
   // The application has got it all the same: a later reply may belong to it, and to no earlier one.
   if (heard.studyUID.size() > LongestIdentifier) heard.studyUID.clear();

@@ -44,7 +44,7 @@ class RequestMemory {
   velmora::base::Result<> open(const QDateTime& now);
   /// Remembers a request; one that names no patient is passed over. Fails when it is not in the file
   /// yet.
-  velmora::base::Result<> remember(const QVariantMap& request, const QString& application,
+  velmora::base::Result<> remember(const QVariantMap& payload, const QString& application,
                                    const QDateTime& time);
   /// Writes what is not in the file yet.
   velmora::base::Result<> save();

@@ -50,6 +50,24 @@ base::Result<QVariantMap> requestPayload(const QVariantMap& study) {
   return request;
 }
 
+LinkRequest readRequest(const QVariantMap& payload) {
+  const auto date = [&payload](const QString& key) {
+    const QVariant value = payload.value(key);
+    return value.typeId() == QMetaType::QDateTime ? value.toDateTime() : QDateTime();
+  };
+  return {payload.value(Identifier), payload.value(Name).toString(), date(DateOfBirth), date(DateOfStudy),
+          payload.value(OsiriXStudyID)};
+}
+
+QVariantMap requestKeysOnly(const QVariantMap& payload) {
+  QVariantMap request;
+  for (const QString& key : {Identifier, Name, DateOfBirth, DateOfStudy, OsiriXStudyID}) {
+    const auto found = payload.constFind(key);
+    if (found != payload.constEnd()) request.insert(key, *found);
+  }
+  return request;
+}
+
 QString fileNameIdentifier(const QString& identifier) {
   QString name = identifier;
   return name.replace(QLatin1Char('/'), QLatin1Char('-'));

@@ -31,6 +31,18 @@ VELMORA_EXPORT QVariantMap replyPayload(const ChartExport& chart);
 /// unknown key is an error, since it is most likely a known one mistyped.
 VELMORA_EXPORT base::Result<QVariantMap> requestPayload(const QVariantMap& study);
 
+/// What a request that came says of the study that was chosen in the viewer.
+struct LinkRequest {
+  QVariant identifier;  ///< as it came; the patient's when it is a string
+  QString name;         ///< null when absent or no text
+  QDateTime birthDate;  ///< invalid when absent or no date
+  QDateTime studyDate;  ///< invalid when absent or no date
+  QVariant studyID;     ///< as it came; invalid when absent
+};
+VELMORA_EXPORT LinkRequest readRequest(const QVariantMap& payload);
+/// The payload of a request without what readRequest() does not look at.
+VELMORA_EXPORT QVariantMap requestKeysOnly(const QVariantMap& payload);
+
 /// The identifier as it names the patient's data file, and as applications hold it: every "/" is "-".
 VELMORA_EXPORT QString fileNameIdentifier(const QString& identifier);
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "velmora/osirix/LinkReceiver.h"
 
-#include <QDateTime>
 #include <QUrl>
 #include <stdexcept>
 #include <utility>
@@ -45,39 +44,24 @@ qsizetype bytesOf(const QVariant& value) {
   return bytes;
 }
 
-/// What of a request is read, and nothing else: it may have to wait, and may hold a picture of megabytes.
-platform::Notification withItsKeysOnly(const platform::Notification& notification) {
-  platform::Notification request{notification.name, {}, {}};
-  for (const QString& key :
-       {link::Identifier, link::Name, link::DateOfBirth, link::DateOfStudy, link::OsiriXStudyID}) {
-    const auto found = notification.userInfo.constFind(key);
-    if (found != notification.userInfo.constEnd()) request.userInfo.insert(key, *found);
-  }
-  return request;
-}
-
 /// Refuses texts of absurd length.
-base::Result<> checkLengths(const platform::Notification& request) {
-  for (const QString& key : {link::Identifier, link::Name}) {
-    if (request.userInfo.value(key).toString().size() <= LongestText) continue;
+base::Result<> checkLengths(const link::LinkRequest& request) {
+  const auto tooLong = [](const QString& key) {
     return base::Failure{
         QStringLiteral("VelmoraAppController: a study was chosen whose %1 is longer than any patient's")
             .arg(key)};
-  }
+  };
+  if (request.identifier.toString().size() > LongestText) return tooLong(link::Identifier);
+  if (request.name.size() > LongestText) return tooLong(link::Name);
   return {};
 }
 
-QString identifierOf(const platform::Notification& notification) {
-  const QVariant value = notification.userInfo.value(link::Identifier);
+QString identifierOf(const link::LinkRequest& request) {
+  const QVariant& value = request.identifier;
   // A dictionary or a list is no identifier, whatever text it might be turned into.
   base::requireValue(value.typeId() == QMetaType::QString && !value.toString().isNull(),
                      "VelmoraAppController");
   return link::fileNameIdentifier(value.toString());
-}
-
-QDateTime dateOf(const platform::Notification& notification, const QString& key) {
-  const QVariant value = notification.userInfo.value(key);
-  return value.typeId() == QMetaType::QDateTime ? value.toDateTime() : QDateTime();
 }
 
 }  // namespace
@@ -88,9 +72,10 @@ VelmoraDocument* LinkReceiver::frontDocument() const {
 }
 
 void LinkReceiver::notifiedOfLinkFromOsirix(const platform::Notification& notification) {
-  const platform::Notification request = withItsKeysOnly(notification);
+  // It may have to wait, and may hold a picture of megabytes.
+  const platform::Notification request{notification.name, {}, link::requestKeysOnly(notification.userInfo)};
   const qsizetype bytes = bytesOf(request.userInfo);
-  const base::Result<> lengths = checkLengths(request);
+  const base::Result<> lengths = checkLengths(link::readRequest(request.userInfo));
   if (!lengths.ok()) return base::logLine(lengths.error());
   if (bytes > LongestRequest) {
     return base::logLine(
@@ -125,9 +110,10 @@ void LinkReceiver::hasWaited(qsizetype bytes) {
 }
 
 void LinkReceiver::doLinkFromOsirix(const platform::Notification& notification) {
-  const base::Result<> lengths = checkLengths(notification);
+  const link::LinkRequest request = link::readRequest(notification.userInfo);
+  const base::Result<> lengths = checkLengths(request);
   if (!lengths.ok()) throw std::length_error(lengths.error().toStdString());
-  const QString identifier = identifierOf(notification);
+  const QString identifier = identifierOf(request);
   VelmoraDocument* target = frontDocument();
   if (!target) throw std::out_of_range("VelmoraAppController: a study was chosen, but no document is open");
 
@@ -138,11 +124,10 @@ void LinkReceiver::doLinkFromOsirix(const platform::Notification& notification) 
   }
   target->abandonEditing();
   target->setIdentifier(identifier);
-  const QDateTime birthDate = dateOf(notification, link::DateOfBirth);
-  if (birthDate.isValid()) target->setBirthDate(birthDate);
-  target->setExamDate(dateOf(notification, link::DateOfStudy));
-  target->setName(notification.userInfo.value(link::Name).toString());
-  target->setOsiriXStudyID(notification.userInfo.value(link::OsiriXStudyID));
+  if (request.birthDate.isValid()) target->setBirthDate(request.birthDate);
+  target->setExamDate(request.studyDate);
+  target->setName(request.name);
+  target->setOsiriXStudyID(request.studyID);
   target->directUpdateDisplayAndSetDirty(this);
 }
 
@@ -155,7 +140,8 @@ VelmoraDocument* LinkReceiver::recordOf(const QString& identifier) const {
 
 void LinkReceiver::deferredNewRecord(const platform::Notification& notification) {
   if (!frontDocument()) return;
-  const QString identifier = identifierOf(notification);
+  const link::LinkRequest request = link::readRequest(notification.userInfo);
+  const QString identifier = identifierOf(request);
   VelmoraDocument* target = recordOf(identifier);
   // Its file did not open, of which the user has been told, or the user has closed it meanwhile.
   if (!target)
@@ -170,11 +156,11 @@ void LinkReceiver::deferredNewRecord(const platform::Notification& notification)
   }
   if (target != frontDocument()) target->showWindows();
   target->doNewRecord(this);
-  target->setName(notification.userInfo.value(link::Name).toString());
+  target->setName(request.name);
   // A record that has been open for longer may still hold the study of an earlier request, into which the
   // chart of this one must not go.
   target->setOsiriXStudyID(QStringLiteral(""));
-  target->setExamDate(dateOf(notification, link::DateOfStudy));
+  target->setExamDate(request.studyDate);
   target->directUpdateDisplayAndSetDirty(this);
 }
 

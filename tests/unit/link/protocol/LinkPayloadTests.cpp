@@ -32,6 +32,34 @@ TEST(BundleIdentifier, IsANameOnTheBusWhereTheBusAllowsIt) {
   EXPECT_FALSE(isBusName(text("a.") + QString(254, u'a')));
 }
 
+TEST(LinkRequest, IsReadAsFarAsItsValuesAreWhatTheyShouldBe) {
+  const QDateTime birth(QDate(2019, 3, 14), QTime(12, 0));
+  const LinkRequest whole = readRequest({{text("Identifier"), text("12/345/6")},
+                                         {text("Name"), text("Jörg")},
+                                         {text("DateOfBirth"), birth},
+                                         {text("DateOfStudy"), birth.addDays(7)},
+                                         {text("OsiriXStudyID"), qint64(7)}});
+  EXPECT_EQ(whole.identifier, QVariant(text("12/345/6")));
+  EXPECT_EQ(whole.name, text("Jörg"));
+  EXPECT_EQ(whole.birthDate, birth);
+  EXPECT_EQ(whole.studyDate, birth.addDays(7));
+  EXPECT_EQ(whole.studyID, QVariant(qint64(7)));
+  const LinkRequest odd =
+      readRequest({{text("Name"), QVariantList{1}}, {text("DateOfBirth"), text("2019-03-14")}});
+  EXPECT_FALSE(odd.identifier.isValid());
+  EXPECT_TRUE(odd.name.isNull());
+  EXPECT_FALSE(odd.birthDate.isValid());
+  EXPECT_FALSE(odd.studyDate.isValid());
+  EXPECT_FALSE(odd.studyID.isValid());
+}
+
+TEST(LinkRequest, IsHeldWithoutWhatNobodyReads) {
+  const QVariantMap read{{text("Identifier"), text("1")}, {text("OsiriXStudyID"), QVariantList{1}}};
+  QVariantMap more = read;
+  more.insert(text("JPEG"), noise(100));
+  EXPECT_EQ(requestKeysOnly(more), read);
+}
+
 TEST(BundleIdentifier, HasTheCharactersOfANameOnTheBus) {
   for (const char* good : {"org.velmora.growth", "a", "A-1_b.c"}) EXPECT_TRUE(isBundleIdentifier(text(good)));
   for (const char* bad : {"", "it's", "a b", "a\n", "ö", "a/b"}) EXPECT_FALSE(isBundleIdentifier(text(bad)));
