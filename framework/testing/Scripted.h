@@ -156,8 +156,9 @@ class VELMORA_EXPORT RecordingWorkspace : public platform::Workspace {
     revealed.append(path);
     return true;
   }
-  QString absolutePathForAppBundleWithIdentifier(const QString& identifier) const override {
-    return applications.value(identifier);
+  std::optional<QString> absolutePathForAppBundleWithIdentifier(const QString& identifier) const override {
+    const auto found = applications.constFind(identifier);
+    return found == applications.constEnd() ? std::nullopt : std::optional(*found);
   }
 };
 

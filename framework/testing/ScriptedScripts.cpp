@@ -5,31 +5,32 @@ namespace velmora::testkit {
 
 namespace {
 
+platform::ScriptResult resultOf(const std::optional<platform::ScriptError>& error) {
+  return error ? platform::ScriptResult(*error) : platform::ScriptResult();
+}
+
 class ScriptedScript : public platform::Script {
  public:
   ScriptedScript(ScriptedScripts& scripts, QString source)
       : scripts_(scripts), source_(std::move(source)), behaviour_(scripts.behaviours.value(source_)) {}
 
-  bool compileAndReturnError(std::optional<platform::ScriptError>& error) override {
+  platform::ScriptResult compileAndReturnError() override {
     scripts_.compiled.append(source_);
-    error = behaviour_.compileError;
-    compiled_ = !error;
-    return compiled_;
+    compiled_ = !behaviour_.compileError;
+    return resultOf(behaviour_.compileError);
   }
 
   std::optional<platform::ScriptText> richTextSource() const override {
     return compiled_ ? behaviour_.formatted : std::nullopt;
   }
 
-  bool executeAndReturnError(std::optional<platform::ScriptError>& error) override {
-    error = behaviour_.compileError;
-    if (error) return false;
+  platform::ScriptResult executeAndReturnError() override {
+    if (behaviour_.compileError) return *behaviour_.compileError;
     // The test may end this script while it runs.
-    const std::optional<platform::ScriptError> runError = behaviour_.runError;
+    const platform::ScriptResult result = resultOf(behaviour_.runError);
     scripts_.executed.append(source_);
     if (scripts_.whileRunning) scripts_.whileRunning(source_);
-    error = runError;
-    return !error;
+    return result;
   }
 
  private:

@@ -5,7 +5,7 @@
 using namespace velmora;
 
 void fuzz::informationDictionary(const QByteArray& input) {
-  const QVariant value = platform::propertyListFromData(input);
+  const QVariant value = platform::propertyListFromData(input).valueOr({});
   if (value.typeId() != QMetaType::QVariantMap) return;
   const platform::Bundle bundle(value.toMap(), QStringLiteral("/nowhere"));
   bundle.bundleIdentifier();

@@ -12,6 +12,7 @@
 #include <QFileInfo>
 #include <cerrno>
 #include <functional>
+#include <optional>
 
 #include "base/SystemError.h"
 #include "base/files/FileManager.h"
@@ -37,15 +38,15 @@ Result<> synchronizeFolder(const QString& path) {
 }
 
 /// What a link leads to, link after link, whether or not a file stands there; the path itself when it is no
-/// link. A null string when the links go in a circle.
-QString followed(QString path) {
+/// link. Nothing when the links go in a circle.
+std::optional<QString> followed(QString path) {
   constexpr int MostLinks = 40;
   for (int i = 0; i < MostLinks; ++i) {
     const QFileInfo item(path);
     if (!item.isSymLink()) return path;
     path = item.symLinkTarget();
   }
-  return {};
+  return std::nullopt;
 }
 
 /// Gives the file its name, with a last check of what stands there. What appears meanwhile where nothing
@@ -137,9 +138,9 @@ Result<> FileManager::createPrivateDirectory(const QString& path) {
 
 Result<> FileManager::writeDurably(const QString& path, const QByteArray& contents, const FinalCheck& check) {
   if (!canBeName(path)) return Failure{QStringLiteral("No file can have this name.")};
-  const QString target = followed(path);
-  if (target.isNull()) return Failure{systemError(ELOOP)};
-  const QByteArray name = QFile::encodeName(target);
+  const std::optional<QString> target = followed(path);
+  if (!target) return Failure{systemError(ELOOP)};
+  const QByteArray name = QFile::encodeName(*target);
   struct stat standing {};
   const bool replaces = ::stat(name.constData(), &standing) == 0;
   if (replaces && !S_ISREG(standing.st_mode)) return Failure{QStringLiteral("It is not a file.")};
@@ -147,7 +148,7 @@ Result<> FileManager::writeDurably(const QString& path, const QByteArray& conten
   if (replaces && ::faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) != 0) {
     return Failure{systemError()};
   }
-  return writeAndPlace(*this, target, contents,
+  return writeAndPlace(*this, *target, contents,
                        [&](TemporaryFile& file) { return putInPlace(file, name, check); });
 }
 

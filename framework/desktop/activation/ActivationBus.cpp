@@ -99,7 +99,7 @@ Outcome ActivationBus::begin(const QString& identifier, const ActivationRequest&
   identifier_ = identifier;
   rest_ = request;
   refusal_.clear();
-  if (activationmessages::objectPath(identifier).isNull() || !connectToBus()) {
+  if (!activationmessages::objectPath(identifier) || !connectToBus()) {
     // The log line about a missing bus is the link's, which looks for the same one.
     if (serves) lookAgain();
     return Outcome::Alone;
@@ -150,13 +150,13 @@ base::Result<> ActivationBus::connectToBus() {
                 SLOT(end()));
   // Before the name: whoever finds the name finds the object.
   object_ = std::make_unique<ActivationObject>(accept_);
-  bus_->registerVirtualObject(activationmessages::objectPath(identifier_), object_.get());
+  bus_->registerVirtualObject(activationmessages::objectPath(identifier_).value(), object_.get());
   return {};
 }
 
 void ActivationBus::disconnectFromBus() {
   if (!bus_) return;
-  bus_->unregisterObject(activationmessages::objectPath(identifier_));
+  bus_->unregisterObject(activationmessages::objectPath(identifier_).value());
   // QtDBus takes a connection apart on a thread of its own and looks at the objects that are still on it.
   receiver_.reset();
   object_.reset();
@@ -172,7 +172,7 @@ void ActivationBus::connectionEnded() {
 }
 
 void ActivationBus::lookAgain() {
-  if (probe_.isCancelled() || activationmessages::objectPath(identifier_).isNull()) return;
+  if (probe_.isCancelled() || !activationmessages::objectPath(identifier_)) return;
   delay_ = link::BusLink::retryAfter(delay_);
   QTimer::singleShot(delay_, this, [this] {
     base::guarded("desktop activation", [this] {

@@ -31,15 +31,15 @@ QString harmless(const QVariant& word) {
   return printable && text.size() <= LongestToken ? text : QString();
 }
 
-/// The path of a local file; a null string for any other location.
-QString localFile(const QString& location) {
-  if (location.size() > LongestLocation) return {};
+/// The path of a local file; nothing for any other location.
+std::optional<QString> localFile(const QString& location) {
+  if (location.size() > LongestLocation) return std::nullopt;
   const QUrl url(location, QUrl::StrictMode);
-  if (!url.isValid() || !url.isLocalFile() || url.hasQuery() || url.hasFragment()) return {};
-  if (!url.host().isEmpty() && url.host() != QLatin1String("localhost")) return {};
+  if (!url.isValid() || !url.isLocalFile() || url.hasQuery() || url.hasFragment()) return std::nullopt;
+  if (!url.host().isEmpty() && url.host() != QLatin1String("localhost")) return std::nullopt;
   const QString path = url.path(QUrl::FullyDecoded);
   const bool usable = QDir::isAbsolutePath(path) && !path.contains(QChar::Null);
-  return usable ? path : QString();
+  return usable ? std::optional(path) : std::nullopt;
 }
 
 QStringList filesOf(const QStringList& locations, QString& refusal) {
@@ -49,26 +49,26 @@ QStringList filesOf(const QStringList& locations, QString& refusal) {
   }
   QStringList files;
   for (const QString& location : locations) {
-    const QString file = localFile(location);
-    if (!file.isNull()) files.append(file);
+    if (const auto file = localFile(location)) files.append(*file);
   }
   const qsizetype others = locations.size() - files.size();
   if (others > 0) refusal = QStringLiteral("%1 of %2 are no local files").arg(others).arg(locations.size());
   return files;
 }
 
-/// The texts among the arguments of an action. False when there is anything else.
-bool textsOf(const QVariant& arguments, QStringList& texts) {
+/// The arguments of an action; nothing unless all of them are texts.
+std::optional<QStringList> textsOf(const QVariant& arguments) {
+  QStringList texts;
   for (const QVariant& argument : qdbus_cast<QVariantList>(arguments)) {
     if (argument.typeId() == QMetaType::QString) {
       texts.append(argument.toString());
     } else if (argument.typeId() == QMetaType::QStringList) {
       texts += argument.toStringList();
     } else {
-      return false;
+      return std::nullopt;
     }
   }
-  return true;
+  return texts;
 }
 
 void takeFiles(const QStringList& locations, ActivationRequest::Kind kind, Incoming& incoming) {
@@ -84,11 +84,11 @@ void takeFiles(const QStringList& locations, ActivationRequest::Kind kind, Incom
 
 void takeAction(const QDBusMessage& call, Incoming& incoming) {
   const QString action = call.arguments().value(0).toString();
-  QStringList texts;
-  if (!textsOf(call.arguments().value(1), texts)) {
+  const std::optional<QStringList> texts = textsOf(call.arguments().value(1));
+  if (!texts) {
     incoming.refusal = QStringLiteral("an action takes texts only");
   } else if (action == PrintAction) {
-    takeFiles(texts, ActivationRequest::Kind::Print, incoming);
+    takeFiles(*texts, ActivationRequest::Kind::Print, incoming);
   } else if (action.isEmpty() || action.size() > LongestAction) {
     incoming.refusal = QStringLiteral("there is no action of that name");
   } else {
@@ -108,8 +108,8 @@ QStringList locationsOf(const QStringList& files) {
 
 }  // namespace
 
-QString objectPath(const QString& identifier) {
-  if (!link::isBusName(identifier)) return {};
+std::optional<QString> objectPath(const QString& identifier) {
+  if (!link::isBusName(identifier)) return std::nullopt;
   QString path = QLatin1Char('/') + identifier;
   // An object path knows no hyphen; the entry's own rule puts an underscore in its place.
   return path.replace(QLatin1Char('.'), QLatin1Char('/')).replace(QLatin1Char('-'), QLatin1Char('_'));
@@ -148,7 +148,8 @@ QDBusMessage toBus(const QString& identifier, const ActivationRequest& request, 
   const QString member = request.kind == Kind::Activate ? QStringLiteral("Activate")
                          : request.kind == Kind::Open   ? QStringLiteral("Open")
                                                         : QStringLiteral("ActivateAction");
-  QDBusMessage call = QDBusMessage::createMethodCall(identifier, objectPath(identifier), Interface, member);
+  QDBusMessage call = QDBusMessage::createMethodCall(identifier, objectPath(identifier).value_or(QString()),
+                                                     Interface, member);
   // Only whoever runs is meant: the bus must not start another one for this.
   call.setAutoStartService(false);
   if (request.kind == Kind::Open) call << locationsOf(request.files);
@@ -167,7 +168,7 @@ QDBusMessage toBus(const QString& identifier, const ActivationRequest& request, 
   return call;
 }
 
-qint64 deadlineNow() {
+qint64 deadlineNow() noexcept {
   timespec now{};
   ::clock_gettime(CLOCK_MONOTONIC, &now);
   return static_cast<qint64>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;

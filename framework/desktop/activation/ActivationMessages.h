@@ -21,8 +21,8 @@ inline const QString Interface = QStringLiteral("org.freedesktop.Application");
 /// The most files that one request may name.
 constexpr int MostFiles = 100;
 
-/// "/org/velmora/growth" for "org.velmora.growth"; a null string for what is no well-known name of the bus.
-QString objectPath(const QString& identifier);
+/// "/org/velmora/growth" for "org.velmora.growth"; nothing for what is no well-known name of the bus.
+std::optional<QString> objectPath(const QString& identifier);
 
 struct Incoming {
   std::optional<ActivationRequest> request;
@@ -39,7 +39,7 @@ Incoming fromBus(const QDBusMessage& call);
 QDBusMessage toBus(const QString& identifier, const ActivationRequest& request, qint64 deadline);
 
 /// Milliseconds since this machine started: the same clock in every process.
-qint64 deadlineNow();
+qint64 deadlineNow() noexcept;
 
 }  // namespace activationmessages
 }  // namespace velmora::desktop

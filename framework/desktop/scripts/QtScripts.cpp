@@ -25,13 +25,12 @@ QString cannotBeStarted(const QString& reason) {
                              {reason});
 }
 
-/// What there is to say of a run; nothing when it ended well.
-std::optional<platform::ScriptError> errorOf(const ShellRun& run, const QString& source) {
+platform::ScriptResult resultOf(const ShellRun& run, const QString& source) {
   const QString number = QString::number(run.number());
   QString ending;
   switch (run.end()) {
     case ShellRun::End::Well:
-      return std::nullopt;
+      return {};
     case ShellRun::End::NotStarted:
       return errorWithoutPlace(source, cannotBeStarted(run.startError()));
     case ShellRun::End::Stopped:
@@ -61,10 +60,9 @@ class QtScript : public platform::Script {
     running_->stop();
   }
 
-  bool compileAndReturnError(std::optional<platform::ScriptError>& error) override {
+  platform::ScriptResult compileAndReturnError() override {
     if (!check_) check_ = checkShellSource(source_, times_.forTools);
-    error = check_->error;
-    return !error;
+    return check_->error ? platform::ScriptResult(*check_->error) : platform::ScriptResult();
   }
 
   std::optional<platform::ScriptText> richTextSource() const override {
@@ -72,8 +70,9 @@ class QtScript : public platform::Script {
     return platform::ScriptText{*check_->formatted, styledRuns(*check_->formatted)};
   }
 
-  bool executeAndReturnError(std::optional<platform::ScriptError>& error) override {
-    if (!compileAndReturnError(error) && check_->shellRefuses) return false;
+  platform::ScriptResult executeAndReturnError() override {
+    const platform::ScriptResult compiled = compileAndReturnError();
+    if (!compiled && check_->shellRefuses) return compiled;
     // This object may be gone when the run is over.
     const QString source = source_;
     try {
@@ -82,11 +81,10 @@ class QtScript : public platform::Script {
       runs_->removeIf([](const QPointer<ShellRun>& other) { return !other; });
       runs_->append(&run);
       run.run(source.toUtf8());
-      error = errorOf(run, source);
+      return resultOf(run, source);
     } catch (const std::system_error& failure) {
-      error = errorWithoutPlace(source, cannotBeStarted(QString::fromLocal8Bit(failure.what())));
+      return errorWithoutPlace(source, cannotBeStarted(QString::fromLocal8Bit(failure.what())));
     }
-    return !error;
   }
 
  private:

@@ -19,7 +19,7 @@ void tell(platform::Alerts& alerts, const QString& message, const QString& detai
 
 }  // namespace
 
-QString helpPage(const QString& folder, const QStringList& languages) {
+std::optional<QString> helpPage(const QString& folder, const QStringList& languages) {
   QStringList candidates;
   for (QString language : languages) {
     language.replace(QLatin1Char('_'), QLatin1Char('-'));
@@ -34,18 +34,19 @@ QString helpPage(const QString& folder, const QStringList& languages) {
     const QString page = folder + QLatin1Char('/') + language + QStringLiteral("/index.html");
     if (QFileInfo(page).isFile()) return page;
   }
-  return {};
+  return std::nullopt;
 }
 
 void showHelp(const QString& folder, platform::Workspace& workspace, platform::Alerts& alerts) {
-  const QString page = helpPage(folder, QLocale().uiLanguages());
-  if (page.isNull()) {
+  const std::optional<QString> page = helpPage(folder, QLocale().uiLanguages());
+  if (!page) {
     tell(alerts, platform::localizedString("Document", "The help is not installed."),
          platform::formatted(platform::localizedString("Document", "It was looked for in the folder %@."),
                              {folder}));
-  } else if (!workspace.openURL(QUrl::fromLocalFile(page))) {
-    tell(alerts, platform::localizedString("Document", "The help could not be shown."),
-         platform::formatted(platform::localizedString("Document", "No program opens the page %@."), {page}));
+  } else if (!workspace.openURL(QUrl::fromLocalFile(*page))) {
+    tell(
+        alerts, platform::localizedString("Document", "The help could not be shown."),
+        platform::formatted(platform::localizedString("Document", "No program opens the page %@."), {*page}));
   }
 }
 

@@ -26,12 +26,12 @@ bool QtWorkspace::selectFile(const QString& path) {
   return openURL(QUrl::fromLocalFile(item.isDir() ? path : item.absolutePath()));
 }
 
-QString QtWorkspace::absolutePathForAppBundleWithIdentifier(const QString& identifier) const {
+std::optional<QString> QtWorkspace::absolutePathForAppBundleWithIdentifier(const QString& identifier) const {
   // An identifier names a file here: one that could leave the folder names nothing.
-  if (identifier.isEmpty() || identifier.contains(QLatin1Char('/'))) return {};
+  if (identifier.isEmpty() || identifier.contains(QLatin1Char('/'))) return std::nullopt;
   const QString entry =
       QStandardPaths::locate(QStandardPaths::ApplicationsLocation, identifier + QStringLiteral(".desktop"));
-  if (entry.isEmpty()) return {};
+  if (entry.isEmpty()) return std::nullopt;
   const QSettings desktopEntry(entry, QSettings::IniFormat);
   const QString program = desktopEntry.value(QStringLiteral("Desktop Entry/TryExec")).toString();
   const QString found = program.isEmpty() ? QString() : QStandardPaths::findExecutable(program);

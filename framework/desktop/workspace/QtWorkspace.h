@@ -13,7 +13,7 @@ class QtWorkspace : public platform::Workspace {
   bool selectFile(const QString& path) override;
   /// The program that the desktop entry "<identifier>.desktop" starts, or the entry itself where it names
   /// none.
-  QString absolutePathForAppBundleWithIdentifier(const QString& identifier) const override;
+  std::optional<QString> absolutePathForAppBundleWithIdentifier(const QString& identifier) const override;
 };
 
 }  // namespace velmora::desktop

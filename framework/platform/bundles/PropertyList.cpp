@@ -23,12 +23,13 @@ class XmlReader {
  public:
   explicit XmlReader(const QByteArray& data) : xml_(data) {}
 
-  QVariant read() {
-    if (!xml_.readNextStartElement() || xml_.name() != QLatin1String("plist")) return {};
-    if (!xml_.readNextStartElement()) return {};
-    const std::optional<QVariant> whole = value(0);
+  std::optional<QVariant> read() {
+    if (!xml_.readNextStartElement() || xml_.name() != QLatin1String("plist")) return std::nullopt;
+    if (!xml_.readNextStartElement()) return std::nullopt;
+    std::optional<QVariant> whole = value(0);
     while (!xml_.atEnd()) xml_.readNext();
-    return whole && !xml_.hasError() ? *whole : QVariant();
+    if (xml_.hasError()) whole.reset();
+    return whole;
   }
 
  private:
@@ -103,9 +104,13 @@ class XmlReader {
 
 }  // namespace
 
-QVariant propertyListFromData(const QByteArray& data) {
-  if (data.size() > LargestPropertyList) return {};
-  return data.startsWith("bplist") ? valueOfBinaryPropertyList(data) : XmlReader(data).read();
+base::Result<QVariant> propertyListFromData(const QByteArray& data) {
+  if (data.size() > LargestPropertyList)
+    return base::Failure{QStringLiteral("The property list is too large.")};
+  const std::optional<QVariant> value =
+      data.startsWith("bplist") ? valueOfBinaryPropertyList(data) : XmlReader(data).read();
+  if (!value) return base::Failure{QStringLiteral("It is not a property list, or it is damaged.")};
+  return *value;
 }
 
 Bundle bundleWithPath(const QString& folder) {
@@ -114,8 +119,7 @@ Bundle bundleWithPath(const QString& folder) {
   const bool deep = !QFileInfo::exists(folder + list) && QFileInfo::exists(contents + list);
   const QString path = (deep ? contents : folder) + list;
   const base::Result<QByteArray> read = base::FileManager().readFile(path, LargestPropertyList);
-  QVariant info;
-  if (read.ok()) info = propertyListFromData(*read);
+  const QVariant info = read.ok() ? propertyListFromData(*read).valueOr({}) : QVariant();
   if (info.typeId() != QMetaType::QVariantMap) {
     base::logLine(QStringLiteral("No information dictionary at %1: %2").arg(path, read.error()));
   }

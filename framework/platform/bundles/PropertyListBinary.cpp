@@ -24,15 +24,15 @@ class Reader {
  public:
   explicit Reader(const QByteArray& data) : data_(data) {}
 
-  QVariant read() {
+  std::optional<QVariant> read() {
     const qsizetype trailer = data_.size() - TrailerSize;
-    if (trailer < 8 || !data_.startsWith("bplist")) return {};
+    if (trailer < 8 || !data_.startsWith("bplist")) return std::nullopt;
     placeSize_ = static_cast<quint8>(data_.at(trailer + 6));
     referenceSize_ = static_cast<quint8>(data_.at(trailer + 7));
     count_ = numberAt(static_cast<quint64>(trailer) + 8, 8).value_or(0);
     const quint64 top = numberAt(static_cast<quint64>(trailer) + 16, 8).value_or(0);
     table_ = numberAt(static_cast<quint64>(trailer) + 24, 8).value_or(0);
-    return object(top, 0).value_or(QVariant());
+    return object(top, 0);
   }
 
  private:
@@ -186,6 +186,6 @@ class Reader {
 
 }  // namespace
 
-QVariant valueOfBinaryPropertyList(const QByteArray& data) { return Reader(data).read(); }
+std::optional<QVariant> valueOfBinaryPropertyList(const QByteArray& data) { return Reader(data).read(); }
 
 }  // namespace velmora::platform

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QVariant>
+#include <optional>
 
 namespace velmora::platform {
 
@@ -10,7 +11,7 @@ namespace velmora::platform {
 inline constexpr int DeepestPropertyList = 64;
 inline constexpr int MostPropertyListValues = 100000;
 
-/// The value that a binary property list ("bplist00") holds; invalid when the data is not one, or is damaged.
+/// The value that a binary property list ("bplist00") holds; nothing when the data is not one, or is damaged.
 ///
 /// Such a file begins with the letters "bplist" and two digits of its version. Then come the objects, then a
 /// table that gives the place of each object, counted from the start of the file, and last 32 bytes that say
@@ -21,6 +22,6 @@ inline constexpr int MostPropertyListValues = 100000;
 /// size follows as an integer object. Integers and reals give their size as a power of two, strings and data
 /// in characters and bytes. An array is a row of indices, a dictionary a row of those of its keys and then
 /// one of those of its values.
-QVariant valueOfBinaryPropertyList(const QByteArray& data);
+std::optional<QVariant> valueOfBinaryPropertyList(const QByteArray& data);
 
 }  // namespace velmora::platform

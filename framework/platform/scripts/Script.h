@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "base/Export.h"
+#include "base/Result.h"
 
 namespace velmora::platform {
 
@@ -25,6 +26,9 @@ struct ScriptError {
   bool operator==(const ScriptError&) const = default;
 };
 
+/// Nothing, or why not.
+using ScriptResult = base::Result<void, ScriptError>;
+
 /// A script's source as the script runner formats it, with what is to be told apart by its look.
 struct ScriptText {
   enum class Style { Keyword, String, Comment };
@@ -42,14 +46,14 @@ class VELMORA_EXPORT Script {
  public:
   virtual ~Script() = default;
 
-  /// Looks for errors without running anything. True when there is none.
-  virtual bool compileAndReturnError(std::optional<ScriptError>& error) = 0;
+  /// Looks for errors without running anything.
+  virtual ScriptResult compileAndReturnError() = 0;
   /// The formatted source of a script that has been compiled; none when it has no better form than it had.
   virtual std::optional<ScriptText> richTextSource() const = 0;
-  /// Runs the script and waits for its end; does not begin when its runner would refuse it as it stands. An
-  /// error that compiling finds and its runner may never come to keeps nothing from running. True when it
-  /// ended well.
-  virtual bool executeAndReturnError(std::optional<ScriptError>& error) = 0;
+  /// Runs the script and waits for its end; fails unless that is a good one. Does not begin when its runner
+  /// would refuse it as it stands. An error that compiling finds and its runner may never come to keeps
+  /// nothing from running.
+  virtual ScriptResult executeAndReturnError() = 0;
 };
 
 /// Makes scripts from their source.

@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <QUrl>
+#include <optional>
 
 #include "base/Export.h"
 
@@ -17,8 +18,8 @@ class VELMORA_EXPORT Workspace {
   virtual bool openURL(const QUrl& url) = 0;
   /// Reveals a file or folder in the user's file viewer.
   virtual bool selectFile(const QString& path) = 0;
-  /// Where the application with that bundle identifier is installed; a null string when it is not.
-  virtual QString absolutePathForAppBundleWithIdentifier(const QString& identifier) const = 0;
+  /// Where the application with that bundle identifier is installed; nothing when it is not.
+  virtual std::optional<QString> absolutePathForAppBundleWithIdentifier(const QString& identifier) const = 0;
 };
 
 }  // namespace velmora::platform

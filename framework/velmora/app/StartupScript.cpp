@@ -3,7 +3,6 @@
 
 #include <QPointer>
 #include <memory>
-#include <optional>
 #include <utility>
 
 #include "base/log/Log.h"
@@ -27,11 +26,10 @@ void StartupScript::doLaunchScript() {
 
   // The application may end while the script runs.
   const QPointer<StartupScript> living(this);
-  std::optional<platform::ScriptError> error;
-  script->executeAndReturnError(error);
-  if (!error) return;
+  const platform::ScriptResult ended = script->executeAndReturnError();
+  if (ended.ok()) return;
   if (living) showStatus_(platform::localizedString("VelmoraAppController", "Startup script error"));
-  base::logLine(platform::formatted(QStringLiteral("Startup script error: %@"), {error->message}));
+  base::logLine(platform::formatted(QStringLiteral("Startup script error: %@"), {ended.error()}));
 }
 
 }  // namespace velmora

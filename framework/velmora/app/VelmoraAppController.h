@@ -75,7 +75,9 @@ class VELMORA_EXPORT VelmoraAppController : public velmora::platform::DocumentCo
 
   // The plugin inside OsiriX.
 
-  QString nameOfInstallableOsirixPlugin() const { return plugin_.nameOfInstallableOsirixPlugin(); }
+  std::optional<QString> nameOfInstallableOsirixPlugin() const {
+    return plugin_.nameOfInstallableOsirixPlugin();
+  }
   bool osirixPluginVersionCurrent() const { return plugin_.osirixPluginVersionCurrent(); }
   void doInstallOsirixPlugin(const QObject* /*sender*/) { plugin_.doInstallOsirixPlugin(); }
 

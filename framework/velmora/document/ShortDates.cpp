@@ -35,9 +35,10 @@ void ShortDates::format(QLineEdit& field, platform::TextFieldEditing& editing) c
   const QString example = text(QDate(2019, 3, 14));
   editing.setFormatter(
       // A copy, because the field outlives the document by a moment.
-      [dates = *this](const QString& typed) {
+      [dates = *this](const QString& typed) -> std::optional<QString> {
         const QDate day = dates.day(typed);
-        return day.isValid() ? std::optional(text(day)) : std::nullopt;
+        if (!day.isValid()) return std::nullopt;
+        return text(day);
       },
       platform::formatted(localizedString("VelmoraDocument", "This is not a date. A date looks like %@."),
                           {example}));

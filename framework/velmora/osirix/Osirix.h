@@ -15,7 +15,7 @@ inline const QString DownloadPage = QStringLiteral("https://www.osirix-viewer.co
 
 /// Whether the viewer is on this machine.
 inline bool isInstalled(const platform::Workspace& workspace) {
-  return !workspace.absolutePathForAppBundleWithIdentifier(BundleIdentifier).isNull();
+  return workspace.absolutePathForAppBundleWithIdentifier(BundleIdentifier).has_value();
 }
 
 }  // namespace velmora::osirix

@@ -17,11 +17,11 @@ namespace velmora {
 
 namespace {
 
-/// The version of the plugin at `path`; a null string when it has none that can be read.
-QString versionOfPlugin(const QString& path) {
+/// The version of the plugin at `path`; nothing when it has none that can be read.
+std::optional<QString> versionOfPlugin(const QString& path) {
   const QVariant version =
       platform::bundleWithPath(path).objectForInfoDictionaryKey(QStringLiteral("CFBundleVersion"));
-  return version.typeId() == QMetaType::QString ? version.toString() : QString();
+  return version.typeId() == QMetaType::QString ? std::optional(version.toString()) : std::nullopt;
 }
 
 void logFailure(const char* format, const base::Result<>& result) {
@@ -38,8 +38,8 @@ QString PluginInstaller::installedFolder() {
   return base::expandingTildeInPath(QStringLiteral("~/Library/Application Support/OsiriX/Plugins"));
 }
 
-QString PluginInstaller::nameOfInstallableOsirixPlugin() const {
-  QString first;
+std::optional<QString> PluginInstaller::nameOfInstallableOsirixPlugin() const {
+  std::optional<QString> first;
   files_.enumeratorAtPath(carriedFolder(), [&first](const QString& entry) {
     first = entry;
     return false;
@@ -48,19 +48,19 @@ QString PluginInstaller::nameOfInstallableOsirixPlugin() const {
 }
 
 bool PluginInstaller::osirixPluginVersionCurrent() const {
-  const QString name = nameOfInstallableOsirixPlugin();
-  if (name.isNull()) return true;
-  const QString installed = installedFolder() + QLatin1Char('/') + name;
+  const std::optional<QString> name = nameOfInstallableOsirixPlugin();
+  if (!name) return true;
+  const QString installed = installedFolder() + QLatin1Char('/') + *name;
   if (!files_.isDirectory(installed)) return false;
-  const QString version = versionOfPlugin(installed);
-  return !version.isNull() && version == versionOfPlugin(carriedFolder() + QLatin1Char('/') + name);
+  const std::optional<QString> version = versionOfPlugin(installed);
+  return version && version == versionOfPlugin(carriedFolder() + QLatin1Char('/') + *name);
 }
 
 void PluginInstaller::doInstallOsirixPlugin() {
-  const QString name = nameOfInstallableOsirixPlugin();
+  const std::optional<QString> name = nameOfInstallableOsirixPlugin();
   makeInstalledFolder();
   removeLeftovers();
-  removeInstalled(name);
+  if (name) removeInstalled(*name);
   const base::Result<> copied = copyToInstalled(name);
   logFailure("Copy plugin failed: %@", copied);
 
@@ -96,18 +96,17 @@ void PluginInstaller::removeLeftovers() {
 }
 
 void PluginInstaller::removeInstalled(const QString& name) {
-  // By its name in the folder: a link that leads nowhere is in the way too, and no name at all is in no
-  // folder.
+  // By its name in the folder: a link that leads nowhere is in the way too.
   if (!files_.contentsOfDirectoryAtPath(installedFolder()).contains(name)) return;
   logFailure("Remove old plugin failed: %@", files_.removeItem(installedFolder() + QLatin1Char('/') + name));
 }
 
-base::Result<> PluginInstaller::copyToInstalled(const QString& name) {
-  if (name.isNull()) {
+base::Result<> PluginInstaller::copyToInstalled(const std::optional<QString>& name) {
+  if (!name) {
     return base::Failure{QStringLiteral("There is no plugin in '%1'.").arg(carriedFolder())};
   }
-  return files_.copyItem(carriedFolder() + QLatin1Char('/') + name,
-                         installedFolder() + QLatin1Char('/') + name);
+  return files_.copyItem(carriedFolder() + QLatin1Char('/') + *name,
+                         installedFolder() + QLatin1Char('/') + *name);
 }
 
 }  // namespace velmora

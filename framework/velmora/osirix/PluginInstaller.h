@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 
 #include "base/Export.h"
 #include "base/Result.h"
@@ -27,9 +28,9 @@ class VELMORA_EXPORT PluginInstaller {
                   const platform::Bundle& bundle)
       : files_(files), alerts_(alerts), clock_(clock), bundle_(bundle) {}
 
-  /// The file name of the carried plugin; a null string when the application carries none. The first entry in
-  /// the file system's own order counts, whatever it is.
-  QString nameOfInstallableOsirixPlugin() const;
+  /// The file name of the carried plugin; nothing when the application carries none. The first entry in the
+  /// file system's own order counts, whatever it is.
+  std::optional<QString> nameOfInstallableOsirixPlugin() const;
   /// Whether the installed plugin has the version of the carried one, to the letter: any difference, a newer
   /// version too, makes it out of date, and so does a version that cannot be read. With no plugin to install,
   /// true.
@@ -45,7 +46,7 @@ class VELMORA_EXPORT PluginInstaller {
   void makeInstalledFolder();
   void removeLeftovers();
   void removeInstalled(const QString& name);
-  base::Result<> copyToInstalled(const QString& name);
+  base::Result<> copyToInstalled(const std::optional<QString>& name);
 
   base::FileManager& files_;
   platform::Alerts& alerts_;

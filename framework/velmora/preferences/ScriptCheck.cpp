@@ -9,7 +9,13 @@ ScriptCheck checkScript(platform::Scripts& scripts, const QString& text) {
   ScriptCheck check;
   if (text.isEmpty()) return check;
   const std::unique_ptr<platform::Script> script = scripts.initWithSource(text);
-  if (script && script->compileAndReturnError(check.error)) check.formatted = script->richTextSource();
+  if (!script) return check;
+  const platform::ScriptResult compiled = script->compileAndReturnError();
+  if (compiled.ok()) {
+    check.formatted = script->richTextSource();
+  } else {
+    check.error = compiled.failure();
+  }
   return check;
 }
 

@@ -39,10 +39,8 @@ class CheckingScripts : public testing::Test {
       ADD_FAILURE() << "refused";
       return std::nullopt;
     }
-    std::optional<ScriptError> error;
-    const bool compiled = script->compileAndReturnError(error);
-    EXPECT_EQ(compiled, !error);
-    return error;
+    const platform::ScriptResult compiled = script->compileAndReturnError();
+    return compiled.ok() ? std::nullopt : std::optional(compiled.failure());
   }
   /// A folder with a program "shfmt" that is that script, for PATH.
   QByteArray folderWithFormatter(const QByteArray& program) const {

@@ -50,10 +50,8 @@ class RunningScripts : public testing::Test {
  protected:
   std::optional<ScriptError> run(const QString& source) {
     script = scripts.initWithSource(source);
-    std::optional<ScriptError> error;
-    const bool well = script->executeAndReturnError(error);
-    EXPECT_EQ(well, !error);
-    return error;
+    const platform::ScriptResult ended = script->executeAndReturnError();
+    return ended.ok() ? std::nullopt : std::optional(ended.failure());
   }
   /// Runs that, and calls `meanwhile` with what the script has said while it waits. `meanwhile` sees to it
   /// that the script ends.
@@ -170,19 +168,15 @@ TEST_F(RunningScripts, RunNothingOfAScriptWithASyntaxError) {
 
 TEST_F(RunningScripts, RunWhatTheShellTakesThoughShfmtDoesNot) {
   const QString source = "if false; then echo \"${a//x/y}\"; fi; touch made";
-  std::optional<ScriptError> error;
-  EXPECT_FALSE(scripts.initWithSource(source)->compileAndReturnError(error)) << "shfmt is to complain";
+  EXPECT_FALSE(scripts.initWithSource(source)->compileAndReturnError().ok()) << "shfmt is to complain";
   EXPECT_FALSE(run(source));
   EXPECT_TRUE(QFile::exists(home.path("made")));
 }
 
 TEST_F(RunningScripts, RunAlsoAfterACheckThatOnlyShfmtObjectsTo) {
   script = scripts.initWithSource("if false; then echo \"${a//x/y}\"; fi");
-  std::optional<ScriptError> error;
-  EXPECT_FALSE(script->compileAndReturnError(error));
-  EXPECT_TRUE(error);
-  EXPECT_TRUE(script->executeAndReturnError(error));
-  EXPECT_FALSE(error);
+  EXPECT_FALSE(script->compileAndReturnError().ok());
+  EXPECT_TRUE(script->executeAndReturnError().ok());
 }
 
 TEST_F(RunningScripts, SayWithTheWordsOfShfmtWhereTheShellRefusesThem) {
@@ -266,8 +260,7 @@ TEST_F(RunningScripts, AreNotedInTheLogWhenTheyRunForLong) {
     go.writeLine();
   });
   looking.start(5ms);
-  std::optional<ScriptError> error;
-  EXPECT_TRUE(script->executeAndReturnError(error));
+  EXPECT_TRUE(script->executeAndReturnError().ok());
   EXPECT_EQ(log.lines(), QStringList{"A script has been running for 0.03 s; Escape stops it."});
 }
 
@@ -347,9 +340,7 @@ TEST_F(RunningScriptsBehindAWindow, AreKilledWhenTheyDoNotEndThough) {
     process = said;
     QTest::keyClick(&field, Qt::Key_Escape);
   });
-  std::optional<ScriptError> error;
-  EXPECT_FALSE(script->executeAndReturnError(error));
-  EXPECT_EQ(error->message, "The script was stopped.");
+  EXPECT_EQ(script->executeAndReturnError().error(), "The script was stopped.");
   EXPECT_FALSE(isAlive(process));
 }
 
@@ -360,9 +351,7 @@ TEST_F(RunningScriptsBehindAWindow, AreKilledAtOnceByASecondEscape) {
     QTest::keyClick(&field, Qt::Key_Escape);
     QTest::keyClick(&field, Qt::Key_Escape);
   });
-  std::optional<ScriptError> error;
-  EXPECT_FALSE(script->executeAndReturnError(error));
-  EXPECT_EQ(error->message, "The script was stopped.");
+  EXPECT_EQ(script->executeAndReturnError().error(), "The script was stopped.");
 }
 
 TEST_F(RunningScriptsBehindAWindow, GiveTheirProgramsTimeToEndWhenTheyAreStopped) {
@@ -416,9 +405,7 @@ TEST_F(RunningScripts, AreKilledWhenTheyAreGivenUp) {
     process = said;
     script.reset();
   });
-  std::optional<ScriptError> error;
-  EXPECT_FALSE(script->executeAndReturnError(error));
-  EXPECT_EQ(error->message, "The script was stopped.");
+  EXPECT_EQ(script->executeAndReturnError().error(), "The script was stopped.");
   EXPECT_TRUE(QTest::qWaitFor([&] { return !isAlive(process); }));
 }
 

@@ -69,7 +69,7 @@ class PropertyLists : public testing::TestWithParam<bool> {
 };
 
 TEST_P(PropertyLists, GiveEveryValueItsType) {
-  const QVariant read = propertyListFromData(form(Everything));
+  const QVariant read = propertyListFromData(form(Everything)).valueOr({});
   ASSERT_EQ(read.typeId(), QMetaType::QVariantMap);
   const QVariantMap map = read.toMap();
   EXPECT_EQ(map.keys(), EverythingAsValues.keys());
@@ -82,15 +82,16 @@ TEST_P(PropertyLists, GiveEveryValueItsType) {
 }
 
 TEST_P(PropertyLists, NeedNotBeDictionaries) {
-  EXPECT_EQ(propertyListFromData(form(xml("<string>alone</string>"))), QVariant("alone"));
-  EXPECT_EQ(propertyListFromData(form(xml("<array><true/></array>"))), QVariant(QVariantList{true}));
+  EXPECT_EQ(propertyListFromData(form(xml("<string>alone</string>"))).valueOr({}), QVariant("alone"));
+  EXPECT_EQ(propertyListFromData(form(xml("<array><true/></array>"))).valueOr({}),
+            QVariant(QVariantList{true}));
 }
 
 TEST_P(PropertyLists, AreNothingWhenTheyAreCutShort) {
   const QByteArray whole = form(Everything);
   for (const qsizetype length :
        {qsizetype(0), qsizetype(1), qsizetype(7), qsizetype(8), whole.size() / 3, whole.size() / 2}) {
-    EXPECT_NE(propertyListFromData(whole.left(length)).toMap(), EverythingAsValues) << length;
+    EXPECT_NE(propertyListFromData(whole.left(length)).valueOr({}).toMap(), EverythingAsValues) << length;
   }
 }
 
@@ -100,7 +101,7 @@ TEST_P(PropertyLists, SurviveEveryDamagedByte) {
     for (const int damage : {0x00, 0xFF, ~whole.at(i) & 0xFF, whole.at(i) ^ 1}) {
       QByteArray damaged = whole;
       damaged[i] = static_cast<char>(damage);
-      propertyListFromData(damaged);  // whatever it gives, it gives it without harm
+      std::ignore = propertyListFromData(damaged);  // whatever it gives, it gives it without harm
     }
   }
 }
@@ -108,17 +109,16 @@ TEST_P(PropertyLists, SurviveEveryDamagedByte) {
 INSTANTIATE_TEST_SUITE_P(XmlAndBinary, PropertyLists, testing::Bool(),
                          [](const auto& form) { return form.param ? "Binary" : "Xml"; });
 
-TEST(PropertyListFromData, IsInvalidForWhatIsNone) {
+TEST(PropertyListFromData, FailsForWhatIsNone) {
   for (const char* data : {"", "no property list", "<html><body/></html>", "{\"json\": true}",
                            "<?xml version=\"1.0\"?>", "bplist00", "<plist><dict><key>a</key></plist>"}) {
-    EXPECT_FALSE(propertyListFromData(data).toMap().contains("a")) << data;
-    EXPECT_NE(propertyListFromData(data).typeId(), QMetaType::QString) << data;
+    EXPECT_FALSE(propertyListFromData(data).ok()) << data;
   }
 }
 
 TEST(PropertyListFromData, EndsAtAnAbsurdNesting) {
   const QByteArray deep = xml(QByteArray("<array>").repeated(200) + QByteArray("</array>").repeated(200));
-  QVariant value = propertyListFromData(deep);
+  QVariant value = propertyListFromData(deep).valueOr({});
   int depth = 0;
   while (value.typeId() == QMetaType::QVariantList && !value.toList().isEmpty()) {
     value = value.toList().first();

@@ -67,9 +67,9 @@ TEST_F(Plugin, IsNamedAfterTheOneEntryOfTheCarriedFolder) {
 }
 
 TEST_F(Plugin, HasNoNameWhereNoneIsCarried) {
-  EXPECT_TRUE(plugin.nameOfInstallableOsirixPlugin().isNull()) << "no folder";
+  EXPECT_FALSE(plugin.nameOfInstallableOsirixPlugin()) << "no folder";
   home.makeFolder("resources/OsiriX Plugins");
-  EXPECT_TRUE(plugin.nameOfInstallableOsirixPlugin().isNull()) << "an empty folder";
+  EXPECT_FALSE(plugin.nameOfInstallableOsirixPlugin()) << "an empty folder";
 }
 
 TEST_F(Plugin, IsTheFirstEntryInTheFileSystemsOrderWhateverItIs) {
