@@ -1,21 +1,15 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "velmora/document/VelmoraDocument.h"
 
-#include <QAbstractSpinBox>
-#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QScopeGuard>
-#include <QTabBar>
 #include <QTabWidget>
 
 #include "base/log/AssertionFailure.h"
-#include "base/log/Guard.h"
 #include "link/protocol/LinkPayload.h"
 #include "platform/Services.h"
 #include "platform/controls/Alert.h"
-#include "platform/controls/EventFilters.h"
 #include "platform/controls/Feedback.h"
 #include "platform/controls/Panels.h"
 #include "platform/documents/DocumentController.h"
@@ -69,16 +63,12 @@ VelmoraDocument::VelmoraDocument(platform::Services& services, VelmoraApplicatio
 
 VelmoraDocument::~VelmoraDocument() {
   // The window outlives this part of the object by a moment, and must not tell it anything any more.
-  if (QWidget* window = windowForSheet()) {
-    platform::TextFieldEditing::detach(window);
-    window->disconnect(this);
-    for (QObject* part : window->findChildren<QObject*>()) part->disconnect(this);
-  }
+  if (QWidget* window = windowForSheet()) letGo(*window, this);
 }
 
 void VelmoraDocument::windowControllerDidLoadNib(platform::WindowController& windowController) {
   OrvAutoNameDocument::windowControllerDidLoadNib(windowController);
-  connectOutlets(windowController.window());
+  connectControls(*windowController.window());
 
   platform::PrintInfo& printInfo = services().sharedPrintInfo;
   printInfo.orientation = platform::PrintInfo::Orientation::Portrait;
@@ -90,9 +80,7 @@ void VelmoraDocument::windowControllerDidLoadNib(platform::WindowController& win
   setName(QStringLiteral(""));
   setOsiriXStudyID(QStringLiteral(""));
 
-  becomeDelegateOfTextFields(windowController.window());
-  if (previousStudyButton_) previousStudyButton_->setShortcut(Qt::Key_Left);
-  if (nextStudyButton_) nextStudyButton_->setShortcut(Qt::Key_Right);
+  watchTextFields(*windowController.window(), this, with_->dates);
 
   currentDataPointsVisible_ = true;
   with_->renderer.allowHighlight();
@@ -103,52 +91,15 @@ void VelmoraDocument::windowIsSetUp() {
   if (!fileURL().isEmpty()) with_->saving.setSavedName(preferredFileName(false));
 }
 
-void VelmoraDocument::connectOutlets(QWidget* window) {
-  referenceIDField_ = window->findChild<QLineEdit*>(QStringLiteral("referenceIDField"));
-  birthDateField_ = window->findChild<QLineEdit*>(QStringLiteral("birthDateField"));
-  examDateField_ = window->findChild<QLineEdit*>(QStringLiteral("examDateField"));
-  ageField_ = window->findChild<QLineEdit*>(QStringLiteral("ageField"));
-  examNumberField_ = window->findChild<QLabel*>(QStringLiteral("examNumberField"));
-  tabView_ = window->findChild<QTabWidget*>(QStringLiteral("tabView"));
-  previousStudyButton_ = window->findChild<QAbstractButton*>(QStringLiteral("previousStudyButton"));
-  nextStudyButton_ = window->findChild<QAbstractButton*>(QStringLiteral("nextStudyButton"));
-  connectButton(previousStudyButton_, &VelmoraDocument::doPreviousRecord);
-  connectButton(nextStudyButton_, &VelmoraDocument::doNextRecord);
-  connectButton(window->findChild<QAbstractButton*>(QStringLiteral("newStudyButton")),
-                &VelmoraDocument::doNewRecord);
-  connectButton(window->findChild<QAbstractButton*>(QStringLiteral("deleteStudyButton")),
-                &VelmoraDocument::doDeleteRecord);
-  for (QWidget* widget : window->findChildren<QWidget*>()) {
+void VelmoraDocument::connectControls(QWidget& window) {
+  connectWindow(window, this,
+                {[this](const QObject* sender) { doPreviousRecord(sender); },
+                 [this](const QObject* sender) { doNextRecord(sender); },
+                 [this](const QObject* sender) { doNewRecord(sender); },
+                 [this](const QObject* sender) { doDeleteRecord(sender); }});
+  for (QWidget* widget : window.findChildren<QWidget*>()) {
     if (auto* chart = dynamic_cast<VelmoraGraphView*>(widget)) chart->setOwningDocument(this);
   }
-}
-
-void VelmoraDocument::connectButton(QAbstractButton* button,
-                                    void (VelmoraDocument::*command)(const QObject*)) {
-  if (!button) return;
-  QObject::connect(button, &QAbstractButton::clicked, this,
-                   [this, button, command] { base::guarded("button", [&] { (this->*command)(button); }); });
-}
-
-void VelmoraDocument::becomeDelegateOfTextFields(QWidget* window) {
-  for (QComboBox* menu : window->findChildren<QComboBox*>()) platform::ignoreWheelWithoutFocus(menu);
-  if (tabView_) platform::keepArrowKeys(tabView_->tabBar());
-  for (QLineEdit* field : window->findChildren<QLineEdit*>()) {
-    // The text part of another control belongs to that control.
-    const bool partOfAnother =
-        dynamic_cast<QAbstractSpinBox*>(field->parent()) || dynamic_cast<QComboBox*>(field->parent());
-    if (field->isReadOnly() || partOfAnother || field->property("ownDelegate").toBool()) continue;
-    auto* editing = new platform::TextFieldEditing(field, this);
-    if (field == birthDateField_ || field == examDateField_) with_->dates.format(*field, *editing);
-  }
-}
-
-void VelmoraDocument::setIdentifier(const QString& identifier) {
-  if (referenceIDField_) referenceIDField_->setText(identifier);
-}
-
-QString VelmoraDocument::identifier() const {
-  return referenceIDField_ ? referenceIDField_->text() : QString();
 }
 
 void VelmoraDocument::setDataFileExtension(const QString& extension) {
@@ -157,14 +108,6 @@ void VelmoraDocument::setDataFileExtension(const QString& extension) {
 
 const QString& VelmoraDocument::dataFileExtension() const { return with_->folder.extension(); }
 
-void VelmoraDocument::setBirthDate(const QDateTime& date) {
-  if (birthDateField_) birthDateField_->setText(ShortDates::text(date));
-}
-
-void VelmoraDocument::setExamDate(const QDateTime& date) {
-  if (examDateField_) examDateField_->setText(ShortDates::text(date));
-}
-
 QString VelmoraDocument::shownDate(const QDate& day) { return ShortDates::text(day); }
 
 QDate VelmoraDocument::dayOfShownDate(const QString& text) const { return with_->dates.day(text); }
@@ -172,13 +115,7 @@ QDate VelmoraDocument::dayOfShownDate(const QString& text) const { return with_-
 // Editing.
 
 bool VelmoraDocument::controlTextShouldBeginEditing(QLineEdit* control) {
-  const bool guardedField = control && (control == referenceIDField_ || control == birthDateField_);
-  if (!guardedField || control->text().isEmpty()) return true;
-  const int answer = services().alerts.runModal(
-      {localizedString("VelmoraDocument", "This entry has already been defined"),
-       localizedString("VelmoraDocument", "Modify"), localizedString("OrvVersion", "Cancel"), QString(),
-       localizedString("VelmoraDocument", "Are you sure you want to modify this item?")});
-  return answer != platform::AlertAlternateReturn && answer != platform::AlertStopped;
+  return mayEdit(control, services().alerts);
 }
 
 void VelmoraDocument::controlTextDidBeginEditing(QLineEdit* control) {
@@ -227,14 +164,7 @@ void VelmoraDocument::deleteAlertDidEnd(int returnCode) {
   if (returnCode != platform::AlertDefaultReturn) return;
   markChanged();
   with_->examinations.removeCurrent();
-
-  QPoint point;
-  if (examNumberField_) {
-    point = examNumberField_->mapToGlobal(QPoint(examNumberField_->width(), examNumberField_->height() / 2));
-  } else if (const QWidget* window = windowForSheet()) {
-    point = window->mapToGlobal(QPoint(0, 0));
-  }
-  services().feedback.showPoof(point);
+  services().feedback.showPoof(placeOfExamNumber(windowForSheet()));
 }
 
 void VelmoraDocument::doNextRecord(const QObject*) { with_->examinations.next(); }

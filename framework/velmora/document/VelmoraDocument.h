@@ -3,18 +3,17 @@
 
 #include <QDateTime>
 #include <QPointF>
-#include <QPointer>
 #include <QVariant>
+#include <memory>
+#include <optional>
 
 #include "base/Export.h"
 #include "orv/documents/OrvAutoNameDocument.h"
 #include "platform/controls/TextFieldEditing.h"
 #include "velmora/document/ExaminationHooks.h"
+#include "velmora/document/RecordFields.h"
 
-class QAbstractButton;
-class QLabel;
 class QLineEdit;
-class QTabWidget;
 class VelmoraApplicationDelegate;
 
 /// The document for one patient: identifier, birth date, and one or more examinations of which one is shown.
@@ -25,8 +24,8 @@ class VelmoraApplicationDelegate;
 /// and the operations under "The subclass contract". By itself the class is a complete document with exactly
 /// one, empty examination.
 ///
-/// Each job is done by a class of its own: ExaminationNavigator, PatientLookUp, ChartRenderer, ChartExporter,
-/// RecordFolder, RecordSaving, PrintNotice.
+/// Each job is done by a class of its own: RecordFields, ExaminationNavigator, PatientLookUp, ChartRenderer,
+/// ChartExporter, RecordFolder, RecordSaving, PrintNotice.
 ///
 /// The window is loaded from the interface file "VelmoraDocument"; its outlets are found by object name
 /// (referenceIDField, birthDateField, examDateField, ageField, examNumberField, tabView, previousStudyButton,
@@ -35,7 +34,8 @@ class VelmoraApplicationDelegate;
 /// "ownDelegate".
 class VELMORA_EXPORT VelmoraDocument : public OrvAutoNameDocument,
                                        public velmora::ExaminationHooks,
-                                       public velmora::platform::TextFieldDelegate {
+                                       public velmora::platform::TextFieldDelegate,
+                                       protected velmora::RecordFields {
  public:
   VelmoraDocument(velmora::platform::Services& services, VelmoraApplicationDelegate& delegate);
   ~VelmoraDocument() override;
@@ -52,11 +52,10 @@ class VELMORA_EXPORT VelmoraDocument : public OrvAutoNameDocument,
 
   void setName(const QString& name) { patientName_ = name; }
   const QString& patientName() const { return patientName_; }
-  void setIdentifier(const QString& identifier);
-  QString identifier() const;
-  /// Shows the calendar day of a point in time in the short date style; an invalid date empties the field.
-  void setBirthDate(const QDateTime& date);
-  void setExamDate(const QDateTime& date);
+  using RecordFields::identifier;
+  using RecordFields::setBirthDate;
+  using RecordFields::setExamDate;
+  using RecordFields::setIdentifier;
   /// Kept and given back as received.
   void setOsiriXStudyID(const QVariant& studyID) { osiriXStudyID_ = studyID; }
   const QVariant& osiriXStudyID() const { return osiriXStudyID_; }
@@ -162,22 +161,10 @@ class VELMORA_EXPORT VelmoraDocument : public OrvAutoNameDocument,
   QJsonObject contentToJson() const override { return {}; }
   velmora::base::Result<> contentFromJson(const QJsonObject&, int) override { return {}; }
 
-  QPointer<QLineEdit> referenceIDField_;
-  QPointer<QLineEdit> birthDateField_;
-  QPointer<QLineEdit> examDateField_;
-  /// Never read or written here: what an age is, is the application's business.
-  QPointer<QLineEdit> ageField_;
-  QPointer<QLabel> examNumberField_;
-  QPointer<QTabWidget> tabView_;
-  QPointer<QAbstractButton> previousStudyButton_;
-  QPointer<QAbstractButton> nextStudyButton_;
-
  private:
   struct Collaborators;
 
-  void connectOutlets(QWidget* window);
-  void becomeDelegateOfTextFields(QWidget* window);
-  void connectButton(QAbstractButton* button, void (VelmoraDocument::*command)(const QObject*));
+  void connectControls(QWidget& window);
   void markChanged();
   void closeInFavourOf(const QUrl& file);
   void tellIfAnothersRecord(const QString& path, const QString& identifier);
