@@ -143,7 +143,7 @@ struct Desktop::Parts {
             QFileInfo(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/") + name)
                 .absoluteFilePath())),
         translations(translationFolders(mainBundle.resourcePath())),
-        defaults(mainBundle.bundleIdentifier()),
+        defaults(mainBundle.bundleIdentifier(), runLoop),
         windowAlerts(runLoop),
         alerts(windowAlerts),
         panels(runLoop),

@@ -11,6 +11,7 @@
 #include <QStandardPaths>
 
 #include "base/log/Log.h"
+#include "platform/runloop/RunLoop.h"
 
 namespace velmora::desktop {
 
@@ -23,8 +24,9 @@ QString settingsFile(const QString& bundleIdentifier) {
 
 }  // namespace
 
-QtUserDefaults::QtUserDefaults(const QString& bundleIdentifier)
-    : settings_(std::make_unique<QSettings>(settingsFile(bundleIdentifier), QSettings::IniFormat)) {
+QtUserDefaults::QtUserDefaults(const QString& bundleIdentifier, const platform::RunLoop& clock)
+    : clock_(clock),
+      settings_(std::make_unique<QSettings>(settingsFile(bundleIdentifier), QSettings::IniFormat)) {
   synchronize();
 }
 
@@ -37,8 +39,8 @@ void QtUserDefaults::synchronize() const {
   if (settings_->status() != QSettings::FormatError) return;
   // The next write keeps only what could be read; the rest may still mean something to a person.
   const QString file = settings_->fileName();
-  const QString copy = file + QStringLiteral(".damaged-") +
-                       QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+  const QString copy =
+      file + QStringLiteral(".damaged-") + clock_.now().toUTC().toString(QStringLiteral("yyyyMMdd-HHmmss"));
   const bool kept = QFile::copy(file, copy) || QFile::exists(copy);
   base::logLine(QStringLiteral("The settings file is damaged; ") +
                 (kept ? QStringLiteral("what cannot be read was kept in ") + copy

@@ -38,6 +38,7 @@ class SettingsFile : public testing::Test {
   QStringList names() const { return testkit::fileNames(folder.path()); }
 
   QTemporaryDir folder;
+  testkit::VirtualRunLoop clock;
 
  private:
   testkit::EnvironmentVariable configuration_{"XDG_CONFIG_HOME", QFile::encodeName(folder.path())};
@@ -47,20 +48,20 @@ TEST_F(SettingsFile, ThatIsDamagedIsKeptAsideBeforeItIsWrittenOver) {
   const testkit::LogRecorder log;
   const QByteArray damaged = "[General]\nAuto%20Save=true\nSave%20Direc\xff\xfe\nrubbish without a sign\n";
   testkit::writeFile(file(), damaged);
-  QtUserDefaults defaults(Identifier);
+  QtUserDefaults defaults(Identifier, clock);
   EXPECT_TRUE(defaults.boolForKey(settings::AutoSave)) << "what can be read counts";
   defaults.setInteger(7, settings::VersionCheckInterval);
   ASSERT_EQ(names().size(), 2);
   const QString copy = names().at(1);
   EXPECT_TRUE(copy.startsWith(QStringLiteral("org.velmora.growth.conf.damaged-"))) << qPrintable(copy);
   EXPECT_EQ(testkit::readFile(folder.path() + QLatin1Char('/') + copy), damaged);
-  EXPECT_EQ(QtUserDefaults(Identifier).integerForKey(settings::VersionCheckInterval), 7);
+  EXPECT_EQ(QtUserDefaults(Identifier, clock).integerForKey(settings::VersionCheckInterval), 7);
   EXPECT_EQ(log.lines().size(), 1);
 }
 
 TEST_F(SettingsFile, DamagedUnderARunningProgramIsKeptAsideToo) {
   const testkit::LogRecorder log;
-  QtUserDefaults defaults(Identifier);
+  QtUserDefaults defaults(Identifier, clock);
   defaults.setObject(true, settings::AutoSave);
   const QByteArray damaged = "[General]\nno sign here\n";
   testkit::writeFile(file(), damaged);
@@ -75,7 +76,7 @@ TEST_F(SettingsFile, DamagedUnderARunningProgramIsKeptAsideToo) {
 TEST_F(SettingsFile, CutAtEveryLengthNeitherStopsTheProgramNorInventsSettings) {
   const testkit::LogRecorder log;
   {
-    QtUserDefaults defaults(Identifier);
+    QtUserDefaults defaults(Identifier, clock);
     defaults.setObject(true, settings::AutoSave);
     defaults.setObject(QStringLiteral("~/Documents/Größe & \"Gewicht\", 100%"), settings::SaveDirectory);
     defaults.setObject(platform::distantPast(), settings::LastVersionCheckDate);
@@ -84,14 +85,14 @@ TEST_F(SettingsFile, CutAtEveryLengthNeitherStopsTheProgramNorInventsSettings) {
   for (qsizetype length = 0; length < whole.size(); ++length) {
     QFile::remove(file());
     testkit::writeFile(file(), whole.left(length));
-    QtUserDefaults defaults(Identifier);
+    QtUserDefaults defaults(Identifier, clock);
     defaults.registerDefaults({{settings::SaveDirectory, QStringLiteral("~/Desktop/")}});
     const QString folderName = defaults.stringForKey(settings::SaveDirectory);
     EXPECT_FALSE(folderName.isNull()) << length;
     defaults.boolForKey(settings::AutoSave);
     defaults.dateForKey(settings::LastVersionCheckDate);
     defaults.setInteger(7, settings::VersionCheckInterval);
-    EXPECT_EQ(QtUserDefaults(Identifier).integerForKey(settings::VersionCheckInterval), 7) << length;
+    EXPECT_EQ(QtUserDefaults(Identifier, clock).integerForKey(settings::VersionCheckInterval), 7) << length;
   }
 }
 
@@ -103,7 +104,7 @@ TEST_F(SettingsFile, ThatIsReadOnlyIsReadAndItsRefusalLogged) {
     const testkit::OrdinaryUser user(folder.path());
     QFile::setPermissions(file(), QFile::ReadOwner);
     QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner);
-    QtUserDefaults defaults(Identifier);
+    QtUserDefaults defaults(Identifier, clock);
     EXPECT_TRUE(defaults.boolForKey(settings::AutoSave));
     defaults.setInteger(7, settings::VersionCheckInterval);
     EXPECT_EQ(defaults.integerForKey(settings::VersionCheckInterval), 7) << "for as long as the program runs";
@@ -117,7 +118,7 @@ TEST_F(SettingsFile, ThatIsReadOnlyIsReadAndItsRefusalLogged) {
 }
 
 TEST_F(SettingsFile, ThatCanBeWrittenAgainIs) {
-  QtUserDefaults defaults(Identifier);
+  QtUserDefaults defaults(Identifier, clock);
   const testkit::OrdinaryUser user(folder.path());
   {
     const testkit::LogRecorder log;
@@ -129,15 +130,15 @@ TEST_F(SettingsFile, ThatCanBeWrittenAgainIs) {
   const testkit::LogRecorder log;
   defaults.setObject(true, settings::AutoSave);
   EXPECT_EQ(log.lines(), QStringList());
-  EXPECT_TRUE(QtUserDefaults(Identifier).boolForKey(settings::AutoSave));
-  EXPECT_EQ(QtUserDefaults(Identifier).integerForKey(settings::VersionCheckInterval), 7);
+  EXPECT_TRUE(QtUserDefaults(Identifier, clock).boolForKey(settings::AutoSave));
+  EXPECT_EQ(QtUserDefaults(Identifier, clock).integerForKey(settings::VersionCheckInterval), 7);
 }
 
 TEST_F(SettingsFile, ThatMayNotBeReadOrIsAFolderCountsAsEmpty) {
   const testkit::LogRecorder log;
   QDir().mkpath(file());
   {
-    QtUserDefaults defaults(Identifier);
+    QtUserDefaults defaults(Identifier, clock);
     defaults.registerDefaults({{settings::SaveDirectory, QStringLiteral("~/Desktop/")}});
     defaults.setObject(true, settings::AutoSave);
     EXPECT_EQ(defaults.stringForKey(settings::SaveDirectory), QStringLiteral("~/Desktop/"));
@@ -146,15 +147,15 @@ TEST_F(SettingsFile, ThatMayNotBeReadOrIsAFolderCountsAsEmpty) {
   testkit::writeFile(file(), "[General]\nAuto%20Save=true\n");
   const testkit::OrdinaryUser user(folder.path());
   QFile::setPermissions(file(), QFile::Permissions());
-  EXPECT_FALSE(QtUserDefaults(Identifier).boolForKey(settings::AutoSave));
+  EXPECT_FALSE(QtUserDefaults(Identifier, clock).boolForKey(settings::AutoSave));
 }
 
 TEST_F(SettingsFile, OfAnotherVersionKeepsWhatThisOneDoesNotKnow) {
   testkit::writeFile(file(),
                      "[General]\nAuto%20Save=true\nNew%20Thing=\"a, b\"\nList=1, 2, "
                      "3\n\n[Window]\nGeometry=@ByteArray(\\x1\\x2)\n");
-  QtUserDefaults(Identifier).setInteger(31, settings::VersionCheckInterval);
-  const QtUserDefaults after(Identifier);
+  QtUserDefaults(Identifier, clock).setInteger(31, settings::VersionCheckInterval);
+  const QtUserDefaults after(Identifier, clock);
   EXPECT_EQ(after.stringForKey(QStringLiteral("New Thing")), QStringLiteral("a, b"));
   EXPECT_EQ(after.objectForKey(QStringLiteral("List")).toStringList(), QStringList({"1", "2", "3"}));
   EXPECT_EQ(after.objectForKey(QStringLiteral("Window/Geometry")).toByteArray(), QByteArray("\x01\x02"));
@@ -202,7 +203,7 @@ TEST_F(SettingsFile, WithAWrongValueUnderAnyKeyStillStartsAndSaves) {
       QDir::setCurrent(desk.home.path());
       const auto back = qScopeGuard([&before] { QDir::setCurrent(before); });
       QFile::remove(file());
-      QtUserDefaults good(Identifier);
+      QtUserDefaults good(Identifier, clock);
       for (const QString& stored : desk.desktop.defaults.stored().keys()) {
         good.setObject(desk.desktop.defaults.stored().value(stored), stored);
       }
@@ -214,7 +215,7 @@ TEST_F(SettingsFile, WithAWrongValueUnderAnyKeyStillStartsAndSaves) {
       }
       testkit::writeFile(file(), kept.join('\n') + '\n' + escaped + '=' + value + '\n');
 
-      QtUserDefaults defaults(Identifier);
+      QtUserDefaults defaults(Identifier, clock);
       platform::Services services = testkit::with(desk.services, defaults);
       defaults.registerDefaults({{settings::DataFileExtension, QStringLiteral("growth")}});
       VelmoraAppController controller(services);
@@ -272,7 +273,7 @@ TEST_F(SettingsFile, WrittenByTwoProcessesAtOnceLosesNothing) {
     ASSERT_TRUE(writer.waitForFinished(100000));
     EXPECT_EQ(writer.exitCode(), 0) << writer.readAll().constData();
   }
-  const QtUserDefaults defaults(Identifier);
+  const QtUserDefaults defaults(Identifier, clock);
   for (const QString& prefix : prefixes) {
     for (int i = count - 5; i < count; ++i) {
       EXPECT_EQ(defaults.integerForKey(prefix + QString::number(i % 5)), 1000 + i);

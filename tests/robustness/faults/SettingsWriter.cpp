@@ -6,6 +6,7 @@
 #include <QMap>
 #include <cstdio>
 
+#include "desktop/runloop/QtRunLoop.h"
 #include "desktop/settings/QtUserDefaults.h"
 
 using namespace velmora;
@@ -16,7 +17,8 @@ int main(int argc, char** argv) {
   if (arguments.size() != 3) return 2;
   const QString prefix = arguments.at(1);
   const int count = arguments.at(2).toInt();
-  desktop::QtUserDefaults defaults(QStringLiteral("org.velmora.growth"));
+  const desktop::QtRunLoop clock;
+  desktop::QtUserDefaults defaults(QStringLiteral("org.velmora.growth"), clock);
   std::puts("ready");
   std::fflush(stdout);
   if (std::getchar() == EOF) return 2;  // both begin when both are there
