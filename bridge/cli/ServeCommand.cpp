@@ -94,7 +94,7 @@ int runServe(const QStringList& arguments) {
   const base::Result<> remembered = requests.open(QDateTime::currentDateTimeUtc());
   if (!remembered) failed(remembered.error());
 
-  const base::SignalHandler signalHandler({{SIGTERM, false, true}, {SIGINT, false, true}},
+  const base::SignalHandler signalHandler(base::SignalHandler::Program::Service,
                                           [] { QCoreApplication::quit(); });
   // Whoever reads our lines may go away before us.
   ::signal(SIGPIPE, SIG_IGN);

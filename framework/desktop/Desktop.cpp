@@ -9,7 +9,6 @@
 #include <QSessionManager>
 #include <QTimer>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
 
 #include "base/files/FileManager.h"
@@ -222,7 +221,7 @@ int Desktop::run(platform::DocumentController& controller) {
 
   letControllerDecideWhenToQuit(controller);
   bool ended = false;
-  const base::SignalHandler signalHandler({{SIGTERM, true}, {SIGHUP}}, [&] {
+  const base::SignalHandler signalHandler(base::SignalHandler::Program::Desktop, [&] {
     ended = true;
     base::guarded("end", [&] { controller.sessionMayEnd(false); });
     base::guarded("end", [&] { controller.applicationWillTerminate(); });

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <csignal>
 #include <utility>
+#include <vector>
 
 #include "base/log/Guard.h"
 #include "base/log/Log.h"
@@ -15,11 +16,29 @@ namespace velmora::base {
 
 namespace {
 
+struct Signal {
+  int number;
+  bool againEndsProcess = false;
+  bool evenIfIgnored = false;
+};
+
+std::vector<Signal> signalsOf(SignalHandler::Program program) {
+  switch (program) {
+    case SignalHandler::Program::Desktop:
+      // A second SIGHUP ends nothing: it arrives twice when a terminal is closed, from the shell and from the
+      // system.
+      return {{.number = SIGTERM, .againEndsProcess = true}, {.number = SIGHUP}};
+    case SignalHandler::Program::Service:
+      return {{.number = SIGTERM, .evenIfIgnored = true}, {.number = SIGINT, .evenIfIgnored = true}};
+  }
+  Q_UNREACHABLE();
+}
+
 // A handler may do next to nothing (signal-safety(7)): it writes a byte, of which the event loop hears.
 int toMainThread = -1;
 int fromHandler = -1;
 
-void tellMainThread(int) {
+void tellMainThread(int) noexcept {
   const int before = errno;
   const char byte = 0;
   // When it cannot be written there are bytes enough in there already.
@@ -27,7 +46,7 @@ void tellMainThread(int) {
   errno = before;
 }
 
-void handle(const SignalHandler::Signal& signal) {
+void handle(const Signal& signal) {
   struct sigaction standing {};
   if (::sigaction(signal.number, nullptr, &standing) != 0) return;
   if (standing.sa_handler == SIG_IGN && !signal.evenIfIgnored) return;
@@ -45,8 +64,8 @@ void handleNoMore(int signal) {
 
 }  // namespace
 
-SignalHandler::SignalHandler(std::initializer_list<Signal> signals, std::function<void()> end)
-    : signals_(signals), end_(std::move(end)) {
+SignalHandler::SignalHandler(Program program, std::function<void()> end)
+    : program_(program), end_(std::move(end)) {
   int ends[2] = {-1, -1};
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends) != 0) {
     logLine(QStringLiteral("Signals end this program without further ado: no socket is left"));
@@ -57,12 +76,12 @@ SignalHandler::SignalHandler(std::initializer_list<Signal> signals, std::functio
   notifier_ = std::make_unique<QSocketNotifier>(fromHandler, QSocketNotifier::Read);
   QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                    [this] { guarded("end by a signal", [this] { arrived(); }); });
-  for (const Signal& signal : signals_) handle(signal);
+  for (const Signal& signal : signalsOf(program_)) handle(signal);
 }
 
 SignalHandler::~SignalHandler() {
   if (!notifier_) return;
-  for (const Signal& signal : signals_) handleNoMore(signal.number);
+  for (const Signal& signal : signalsOf(program_)) handleNoMore(signal.number);
   notifier_.reset();
   ::close(std::exchange(toMainThread, -1));
   ::close(std::exchange(fromHandler, -1));

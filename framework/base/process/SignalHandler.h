@@ -3,9 +3,7 @@
 
 #include <QSocketNotifier>
 #include <functional>
-#include <initializer_list>
 #include <memory>
-#include <vector>
 
 #include "base/Export.h"
 
@@ -15,20 +13,17 @@ namespace velmora::base {
 /// terminal is closed), SIGINT (Ctrl-C).
 ///
 /// While a handler lives, the first of its signals calls `end` from the event loop of the thread that created
-/// the handler, nested loops included. Further signals are ignored, unless one of them is to end the process.
-/// A process has one handler at a time.
+/// the handler, nested loops included. Further signals are ignored, but for what Program says. A process has
+/// one handler at a time.
 class VELMORA_EXPORT SignalHandler {
  public:
-  struct Signal {
-    int number;
-    /// A second one ends the process at once. Not for SIGHUP, which arrives twice when a terminal is closed:
-    /// from the shell and from the system.
-    bool againEndsProcess = false;
-    /// Handled even if the process was started with it ignored, as under nohup.
-    bool evenIfIgnored = false;
+  enum class Program {
+    Desktop,  ///< ends on SIGTERM, of which a second one ends the process at once, and SIGHUP; on neither if
+              ///< the process was started with it ignored, as under nohup
+    Service,  ///< ends on SIGTERM and SIGINT, even if the process was started with them ignored
   };
 
-  SignalHandler(std::initializer_list<Signal> signals, std::function<void()> end);
+  SignalHandler(Program program, std::function<void()> end);
   ~SignalHandler();
   SignalHandler(const SignalHandler&) = delete;
   SignalHandler& operator=(const SignalHandler&) = delete;
@@ -36,7 +31,7 @@ class VELMORA_EXPORT SignalHandler {
  private:
   void arrived();
 
-  std::vector<Signal> signals_;
+  Program program_;
   std::function<void()> end_;
   std::unique_ptr<QSocketNotifier> notifier_;
 };

@@ -7,6 +7,7 @@
 #include <csignal>
 
 using velmora::base::SignalHandler;
+using Program = SignalHandler::Program;
 
 namespace {
 
@@ -20,45 +21,59 @@ decltype(SIG_DFL) handlerOf(int signal) {
 class SignalHandling : public testing::Test {
  protected:
   ~SignalHandling() override {
-    for (const int signal : {SIGUSR1, SIGUSR2}) ::signal(signal, SIG_DFL);
+    for (const int signal : {SIGTERM, SIGHUP, SIGINT}) ::signal(signal, SIG_DFL);
   }
 
   int ends = 0;
 };
 
 TEST_F(SignalHandling, EndsOnceHoweverManySignalsCome) {
-  const SignalHandler handler({{SIGUSR1}, {SIGUSR2}}, [this] { ++ends; });
-  for (const int signal : {SIGUSR1, SIGUSR1, SIGUSR2}) ::raise(signal);
+  const SignalHandler handler(Program::Desktop, [this] { ++ends; });
+  for (const int signal : {SIGHUP, SIGHUP, SIGTERM}) ::raise(signal);
   EXPECT_EQ(ends, 0) << "not from within the signal";
   QCoreApplication::processEvents();
-  ::raise(SIGUSR2);
+  ::raise(SIGHUP);
   QCoreApplication::processEvents();
   EXPECT_EQ(ends, 1);
 }
 
 TEST_F(SignalHandling, LetsTheSecondSignalEndTheProcessWhereAsked) {
-  const SignalHandler handler({{SIGUSR1, true}, {SIGUSR2}}, [] {});
-  for (const int signal : {SIGUSR1, SIGUSR2}) ::raise(signal);
-  EXPECT_EQ(handlerOf(SIGUSR1), SIG_DFL);
-  EXPECT_NE(handlerOf(SIGUSR2), SIG_DFL);
+  const SignalHandler handler(Program::Desktop, [] {});
+  for (const int signal : {SIGTERM, SIGHUP}) ::raise(signal);
+  EXPECT_EQ(handlerOf(SIGTERM), SIG_DFL);
+  EXPECT_NE(handlerOf(SIGHUP), SIG_DFL);
 }
 
 TEST_F(SignalHandling, LeavesIgnoredSignalsIgnoredUnlessTold) {
-  for (const int signal : {SIGUSR1, SIGUSR2}) ::signal(signal, SIG_IGN);
-  const SignalHandler handler({{SIGUSR1}, {SIGUSR2, false, true}}, [this] { ++ends; });
-  ::raise(SIGUSR1);
-  QCoreApplication::processEvents();
-  EXPECT_EQ(ends, 0);
-  ::raise(SIGUSR2);
-  QCoreApplication::processEvents();
-  EXPECT_EQ(ends, 1);
+  for (const int signal : {SIGTERM, SIGHUP, SIGINT}) ::signal(signal, SIG_IGN);
+  {
+    const SignalHandler handler(Program::Desktop, [this] { ++ends; });
+    for (const int signal : {SIGTERM, SIGHUP}) ::raise(signal);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(ends, 0);
+  }
+  for (const int signal : {SIGTERM, SIGINT}) {
+    const SignalHandler handler(Program::Service, [this] { ++ends; });
+    ::raise(signal);
+    QCoreApplication::processEvents();
+  }
+  EXPECT_EQ(ends, 2);
+}
+
+TEST_F(SignalHandling, LeavesToTheSystemWhatIsNotOnTheList) {
+  {
+    const SignalHandler handler(Program::Desktop, [] {});
+    EXPECT_EQ(handlerOf(SIGINT), SIG_DFL);
+  }
+  const SignalHandler handler(Program::Service, [] {});
+  EXPECT_EQ(handlerOf(SIGHUP), SIG_DFL);
 }
 
 TEST_F(SignalHandling, EndsWithTheHandler) {
   {
-    const SignalHandler handler({{SIGUSR1}}, [] {});
+    const SignalHandler handler(Program::Desktop, [] {});
   }
-  EXPECT_EQ(handlerOf(SIGUSR1), SIG_DFL);
+  for (const int signal : {SIGTERM, SIGHUP}) EXPECT_EQ(handlerOf(signal), SIG_DFL);
 }
 
 }  // namespace
