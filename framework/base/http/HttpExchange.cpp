@@ -26,6 +26,8 @@ QNetworkRequest HttpExchange::plainRequest(const QUrl& url, const QByteArray& us
   QNetworkRequest request(url);
   request.setRawHeader("User-Agent", userAgent);
   request.setRawHeader("Accept-Encoding", "identity");
+  // Otherwise Qt names the language of the user.
+  request.setRawHeader("Accept-Language", "*");
   request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
   request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
   return request;

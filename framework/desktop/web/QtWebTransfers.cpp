@@ -10,11 +10,9 @@ namespace {
 constexpr int MostRedirects = 5;
 constexpr int StatusOk = 200;
 
-/// A request that says nothing of who asks. Qt would otherwise add a list of the user's languages, and keep
-/// the connection for later.
+/// A request that says nothing of who asks, and keeps no connection for later.
 QNetworkRequest requestFor(const QUrl& url) {
   QNetworkRequest request = base::HttpExchange::plainRequest(url, "Velmora");
-  request.setRawHeader("Accept-Language", "*");
   request.setRawHeader("Connection", "close");
   request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
   request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);

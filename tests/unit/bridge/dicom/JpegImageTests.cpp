@@ -18,6 +18,11 @@ qsizetype segment(const QByteArray& bytes, unsigned char marker) {
   return bytes.indexOf(QByteArray(both, 2));
 }
 
+QByteArray patched(QByteArray bytes, qsizetype place, unsigned char value) {
+  bytes[place] = static_cast<char>(value);
+  return bytes;
+}
+
 /// Of three colours, which all are the same grey picture.
 QByteArray jpegOfThreeScans() {
   const QByteArray colours = jpeg(JpegKind::Full);
@@ -31,9 +36,14 @@ QByteArray jpegOfThreeScans() {
   return image + "\xff\xd9";
 }
 
-QByteArray patched(QByteArray bytes, qsizetype place, unsigned char value) {
-  bytes[place] = static_cast<char>(value);
-  return bytes;
+/// 24 x 8 grey pixels with these sampling factors (ITU-T T.81, B.2.2) of its three colours, and these bits of
+/// its one MCU.
+QByteArray jpegSampled(unsigned char first, unsigned char second, unsigned char third, const char* bits) {
+  QByteArray image = jpeg(JpegKind::Full);
+  const qsizetype frame = segment(image, 0xc0);
+  image = patched(patched(image, frame + 6, 8), frame + 8, 24);
+  image = patched(patched(patched(image, frame + 11, first), frame + 14, second), frame + 17, third);
+  return image.left(segment(image, 0xda) + 14) + QByteArray::fromHex(bits) + "\xff\xd9";
 }
 
 }  // namespace
@@ -105,6 +115,12 @@ TEST(JpegImageHeader, IsRefusedWithoutAllOfItsPixels) {
   const qsizetype pixels = segment(whole, 0xda) + 14;
   EXPECT_EQ(jpegImage(whole.left(pixels + 100) + whole.right(2)).error(),
             text("the JPEG image is incomplete"));
+}
+
+TEST(JpegImageHeader, IsRefusedWithColoursThatLibjpegCannotScale) {
+  // Blocks without any difference: 001010 for the luminance, 0000 for a chrominance (Annex K.3), then ones.
+  EXPECT_TRUE(jpegImage(jpegSampled(0x31, 0x11, 0x11, "28a2803f")).ok()) << "a third is a whole fraction";
+  EXPECT_EQ(jpegImage(jpegSampled(0x31, 0x21, 0x11, "28a28003")).error(), text("the JPEG image is damaged"));
 }
 
 TEST(JpegImageHeader, IsRefusedWhereverItBreaksOff) {
