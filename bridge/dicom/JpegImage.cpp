@@ -67,26 +67,26 @@ Result<> checkBaseline(const QByteArray& jpeg) {
   return {};
 }
 
-/// One image in libjpeg's hands. libjpeg ends at an error by a jump: there is nothing here, nor in whole(),
-/// that has a destructor and would be jumped over.
+/// One image in libjpeg's hands. libjpeg is C: nothing may throw through it, and it ends at an error by a
+/// jump. So nothing here, nor in whole(), has a destructor that would be jumped over.
 struct Decoding {
   jpeg_decompress_struct decoder;
   jpeg_error_mgr errors;
   std::jmp_buf refused;
 };
 
-[[noreturn]] void refuse(j_common_ptr decoder) {
+[[noreturn]] void refuse(j_common_ptr decoder) noexcept {
   std::longjmp(static_cast<Decoding*>(decoder->client_data)->refused, 1);
 }
 
-void warned(j_common_ptr decoder, int level) {
+void warned(j_common_ptr decoder, int level) noexcept {
   // A decoder goes on where something is missing or damaged, and shows grey. The other two concern markers
   // that decoders read alike.
   const int code = decoder->err->msg_code;
   if (level < 0 && code != JWRN_ADOBE_XFORM && code != JWRN_JFIF_MAJOR) refuse(decoder);
 }
 
-void silent(j_common_ptr) {}
+void silent(j_common_ptr) noexcept {}
 
 // What libjpeg decodes and a chart must not be; beyond its own codes.
 enum Objection { ColourCount = 10000, Chrominances, HuffmanTables, MissingScan, Trailer };

@@ -7,7 +7,7 @@
 
 namespace velmora::base {
 
-bool guarded(const char* where, const std::function<void()>& call) {
+bool guarded(const char* where, const std::function<void()>& call) noexcept {
   try {
     call();
     return true;

@@ -11,6 +11,6 @@ namespace velmora::base {
 /// with it every open record. Whatever is caught is written to the log in one line that begins with `where`.
 /// Every place where Qt calls into our code goes through here: timed calls, hand-offs, actions, window and
 /// text field events, bus signals. Returns false when something was caught.
-VELMORA_EXPORT bool guarded(const char* where, const std::function<void()>& call);
+VELMORA_EXPORT bool guarded(const char* where, const std::function<void()>& call) noexcept;
 
 }  // namespace velmora::base

@@ -98,9 +98,9 @@ QString lastingAddress(const QString& address) {
 BusProbe::BusProbe() : cancelEvent_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 BusProbe::~BusProbe() { ::close(cancelEvent_); }
 
-void BusProbe::cancel() { ::eventfd_write(cancelEvent_, 1); }
+void BusProbe::cancel() noexcept { ::eventfd_write(cancelEvent_, 1); }
 
-bool BusProbe::isCancelled() const {
+bool BusProbe::isCancelled() const noexcept {
   pollfd event{cancelEvent_, POLLIN, 0};
   return ::poll(&event, 1, 0) == 1;
 }

@@ -32,8 +32,8 @@ class VELMORA_EXPORT BusProbe {
   base::Result<> ask(const QString& address, std::chrono::milliseconds limit);
 
   /// Ends the current attempt, and all later ones. From any thread.
-  void cancel();
-  bool isCancelled() const;
+  void cancel() noexcept;
+  bool isCancelled() const noexcept;
 
  private:
   base::Result<> askSocket(const QByteArray& path, bool abstract,

@@ -15,7 +15,7 @@ constexpr double d3 = 0.001308;
 
 }  // namespace
 
-double ConvertToZScore(double p) {
+double ConvertToZScore(double p) noexcept {
   const bool upper = p > 0.5;  // false, too, for what is not a number
   const double q = upper ? 1.0 - p : p;
   const double sign = upper ? -1.0 : 1.0;

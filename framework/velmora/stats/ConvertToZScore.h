@@ -8,4 +8,4 @@
 /// Functions, National Bureau of Standards, 1964, p. 933; absolute error below 4.5e-4. Nothing is rejected:
 /// 0, 1, NaN and what is so small that its square vanishes (below about 7.5e-155) give NaN, values outside
 /// [0, 1] a finite number without meaning. Pure, and so thread-safe.
-extern "C" __attribute__((visibility("default"))) double ConvertToZScore(double p);
+extern "C" __attribute__((visibility("default"))) double ConvertToZScore(double p) noexcept;
