@@ -19,11 +19,11 @@ class BusReceiver;
 
 namespace velmora::desktop {
 
-/// The application's object on the session bus. Hands on what is a proper request and answers it at once; the
-/// rest is refused with a log line.
+/// The application's object on the session bus. Passes proper requests on and answers them at once; refuses
+/// everything else with a log line.
 class ActivationObject : public QDBusVirtualObject {
  public:
-  /// Takes a request up, or not.
+  /// Accepts a request, or says why not.
   using Accept = std::function<ActivationAcceptance(const ActivationRequest&)>;
 
   explicit ActivationObject(Accept accept) : accept_(std::move(accept)) {}
@@ -40,8 +40,8 @@ class ActivationObject : public QDBusVirtualObject {
 /// A connection to the session bus under the application's name. Everything happens on the thread that the
 /// object is moved to, apart from giveUp().
 ///
-/// A bus that goes is looked for again; when it is back, and nobody else has taken the name meanwhile, the
-/// application can be reached again.
+/// When the bus goes away it is looked for again; when it is back, and nobody else has taken the name
+/// meanwhile, the application can be reached again.
 class ActivationBus : public QObject {
  public:
   ActivationBus(ActivationObject::Accept accept, std::chrono::milliseconds patience);
@@ -52,7 +52,7 @@ class ActivationBus : public QObject {
   ActivationOutcome begin(const QString& identifier, const ActivationRequest& request, bool serves);
   const ActivationRequest& rest() const { return rest_; }
   const QString& refusal() const { return refusal_; }
-  /// Gives the name and the connection away.
+  /// Releases the name and closes the connection.
   void end();
   /// Ends the wait for a bus that does not answer. From any thread.
   void giveUp() { probe_.cancel(); }
@@ -68,7 +68,8 @@ class ActivationBus : public QObject {
   Name whoHasName();
   QDBusMessage ask(const QDBusMessage& question, std::chrono::milliseconds limit) const;
   enum class HandOver { Taken, Refused, NoAnswer, NobodyThere };
-  /// Hands over rest_, in parts of as many files as one request may name, and takes off what was taken up.
+  /// Hands over rest_, in parts of as many files as one request may name, and removes from it what was
+  /// accepted.
   HandOver handOver();
   HandOver handOverPart(const ActivationRequest& part);
 

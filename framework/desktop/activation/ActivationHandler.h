@@ -12,7 +12,7 @@ class Printer;
 
 namespace velmora::desktop {
 
-/// Carries out on the application what is asked of it, at its start and while it runs.
+/// Carries out the requests of the desktop on the application, when it starts and while it runs.
 class ActivationHandler {
  public:
   ActivationHandler(platform::Printer& printer, platform::DocumentController& controller)
@@ -22,12 +22,13 @@ class ActivationHandler {
   /// an untitled document) opened, launch finished. Printing is not a start; that is printAlone().
   void start(const ActivationRequest& first);
 
-  /// What a running application does. False while it is ending: then nothing was done.
+  /// Carries out a request to the running application. Returns false, having done nothing, while it is
+  /// ending.
   bool carryOut(const ActivationRequest& request);
 
-  /// Prints the files without anything else that belongs to a start: nothing is asked, nothing is listened
-  /// to. What does not print is told on standard error. `printedViews` counts what has been printed. The exit
-  /// status of the program.
+  /// Prints the files without anything else that belongs to a start: nobody is asked, and no request is
+  /// heard. Says on standard error what cannot be printed. `printedViews` counts what has been printed.
+  /// Returns the exit status of the program.
   int printAlone(const QStringList& files, const std::function<int()>& printedViews);
 
  private:
@@ -37,7 +38,7 @@ class ActivationHandler {
   platform::DocumentController& controller_;
 };
 
-/// While an alert is open a request waits; this shows the user what it waits for. Main thread.
+/// Raises the alert that is open, if any, for which a request waits. Main thread only.
 void raiseWhatIsAsked();
 
 }  // namespace velmora::desktop

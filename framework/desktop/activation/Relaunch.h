@@ -11,11 +11,11 @@ namespace velmora::desktop {
 /// The command line, without the program's name, that asks for `request`.
 QStringList argumentsFor(const ActivationRequest& request);
 
-/// Which of the requests that an ending application has left undone need a start of the program each. To come
-/// to the front needs one of its own, and only one, where no other shows a window.
+/// Those of the requests left undone by an ending application that each need a new start of the program.
+/// Coming to the front needs one only where no other request shows a window, and then a single one.
 QList<ActivationRequest> startsFor(const QList<ActivationRequest>& left);
 
-/// Starts the program once more for what was accepted here too late to be done.
+/// Starts the program again for requests that were accepted here too late to be carried out.
 void leaveToAnother(const QList<ActivationRequest>& left);
 
 }  // namespace velmora::desktop

@@ -36,7 +36,7 @@ class SingleInstance {
  public:
   using Outcome = ActivationOutcome;
 
-  /// Patience: for the bus, and again for the application that runs.
+  /// `patience` limits the wait for the bus, and again that for the application that runs.
   explicit SingleInstance(platform::RunLoop& runLoop,
                           std::chrono::milliseconds patience = std::chrono::seconds(5));
   /// Ends, as end() does.
@@ -44,32 +44,32 @@ class SingleInstance {
   SingleInstance(const SingleInstance&) = delete;
   SingleInstance& operator=(const SingleInstance&) = delete;
 
-  /// Finds out who is the one. Waits, but not longer than patience allows. `serves` is false for a program
-  /// that does something small and ends: it does not become the one.
+  /// Finds out which program is the one that runs. Waits no longer than patience allows. `serves` is false
+  /// for a program that does something small and ends: it never becomes the one.
   Outcome begin(const QString& identifier, const ActivationRequest& request, bool serves = true);
 
   /// What is left to do of the request that begin() was given: much of it is handed over in parts, of which
   /// some may have been taken up before the other one ended.
   const ActivationRequest& rest() const { return rest_; }
-  /// Why the other one will have none of it; null when it has not been refused.
+  /// Why the other program refuses the request; null when it does not.
   const QString& refusal() const { return refusal_; }
 
-  /// The first request that comes, waiting for it for `limit` at most: for a program that the bus has started
-  /// because somebody asks for something. Activation when none comes.
+  /// Waits, for `limit` at most, for the first request: for a program that the bus has started to carry one
+  /// out. Returns a request to activate when none comes.
   ActivationRequest firstRequest(std::chrono::milliseconds limit);
 
-  /// Carries a request out. False when this is not the moment, because the user is being asked whether to
+  /// Carries a request out. Returns false when it cannot now, because the user is being asked whether to
   /// quit: then it is tried again a little later.
   using Handler = std::function<bool(const ActivationRequest&)>;
-  /// What has come and what will come goes to `handler`, on the main thread, in order, as long as `owner`
+  /// Delivers all requests, past and future, to `handler`, on the main thread, in order, as long as `owner`
   /// lives.
   void deliverTo(const QObject* owner, Handler handler);
 
-  /// Gives the name away, so that the next program becomes the one, and hears nothing more. Gives what was
-  /// accepted and has not been carried out.
+  /// Releases the name, so that the next program can take it, and stops listening. Returns what was accepted
+  /// and has not been carried out.
   QList<ActivationRequest> end();
 
-  /// Takes up a request, on any thread.
+  /// Accepts a request. From any thread.
   ActivationAcceptance accept(const ActivationRequest& request);
 
  private:

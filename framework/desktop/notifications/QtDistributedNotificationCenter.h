@@ -38,8 +38,8 @@ class QtDistributedNotificationCenter final : public platform::DistributedNotifi
                       const std::optional<QString>& object = std::nullopt) override;
   void postNotificationName(const QString& name, const QString& object, const QVariantMap& userInfo) override;
 
-  /// Waits until the bus has taken all that was asked so far: observers hear, posts are delivered. False when
-  /// there is no bus or it did not answer in time.
+  /// Waits until the bus has taken all that was asked so far: observers hear, posts are delivered. Returns
+  /// false when there is no bus or it does not answer in time.
   bool flush(std::chrono::milliseconds limit = std::chrono::milliseconds(5000));
 
  private:

@@ -36,7 +36,7 @@ class ShellRun : public QObject {
   ~ShellRun() override;
 
   /// Returns when the script has ended. When the application ends meanwhile the script is killed.
-  /// Throws std::system_error when there is nothing to keep it in.
+  /// Throws std::system_error when no file can be made to hold it.
   void run(const QByteArray& source);
   /// Asks the script and everything that it has started to end; asked again, kills them.
   void stop();

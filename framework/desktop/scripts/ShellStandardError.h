@@ -15,7 +15,7 @@ namespace velmora::desktop {
 /// its next line if ours were closed; so the pipe can be left open behind the script.
 class ShellStandardError : public QObject {
  public:
-  /// Throws std::system_error when there is no pipe to be had.
+  /// Throws std::system_error when no pipe can be made.
   ShellStandardError();
   ~ShellStandardError() override;
 
@@ -26,8 +26,7 @@ class ShellStandardError : public QObject {
   /// Everything that was written so far.
   QString text();
 
-  /// From now on takes what comes, and keeps none of it, until nobody is left to write or the application
-  /// ends.
+  /// From now on reads and discards what comes, until no writer is left or the application ends.
   static void leaveOpen(std::unique_ptr<ShellStandardError> pipe);
 
  private:

@@ -8,9 +8,9 @@
 
 namespace velmora::desktop {
 
-/// What is to be told apart in a script of the POSIX shell, as its grammar has it: reserved words where they
-/// are reserved, strings with their quotes, comments. What a string holds of commands and expansions is not
-/// part of it, and neither is a here-document. An unfinished string reaches to the end.
+/// The parts of a POSIX shell script that are styled, as its grammar has them: reserved words where they
+/// are reserved, strings with their quotes, comments. Commands and expansions inside a string are not styled,
+/// nor is a here-document. An unfinished string reaches to the end.
 QList<platform::ScriptText::Run> styledRuns(const QString& source);
 
 }  // namespace velmora::desktop

@@ -9,11 +9,11 @@
 
 namespace velmora::desktop {
 
-/// What looking at a source, without running it, came to.
+/// What a check of a source, without running it, found.
 struct ShellCheck {
-  std::optional<platform::ScriptError> error;  ///< found by either
+  std::optional<platform::ScriptError> error;  ///< found by the shell or by shfmt
   bool shellRefuses = false;                   ///< whether the shell would run nothing of it
-  std::optional<QString> formatted;  ///< by shfmt; nothing where it is not installed, or does not answer
+  std::optional<QString> formatted;  ///< by shfmt; nothing where that is not installed or does not answer
 };
 
 /// Looks for errors in a script of the shell, and formats it when there are none. The shell itself (`sh -n`)

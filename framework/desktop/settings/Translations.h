@@ -11,10 +11,10 @@ class QTranslator;
 
 namespace velmora::desktop {
 
-/// The texts of the program in the user's language, for as long as it lives. Made before any window, for what
-/// has been looked up stays as it is.
+/// The texts of the program in the user's language, for as long as it lives. Make it before any window: texts
+/// that have been looked up do not change.
 ///
-/// `folders` hold translations, NAME_LANGUAGE.qm; of two that know a text the later folder's holds. The
+/// `folders` hold translations, NAME_LANGUAGE.qm; where two have a text, the later folder's counts. The
 /// language is the first of the user's, in the order of their preference, that is English (which the texts
 /// are in already) or that the first folder has. The texts of Qt's own windows follow it, so that no window
 /// speaks two languages.

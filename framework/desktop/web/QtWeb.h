@@ -52,7 +52,7 @@ class QtWeb : public platform::Web {
   std::unique_ptr<QtWebTransfers> transfers_;
   /// False once this object has gone. Read and written on the main thread only.
   std::shared_ptr<bool> open_ = std::make_shared<bool>(true);
-  /// Receives on the main thread what the other one has to say.
+  /// Receives, on the main thread, what the transfers report.
   std::unique_ptr<QObject> mainThread_ = std::make_unique<QObject>();
 };
 

@@ -22,7 +22,7 @@ class QtWebTransfers : public QObject {
 
   /// Asks for a page of at most `limit` bytes.
   void start(quint64 id, const QUrl& url, qint64 limit);
-  /// Breaks a transfer off; nothing more is said of it. One that has ended is left in peace.
+  /// Cancels a transfer, which is not reported. Does nothing to one that has ended.
   void stop(quint64 id);
   void stopAll();
 

@@ -43,7 +43,7 @@ class GraphPlot : private QCustomPlot {
   OrvGraphRange shownYRange() const { return {yAxis->range().lower, yAxis->range().upper}; }
   QPointF coordinateAt(const QPointF& place) const;
   QPointF placeOf(const QPointF& coordinate) const;
-  /// Nothing for a point that is not finite, and outside the list.
+  /// Returns nothing for a point that is not finite, and for an index outside the list.
   std::optional<GraphMark> markOf(qsizetype index) const;
 
   void paint(QCPPainter& painter);

@@ -9,7 +9,8 @@
 namespace velmora::orv {
 
 /// The picture as a baseline JPEG file with full colour resolution (4:4:4), over white where it is
-/// transparent. `quality` 1 to 100. Empty when the picture is. The same picture gives the same bytes.
+/// transparent. `quality` 1 to 100. Returns no bytes for an empty picture. The same picture gives the same
+/// bytes.
 ///
 /// Not Qt's own writer: that one halves the colour resolution even at the highest quality, which smears thin
 /// coloured curves, and turns what is transparent black.

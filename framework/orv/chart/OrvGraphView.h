@@ -18,7 +18,7 @@ class GraphPlot;
 /// white, whatever the desktop's theme, and alike every time: the same content in the same size gives the
 /// same picture, on the screen, grabbed without ever having been shown, or printed.
 ///
-/// Whatever numbers it is given, it draws: points that are not finite are left out, and points outside the
+/// It can draw whatever numbers it is given: points that are not finite are left out, and points outside the
 /// axes are marked by a triangle at the nearest place of the frame.
 class VELMORA_EXPORT OrvGraphView : public QWidget {
  public:
@@ -42,7 +42,7 @@ class VELMORA_EXPORT OrvGraphView : public QWidget {
   void setDataPoints(const QList<QPointF>& points);
   /// The data point to ring, by its index in the list given; nothing, or an index outside it, for none.
   void setHighlightedPoint(std::optional<qsizetype> index);
-  /// Asked anew at every painting whether the ring may be drawn. Without this function it may.
+  /// Sets what is asked at every painting whether the ring may be drawn. Without it, it may.
   void setHighlightVisibility(std::function<bool()> shouldShow);
 
   /// The place in chart data units under a point of the view's own coordinates, and the reverse.

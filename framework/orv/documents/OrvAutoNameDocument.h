@@ -11,8 +11,8 @@ class VELMORA_EXPORT OrvAutoNameDocument : public OrvDocument {
 
   /// Whether this is still the untouched blank document that the application opened.
   bool isBlank() const { return docIsBlank_; }
-  /// The name, without folder and extension, that the document would give its file; empty when it has none to
-  /// give. The argument is for subclasses that name a file to show differently from a file to keep; the base
+  /// The name, without folder and extension, that the document would give its file; empty when it has none.
+  /// The argument is for subclasses that name a file to show differently from a file to keep; the base
   /// ignores it.
   virtual QString preferredFileName(bool forExport) const;
 

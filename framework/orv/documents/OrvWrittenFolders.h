@@ -18,7 +18,7 @@ class VELMORA_EXPORT OrvWrittenFolders {
   velmora::base::Result<> write(const QString& path, const QByteArray& contents,
                                 const velmora::base::FileManager::FinalCheck& check = {});
   /// Remembers the folder of a file that is about to be written. At most MostFolders are remembered; those
-  /// that were added first go first. A folder that cannot be remembered stops nothing.
+  /// that were added first go first. A folder that cannot be remembered does not stop the save.
   void add(const QString& file);
   /// The folders remembered.
   QStringList all() const;

@@ -35,7 +35,7 @@ class VELMORA_EXPORT OrvVersion : public QObject {
   /// or why the check failed. A check without an address, or without an answer within 30 seconds and 1 MiB,
   /// is unsuccessful.
   ///
-  /// While a check is on its way, a further one joins it: one request, one notification, and the result is
+  /// While a check is running, a further one joins it: one request, one notification, and the result is
   /// told when either was asked for by the user.
   void checkVersion(bool userAsked);
 

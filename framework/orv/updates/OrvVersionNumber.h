@@ -12,7 +12,7 @@ namespace velmora::orv {
 /// A version is read as numbers and words; whatever else stands between them only separates. Numbers are
 /// compared by value, however many digits they have, words without regard to case. At the same place a word
 /// ("b", "rc") comes before the end, and the end before a further number: words mark what precedes a release.
-/// Zeros before a word or the end count for nothing, and neither does a "v" before the first number.
+/// Zeros before a word or the end do not count, nor does a "v" before the first number.
 std::strong_ordering compareVersions(QStringView left, QStringView right);
 
 }  // namespace velmora::orv

@@ -17,8 +17,8 @@ namespace velmora::platform {
 VELMORA_EXPORT base::Result<QVariant> propertyListFromData(const QByteArray& data);
 
 /// The bundle at `folder`: its information dictionary is Info.plist there, its resources stand beside it; or,
-/// as in the bundles of the viewer, they are Contents/Info.plist and Contents/Resources. An empty dictionary,
-/// with a log line, when there is none that can be read.
+/// as in the bundles of the viewer, they are Contents/Info.plist and Contents/Resources. When it cannot be
+/// read, the dictionary is empty and a log line says so.
 VELMORA_EXPORT Bundle bundleWithPath(const QString& folder);
 
 }  // namespace velmora::platform

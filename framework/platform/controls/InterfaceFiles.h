@@ -24,7 +24,8 @@ class VELMORA_EXPORT InterfaceFiles {
   /// Lets interface files name a class of the program's own (a promoted widget).
   void registerWidget(const QString& className, WidgetFactory factory);
 
-  /// A new window from the interface file "name.ui"; nothing, with a log line, when there is none that loads.
+  /// Loads a new window from the interface file "name.ui". Returns null, with a log line, when none can be
+  /// loaded.
   std::unique_ptr<QWidget> load(const QString& name) const;
 
  private:

@@ -76,17 +76,17 @@ class VELMORA_EXPORT Document : public QObject {
   virtual void makeWindowControllers();
   /// Called when a window of the document has been loaded. The base does nothing; an override calls it first.
   virtual void windowControllerDidLoadNib(WindowController& windowController);
-  /// Called when windowControllerDidLoadNib() of all classes is through: the window shows the document as it
-  /// was read.
+  /// Called when windowControllerDidLoadNib() of every class has run: the window shows the document as it was
+  /// read.
   virtual void windowIsSetUp() {}
-  /// Brings the document's windows to the front, loading them at first.
+  /// Brings the document's windows to the front, after loading them if need be.
   void showWindows();
   /// The window that carries the document's sheets; none before it is loaded.
   QWidget* windowForSheet() const;
   /// The window of the document, loaded if need be.
   QWidget* window() const;
 
-  // Saving. Every operation tells `didSave` the outcome, if one is given, before it returns.
+  // Saving. Every operation reports the outcome to `didSave`, where one is given, before it returns.
 
   /// Saves to the document's file; a document without one goes through the save panel.
   virtual void saveDocument(DidSave didSave = {});
@@ -115,8 +115,8 @@ class VELMORA_EXPORT Document : public QObject {
   /// Closes without a question. Closing twice does nothing more.
   virtual void close();
   bool isClosed() const noexcept { return closed_; }
-  /// Another window has written a new version to this document's file: what is shown here is the past. The
-  /// base closes.
+  /// Called when another window has written a new version to this document's file, so that what is shown here
+  /// is outdated. The base closes.
   virtual void fileWasReplaced() { close(); }
   /// Keeps unsaved changes somewhere, because the session ends and nobody can be asked. The base has nowhere.
   virtual void keepUnsavedChanges() {}
@@ -144,17 +144,18 @@ class VELMORA_EXPORT Document : public QObject {
   /// The content as it is to be saved or kept: takeFromWindows(), then dataOfType(). An exception that these
   /// throw is a failure.
   base::Result<QByteArray> contentToKeep(const QString& typeName);
-  /// Told of the bytes of the document's file once they have been read and understood. The base does nothing.
+  /// Called with the bytes of the document's file once they have been read and understood. The base does
+  /// nothing.
   virtual void didReadFile(const QByteArray&) {}
   /// Whether the user has agreed, in the save panel, to replace what stands at the place of the save in
   /// progress.
   bool replacementConfirmed() const { return replacementConfirmed_; }
   /// Puts the content into the file at `url`.
   virtual base::Result<> writeToURL(const QUrl& url, const QByteArray& data, SaveOperation operation);
-  /// Tells the user that saving to `url` failed. `data` is the content, empty when that could not be had. An
-  /// override may put it elsewhere; the base does not.
+  /// Tells the user that saving to `url` failed. `data` is the content, or empty when the document could not
+  /// give it. An override may put it elsewhere; the base does not.
   virtual SaveOutcome presentSaveError(const QUrl& url, const QByteArray& data, const QString& reason);
-  /// How the last attempt to save ended; nothing when there was none since forgetLastSave().
+  /// How the last attempt to save ended. Returns nothing when there has been none since forgetLastSave().
   std::optional<SaveOutcome> lastSave() const noexcept { return lastSave_; }
   void forgetLastSave() noexcept { lastSave_.reset(); }
   /// Shows name and changed state in the windows' titles.

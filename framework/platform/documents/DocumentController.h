@@ -46,18 +46,18 @@ class VELMORA_EXPORT DocumentController : public QObject {
   void newDocument();
   /// Asks which files to open, and opens them.
   void openDocument();
-  /// Opens what the user has asked for, and tells what cannot be opened. A blank document in which nothing
-  /// was done makes room for the first one that opens. False when none opens.
+  /// Opens what the user has asked for, and tells the user what cannot be opened. An untouched blank document
+  /// makes room for the first one that opens. Returns false when none opens.
   bool openDocuments(const QList<QUrl>& urls);
   Document* openUntitledDocument(bool display);
-  /// Opens a file; one that is open already is given back, not opened twice, and comes to the front if
+  /// Opens a file, or returns the document of one that is open already, which comes to the front if
   /// displayed. Failures are not shown: the caller decides who should know.
   base::Result<Document*> openDocumentWithContentsOfURL(const QUrl& url, bool display);
   /// Runs the open panel; an override may set it up first.
   virtual int runModalOpenPanel(OpenPanel& panel, const QStringList& fileTypes);
   /// The extensions offered in the open panel.
   virtual QStringList openableFileTypes() const { return {}; }
-  /// Told of every file that the user has opened or saved under its name. The base does nothing.
+  /// Called for every file that the user opens, or saves under its name. The base does nothing.
   virtual void noteNewRecentDocumentURL(const QUrl&) {}
   /// Tells the user that a file could not be opened.
   void presentOpenError(const QUrl& url, const QString& reason);
@@ -70,8 +70,8 @@ class VELMORA_EXPORT DocumentController : public QObject {
   /// Stops a script that runs, ends what is being edited, asks about unsaved changes, and quits unless the
   /// user keeps a document open.
   void terminate();
-  /// The session ends. True when the application may go with it: nothing is unsaved, or nobody can be asked
-  /// and the changes have been kept. Otherwise the questions of terminate() are on their way.
+  /// Called when the session ends. Returns true when the application may end with it: nothing is unsaved, or
+  /// nobody can be asked and the changes have been kept. Otherwise the questions of terminate() follow.
   bool sessionMayEnd(bool userCanBeAsked);
   bool isTerminating() const { return terminating_; }
   /// With this set, the application always has a document for the next patient: when the user has closed the
@@ -83,14 +83,14 @@ class VELMORA_EXPORT DocumentController : public QObject {
   virtual void awakeFromNib() {}
   virtual void applicationDidFinishLaunching() {}
   virtual void applicationWillTerminate() {}
-  /// The desktop asks to print a file. True when that has been dealt with.
+  /// Called when the desktop asks to print a file. Returns whether that has been dealt with.
   virtual bool applicationPrintFile(const QString& /*path*/) { return false; }
-  /// The desktop asks for one of the application's actions, by its name in the desktop entry. False when
-  /// there is no such action. The base knows "new": a new document.
+  /// Called when the desktop asks for one of the application's actions, by its name in the desktop entry.
+  /// Returns false when there is no such action. The base knows "new": a new document.
   virtual bool applicationPerformAction(const QString& name);
   /// Called when a document's window has been loaded: the place to give it its menu bar.
   virtual void documentWindowDidLoad(WindowController&) {}
-  /// Whether the document is as good as none: untouched since it was made.
+  /// Whether the document is untouched since it was made.
   virtual bool isUntouched(const Document& document) const;
 
   // Called by documents and their windows.

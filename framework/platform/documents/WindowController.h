@@ -44,7 +44,7 @@ class VELMORA_EXPORT WindowController : public QObject {
   void setDocument(Document* document) { document_ = document; }
   Document* document() const { return document_; }
 
-  /// An outlet: the widget of that class and object name; none when the interface file has none.
+  /// An outlet: the widget of that class and object name. Returns null when the interface file has none.
   template <typename Widget>
   Widget* outlet(const QString& objectName);
 
@@ -53,7 +53,7 @@ class VELMORA_EXPORT WindowController : public QObject {
   virtual void windowDidLoad() {}
   /// Called each time the window gets the keyboard.
   virtual void windowDidBecomeKey() {}
-  /// Mouse events that reach the window because no control in it wanted them.
+  /// Called for mouse events that no control of the window takes.
   virtual void mouseDown(const MouseEvent&) {}
   virtual void mouseDragged(const MouseEvent&) {}
   /// `event` is null when there was no real event.

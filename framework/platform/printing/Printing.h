@@ -31,13 +31,13 @@ class VELMORA_EXPORT Printer {
   virtual ~Printer() = default;
 
   /// Prints `view`, with the title of its window at the head of the page. `settings` may hold "OutputFile" (a
-  /// path: print into that PDF file) and "PrinterName". Without a panel nothing is asked. False when the user
-  /// cancelled.
+  /// path: print into that PDF file) and "PrinterName". Without a panel nothing is asked. Returns false when
+  /// the user cancels.
   virtual base::Result<bool> printView(QWidget* view, const PrintInfo& info, const QVariantMap& settings,
                                        bool showPrintPanel) = 0;
   /// Lets the user choose paper, margins and orientation, beginning with what `info` says, over `window`
-  /// where one is given. False when the user cancelled; `info` is then as it was. The base has nothing to
-  /// choose from.
+  /// where one is given. Returns false, and leaves `info` as it was, when the user cancels. The base has
+  /// nothing to choose from.
   virtual bool runPageSetup(PrintInfo& /*info*/, QWidget* /*window*/) { return false; }
   /// Whether there is a printer to print on when nobody can be asked for one.
   virtual bool hasPrinter() const { return true; }

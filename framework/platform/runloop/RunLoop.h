@@ -49,8 +49,8 @@ class VELMORA_EXPORT RunLoop {
     ModalSession(const ModalSession&) = delete;
     ModalSession& operator=(const ModalSession&) = delete;
 
-    /// In the middle of long work: lets the windows be drawn and hear mouse and keyboard, once, and comes
-    /// back. Deferred calls go on waiting.
+    /// In the middle of long work: lets the windows be drawn and handle mouse and keyboard, once, and
+    /// returns. Deferred calls go on waiting.
     void processEvents() { runLoop_.processWindowEvents(); }
 
    private:
@@ -65,7 +65,8 @@ class VELMORA_EXPORT RunLoop {
   virtual void processWindowEvents() {}
   /// Runs, through the guard, every call that is due at `uptime()`.
   void runDueCalls();
-  /// When the next call falls due, in uptime seconds; nothing while none waits or a modal session is open.
+  /// When the next call falls due, in uptime seconds. Returns nothing while none waits or a modal session is
+  /// open.
   std::optional<double> nextDue() const;
 
  private:

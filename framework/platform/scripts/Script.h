@@ -20,16 +20,16 @@ struct TextRange {
 
 /// Why a script could not be compiled or run.
 struct ScriptError {
-  QString message;       ///< all that there is to say
-  QString briefMessage;  ///< one line of it
+  QString message;       ///< the whole message
+  QString briefMessage;  ///< its first words, on one line
   TextRange range;       ///< where in the source; empty, at its end, when that is not known
   bool operator==(const ScriptError&) const = default;
 };
 
-/// Nothing, or why not.
+/// Success, or what is wrong with the script.
 using ScriptResult = base::Result<void, ScriptError>;
 
-/// A script's source as the script runner formats it, with what is to be told apart by its look.
+/// A script's source as the script runner formats it, with the parts that are to be styled.
 struct ScriptText {
   enum class Style { Keyword, String, Comment };
   struct Run {
@@ -48,7 +48,8 @@ class VELMORA_EXPORT Script {
 
   /// Looks for errors without running anything.
   virtual ScriptResult compileAndReturnError() = 0;
-  /// The formatted source of a script that has been compiled; none when it has no better form than it had.
+  /// The formatted source of a script that has been compiled. Returns nothing when it is formatted
+  /// already.
   virtual std::optional<ScriptText> richTextSource() const = 0;
   /// Runs the script and waits for its end; fails unless that is a good one. Does not begin when its runner
   /// would refuse it as it stands. An error that compiling finds and its runner may never come to keeps
@@ -60,10 +61,10 @@ class VELMORA_EXPORT Script {
 class VELMORA_EXPORT Scripts {
  public:
   virtual ~Scripts() = default;
-  /// None when the text cannot be a script at all.
+  /// Returns null when the text cannot be a script at all.
   virtual std::unique_ptr<Script> initWithSource(const QString& source) = 0;
-  /// Tells a script that runs to end, so that whatever waits for it goes on soon. Nothing by itself: a script
-  /// that cannot be waited for needs no stopping.
+  /// Asks a running script to end, so that whoever waits for it can go on soon. The base does nothing: a
+  /// script that nobody can wait for needs no stopping.
   virtual void stopRunning() {}
 };
 

@@ -21,14 +21,14 @@ class VELMORA_EXPORT UserDefaults {
 
   /// The stored value, else the registered one, else an invalid QVariant.
   QVariant objectForKey(const QString& key) const;
-  /// Strings as they are, numbers as decimal text. Anything else counts as not stored: then the registered
-  /// value is given, or a null string.
+  /// Strings as they are, numbers as decimal text. Anything else counts as not stored: returns the registered
+  /// value then, or a null string.
   QString stringForKey(const QString& key) const;
   /// Missing and non-boolean values read as false. "YES", "true" and "1" in text count as true.
   bool boolForKey(const QString& key) const;
   /// A decimal string is converted ("7" reads as 7); missing and other values read as 0.
   qint64 integerForKey(const QString& key) const;
-  /// Anything else counts as not stored: then the registered date is given, or an invalid one.
+  /// Anything else counts as not stored: returns the registered date then, or an invalid one.
   QDateTime dateForKey(const QString& key) const;
 
   /// Stores a boolean, integer, string or date (QDateTime).

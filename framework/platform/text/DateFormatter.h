@@ -26,7 +26,7 @@ class VELMORA_EXPORT DateFormatter {
   void setTimeStyle(Style style) { timeStyle_ = style; }
 
   /// The text for a point in time, as the calendar and the clock of this machine's time zone show it; empty
-  /// for none.
+  /// for an invalid date.
   QString stringFromDate(const QDateTime& date) const;
   /// The text for a calendar day, which no time zone can touch. Date style only.
   QString stringFromDate(const QDate& day) const;

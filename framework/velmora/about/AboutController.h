@@ -7,7 +7,7 @@
 #include "platform/documents/WindowController.h"
 
 /// The about window. At the start it is the splash, which closes itself after three seconds; later showings
-/// stay until a click. Its status line tells how the start-up goes on.
+/// stay until a click. Its status line shows the progress of the start-up.
 class AboutController : public velmora::platform::WindowController {
  public:
   explicit AboutController(velmora::platform::Services& services);
@@ -22,7 +22,7 @@ class AboutController : public velmora::platform::WindowController {
 
   void mouseDown(const velmora::platform::MouseEvent& event) override;
   void mouseDragged(const velmora::platform::MouseEvent& event) override;
-  /// No event stands for the moment at which the splash closes itself.
+  /// Called without an event when the splash closes itself.
   void mouseUp(const velmora::platform::MouseEvent* event) override;
   /// Empties the status line.
   void windowDidBecomeKey() override;

@@ -14,8 +14,8 @@ class UserDefaults;
 
 namespace velmora {
 
-/// What the application asks when it starts for the first time: whether to look for updates, and whether to
-/// set the save folder up.
+/// Asks, at the first start of the application, whether to look for updates and whether to set up the save
+/// folder.
 class FirstRunQuestions {
  public:
   FirstRunQuestions(platform::UserDefaults& defaults, platform::Alerts& alerts, base::FileManager& files,
@@ -24,8 +24,8 @@ class FirstRunQuestions {
 
   /// Whether they have never been asked.
   bool areDue() const;
-  /// Asks, and stores the answers. False when the program ends while a question is open: then it starts no
-  /// further.
+  /// Asks, and stores the answers. Returns false when the program ends while a question is open: then it must
+  /// start no further.
   bool ask();
 
  private:

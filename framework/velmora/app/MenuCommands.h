@@ -11,7 +11,7 @@ namespace velmora {
 
 class RecentDocuments;
 
-/// What the menus ask of the application, beside making, opening and closing documents.
+/// The commands of the menus, apart from making, opening and closing documents.
 class VELMORA_EXPORT MenuCommands {
  public:
   virtual ~MenuCommands() = default;
@@ -20,7 +20,7 @@ class VELMORA_EXPORT MenuCommands {
   virtual void doSplashAboutBox(const QObject* sender) = 0;
   virtual void doPreferences(const QObject* sender) = 0;
   virtual void doBatchExport(const QObject* sender) = 0;
-  /// Closes every document, each asking its question.
+  /// Closes every document; each asks its own question first.
   virtual void doCloseAllDocuments(const QObject* sender) = 0;
   /// Looks for a newer version and tells the user the result.
   virtual void doCheckForNewVersion(const QObject* sender) = 0;
@@ -32,8 +32,7 @@ class VELMORA_EXPORT MenuCommands {
   virtual bool validateMenuItem(const QString& title) const = 0;
 
   virtual RecentDocuments& recentDocuments() = 0;
-  /// Opens a file of the menu of recent documents. One that is no longer there leaves the menu, and the user
-  /// is told.
+  /// Opens a recent document. When the file is no longer there, removes it from the menu and tells the user.
   virtual void openRecentDocument(const QString& path) = 0;
 };
 

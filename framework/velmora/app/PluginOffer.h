@@ -19,8 +19,8 @@ class PluginOffer {
       : plugin_(plugin), workspace_(workspace), alerts_(alerts), defaults_(defaults) {}
 
   /// Asks where charts go to OsiriX and the plugin there is out of date, and installs it on a yes. Whoever
-  /// declines has the charts go to the export folder from then on. False when the program ends while the
-  /// question is open: then it starts no further.
+  /// declines has the charts go to the export folder from then on. Returns false when the program ends while
+  /// the question is open: then it must start no further.
   bool make();
 
  private:

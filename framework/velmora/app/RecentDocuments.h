@@ -25,7 +25,7 @@ class VELMORA_EXPORT RecentDocuments {
   explicit RecentDocuments(platform::UserDefaults& defaults) : defaults_(defaults) {}
 
   bool remembers() const;
-  /// Switching off forgets all of them.
+  /// Turning it off forgets all of them.
   void setRemembers(bool remembers);
 
   QStringList paths() const;

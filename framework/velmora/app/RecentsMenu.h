@@ -14,12 +14,12 @@ namespace velmora {
 
 class MenuCommands;
 
-/// Fills a menu with the recent documents, and with the items that clear them and switch them off, each time
-/// that it opens. Lives as long as the menu.
+/// Fills a menu, each time it opens, with the recent documents and with the items that clear them and turn
+/// them off. Lives as long as the menu.
 class RecentsMenu : public QObject {
  public:
-  /// `menu` belongs to `window`. A document is opened after what the end of the edit in that window sets
-  /// going, unless `application` has gone.
+  /// `menu` belongs to `window`. A document is opened once the edit in that window has ended, with all that
+  /// follows from it, unless `application` has gone.
   RecentsMenu(QMenu* menu, QWidget* window, MenuCommands& commands, platform::RunLoop& runLoop,
               const QObject* application);
 

@@ -8,7 +8,7 @@ class Workspace;
 
 namespace velmora {
 
-/// The ways to the maker of the application, opened with the user's own programs.
+/// Opens the web site and the mail address of the application's maker with the user's own programs.
 class SupportContact {
  public:
   SupportContact(platform::Workspace& workspace, const platform::Bundle& application)

@@ -13,7 +13,7 @@ class QWidget;
 namespace velmora {
 
 /// The items of the Edit menu that work on the text field with the keyboard: a QLineEdit (that of a number or
-/// a menu included), a QPlainTextEdit or a QTextEdit. Their keys are shown, but the field itself hears them
+/// a menu included), a QPlainTextEdit or a QTextEdit. Their keys are shown, but the field itself handles them
 /// first.
 class TextEditItems : public QObject {
  public:

@@ -14,7 +14,7 @@ class WindowController;
 
 namespace velmora {
 
-// Written out where Qt's standard key depends on the desktop, or is none.
+// Given here because Qt's standard keys for these depend on the desktop, or are missing.
 inline const QKeySequence CloseKeys(Qt::CTRL | Qt::Key_W);
 inline const QKeySequence QuitKeys(Qt::CTRL | Qt::Key_Q);
 

@@ -30,17 +30,17 @@ class BatchExportController : public velmora::platform::WindowController {
   /// Closes the window. Nothing is stored.
   void doCancel(const QObject* sender);
 
-  /// Selects the files and has each exported, in the order in which the save folder gives them, telling how
-  /// far it is in a window that can stop it. Where charts go to the export folder, that folder must exist;
+  /// Selects the files and has each exported, in the order in which the save folder gives them, with a window
+  /// that shows the progress and can stop it. Where charts go to the export folder, that folder must exist;
   /// the user is told when it does not.
   void doBatchExport();
   /// Removes the JPEG files (".jpg" in any letter case) that stand directly in the export folder, whatever
   /// program made them.
   void doErasePreviouslyExportedFiles();
 
-  /// How many charts wait to be sent to OsiriX. After a batch export its window goes on to tell that.
+  /// Tells how many charts wait to be sent to OsiriX, which the progress window shows after a batch export.
   void setWaitingCharts(qsizetype count) { progress_.setWaitingCharts(count); }
-  /// The window that tells how far the export is.
+  /// The window that shows the progress of the export.
   BatchProgress& progress() { return progress_; }
 
   /// Erasing is offered only where charts go to the export folder.

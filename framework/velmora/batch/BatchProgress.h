@@ -8,7 +8,7 @@
 
 #include "platform/documents/WindowController.h"
 
-/// The window that tells how far a batch export is.
+/// The window that shows the progress of a batch export.
 ///
 /// While files are exported it is application-modal: nothing else can be done, but the export can be stopped.
 /// When charts then still wait to be sent to OsiriX it stays, out of the way of work, counts them down, and
@@ -20,14 +20,14 @@ class BatchProgress : public velmora::platform::WindowController {
 
   /// Shows the window for the export of `count` files.
   void begin(qsizetype count);
-  /// Tells which file comes next; the first has index 0.
+  /// Shows which file comes next; the first has index 0.
   void showFile(qsizetype index, const QString& path);
   /// Whether the user has stopped the export that began last, with the button or by closing the window.
   bool isStopped() const { return stopped_; }
-  /// The export is over or was stopped.
+  /// Call it when the export is over or was stopped.
   void end();
 
-  /// How many charts wait to be sent to OsiriX, wherever they come from.
+  /// Tells how many charts wait to be sent to OsiriX, wherever they come from.
   void setWaitingCharts(qsizetype count);
 
  protected:

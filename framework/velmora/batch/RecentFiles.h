@@ -26,8 +26,8 @@ double ageLimit(qint64 days);
 bool isRecentEnough(const QDateTime& modified, const QDateTime& now, qint64 days);
 
 /// The entries with exactly that extension, at any depth below `folder`, that are recent enough, as paths
-/// that begin with `folder` and in the order in which the folder gives them. None without a folder or an
-/// extension.
+/// that begin with `folder` and in the order in which the folder gives them. Returns none without a folder or
+/// an extension.
 QStringList recentFiles(const base::FileManager& fileManager, const QString& folder, const QString& extension,
                         const QDateTime& now, qint64 days);
 

@@ -15,8 +15,7 @@ struct Services;
 
 namespace velmora {
 
-/// Brings the picture of a chart out of the application: into a file, or on its way to OsiriX. A file that
-/// cannot be written is not reported.
+/// Exports the picture of a chart, into a file or to OsiriX. A file that cannot be written is not reported.
 class ChartExporter {
  public:
   explicit ChartExporter(platform::Services& services);

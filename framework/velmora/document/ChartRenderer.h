@@ -16,7 +16,7 @@ class ChartRenderer {
  public:
   explicit ChartRenderer(platform::GraphicsContext& graphics) : graphics_(graphics) {}
 
-  /// The charts as JPEG, in their size on the screen; empty when there are none.
+  /// The charts as JPEG, in their size on the screen. Returns no bytes when there are none.
   QByteArray jpegOf(QTabWidget* charts);
 
   /// Whether the mark may be drawn now: on the screen, once it has been allowed, and never in a picture.

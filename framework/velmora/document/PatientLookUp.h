@@ -30,8 +30,8 @@ class PatientLookUp {
       : folder_(folder), knownFiles_(knownFiles), files_(files), alerts_(alerts) {}
 
   /// The path of the data file of `identifier` in the save folder, which the user has agreed to open when
-  /// asked. Nothing when records are not saved automatically, the file is not known or not there, or the user
-  /// declines.
+  /// asked. Returns nothing when records are not saved automatically, the file is not known or not there, or
+  /// the user declines.
   std::optional<QString> find(const QString& identifier, bool askForConfirmation) const;
 
   /// Opens a file that was found; `document` then closes by `closeInFavourOf`. When the file cannot be opened

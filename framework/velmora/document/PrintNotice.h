@@ -15,9 +15,9 @@ class PrintNotice {
  public:
   PrintNotice(platform::Alerts& alerts, const platform::RunLoop& clock);
 
-  /// To be called before each printing.
+  /// Call it before each printing.
   void tellIfRecentlyPrinted();
-  /// To be called when the record goes to the printer.
+  /// Call it when the record goes to the printer.
   void notePrinted();
 
  private:

@@ -31,7 +31,7 @@ class RecordFolder {
   bool isAutomatic() const;
   /// Whether a record of that file name is saved without a panel.
   bool savesAutomatically(const QString& name) const { return isAutomatic() && !name.isEmpty(); }
-  /// Where such a record is saved; nothing when it needs the panel or there is no save folder.
+  /// Where such a record is saved. Returns nothing when it needs the panel or there is no save folder.
   std::optional<QString> automaticPath(const QString& name) const;
 
  private:

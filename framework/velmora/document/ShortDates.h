@@ -19,7 +19,7 @@ class ShortDates {
  public:
   explicit ShortDates(const platform::RunLoop& clock) : clock_(clock) {}
 
-  /// Empty for none.
+  /// Empty for an invalid date.
   static QString text(const QDate& day);
   static QString text(const QDateTime& date);
   /// Invalid when the text is no date.

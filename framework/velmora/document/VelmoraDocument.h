@@ -95,9 +95,9 @@ class VELMORA_EXPORT VelmoraDocument : public OrvAutoNameDocument,
 
   // The earlier data file of a returning patient.
 
-  /// Looks for the data file of `identifier` in the save folder. True when there is one and it will be opened
-  /// in place of this document, which then closes without a question, after the current event.
-  /// A user who was asked is told when the record in it turns out to be another patient's.
+  /// Looks for the data file of `identifier` in the save folder. Returns true when there is one and it will
+  /// be opened in place of this document, which then closes without a question, after the current event. A
+  /// user who was asked is told when the record in it turns out to be another patient's.
   bool lookUp(const QString& identifier, bool askForConfirmation);
   /// Where the data file of `identifier` stands or would stand.
   QString dataFilePath(const QString& identifier) const;
@@ -108,8 +108,8 @@ class VELMORA_EXPORT VelmoraDocument : public OrvAutoNameDocument,
 
   // The chart as a picture.
 
-  /// The chart area as JPEG, in its size on the screen, without the mark on the current examination; nothing
-  /// when that examination has no data points.
+  /// The chart area as JPEG, in its size on the screen, without the mark on the current examination. Returns
+  /// no bytes when that examination has no data points.
   QByteArray getJPEGData();
   /// Exports the chart: to OsiriX, to the export folder, or (only if `interactive`) where a save panel says.
   void doExport(bool interactive);
@@ -122,8 +122,8 @@ class VELMORA_EXPORT VelmoraDocument : public OrvAutoNameDocument,
 
   /// The identifier with every "/" replaced by "-"; empty when there is none.
   QString preferredFileName(bool forExport) const override;
-  /// Ends the edits in progress in the window, unheard, before the viewer fills its fields: what the user
-  /// types on was meant for what stood there before.
+  /// Discards the edits in progress in the window, before the viewer fills its fields: what the user is
+  /// typing was meant for what stood there before.
   void abandonEditing() { velmora::platform::TextFieldEditing::abandonEditing(windowForSheet()); }
   /// Saves to the document's file; but when the identifier has changed since that was read or written, asks
   /// whether the record is to have a new file, so that no patient's file turns into another's unseen.

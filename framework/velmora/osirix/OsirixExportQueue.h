@@ -16,8 +16,7 @@ class RunLoop;
 
 namespace velmora {
 
-/// Charts on their way to OsiriX: link replies, sent one at a time, so that OsiriX is never handed a burst of
-/// images.
+/// Charts to be sent to OsiriX as link replies, one at a time, so that OsiriX never gets a burst of images.
 ///
 /// The first leaves a second after it arrived at an empty queue, each further one four seconds after the one
 /// before. That the queue is empty is the only test: an arrival during the last four seconds of an earlier

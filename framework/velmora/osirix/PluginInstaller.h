@@ -28,16 +28,16 @@ class VELMORA_EXPORT PluginInstaller {
                   const platform::Bundle& bundle)
       : files_(files), alerts_(alerts), clock_(clock), bundle_(bundle) {}
 
-  /// The file name of the carried plugin; nothing when the application carries none. The first entry in the
-  /// file system's own order counts, whatever it is.
+  /// The file name of the carried plugin. Returns nothing when the application carries none. The first entry
+  /// in the file system's own order counts, whatever it is.
   std::optional<QString> nameOfInstallableOsirixPlugin() const;
   /// Whether the installed plugin has the version of the carried one, to the letter: any difference, a newer
-  /// version too, makes it out of date, and so does a version that cannot be read. With no plugin to install,
-  /// true.
+  /// version too, makes it out of date, and so does a version that cannot be read. Returns true when there is
+  /// no plugin to install.
   bool osirixPluginVersionCurrent() const;
   /// Puts the carried plugin into the viewer's plugin folder, in place of what has its name there, and tells
-  /// the user how that went. What fails on the way is logged; the copy alone decides. What earlier
-  /// installations that were cut off have left there is cleared away first.
+  /// the user how that went. What fails on the way is logged; the copy alone decides. Clears away first what
+  /// interrupted installations have left there.
   void doInstallOsirixPlugin();
 
  private:

@@ -78,7 +78,7 @@ class PreferencesController : public velmora::platform::WindowController {
   void doUpdate(const QObject* sender);
   /// Shows when the last successful check was; before the window is loaded there is nowhere to show it.
   void updateVersionLastChecked();
-  /// A check has ended well, just now.
+  /// Called when a check has just ended well.
   void versionCheckSuccessful();
 
  protected:

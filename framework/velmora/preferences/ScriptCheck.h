@@ -14,8 +14,8 @@ struct ScriptCheck {
   std::optional<platform::ScriptError> error;
 };
 
-/// Compiles a script without running it. Nothing comes of an empty text, or of one that cannot be a script at
-/// all.
+/// Compiles a script without running it. An empty text, or one that cannot be a script at all, has neither a
+/// form nor an error.
 ScriptCheck checkScript(platform::Scripts& scripts, const QString& text);
 
 }  // namespace velmora
