@@ -4,7 +4,7 @@
 #include "apps/growth/document/GrowthCharts.h"
 #include "apps/growth/document/GrowthDocument.h"
 #include "orv/documents/OrvChecksum.h"
-#include "testing/TestServices.h"
+#include "testing/standins/TestServices.h"
 #include "tests/fuzz/FuzzTargets.h"
 #include "velmora/document/VelmoraApplicationDelegate.h"
 

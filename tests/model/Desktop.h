@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "base/files/FileManager.h"
-#include "testing/TestServices.h"
+#include "testing/standins/TestServices.h"
 #include "tests/model/Model.h"
 
 namespace model {

@@ -4,8 +4,8 @@
 #include <QLocale>
 #include <memory>
 
-#include "testing/LogRecorder.h"
 #include "testing/files/TemporaryHome.h"
+#include "testing/standins/LogRecorder.h"
 #include "tests/model/Desktop.h"
 #include "tests/model/TracedDocument.h"
 #include "velmora/app/VelmoraAppController.h"

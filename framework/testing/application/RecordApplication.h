@@ -7,10 +7,10 @@
 
 #include "base/Export.h"
 #include "link/protocol/LinkProtocol.h"
-#include "testing/TestServices.h"
 #include "testing/application/RecordingDocument.h"
 #include "testing/files/Files.h"
 #include "testing/files/TemporaryHome.h"
+#include "testing/standins/TestServices.h"
 #include "testing/window/UserActions.h"
 #include "velmora/app/VelmoraAppController.h"
 #include "velmora/document/VelmoraApplicationDelegate.h"

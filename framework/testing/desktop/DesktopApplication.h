@@ -6,8 +6,8 @@
 #include "desktop/alerts/QtAlerts.h"
 #include "desktop/alerts/QtPanels.h"
 #include "desktop/runloop/QtRunLoop.h"
-#include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
+#include "testing/standins/LogRecorder.h"
 
 namespace velmora::testkit {
 

@@ -8,7 +8,7 @@
 #include <QTemporaryDir>
 #include <cstdio>
 
-#include "testing/Scripted.h"
+#include "testing/standins/Scripted.h"
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);

@@ -8,7 +8,7 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "testing/Scripted.h"
+#include "testing/standins/Scripted.h"
 
 namespace velmora::testkit {
 

@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "platform/documents/Document.h"
-#include "testing/Scripted.h"
+#include "testing/standins/Scripted.h"
 
 namespace velmora::testkit::user {
 

@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <functional>
 
-#include "testing/Scripted.h"
+#include "testing/standins/Scripted.h"
 
 namespace velmora::testkit {
 

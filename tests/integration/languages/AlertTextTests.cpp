@@ -7,7 +7,7 @@
 
 #include "desktop/alerts/QtAlerts.h"
 #include "platform/text/Localization.h"
-#include "testing/VirtualRunLoop.h"
+#include "testing/standins/VirtualRunLoop.h"
 #include "tests/integration/languages/ShownTexts.h"
 #include "tests/integration/languages/TranslationFiles.h"
 #include "tests/integration/languages/WindowsInLanguage.h"

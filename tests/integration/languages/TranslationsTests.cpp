@@ -9,7 +9,7 @@
 #include <QTemporaryDir>
 
 #include "platform/text/Localization.h"
-#include "testing/LogRecorder.h"
+#include "testing/standins/LogRecorder.h"
 #include "testing/window/UserActions.h"
 
 using namespace velmora;

@@ -9,11 +9,11 @@
 #include <stdexcept>
 
 #include "link/bus/BusProbe.h"
-#include "testing/LogRecorder.h"
 #include "testing/bus/LinkOnTheBus.h"
 #include "testing/bus/Mailbox.h"
 #include "testing/bus/PrivateBus.h"
 #include "testing/bus/RawBus.h"
+#include "testing/standins/LogRecorder.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

@@ -10,11 +10,11 @@
 #include <thread>
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
-#include "testing/LogRecorder.h"
 #include "testing/bus/LinkOnTheBus.h"
 #include "testing/bus/Mailbox.h"
 #include "testing/bus/PrivateBus.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
 
 using namespace velmora;
 

@@ -4,10 +4,10 @@
 #include <functional>
 
 #include "apps/growth/testing/GrowthApplication.h"
-#include "testing/LogRecorder.h"
-#include "testing/TestServices.h"
 #include "testing/files/TemporaryHome.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
+#include "testing/standins/TestServices.h"
 #include "velmora/app/VelmoraAppController.h"
 
 namespace faults {

@@ -8,13 +8,13 @@
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "link/bus/BusLink.h"
-#include "testing/LogRecorder.h"
 #include "testing/bus/LinkOnTheBus.h"
 #include "testing/bus/Mailbox.h"
 #include "testing/bus/PrivateBus.h"
 #include "testing/bus/RawBus.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
 
 using namespace velmora;
 

@@ -5,12 +5,12 @@
 
 #include "desktop/notifications/QtDistributedNotificationCenter.h"
 #include "link/protocol/LinkProtocol.h"
-#include "testing/LogRecorder.h"
-#include "testing/TestServices.h"
 #include "testing/bus/LinkOnTheBus.h"
 #include "testing/bus/Mailbox.h"
 #include "testing/bus/PrivateBus.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
+#include "testing/standins/TestServices.h"
 #include "velmora/osirix/OsirixExportQueue.h"
 #include "velmora/resources/Notifications.h"
 

@@ -6,8 +6,8 @@
 #include <QCloseEvent>
 #include <thread>
 
-#include "testing/TestServices.h"
 #include "testing/desktop/DesktopApplication.h"
+#include "testing/standins/TestServices.h"
 #include "testing/window/Person.h"
 #include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"

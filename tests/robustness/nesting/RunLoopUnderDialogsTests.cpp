@@ -6,8 +6,8 @@
 #include <QPushButton>
 #include <thread>
 
-#include "testing/TestServices.h"
 #include "testing/desktop/DesktopApplication.h"
+#include "testing/standins/TestServices.h"
 #include "testing/window/Person.h"
 
 using namespace velmora;

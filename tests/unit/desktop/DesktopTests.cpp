@@ -15,9 +15,9 @@
 #include "platform/notifications/NotificationCenter.h"
 #include "platform/runloop/RunLoop.h"
 #include "platform/settings/UserDefaults.h"
-#include "testing/LogRecorder.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
 #include "testing/window/WhenOpen.h"
 
 using namespace velmora;

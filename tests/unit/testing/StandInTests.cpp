@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <memory>
 
-#include "testing/Scripted.h"
-#include "testing/VirtualRunLoop.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/Scripted.h"
+#include "testing/standins/VirtualRunLoop.h"
 
 using namespace velmora;
 

@@ -5,8 +5,8 @@
 #include "base/log/Escape.h"
 #include "base/log/Guard.h"
 #include "base/log/Log.h"
-#include "testing/LogRecorder.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
 
 using namespace velmora;
 

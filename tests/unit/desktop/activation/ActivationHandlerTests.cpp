@@ -9,9 +9,9 @@
 
 #include "desktop/alerts/UnattendedAlerts.h"
 #include "platform/documents/DocumentController.h"
-#include "testing/LogRecorder.h"
-#include "testing/TestServices.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
+#include "testing/standins/TestServices.h"
 
 using namespace velmora;
 

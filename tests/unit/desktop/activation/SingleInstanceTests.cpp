@@ -8,10 +8,10 @@
 #include <thread>
 
 #include "desktop/runloop/QtRunLoop.h"
-#include "testing/LogRecorder.h"
 #include "testing/bus/PrivateBus.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
 #include "tests/unit/desktop/activation/DesktopBus.h"
 
 using namespace velmora;

@@ -10,8 +10,8 @@
 #include <stdexcept>
 
 #include "desktop/runloop/QtRunLoop.h"
-#include "testing/LogRecorder.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
 #include "testing/window/WhenOpen.h"
 
 using namespace velmora;

@@ -7,8 +7,8 @@
 #include <stdexcept>
 #include <thread>
 
-#include "testing/LogRecorder.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
 
 using namespace velmora;
 

@@ -8,11 +8,11 @@
 #include <QStandardPaths>
 #include <thread>
 
-#include "testing/VirtualRunLoop.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
 #include "testing/files/TemporaryHome.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/VirtualRunLoop.h"
 #include "tests/unit/desktop/scripts/QtScriptsTesting.h"
 
 using namespace velmora;

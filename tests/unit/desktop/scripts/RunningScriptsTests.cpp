@@ -15,12 +15,12 @@
 
 #include "desktop/scripts/QtScripts.h"
 #include "desktop/scripts/ShellStandardError.h"
-#include "testing/LogRecorder.h"
-#include "testing/VirtualRunLoop.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
 #include "testing/files/TemporaryHome.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
+#include "testing/standins/VirtualRunLoop.h"
 #include "testing/window/WhenOpen.h"
 #include "tests/unit/desktop/scripts/QtScriptsTesting.h"
 

@@ -6,11 +6,11 @@
 #include <QTemporaryDir>
 #include <QTimeZone>
 
-#include "testing/LogRecorder.h"
-#include "testing/VirtualRunLoop.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
+#include "testing/standins/VirtualRunLoop.h"
 
 using velmora::desktop::QtUserDefaults;
 using velmora::platform::distantPast;

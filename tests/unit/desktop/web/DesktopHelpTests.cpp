@@ -5,9 +5,9 @@
 #include <QTemporaryDir>
 
 #include "desktop/web/HelpPages.h"
-#include "testing/Scripted.h"
-#include "testing/VirtualRunLoop.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/Scripted.h"
+#include "testing/standins/VirtualRunLoop.h"
 
 using namespace velmora;
 

@@ -15,8 +15,8 @@
 #include <thread>
 
 #include "desktop/runloop/QtRunLoop.h"
-#include "testing/LogRecorder.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
 #include "testing/web/LocalWebServer.h"
 #include "testing/web/TestCertificate.h"
 

@@ -8,7 +8,7 @@
 #include <QLabel>
 
 #include "apps/growth/testing/GrowthApplication.h"
-#include "testing/LogRecorder.h"
+#include "testing/standins/LogRecorder.h"
 
 using namespace velmora;
 using namespace velmora::testkit;

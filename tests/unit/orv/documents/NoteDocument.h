@@ -8,11 +8,11 @@
 
 #include "orv/documents/OrvAutoNameDocument.h"
 #include "platform/controls/Alert.h"
-#include "testing/LogRecorder.h"
-#include "testing/TestServices.h"
 #include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
+#include "testing/standins/TestServices.h"
 
 namespace testing_support {
 

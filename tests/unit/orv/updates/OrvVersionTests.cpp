@@ -6,8 +6,8 @@
 #include <memory>
 #include <utility>
 
-#include "testing/TestServices.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/TestServices.h"
 
 using namespace velmora;
 

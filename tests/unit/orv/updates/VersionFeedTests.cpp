@@ -9,8 +9,8 @@
 #include "desktop/runloop/QtRunLoop.h"
 #include "desktop/web/QtWeb.h"
 #include "orv/updates/OrvVersion.h"
-#include "testing/TestServices.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/TestServices.h"
 #include "testing/web/LocalWebServer.h"
 
 using namespace velmora;

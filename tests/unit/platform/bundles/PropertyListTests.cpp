@@ -9,9 +9,9 @@
 #include <QTemporaryDir>
 #include <QTimeZone>
 
-#include "testing/LogRecorder.h"
 #include "testing/files/Files.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
 
 using namespace velmora;
 

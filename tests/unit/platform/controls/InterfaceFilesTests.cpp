@@ -3,9 +3,9 @@
 #include <QTemporaryDir>
 
 #include "platform/controls/InterfaceFiles.h"
-#include "testing/LogRecorder.h"
 #include "testing/files/Files.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
 
 using velmora::platform::InterfaceFiles;
 using velmora::testkit::LogRecorder;

@@ -10,8 +10,8 @@
 #include <memory>
 #include <stdexcept>
 
-#include "testing/LogRecorder.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
 
 using namespace velmora;
 

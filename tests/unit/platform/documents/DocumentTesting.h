@@ -11,10 +11,10 @@
 #include "platform/documents/Document.h"
 #include "platform/documents/DocumentController.h"
 #include "platform/documents/WindowController.h"
-#include "testing/LogRecorder.h"
-#include "testing/TestServices.h"
 #include "testing/files/Files.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
+#include "testing/standins/TestServices.h"
 
 namespace testing_support {
 

@@ -9,10 +9,10 @@
 #include <memory>
 #include <stdexcept>
 
-#include "testing/LogRecorder.h"
-#include "testing/TestServices.h"
 #include "testing/files/Files.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
+#include "testing/standins/TestServices.h"
 
 using namespace velmora;
 

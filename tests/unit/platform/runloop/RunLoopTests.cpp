@@ -5,10 +5,10 @@
 #include <stdexcept>
 #include <thread>
 
-#include "testing/LogRecorder.h"
-#include "testing/Scripted.h"
-#include "testing/VirtualRunLoop.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/LogRecorder.h"
+#include "testing/standins/Scripted.h"
+#include "testing/standins/VirtualRunLoop.h"
 
 using namespace velmora;
 

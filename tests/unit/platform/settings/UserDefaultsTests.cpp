@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <QTimeZone>
 
-#include "testing/Scripted.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/Scripted.h"
 
 using velmora::platform::distantPast;
 using velmora::testkit::MemoryUserDefaults;

@@ -4,9 +4,9 @@
 // another.
 #include <gtest/gtest.h>
 
-#include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
 #include "testing/files/Files.h"
+#include "testing/standins/LogRecorder.h"
 #include "tests/unit/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/Osirix.h"
 #include "velmora/resources/Notifications.h"

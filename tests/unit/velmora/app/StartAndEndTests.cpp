@@ -4,8 +4,8 @@
 #include <QLabel>
 
 #include "link/protocol/LinkProtocol.h"
-#include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
+#include "testing/standins/LogRecorder.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"

@@ -7,8 +7,8 @@
 #include <memory>
 
 #include "orv/updates/OrvVersion.h"
-#include "testing/TestServices.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/TestServices.h"
 #include "velmora/resources/SettingsKeys.h"
 
 namespace platform = velmora::platform;

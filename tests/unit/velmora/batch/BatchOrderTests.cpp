@@ -3,8 +3,8 @@
 // The order of events: a batch export with its progress window is, to everything that waits for its time, one
 // event in which the posts follow each other.
 #include "link/protocol/LinkProtocol.h"
-#include "testing/LogRecorder.h"
 #include "testing/files/Files.h"
+#include "testing/standins/LogRecorder.h"
 #include "tests/unit/velmora/batch/BatchTesting.h"
 #include "velmora/resources/Notifications.h"
 

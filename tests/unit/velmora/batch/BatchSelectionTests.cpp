@@ -3,9 +3,9 @@
 // Which files of the save folder a batch export takes.
 #include <QElapsedTimer>
 
-#include "testing/LogRecorder.h"
 #include "testing/files/Files.h"
 #include "testing/files/OrdinaryUser.h"
+#include "testing/standins/LogRecorder.h"
 #include "tests/unit/velmora/batch/BatchTesting.h"
 
 using namespace velmora;

@@ -6,8 +6,8 @@
 #include <QWidget>
 
 #include "platform/controls/Alert.h"
-#include "testing/TestServices.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/TestServices.h"
 
 using namespace velmora;
 

@@ -11,8 +11,8 @@
 
 #include "platform/controls/Alert.h"
 #include "platform/controls/TextFieldEditing.h"
-#include "testing/Scripted.h"
-#include "testing/VirtualRunLoop.h"
+#include "testing/standins/Scripted.h"
+#include "testing/standins/VirtualRunLoop.h"
 #include "velmora/document/ShortDates.h"
 
 using namespace velmora;

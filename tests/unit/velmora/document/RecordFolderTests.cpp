@@ -5,8 +5,8 @@
 
 #include <QTemporaryDir>
 
-#include "testing/TestServices.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/TestServices.h"
 #include "velmora/document/PatientLookUp.h"
 #include "velmora/document/VelmoraApplicationDelegate.h"
 #include "velmora/resources/SettingsKeys.h"

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/controls/Alert.h"
-#include "testing/TestServices.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/TestServices.h"
 #include "velmora/document/PrintNotice.h"
 
 using namespace velmora;

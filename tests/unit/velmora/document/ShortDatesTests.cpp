@@ -6,7 +6,7 @@
 #include <QLocale>
 #include <QScopeGuard>
 
-#include "testing/VirtualRunLoop.h"
+#include "testing/standins/VirtualRunLoop.h"
 
 using namespace velmora;
 

@@ -8,9 +8,9 @@
 #include <QPointer>
 #include <stdexcept>
 
-#include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
 #include "testing/files/Files.h"
+#include "testing/standins/LogRecorder.h"
 #include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 

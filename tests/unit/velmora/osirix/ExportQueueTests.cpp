@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
+#include "testing/standins/LogRecorder.h"
 #include "velmora/resources/Notifications.h"
 
 using namespace velmora;

@@ -10,8 +10,8 @@
 #include "base/log/AssertionFailure.h"
 #include "link/protocol/LinkProtocol.h"
 #include "platform/text/DateFormatter.h"
-#include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
+#include "testing/standins/LogRecorder.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;

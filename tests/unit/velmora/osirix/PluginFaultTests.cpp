@@ -5,10 +5,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "testing/LogRecorder.h"
-#include "testing/TestServices.h"
 #include "testing/files/Files.h"
 #include "testing/files/TemporaryHome.h"
+#include "testing/standins/LogRecorder.h"
+#include "testing/standins/TestServices.h"
 #include "tests/robustness/shim/SystemCalls.h"
 #include "tests/unit/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/PluginInstaller.h"

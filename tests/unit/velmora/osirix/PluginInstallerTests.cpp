@@ -11,11 +11,11 @@
 #include <tuple>
 
 #include "platform/bundles/PropertyList.h"
-#include "testing/LogRecorder.h"
-#include "testing/TestServices.h"
 #include "testing/files/Files.h"
 #include "testing/files/OrdinaryUser.h"
 #include "testing/files/TemporaryHome.h"
+#include "testing/standins/LogRecorder.h"
+#include "testing/standins/TestServices.h"
 #include "tests/unit/velmora/osirix/PluginTesting.h"
 #include "velmora/osirix/Osirix.h"
 

@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "link/protocol/LinkProtocol.h"
-#include "testing/LogRecorder.h"
 #include "testing/application/RecordApplication.h"
 #include "testing/files/Files.h"
+#include "testing/standins/LogRecorder.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;

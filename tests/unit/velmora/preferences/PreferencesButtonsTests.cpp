@@ -2,8 +2,8 @@
 //
 // What the buttons of the preferences window do; and a window that lacks some of its controls.
 #include <QTest>
-#include "testing/LogRecorder.h"
 #include "testing/files/Files.h"
+#include "testing/standins/LogRecorder.h"
 #include "tests/unit/velmora/preferences/PreferencesTesting.h"
 #include "velmora/osirix/Osirix.h"
 #include "velmora/resources/FrameworkResources.h"

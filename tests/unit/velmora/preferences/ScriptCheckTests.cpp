@@ -11,8 +11,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "testing/ScriptedScripts.h"
 #include "testing/main/Shown.h"
+#include "testing/standins/ScriptedScripts.h"
 #include "velmora/preferences/ScriptStyles.h"
 
 using velmora::checkScript;

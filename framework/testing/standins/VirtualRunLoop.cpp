@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "testing/VirtualRunLoop.h"
+#include "testing/standins/VirtualRunLoop.h"
 
 #include <cmath>
 

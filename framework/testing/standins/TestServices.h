@@ -11,10 +11,10 @@
 #include "platform/notifications/NotificationCenter.h"
 #include "platform/printing/GraphicsContext.h"
 #include "platform/printing/Printing.h"
-#include "testing/Scripted.h"
-#include "testing/ScriptedScripts.h"
-#include "testing/ScriptedWeb.h"
-#include "testing/VirtualRunLoop.h"
+#include "testing/standins/Scripted.h"
+#include "testing/standins/ScriptedScripts.h"
+#include "testing/standins/ScriptedWeb.h"
+#include "testing/standins/VirtualRunLoop.h"
 
 namespace velmora::testkit {
 

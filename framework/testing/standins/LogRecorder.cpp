@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "testing/LogRecorder.h"
+#include "testing/standins/LogRecorder.h"
 
 #include <chrono>
 #include <condition_variable>

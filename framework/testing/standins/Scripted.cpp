@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "testing/Scripted.h"
+#include "testing/standins/Scripted.h"
 
 #include <QWidget>
 #include <cstdio>

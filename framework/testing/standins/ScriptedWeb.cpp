@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "testing/ScriptedWeb.h"
+#include "testing/standins/ScriptedWeb.h"
 
-#include "testing/Scripted.h"
+#include "testing/standins/Scripted.h"
 
 namespace velmora::testkit {
 

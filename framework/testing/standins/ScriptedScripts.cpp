@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "testing/ScriptedScripts.h"
+#include "testing/standins/ScriptedScripts.h"
 
 namespace velmora::testkit {
 
