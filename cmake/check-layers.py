@@ -32,7 +32,7 @@ BESIDE = {
     "bench/": ["bench/", "base/", "orv/", "platform/", "velmora/"],
     "bridge/orthanc/": ["bridge/orthanc/", "link/protocol/"],
     "bridge/testing/": ["bridge/testing/", "bridge/pacs/", "bridge/dicom/", "testing/"],
-    "demo/": ["demo/", "bridge/dicom/", "bridge/testing/", "testing/"],
+    "demo/": ["demo/", "base/process/", "bridge/dicom/", "bridge/testing/", "testing/"],
 }
 TREES = ["framework", "apps", "bridge", "demo", "bench", "tests"]
 
@@ -50,6 +50,7 @@ DESKTOP_ELSEWHERE = {
     "base/http/": ("QNetwork", "QTimer"),
     "testing/bus/": ("QDBus", "QProcess"),
     "testing/process/": ("QProcess",),
+    "testing/waiting/": ("QTimer",),
     "testing/web/": ("QNetwork", "QProcess", "QTimer"),
     "testing/window/": ("QFileDialog", "QMessageBox", "QTimer"),
 }

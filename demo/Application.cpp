@@ -3,20 +3,30 @@
 
 #include <QFile>
 
+#include "demo/Report.h"
 #include "demo/Stage.h"
 
 namespace demo {
 
-Application::Application(Report& report, const Stage& stage, const QString& program,
-                         const QString& pluginFolder)
-    : process_(report, "application") {
-  const QString socket = stage.workFolder() + "/probe";
-  QFile::remove(socket);  // of an earlier run
+namespace {
+
+QString socketOn(const Stage& stage) { return stage.workFolder() + "/probe"; }
+
+QProcessEnvironment withProbe(const Stage& stage, const QString& pluginFolder) {
   QProcessEnvironment environment = stage.environment();
   environment.insert("QT_PLUGIN_PATH", pluginFolder);
-  environment.insert("QT_QPA_GENERIC_PLUGINS", "velmoraprobe:" + socket);
-  process_.start(program, {}, environment);
-  probe_ = std::make_unique<ProbeClient>(report, socket, process_, 20);
+  environment.insert("QT_QPA_GENERIC_PLUGINS", "velmoraprobe:" + socketOn(stage));
+  return environment;
+}
+
+}  // namespace
+
+Application::Application(Report& report, const Stage& stage, const QString& program,
+                         const QString& pluginFolder)
+    : process_("application", program, withProbe(stage, pluginFolder), report.tracer()) {
+  QFile::remove(socketOn(stage));  // of an earlier run
+  process_.start();
+  probe_ = std::make_unique<ProbeClient>(report, socketOn(stage), process_, 20);
   person_ = std::make_unique<Person>(*probe_);
 }
 
@@ -30,6 +40,11 @@ SeenWindow Application::document(const QString& what, const std::function<bool(c
   return person_->waitFor(
       what, [&](const SeenWindow& window) { return window.name() == "VelmoraDocument" && holds(window); },
       seconds);
+}
+
+void Application::waitForGoodEnd(double seconds) {
+  if (process_.finish(seconds) != 0)
+    throw Differs("the application to end with exit code 0", process_.ending());
 }
 
 void Application::waitForStatus(const QString& text, double seconds) {

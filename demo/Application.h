@@ -4,14 +4,16 @@
 #include <QString>
 #include <memory>
 
-#include "demo/Child.h"
 #include "demo/Person.h"
 #include "demo/ProbeClient.h"
+#include "testing/process/Program.h"
 
 namespace demo {
 
 class Report;
 class Stage;
+
+using namespace velmora::testkit;
 
 /// One run of the application, with the person in front of it. The probe comes to it from its environment;
 /// the program itself is the one that is shipped.
@@ -20,7 +22,7 @@ class Application {
   /// Starts the program; `pluginFolder` holds "generic/" with the probe in it.
   Application(Report& report, const Stage& stage, const QString& program, const QString& pluginFolder);
 
-  Child& process() { return process_; }
+  Program& process() { return process_; }
   ProbeClient& probe() { return *probe_; }
   Person& person() { return *person_; }
 
@@ -29,11 +31,13 @@ class Application {
   /// The document window once it is as `holds` says; `what` names that.
   SeenWindow document(const QString& what, const std::function<bool(const SeenWindow&)>& holds,
                       double seconds = 5);
+  /// Waits for it to end by itself with exit code 0.
+  void waitForGoodEnd(double seconds);
   /// Waits for the status line to show that text.
   void waitForStatus(const QString& text, double seconds);
 
  private:
-  Child process_;
+  Program process_;
   std::unique_ptr<ProbeClient> probe_;
   std::unique_ptr<Person> person_;
 };

@@ -9,7 +9,7 @@
 #include "bridge/testing/SyntheticStudy.h"
 #include "demo/Case.h"
 #include "demo/Report.h"
-#include "demo/Waiting.h"
+#include "testing/waiting/Waiting.h"
 #include "testing/web/WebDriver.h"
 
 namespace demo {
@@ -83,8 +83,8 @@ void PacsRoad::startTheService() {
                  .arg(pacs.calledAETitle, pacs.callingAETitle, cast_.applicationIdentifier)
                  .toUtf8());
   file.close();
-  service_ = std::make_unique<Child>(report_, "service");
-  service_->start(cast_.link, {"serve"}, stage_.environment());
+  service_ = std::make_unique<Program>("service", cast_.link, stage_.environment(), report_.tracer());
+  service_->start({"serve"});
   service_->waitForLine("listening", 20);
   const QString answers = link({"check"});
   expect(!answers.contains("wrong"), "\"velmora-link check\" to find nothing wrong", answers);
@@ -188,10 +188,9 @@ void PacsRoad::checkTheStoredObject() {
   report_.saw("the frame is the chart, byte by byte");
 
   keep("capture.dcm", archive_.fileOf(storedUid_));
-  Child validator(report_, "dciodvfy");
-  validator.start("dciodvfy", {cast_.out + "/capture.dcm"}, stage_.environment());
-  expect(validator.waitForEnd(30) == 0, "dciodvfy to take the object", validator.ending());
-  for (const Child::Line& line : validator.lines())
+  Program validator("dciodvfy", "dciodvfy", stage_.environment(), report_.tracer());
+  expect(validator.run({cast_.out + "/capture.dcm"}) == 0, "dciodvfy to take the object", validator.ending());
+  for (const Program::Line& line : validator.lines())
     expect(!line.text.contains("Error") && !line.text.contains("Warning"), "nothing from dciodvfy",
            line.text);
   report_.saw("dciodvfy has neither error nor warning");
@@ -215,7 +214,7 @@ void PacsRoad::endAndTakeStock() {
          QString("%1, %2, %3").arg(count("waiting")).arg(count("stored")).arg(count("setAside")));
   const QString stored = status["stored"]["items"][0]["sopInstanceUID"].toString();
   expect(stored == storedUid_, "the stored object in the list", stored);
-  service_->stop();
+  service_->terminate();
   service_.reset();
   report_.saw("\"velmora-link status\": nothing waits, one stored as " + stored + ", nothing set aside");
 }
@@ -226,15 +225,11 @@ void PacsRoad::keepEverything(const QString& shot) {
 }
 
 QString PacsRoad::link(const QStringList& arguments) {
-  Child program(report_, "velmora-link");
-  program.start(cast_.link, arguments, stage_.environment());
-  const int code = program.waitForEnd(60);
-  QString printed;
-  for (const Child::Line& line : program.lines()) printed += line.text + '\n';
-  if (code != 0)
+  Program program("velmora-link", cast_.link, stage_.environment(), report_.tracer());
+  if (program.run(arguments) != 0)
     throw Differs("velmora-link " + arguments.first() + " to end with 0",
-                  QString::number(code) + ", " + printed);
-  return printed;
+                  program.ending() + ", " + program.output());
+  return program.output();
 }
 
 QJsonValue PacsRoad::page(const QString& until, const QString& script, const QString& picture) {

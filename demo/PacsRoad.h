@@ -42,7 +42,7 @@ class PacsRoad : public Road {
 
   bridge_testing::Orthanc archive_;
   bridge::Study study_;
-  std::unique_ptr<Child> service_;
+  std::unique_ptr<Program> service_;
   QByteArray sent_;    // the chart, as it left the application
   QString storedUid_;  // of the object that it has become
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "demo/Person.h"
 
-#include "demo/Waiting.h"
+#include "testing/waiting/Waiting.h"
 
 namespace demo {
 

@@ -4,9 +4,9 @@
 #include <QFile>
 #include <QJsonDocument>
 
-#include "demo/Child.h"
 #include "demo/Report.h"
-#include "demo/Waiting.h"
+#include "testing/process/Program.h"
+#include "testing/waiting/Waiting.h"
 
 namespace demo {
 
@@ -21,7 +21,7 @@ QString compact(const QJsonObject& object) {
 
 }  // namespace
 
-ProbeClient::ProbeClient(Report& report, const QString& socket, Child& application, double seconds)
+ProbeClient::ProbeClient(Report& report, const QString& socket, Program& application, double seconds)
     : report_(report), application_(application) {
   QObject::connect(&socket_, &QLocalSocket::readyRead, &socket_, [this] { read(); });
   const bool connected = waitUntil(seconds, [&] {

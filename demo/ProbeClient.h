@@ -8,10 +8,13 @@
 #include <QString>
 #include <optional>
 
+#include "testing/process/Program.h"
+
 namespace demo {
 
-class Child;
 class Report;
+
+using namespace velmora::testkit;
 
 /// The driver's end of the probe inside the application.
 class ProbeClient {
@@ -24,7 +27,7 @@ class ProbeClient {
   };
 
   /// Connects to the probe in `application` at that socket as soon as it is there.
-  ProbeClient(Report& report, const QString& socket, Child& application, double seconds);
+  ProbeClient(Report& report, const QString& socket, Program& application, double seconds);
 
   /// The windows that are visible now, as the probe describes them. Throws once the application has gone.
   QJsonArray windows();
@@ -41,7 +44,7 @@ class ProbeClient {
   void read();
 
   Report& report_;
-  Child& application_;
+  Program& application_;
   QLocalSocket socket_;
   int lastId_ = 0;
   std::optional<QJsonObject> reply_;

@@ -21,6 +21,10 @@ void Report::trace(const QString& who, const QString& what) {
   file_.flush();
 }
 
+Program::Trace Report::tracer() {
+  return [this](const QString& who, const QString& what) { trace(who, what); };
+}
+
 void Report::say(const QString& line) {
   std::printf("%s\n", qUtf8Printable(line));
   std::fflush(stdout);

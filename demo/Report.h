@@ -6,7 +6,11 @@
 #include <QString>
 #include <QStringList>
 
+#include "testing/process/Program.h"
+
 namespace demo {
+
+using namespace velmora::testkit;
 
 /// Tells what happens: a line on the terminal for each step, and everything that was seen in trace.txt.
 class Report {
@@ -16,6 +20,8 @@ class Report {
 
   /// A line for the trace: who says it, and what.
   void trace(const QString& who, const QString& what);
+  /// The same, for those who are to write there.
+  Program::Trace tracer();
 
   /// A step begins. What it then sees is gathered for its line.
   void begin(int number, const QString& title);

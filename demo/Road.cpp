@@ -7,7 +7,7 @@
 
 #include "demo/Case.h"
 #include "demo/Report.h"
-#include "demo/Waiting.h"
+#include "testing/waiting/Waiting.h"
 
 namespace demo {
 

@@ -10,7 +10,7 @@
 #include "demo/Case.h"
 #include "demo/ChartPicture.h"
 #include "demo/Report.h"
-#include "demo/Waiting.h"
+#include "testing/waiting/Waiting.h"
 
 namespace demo {
 
@@ -27,7 +27,7 @@ void Road::exportToTheViewer() {
   viewer_.listen(2);
   const SeenWindow document = application_->document();
   const QSize size = document.size("tabView");
-  Child& process = application_->process();
+  Program& process = application_->process();
   const qsizetype from = process.lines().size();
 
   exportChart();
@@ -192,13 +192,12 @@ void Road::quit(bool unsavedChanges) {
     shots("quit-question");
     person().press(alert, "Save");
   }
-  if (const int code = application_->process().waitForEnd(15); code != 0)
-    throw Differs("the application to end with exit code 0", QString("exit code %1").arg(code));
+  application_->waitForGoodEnd(15);
 }
 
 void Road::shots(const QString& shot) {
   const QString prefix = QString("%1-%2-").arg(report_.number(), 2, 10, QChar(u'0')).arg(shot);
-  if (stage_.screenIsVirtual())  // on a user's own screen there are things that are not the demonstration's
+  if (stage_.hasVirtualScreen())  // on a user's own screen there are things that are not the demonstration's
     application_->probe().ask({{"do", "screen"}, {"file", cast_.out + "/screens/" + prefix + "screen.png"}});
   const QJsonObject answer =
       application_->probe().ask({{"do", "shots"}, {"folder", cast_.out + "/screens"}, {"prefix", prefix}});

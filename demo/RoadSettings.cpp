@@ -7,7 +7,7 @@
 
 #include "demo/Report.h"
 #include "demo/Road.h"
-#include "demo/Waiting.h"
+#include "testing/waiting/Waiting.h"
 
 namespace demo {
 

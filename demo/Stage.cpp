@@ -4,50 +4,19 @@
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
-#include <QRandomGenerator>
 #include <QScreen>
-#include <QStandardPaths>
 
 #include "demo/Report.h"
-#include "demo/Waiting.h"
+#include "testing/waiting/Waiting.h"
 
 namespace demo {
 
 namespace {
 
-constexpr const char* ScreenSize = "1280x1024";
-
-QString programNamed(const QString& name) {
-  const QString path = QStandardPaths::findExecutable(name);
-  if (path.isEmpty()) throw Differs("the program " + name + " on this machine", "none");
-  return path;
-}
-
 void write(const QString& path, const QByteArray& bytes) {
   QFile file(path);
   if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
     throw Differs("to write " + path, file.errorString());
-}
-
-// No folders of services: what nobody on the stage started does not run.
-QByteArray busConfiguration(const QString& socketFolder) {
-  return "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\"\n"
-         " \"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
-         "<busconfig>\n"
-         "  <type>session</type>\n"
-         "  <listen>unix:dir=" +
-         socketFolder.toUtf8() +
-         "</listen>\n"
-         "  <auth>EXTERNAL</auth>\n"
-         "  <policy context=\"default\">\n"
-         "    <allow send_destination=\"*\" eavesdrop=\"true\"/>\n"
-         "    <allow eavesdrop=\"true\"/>\n"
-         "    <allow own=\"*\"/>\n"
-         "  </policy>\n"
-         "  <limit name=\"max_message_size\">134217728</limit>\n"
-         "  <limit name=\"max_incoming_bytes\">1000000000</limit>\n"
-         "  <limit name=\"max_outgoing_bytes\">1000000000</limit>\n"
-         "</busconfig>\n";
 }
 
 }  // namespace
@@ -78,17 +47,17 @@ Stage::Stage(Report& report, Screen screen, const QString& program, const QStrin
   environment_.insert("LC_ALL", locale + ".UTF-8");
   environment_.insert("QT_QPA_PLATFORM", "xcb");
 
-  startBus();
-  if (users)
+  bus_ =
+      std::make_unique<PrivateBus>(PrivateBus::Start::Now, PrivateBus::Activation::Nothing, report_.tracer());
+  environment_.insert("DBUS_SESSION_BUS_ADDRESS", bus_->address());
+  if (users) {
     screenDescription_ = "the user's screen " + environment_.value("DISPLAY");
-  else
-    startVirtualScreen();
-}
-
-Stage::~Stage() {
-  windowManager_.reset();
-  virtualScreen_.reset();
-  bus_.reset();
+  } else {
+    screen_ = std::make_unique<VirtualScreen>(VirtualScreen::WindowManager::Openbox, environment_,
+                                              report_.tracer());
+    screen_->addTo(environment_);
+    screenDescription_ = screen_->description();
+  }
 }
 
 void Stage::installDesktopEntry(const QString& identifier, const QString& name) const {
@@ -98,70 +67,11 @@ void Stage::installDesktopEntry(const QString& identifier, const QString& name) 
         "[Desktop Entry]\nType=Application\nName=" + name.toUtf8() + "\nExec=/bin/false\n");
 }
 
-void Stage::startBus() {
-  const QString configuration = folder_.path() + "/bus.conf";
-  write(configuration, busConfiguration(folder_.path() + "/runtime"));
-  bus_ = std::make_unique<Child>(report_, "bus");
-  bus_->start(programNamed("dbus-daemon"),
-              {"--config-file=" + configuration, "--nofork", "--print-address=1"}, environment_);
-  environment_.insert("DBUS_SESSION_BUS_ADDRESS", bus_->waitForLine("unix:", 10).text);
-}
-
-QByteArray Stage::screenKey() {
-  // One entry of an Xauthority file: any family, no address, any screen number, the method's name, the key;
-  // each with its length before it, two bytes, the high one first.
-  QByteArray key(16, '\0');
-  for (char& byte : key) byte = static_cast<char>(QRandomGenerator::system()->bounded(256));
-  const QByteArray name = "MIT-MAGIC-COOKIE-1";
-  const auto counted = [](const QByteArray& bytes) {
-    return QByteArray(1, '\0') + QByteArray(1, static_cast<char>(bytes.size())) + bytes;
-  };
-  return QByteArray("\xff\xff", 2) + counted({}) + counted({}) + counted(name) + counted(key);
-}
-
-void Stage::startVirtualScreen() {
-  const QString keyFile = folder_.path() + "/runtime/screen-key";
-  write(keyFile, screenKey());
-  environment_.insert("XAUTHORITY", keyFile);
-  virtualScreen_ = std::make_unique<Child>(report_, "screen");
-  virtualScreen_->start(programNamed("Xvfb"),
-                        {"-displayfd", "1", "-screen", "0", QString(ScreenSize) + "x24", "-nolisten", "tcp",
-                         "-noreset", "-auth", keyFile},
-                        environment_);
-  // The line that is nothing but the screen's number says that it is ready.
-  QString number;
-  if (!waitUntil(20,
-                 [&] {
-                   for (const Child::Line& line : virtualScreen_->lines()) {
-                     bool isNumber = false;
-                     line.text.toInt(&isNumber);
-                     if (isNumber) number = line.text;
-                   }
-                   return !number.isEmpty() || !virtualScreen_->running();
-                 }) ||
-      number.isEmpty())
-    throw Differs("a virtual screen within 20 s", virtualScreen_->lines().isEmpty()
-                                                      ? QString("nothing")
-                                                      : virtualScreen_->lines().last().text);
-  environment_.insert("DISPLAY", ':' + number);
-
-  windowManager_ = std::make_unique<Child>(report_, "openbox");
-  windowManager_->start(programNamed("openbox"), {"--sm-disable", "--startup", "/bin/echo ready"},
-                        environment_);
-  windowManager_->waitForLine("ready", 20);
-  screenDescription_ = QString("a virtual screen :%1 of %2, openbox").arg(number, ScreenSize);
-}
-
 bool Stage::usersScreenWorks(const QString& program) {
   if (environment_.value("DISPLAY").isEmpty()) return false;
   QProcessEnvironment environment = environment_;
   environment.insert("QT_QPA_PLATFORM", "xcb");
-  QProcess check;
-  check.setProcessEnvironment(environment);
-  check.setProcessChannelMode(QProcess::MergedChannels);
-  check.start(program, {"--check-screen"});
-  const bool ended = check.waitForFinished(20000);
-  const bool works = ended && check.exitStatus() == QProcess::NormalExit && check.exitCode() == 0;
+  const bool works = Program(program, environment).run({"--check-screen"}) == 0;
   if (!works) report_.trace("demo", "the screen " + environment_.value("DISPLAY") + " does not work");
   return works;
 }

@@ -6,11 +6,14 @@
 #include <QTemporaryDir>
 #include <memory>
 
-#include "demo/Child.h"
+#include "testing/bus/PrivateBus.h"
+#include "testing/process/VirtualScreen.h"
 
 namespace demo {
 
 class Report;
+
+using namespace velmora::testkit;
 
 /// What the demonstration plays on: an empty home folder, a session bus of its own on which nothing is
 /// started by itself, and a screen, which is the user's or, where there is none, a virtual one with a window
@@ -22,7 +25,6 @@ class Stage {
   /// Sets everything up; throws with the reason when a part is missing. `program` is this program's own path,
   /// `locale` the language that the programs on the stage are told, as in "de_DE".
   Stage(Report& report, Screen screen, const QString& program, const QString& locale = "C");
-  ~Stage();
 
   /// The home folder: "<home>/Desktop" and "<home>/Documents" exist, nothing else does.
   QString home() const { return folder_.path() + "/home"; }
@@ -35,25 +37,21 @@ class Stage {
   const QProcessEnvironment& environment() const { return environment_; }
   /// "virtual screen :99, 1280 x 1024, openbox" or "the user's screen :0".
   QString screenDescription() const { return screenDescription_; }
-  bool screenIsVirtual() const { return virtualScreen_ != nullptr; }
+  bool hasVirtualScreen() const { return screen_ != nullptr; }
 
   /// Whether a program can show windows on the screen that the environment names. Ends the process when it
   /// cannot, so it is asked of another process: `velmora-demo --check-screen`.
   static int checkScreen(int argc, char** argv);
 
  private:
-  void startBus();
-  void startVirtualScreen();
   bool usersScreenWorks(const QString& program);
-  QByteArray screenKey();
 
   Report& report_;
   QTemporaryDir folder_;
   QProcessEnvironment environment_;
   QString screenDescription_;
-  std::unique_ptr<Child> bus_;
-  std::unique_ptr<Child> virtualScreen_;
-  std::unique_ptr<Child> windowManager_;
+  std::unique_ptr<PrivateBus> bus_;
+  std::unique_ptr<VirtualScreen> screen_;
 };
 
 }  // namespace demo

@@ -4,8 +4,9 @@
 #include <QFile>
 #include <QJsonDocument>
 
+#include "demo/Report.h"
 #include "demo/Stage.h"
-#include "demo/Waiting.h"
+#include "testing/waiting/Waiting.h"
 
 namespace demo {
 
@@ -14,29 +15,24 @@ Viewer::Viewer(Report& report, const Stage& stage, const QString& link, const QS
     : report_(report), stage_(stage), link_(link), application_(application), folder_(folder) {}
 
 void Viewer::pick(const Study& study) {
-  Child request(report_, "viewer");
-  request.start(link_,
-                {"request", "--application", application_, "--identifier", study.identifier, "--name",
+  Program request("viewer", link_, stage_.environment(), report_.tracer());
+  request.start({"request", "--application", application_, "--identifier", study.identifier, "--name",
                  study.name, "--birth-date", study.birthDate.toString(Qt::ISODate), "--study-date",
-                 study.studyDate.toString(Qt::ISODate), "--study-id", study.studyId},
-                stage_.environment());
-  if (const int code = request.waitForEnd(15); code != 0)
-    throw Differs("the viewer to send the request", QString("exit code %1").arg(code));
+                 study.studyDate.toString(Qt::ISODate), "--study-id", study.studyId});
+  if (request.finish(15) != 0) throw Differs("the viewer to send the request", request.ending());
 }
 
 void Viewer::listen(int replies) {
-  listening_ = std::make_unique<Child>(report_, "viewer");
-  listening_->start(link_,
-                    {"receive", "--application", application_, "--out", folder_, "--count",
-                     QString::number(replies), "--timeout", "60"},
-                    stage_.environment());
+  listening_ = std::make_unique<Program>("viewer", link_, stage_.environment(), report_.tracer());
+  listening_->start({"receive", "--application", application_, "--out", folder_, "--count",
+                     QString::number(replies), "--timeout", "60"});
   listening_->waitForLine("listening", 15);
 }
 
 Viewer::Reply Viewer::nextReply(double seconds) {
   const QString name = QString("%1").arg(++received_, 4, 10, QChar(u'0'));
   Reply reply;
-  const Child::Line line = listening_->waitForLine(name + '\t', seconds);
+  const Program::Line line = listening_->waitForLine(name + '\t', seconds);
   reply.at = line.at;
   reply.complaints = line.text.section('\t', 6);
   QFile jpeg(folder_ + '/' + name + ".jpg");
@@ -50,8 +46,8 @@ Viewer::Reply Viewer::nextReply(double seconds) {
 }
 
 void Viewer::finished(double seconds) {
-  if (const int code = listening_->waitForEnd(seconds); code != 0)
-    throw Differs("the viewer's process to end well", QString("exit code %1").arg(code));
+  if (listening_->finish(seconds) != 0)
+    throw Differs("the viewer's process to end well", listening_->ending());
 }
 
 }  // namespace demo

@@ -6,12 +6,14 @@
 #include <QString>
 #include <memory>
 
-#include "demo/Child.h"
+#include "testing/process/Program.h"
 
 namespace demo {
 
 class Report;
 class Stage;
+
+using namespace velmora::testkit;
 
 /// The study that is picked in the viewer.
 struct Study {
@@ -54,7 +56,7 @@ class Viewer {
   QString link_;
   QString application_;
   QString folder_;
-  std::unique_ptr<Child> listening_;
+  std::unique_ptr<Program> listening_;
   int received_ = 0;
 };
 

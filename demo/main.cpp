@@ -5,18 +5,20 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 
+#include "base/process/SignalHandler.h"
 #include "demo/PacsRoad.h"
 #include "demo/Report.h"
 #include "demo/Road.h"
 #include "demo/Stage.h"
-#include "demo/Waiting.h"
+#include "testing/waiting/Waiting.h"
+
+using namespace velmora::testkit;
 
 namespace {
-
-using demo::Differs;
 
 // An earlier run's folder is used again; a folder with other things in it is not touched.
 QString preparedFolder(const QString& wanted) {
@@ -79,7 +81,7 @@ int play(const QCommandLineParser& options, const QString& out) {
     } else {
       ending = QString("demo: step %1 differs").arg(report.number());
     }
-  } catch (const demo::Interrupted&) {
+  } catch (const Interrupted&) {
     ending = "demo: stopped on request";
     code = 130;
   } catch (const std::exception& error) {
@@ -108,7 +110,8 @@ int main(int argc, char** argv) {
                       {"application", "The application to play with.", "program", beside("growth")},
                       {"link", "The program at the viewer's end.", "program", beside("velmora-link")}});
   options.process(application);
-  demo::interruptibleBySignals();
+  const velmora::base::SignalHandler signals(
+      {{SIGINT, false, true}, {SIGTERM, false, true}, {SIGHUP, false, true}}, interrupt);
   try {
     return play(options, preparedFolder(options.value("out")));
   } catch (const std::exception& error) {

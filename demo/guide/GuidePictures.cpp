@@ -10,8 +10,8 @@
 
 #include "demo/Report.h"
 #include "demo/Viewer.h"
-#include "demo/Waiting.h"
 #include "demo/guide/SmallPicture.h"
+#include "testing/waiting/Waiting.h"
 
 namespace demo {
 
@@ -159,8 +159,7 @@ void GuidePictures::quit() {
     return seen.isAlert() && seen.active();
   });
   person().press("Return");
-  if (const int code = application_->process().waitForEnd(15); code != 0)
-    throw Differs("the application to end with exit code 0", QString("exit code %1").arg(code));
+  application_->waitForGoodEnd(15);
 }
 
 QString GuidePictures::taken(const QString& name) const {

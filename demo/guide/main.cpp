@@ -6,11 +6,15 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
+#include <csignal>
 #include <cstdio>
 
+#include "base/process/SignalHandler.h"
 #include "demo/Report.h"
-#include "demo/Waiting.h"
 #include "demo/guide/GuidePictures.h"
+#include "testing/waiting/Waiting.h"
+
+using namespace velmora::testkit;
 
 namespace {
 
@@ -38,7 +42,7 @@ int take(const QCommandLineParser& options) {
     time.start();
     try {
       demo::GuidePictures(report, cast, language, folder, QCoreApplication::applicationFilePath()).take();
-    } catch (const demo::Interrupted&) {
+    } catch (const Interrupted&) {
       throw;
     } catch (const std::exception& error) {
       traceFolder.setAutoRemove(false);
@@ -71,10 +75,11 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "guide: --guide is missing\n");
     return 2;
   }
-  demo::interruptibleBySignals();
+  const velmora::base::SignalHandler signals(
+      {{SIGINT, false, true}, {SIGTERM, false, true}, {SIGHUP, false, true}}, interrupt);
   try {
     return take(options);
-  } catch (const demo::Interrupted&) {
+  } catch (const Interrupted&) {
     std::fprintf(stderr, "guide: stopped on request\n");
     return 130;
   } catch (const std::exception& error) {

@@ -10,11 +10,9 @@
 
 #include "base/Export.h"
 #include "platform/notifications/NotificationCenter.h"
+#include "testing/waiting/Waiting.h"
 
 namespace velmora::testkit {
-
-/// Far longer than anything between two processes takes: reached only when something is broken.
-inline constexpr std::chrono::seconds Patience{30};
 
 /// Collects notifications on any thread, for a test to take one after the other.
 class VELMORA_EXPORT Mailbox {

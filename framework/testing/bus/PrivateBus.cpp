@@ -5,17 +5,44 @@
 #include <csignal>
 
 #include <QFile>
-#include <stdexcept>
+#include <utility>
+
+#include "testing/files/Files.h"
 
 namespace velmora::testkit {
 
 namespace {
-constexpr int Patience = 30000;  // milliseconds; reached only when something is broken
-}
 
-PrivateBus::PrivateBus(Start start) : socket_(folder_.filePath(QStringLiteral("bus"))) {
-  // The bus leaves a few remarks of its own on standard error; they belong to no test.
-  daemon_.setStandardErrorFile(QProcess::nullDevice());
+// As that of a session, but without folders of services.
+constexpr char WithoutServices[] =
+    R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:tmpdir=/tmp</listen> <!-- there must be one; the command line has another -->
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+  <limit name="max_message_size">134217728</limit>
+  <limit name="max_incoming_bytes">1000000000</limit>
+  <limit name="max_outgoing_bytes">1000000000</limit>
+</busconfig>
+)";
+
+}  // namespace
+
+PrivateBus::PrivateBus(Start start, Activation activation, Program::Trace trace)
+    : socket_(folder_.filePath(QStringLiteral("bus"))),
+      configuration_(QStringLiteral("--session")),
+      trace_(std::move(trace)) {
+  if (activation == Activation::Nothing) {
+    const QString file = folder_.filePath(QStringLiteral("bus.conf"));
+    writeFile(file, WithoutServices);
+    configuration_ = QStringLiteral("--config-file=") + file;
+  }
   if (start == Start::Now) this->start();
 }
 
@@ -35,22 +62,16 @@ QProcessEnvironment PrivateBus::environment() const {
 }
 
 void PrivateBus::start() {
-  daemon_.start(QStringLiteral("dbus-daemon"),
-                {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--nopidfile"),
-                 QStringLiteral("--print-address"), QStringLiteral("--address=") + address()});
-  while (!daemon_.canReadLine()) {
-    if (!daemon_.waitForReadyRead(Patience)) throw std::runtime_error("dbus-daemon does not start");
-  }
-  statedAddress_ = QString::fromLocal8Bit(daemon_.readLine()).trimmed();
+  daemon_ = std::make_unique<Program>(QStringLiteral("bus"), QStringLiteral("dbus-daemon"),
+                                      QProcessEnvironment::systemEnvironment(), trace_);
+  daemon_->start({configuration_, QStringLiteral("--nofork"), QStringLiteral("--nopidfile"),
+                  QStringLiteral("--print-address"), QStringLiteral("--address=") + address()});
+  statedAddress_ = daemon_->waitForLine(QStringLiteral("unix:")).text;
 }
 
 void PrivateBus::stop() {
-  if (daemon_.state() == QProcess::NotRunning) return;
-  daemon_.terminate();
-  if (!daemon_.waitForFinished(Patience)) {
-    daemon_.kill();
-    daemon_.waitForFinished(Patience);
-  }
+  if (!daemon_ || !daemon_->running()) return;
+  daemon_->terminate();
   QFile::remove(socket_);
 }
 
@@ -59,7 +80,7 @@ void PrivateBus::freeze() { signal(SIGSTOP); }
 void PrivateBus::resume() { signal(SIGCONT); }
 
 void PrivateBus::signal(int number) {
-  if (daemon_.state() != QProcess::NotRunning) ::kill(static_cast<pid_t>(daemon_.processId()), number);
+  if (daemon_ && daemon_->running()) ::kill(static_cast<pid_t>(daemon_->processId()), number);
 }
 
 }  // namespace velmora::testkit

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #pragma once
 
-#include <QProcess>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QTemporaryDir>
+#include <memory>
 
 #include "base/Export.h"
+#include "testing/process/Program.h"
 
 namespace velmora::testkit {
 
@@ -15,9 +16,12 @@ namespace velmora::testkit {
 class VELMORA_EXPORT PrivateBus {
  public:
   enum class Start { Now, Later };
+  /// What the bus starts when somebody asks for it: what the machine has installed for that, or nothing.
+  enum class Activation { Installed, Nothing };
 
-  /// Throws std::runtime_error when the bus does not come up.
-  explicit PrivateBus(Start start = Start::Now);
+  /// Throws Differs when the bus does not come up. What the daemon says goes to the trace.
+  explicit PrivateBus(Start start = Start::Now, Activation activation = Activation::Installed,
+                      Program::Trace trace = {});
   /// A bus that will be at an address of somebody else's; not yet started.
   explicit PrivateBus(const QString& address);
   ~PrivateBus();
@@ -46,7 +50,9 @@ class VELMORA_EXPORT PrivateBus {
 
   QTemporaryDir folder_;
   QString socket_;
-  QProcess daemon_;
+  QString configuration_;
+  Program::Trace trace_;
+  std::unique_ptr<Program> daemon_;
   QString statedAddress_;
 };
 

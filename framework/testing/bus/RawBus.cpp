@@ -63,7 +63,7 @@ QString RawBus::address() const {
   return QStringLiteral("unix:path=") + folder_.filePath(QStringLiteral("bus"));
 }
 
-bool RawBus::waitForSubscriptions(int subscriptions, std::chrono::milliseconds limit) {
+bool RawBus::waitForSubscriptions(int subscriptions, std::chrono::duration<double> limit) {
   std::unique_lock lock(mutex_);
   return changed_.wait_for(lock, limit, [&] {
     for (const Connection& connection : connections_) {
@@ -73,7 +73,7 @@ bool RawBus::waitForSubscriptions(int subscriptions, std::chrono::milliseconds l
   });
 }
 
-bool RawBus::waitForConnections(int connections, std::chrono::milliseconds limit) {
+bool RawBus::waitForConnections(int connections, std::chrono::duration<double> limit) {
   std::unique_lock lock(mutex_);
   return changed_.wait_for(lock, limit, [&] { return accepted_ >= connections; });
 }

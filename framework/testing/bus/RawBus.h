@@ -35,9 +35,9 @@ class VELMORA_EXPORT RawBus {
   QString address() const;
 
   /// Waits until a program has asked for `subscriptions` notifications on one connection.
-  bool waitForSubscriptions(int subscriptions, std::chrono::milliseconds limit);
+  bool waitForSubscriptions(int subscriptions, std::chrono::duration<double> limit);
   /// Waits until that many connections have come in.
-  bool waitForConnections(int connections, std::chrono::milliseconds limit);
+  bool waitForConnections(int connections, std::chrono::duration<double> limit);
 
   /// Sends to the program that asked for notifications last. False when it hangs up.
   bool send(const QByteArray& bytes);

@@ -6,7 +6,6 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
-#include <QTest>
 
 #include "testing/standins/Scripted.h"
 
@@ -69,14 +68,6 @@ void press(QDialog& dialog, const QString& button) {
   }
   reportFailure(QStringLiteral("no button ") + button);
   dialog.reject();
-}
-
-void letEventsPass() {
-  for (int i = 0; i < 20; ++i) QCoreApplication::processEvents();
-}
-
-void waitUntil(const std::function<bool()>& holds) {
-  if (!QTest::qWaitFor(holds, 30000)) reportFailure(QStringLiteral("what was waited for does not come"));
 }
 
 }  // namespace velmora::testkit

@@ -43,9 +43,5 @@ class VELMORA_EXPORT Person : public QObject {
 
 /// Presses the button of that title in the dialog that is open.
 VELMORA_EXPORT void press(QDialog& dialog, const QString& button);
-/// Lets what is due now happen, several times over.
-VELMORA_EXPORT void letEventsPass();
-/// Waits until `holds`; fails the test when it never does.
-VELMORA_EXPORT void waitUntil(const std::function<bool()>& holds);
 
 }  // namespace velmora::testkit

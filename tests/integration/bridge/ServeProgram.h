@@ -25,10 +25,10 @@ class ServeProgram : public Program {
       : Program(QStringLiteral(VELMORA_LINK), bus.environment()) {
     start({text("serve"), text("--config"), config});
   }
-  /// Reads up to the line that begins so; null when none comes.
+  /// Reads up to the line that begins so.
   QString lineWith(const char* beginning) { return readLineWith(text(beginning)); }
   /// Waits for a complaint that begins so.
-  bool complains(const char* beginning) { return waitForError(text("velmora-link: ") + text(beginning)); }
+  void waitForComplaint(const char* beginning) { waitForError(text("velmora-link: ") + text(beginning)); }
 };
 
 /// The SOP Instance UID at the end of a "taken" or "stored" line.

@@ -5,18 +5,18 @@
 #include <QImage>
 #include <QTemporaryDir>
 
-#include "demo/Child.h"
 #include "demo/Person.h"
 #include "demo/ProbeClient.h"
 #include "demo/Report.h"
-#include "demo/Waiting.h"
+#include "testing/process/Program.h"
+#include "testing/waiting/Waiting.h"
 
-using demo::Child;
-using demo::Differs;
 using demo::Person;
 using demo::ProbeClient;
 using demo::Report;
 using demo::SeenWindow;
+using velmora::testkit::Differs;
+using velmora::testkit::Program;
 
 namespace {
 
@@ -25,15 +25,18 @@ constexpr double Patience = 30;
 class Probe : public testing::Test {
  protected:
   void SetUp() override {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("QT_PLUGIN_PATH", PROBE_PLUGIN_FOLDER);
-    environment.insert("QT_QPA_GENERIC_PLUGINS", "velmoraprobe:" + folder_.filePath("socket"));
-    subject_.start(PROBE_SUBJECT, {}, environment);
+    subject_.start();
     probe_ = std::make_unique<ProbeClient>(report_, folder_.filePath("socket"), subject_, Patience);
     person_ = std::make_unique<Person>(*probe_);
     window_ = named("Subject");
   }
 
+  QProcessEnvironment environment() const {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_PLUGIN_PATH", PROBE_PLUGIN_FOLDER);
+    environment.insert("QT_QPA_GENERIC_PLUGINS", "velmoraprobe:" + folder_.filePath("socket"));
+    return environment;
+  }
   SeenWindow named(const QString& name) {
     return person_->waitFor(
         name, [&](const SeenWindow& window) { return window.name() == name; }, Patience);
@@ -49,7 +52,7 @@ class Probe : public testing::Test {
 
   QTemporaryDir folder_;
   Report report_{folder_.path()};
-  Child subject_{report_, "subject"};
+  Program subject_{"subject", PROBE_SUBJECT, environment(), report_.tracer()};
   std::unique_ptr<ProbeClient> probe_;
   std::unique_ptr<Person> person_;
   SeenWindow window_;
@@ -199,7 +202,7 @@ TEST_F(Probe, SaysWhenThePictureCannotBeWritten) {
 }
 
 TEST_F(Probe, AnApplicationThatEndsIsNoticedAtOnce) {
-  subject_.stop();
+  subject_.terminate();
   EXPECT_THROW(person_->look(), Differs);
 }
 

@@ -10,11 +10,11 @@
 #include <QSettings>
 #include <algorithm>
 
-#include "demo/Waiting.h"
 #include "testing/files/Files.h"
+#include "testing/waiting/Waiting.h"
 
-using demo::Differs;
 using demo::SeenWindow;
+using velmora::testkit::Differs;
 
 namespace journey {
 
@@ -155,7 +155,7 @@ void Journey::changeTheTab() {
 
 void Journey::rememberRecentDocuments() {
   hands_->choose({"fileMenu", "openRecentMenu", "doRememberRecentDocuments"});
-  expect(demo::waitUntil(Patience, [&] { return stored("Remember Recent Documents").toBool(); }),
+  expect(velmora::testkit::waitUntil(Patience, [&] { return stored("Remember Recent Documents").toBool(); }),
          "recent documents to be remembered", "they are not");
 }
 
@@ -218,7 +218,7 @@ void Journey::exportABatch() {
   hands_->fill("BatchExport", "howManyDaysField", "3");
   press("BatchExport", "Export");
   const QString folder = stage_.home() + "/Desktop";
-  expect(demo::waitUntil(Patience, [&] { return QFile::exists(chartPath()); }), chartPath(),
+  expect(velmora::testkit::waitUntil(Patience, [&] { return QFile::exists(chartPath()); }), chartPath(),
          velmora::testkit::fileNames(folder).join(", "));
   application_->person().waitUntilScreen(
       "one window",
@@ -241,8 +241,7 @@ void Journey::openTheRecent() {
 
 void Journey::quit() {
   hands_->choose({"fileMenu", "doQuit"});
-  const int code = application_->process().waitForEnd(Patience);
-  expect(code == 0, "the program to end with exit code 0", QString("exit code %1").arg(code));
+  application_->waitForGoodEnd(Patience);
 }
 
 void Journey::lookAtTheDisk() {

@@ -15,7 +15,7 @@
 namespace journey {
 
 /// The way through the whole program, from the first start on an empty home to quit, whatever hands go it.
-/// Each leg of it throws demo::Differs when the screen or the disk is otherwise than it must be.
+/// Each leg of it throws Differs when the screen or the disk is otherwise than it must be.
 class Journey {
  public:
   Journey();

@@ -3,10 +3,10 @@
 
 #include <QMap>
 
-#include "demo/Waiting.h"
+#include "testing/waiting/Waiting.h"
 
-using demo::Differs;
 using demo::SeenWindow;
+using velmora::testkit::Differs;
 
 namespace journey {
 

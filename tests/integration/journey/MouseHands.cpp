@@ -3,10 +3,10 @@
 
 #include <QJsonDocument>
 
-#include "demo/Waiting.h"
+#include "testing/waiting/Waiting.h"
 
-using demo::Differs;
 using demo::SeenWindow;
+using velmora::testkit::Differs;
 
 namespace journey {
 
@@ -16,7 +16,7 @@ void MouseHands::click(const SeenWindow& window, QJsonObject target) {
   target["do"] = "where";
   target["window"] = window.id();
   QJsonObject place;
-  demo::waitUntil(Patience, [&] {
+  velmora::testkit::waitUntil(Patience, [&] {
     const QJsonArray before = place["at"].toArray();
     place = probe().ask(target);
     // Twice in the same place: what still moves or grows is not clicked.

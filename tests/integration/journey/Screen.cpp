@@ -4,9 +4,9 @@
 #include <QProcess>
 #include <QStandardPaths>
 
-#include "demo/Waiting.h"
+#include "testing/waiting/Waiting.h"
 
-using demo::Differs;
+using velmora::testkit::Differs;
 
 namespace journey {
 

@@ -12,7 +12,7 @@ namespace journey {
 constexpr double Patience = 30;
 
 /// The keyboard and the pointer of a virtual screen: what is pressed here reaches the program through the
-/// window system, whose focus and stacking decide who gets it. Every operation throws demo::Differs.
+/// window system, whose focus and stacking decide who gets it. Every operation throws Differs.
 class Screen {
  public:
   /// `environment` names the screen.

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "tests/robustness/link/WeatherProgram.h"
 
-#include <stdexcept>
-
 namespace link_testing {
 namespace {
 
@@ -28,21 +26,22 @@ WeatherProgram::WeatherProgram(const velmora::testkit::PrivateBus& bus, const QS
 WeatherProgram::WeatherProgram(const QProcessEnvironment& environment, const QString& bundle)
     : bundle_(bundle), program_(QStringLiteral(WEATHER_APPLICATION), at(home_, bundle, environment)) {
   program_.start();
-  if (!waitFor(QStringLiteral("ready")))
-    throw std::runtime_error("the application does not start: " + program_.errors().toStdString());
+  waitFor(QStringLiteral("ready"));
 }
 
-bool WeatherProgram::waitFor(const QString& line) {
-  for (;;) {
-    const QString next = program_.readLine();
-    if (next.isNull() || next == line) return !next.isNull();
-  }
+void WeatherProgram::waitFor(const QString& line) {
+  while (program_.readLine() != line) continue;
+}
+
+QStringList WeatherProgram::said() const {
+  QStringList lines;
+  for (const velmora::testkit::Program::Line& line : program_.lines()) lines.append(line.text);
+  return lines;
 }
 
 qint64 WeatherProgram::memory() {
   program_.tell("memory");
-  const QString answer = program_.readLineWith(QStringLiteral("memory "));
-  return answer.isNull() ? -1 : answer.mid(7).toLongLong();
+  return program_.readLineWith(QStringLiteral("memory ")).mid(7).toLongLong();
 }
 
 int WeatherProgram::quit() {

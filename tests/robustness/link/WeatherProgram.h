@@ -21,19 +21,19 @@ class WeatherProgram {
   QString linkName() const { return QStringLiteral("org.velmora.%1.osirixLink").arg(bundle_); }
 
   void order(const QByteArray& line) { program_.tell(line); }
-  /// Reads what the program says up to this line; false when it ends, or says nothing for long.
-  bool waitFor(const QString& line);
-  /// Every line that waitFor() has read.
-  const QStringList& said() const { return program_.lines(); }
+  /// Reads what the program says up to this line.
+  void waitFor(const QString& line);
+  /// Every line that the program has said so far.
+  QStringList said() const;
   /// Bytes of memory that it holds.
   qint64 memory();
   bool runs() const { return program_.running(); }
   /// Ends it; its exit code, -1 when it did not end well.
   int quit();
-  /// Waits until a log line contains this; false when it ends, or logs nothing for long.
-  bool waitForLog(const QString& part) { return program_.waitForError(part); }
+  /// Waits until a log line contains this.
+  void waitForLog(const QString& part) { program_.waitForError(part); }
   /// Its log lines so far.
-  QStringList log() { return program_.errors().split(QLatin1Char('\n'), Qt::SkipEmptyParts); }
+  QStringList log() const { return program_.errors().split(QLatin1Char('\n'), Qt::SkipEmptyParts); }
 
  private:
   QString bundle_;

@@ -10,6 +10,7 @@
 
 #include "testing/desktop/DesktopApplication.h"
 #include "testing/files/Files.h"
+#include "testing/waiting/Waiting.h"
 #include "testing/window/Person.h"
 
 using namespace velmora::testkit;

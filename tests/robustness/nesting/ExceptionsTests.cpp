@@ -17,6 +17,7 @@
 #include "orv/chart/OrvGraphView.h"
 #include "testing/bus/PrivateBus.h"
 #include "testing/desktop/DesktopApplication.h"
+#include "testing/waiting/Waiting.h"
 #include "testing/window/Person.h"
 #include "velmora/document/VelmoraGraphView.h"
 

@@ -8,6 +8,7 @@
 
 #include "testing/desktop/DesktopApplication.h"
 #include "testing/files/Files.h"
+#include "testing/waiting/Waiting.h"
 #include "testing/window/Person.h"
 #include "velmora/resources/SettingsKeys.h"
 

@@ -8,6 +8,7 @@
 
 #include "testing/desktop/DesktopApplication.h"
 #include "testing/standins/TestServices.h"
+#include "testing/waiting/Waiting.h"
 #include "testing/window/Person.h"
 
 using namespace velmora;

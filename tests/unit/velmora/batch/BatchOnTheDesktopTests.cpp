@@ -7,6 +7,7 @@
 
 #include "testing/desktop/DesktopApplication.h"
 #include "testing/files/Files.h"
+#include "testing/waiting/Waiting.h"
 #include "testing/window/Person.h"
 #include "tests/unit/velmora/batch/BatchTesting.h"
 #include "velmora/resources/Notifications.h"

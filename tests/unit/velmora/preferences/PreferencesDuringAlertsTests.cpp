@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include "testing/desktop/DesktopApplication.h"
+#include "testing/waiting/Waiting.h"
 #include "testing/window/Person.h"
 #include "tests/unit/velmora/preferences/PreferencesTesting.h"
 
