@@ -9,7 +9,7 @@
 #include "testing/desktop/DesktopApplication.h"
 #include "testing/standins/TestServices.h"
 #include "testing/waiting/Waiting.h"
-#include "testing/window/Person.h"
+#include "testing/window/DialogAnswers.h"
 #include "velmora/resources/Notifications.h"
 #include "velmora/resources/SettingsKeys.h"
 
@@ -78,16 +78,16 @@ class Destruction : public ::testing::TestWithParam<std::tuple<Open, End>> {
     };
     switch (open) {
       case Open::Alert:
-        person_.expect(QStringLiteral("This entry has already been defined"), act, QStringLiteral("Cancel"));
+        answers_.expect(QStringLiteral("This entry has already been defined"), act, QStringLiteral("Cancel"));
         user::click(user::field(*record_, "birthDateField"));
         break;
       case Open::Sheet:
-        person_.expect(QStringLiteral("Are you sure you want to remove this exam?"), act, QString());
+        answers_.expect(QStringLiteral("Are you sure you want to remove this exam?"), act, QString());
         record_->doDeleteRecord(nullptr);
         break;
       case Open::Panel:
         application_.desktop.defaults.setObject(false, velmora::settings::AutoSave);
-        person_.expect(QStringLiteral("Save"), act, QStringLiteral("Cancel"));
+        answers_.expect(QStringLiteral("Save"), act, QStringLiteral("Cancel"));
         record_->saveDocumentAs();
         application_.desktop.defaults.setObject(true, velmora::settings::AutoSave);
         break;
@@ -95,7 +95,7 @@ class Destruction : public ::testing::TestWithParam<std::tuple<Open, End>> {
   }
 
   DesktopApplication application_;
-  Person person_;
+  DialogAnswers answers_;
   QPointer<RecordingDocument> record_;
 };
 
@@ -103,7 +103,7 @@ TEST_P(Destruction, OfARecordUnderSomethingOfItsOwnLeavesEverythingWhole) {
   const auto [open, end] = GetParam();
   openAndEnd(open, end);
   waitUntil([this] { return !record_; });
-  EXPECT_TRUE(person_.done());
+  EXPECT_TRUE(answers_.done());
   if (end == End::LookUp) {
     // The other patient's record is open, and has the examination of the study.
     waitUntil([this] {
@@ -174,11 +174,11 @@ TEST(DestructionOfTheController, WithARealRunLoopDropsEveryCallThatIsPending) {
 
 TEST(DestructionOfTheController, UnderASheetOfADocumentTakesTheSheetWithIt) {
   DesktopApplication application;
-  Person person;
+  DialogAnswers answers;
   application.keepRecord(QStringLiteral("1"));
   RecordingDocument& record = application.openRecord(QStringLiteral("1"));
   bool gone = false;
-  person.expect(
+  answers.expect(
       QStringLiteral("Are you sure you want to remove this exam?"),
       [&] {
         application.destroyController();

@@ -11,7 +11,7 @@
 #include "testing/desktop/DesktopApplication.h"
 #include "testing/files/Files.h"
 #include "testing/waiting/Waiting.h"
-#include "testing/window/Person.h"
+#include "testing/window/DialogAnswers.h"
 
 using namespace velmora::testkit;
 
@@ -24,7 +24,7 @@ class Escape : public ::testing::Test {
     record_ = &application_.openRecord(QStringLiteral("B2"));
   }
   void expectAndEscape(const QString& text) {
-    person_.expect(text, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); }, {});
+    answers_.expect(text, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); }, {});
   }
   /// A folder stands in the place of the record, and a file in that of the folder of copies.
   void fillTheDisk() {
@@ -36,10 +36,10 @@ class Escape : public ::testing::Test {
   void closeAndSave() {
     record_->directUpdateDisplayAndSetDirty(nullptr);
     fillTheDisk();
-    person_.expect(QStringLiteral("Save changes to document?"), {}, QStringLiteral("Save"));
+    answers_.expect(QStringLiteral("Save changes to document?"), {}, QStringLiteral("Save"));
   }
   void expectTheRecordStays() {
-    waitUntil([this] { return person_.done(); });
+    waitUntil([this] { return answers_.done(); });
     letEventsPass();
     ASSERT_EQ(application_.front(), record_);
     EXPECT_FALSE(record_->isClosed());
@@ -47,7 +47,7 @@ class Escape : public ::testing::Test {
   }
 
   DesktopApplication application_;
-  Person person_;
+  DialogAnswers answers_;
   RecordingDocument* record_;
 };
 
@@ -73,8 +73,8 @@ TEST_F(Escape, AtARecordThatCanBeSavedNowhereLeavesItOpen) {
 
 TEST_F(Escape, InThePanelForAnotherPlaceLeavesTheRecordOpen) {
   closeAndSave();
-  person_.expect(QStringLiteral("The record 'B2.rec' could not be saved."), {},
-                 QStringLiteral("Save Elsewhere..."));
+  answers_.expect(QStringLiteral("The record 'B2.rec' could not be saved."), {},
+                  QStringLiteral("Save Elsewhere..."));
   expectAndEscape(QStringLiteral("Save Elsewhere"));
   record_->performClose();
   expectTheRecordStays();
@@ -86,7 +86,7 @@ TEST_F(Escape, AtChangesThatAreAboutToBeDroppedLeavesThemWhereTheyAre) {
   fillTheDisk();
   expectAndEscape(QStringLiteral("Unsaved changes to 'B2' are about to be dropped."));
   application_.chooseStudy(QStringLiteral("C3"));
-  waitUntil([this] { return person_.done() && application_.identifierInFront() == QStringLiteral("C3"); });
+  waitUntil([this] { return answers_.done() && application_.identifierInFront() == QStringLiteral("C3"); });
   letEventsPass();
   EXPECT_FALSE(record_->isClosed());
   EXPECT_TRUE(record_->isDocumentEdited());

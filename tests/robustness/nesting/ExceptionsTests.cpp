@@ -18,7 +18,7 @@
 #include "testing/bus/PrivateBus.h"
 #include "testing/desktop/DesktopApplication.h"
 #include "testing/waiting/Waiting.h"
-#include "testing/window/Person.h"
+#include "testing/window/DialogAnswers.h"
 #include "velmora/document/VelmoraGraphView.h"
 
 using namespace velmora;
@@ -85,7 +85,7 @@ class Exceptions : public ::testing::Test {
   }
 
   DesktopApplication application_;
-  Person person_;
+  DialogAnswers answers_;
   ThrowingDocument* record_ = nullptr;
   bool factoryThrows_ = false;
 };
@@ -157,7 +157,7 @@ TEST_F(Exceptions, InPainting) {
 }
 
 TEST_F(Exceptions, AtTheEndOfASheet) {
-  person_.expect(QStringLiteral("Question?"), {}, QStringLiteral("Yes"));
+  answers_.expect(QStringLiteral("Question?"), {}, QStringLiteral("Yes"));
   application_.desktop.alerts.beginSheetModalForWindow(
       {QStringLiteral("Question?"), QStringLiteral("Yes"), {}, {}, {}}, record_->window(), record_,
       [](int) { throw std::runtime_error("boom"); });
@@ -165,7 +165,7 @@ TEST_F(Exceptions, AtTheEndOfASheet) {
 }
 
 TEST_F(Exceptions, UnderAnAlertLeaveItOpenAndAnswerable) {
-  person_.expect(
+  answers_.expect(
       QStringLiteral("Question?"),
       [&] {
         record_->armed = true;

@@ -9,7 +9,7 @@
 #include "testing/desktop/DesktopApplication.h"
 #include "testing/files/Files.h"
 #include "testing/waiting/Waiting.h"
-#include "testing/window/Person.h"
+#include "testing/window/DialogAnswers.h"
 #include "velmora/resources/SettingsKeys.h"
 
 using namespace velmora;
@@ -37,19 +37,19 @@ class LinkUnderAlerts : public ::testing::Test {
   void expectTheRequestIsHandled(const QString& identifier = Chosen) {
     waitUntil([&] { return application_.identifierInFront() == identifier; });
     EXPECT_EQ(application_.front()->patientName(), QStringLiteral("Doe^Jane"));
-    EXPECT_TRUE(person_.done());
+    EXPECT_TRUE(answers_.done());
   }
 
   DesktopApplication application_;
-  Person person_;
+  DialogAnswers answers_;
 };
 
 TEST_F(LinkUnderAlerts, BothQuestionsOfTheFirstRun) {
   application_.desktop.defaults.setInteger(0, velmora::settings::VersionCheckInterval);
   application_.newRecord();
-  person_.expect(QStringLiteral("Periodically check for updates?"), studyIsChosen(QStringLiteral("earlier")),
-                 QStringLiteral("Don't Check"));
-  person_.expect(QStringLiteral("Set Up Database?"), studyIsChosen(), QStringLiteral("No"));
+  answers_.expect(QStringLiteral("Periodically check for updates?"), studyIsChosen(QStringLiteral("earlier")),
+                  QStringLiteral("Don't Check"));
+  answers_.expect(QStringLiteral("Set Up Database?"), studyIsChosen(), QStringLiteral("No"));
   application_.controller.applicationDidFinishLaunching();
   expectTheRequestIsHandled();
 }
@@ -57,7 +57,7 @@ TEST_F(LinkUnderAlerts, BothQuestionsOfTheFirstRun) {
 TEST_F(LinkUnderAlerts, TheSheetBeforeAnExaminationIsDeleted) {
   application_.keepRecord(QStringLiteral("1"));
   RecordingDocument& record = application_.openRecord(QStringLiteral("1"));
-  person_.expect(
+  answers_.expect(
       QStringLiteral("Are you sure you want to remove this exam?"),
       [&] {
         application_.chooseStudy(Chosen);
@@ -72,8 +72,8 @@ TEST_F(LinkUnderAlerts, TheSheetBeforeAnExaminationIsDeleted) {
 TEST_F(LinkUnderAlerts, TheQuestionBeforeAnIdentifierIsModified) {
   RecordingDocument& record = application_.newRecord();
   record.setIdentifier(QStringLiteral("known"));
-  person_.expect(QStringLiteral("This entry has already been defined"), studyIsChosen(),
-                 QStringLiteral("Cancel"));
+  answers_.expect(QStringLiteral("This entry has already been defined"), studyIsChosen(),
+                  QStringLiteral("Cancel"));
   user::click(user::field(record, "referenceIDField"));
   expectTheRequestIsHandled();
 }
@@ -81,7 +81,7 @@ TEST_F(LinkUnderAlerts, TheQuestionBeforeAnIdentifierIsModified) {
 TEST_F(LinkUnderAlerts, TheQuestionWhetherAnEarlierFileIsOpenedAnsweredNo) {
   application_.keepRecord(QStringLiteral("KNOWN"));
   RecordingDocument& record = application_.newRecord();
-  person_.expect(QStringLiteral("Patient Data Found"), studyIsChosen(), QStringLiteral("Cancel"));
+  answers_.expect(QStringLiteral("Patient Data Found"), studyIsChosen(), QStringLiteral("Cancel"));
   user::type(user::field(record, "referenceIDField"), QStringLiteral("known"));
   record.setLookUpRequired(true);
   user::pressReturn(user::field(record, "referenceIDField"));
@@ -91,14 +91,14 @@ TEST_F(LinkUnderAlerts, TheQuestionWhetherAnEarlierFileIsOpenedAnsweredNo) {
 TEST_F(LinkUnderAlerts, TheQuestionWhetherAnEarlierFileIsOpenedAnsweredYes) {
   application_.keepRecord(QStringLiteral("KNOWN"));
   RecordingDocument& record = application_.newRecord();
-  person_.expect(QStringLiteral("Patient Data Found"), studyIsChosen(), QStringLiteral("Open"));
+  answers_.expect(QStringLiteral("Patient Data Found"), studyIsChosen(), QStringLiteral("Open"));
   // The request, which came first, filled the window that is then closed for the file: its user is told.
-  person_.expect(QStringLiteral("'%1' was closed with unsaved changes").arg(Chosen), {},
-                 QStringLiteral("OK"));
+  answers_.expect(QStringLiteral("'%1' was closed with unsaved changes").arg(Chosen), {},
+                  QStringLiteral("OK"));
   user::type(user::field(record, "referenceIDField"), QStringLiteral("known"));
   record.setLookUpRequired(true);
   user::pressReturn(user::field(record, "referenceIDField"));
-  waitUntil([&] { return application_.identifierInFront() == QStringLiteral("KNOWN") && person_.done(); });
+  waitUntil([&] { return application_.identifierInFront() == QStringLiteral("KNOWN") && answers_.done(); });
   EXPECT_EQ(application_.front()->exams.size(), 2);  // the file's own, nothing of the request's
 }
 
@@ -109,8 +109,8 @@ TEST_F(LinkUnderAlerts, TheQuestionBeforeAChartIsOverwritten) {
   record.autoExport();
   const QString chart = fileNames(application_.home.path(QStringLiteral("Charts"))).value(0);
   ASSERT_FALSE(chart.isEmpty());
-  person_.expect(QStringLiteral("A file with that name already exists"), studyIsChosen(),
-                 QStringLiteral("Overwrite"));
+  answers_.expect(QStringLiteral("A file with that name already exists"), studyIsChosen(),
+                  QStringLiteral("Overwrite"));
   record.autoExport();
   // The chart of the patient that was in front, under that patient's name.
   EXPECT_EQ(fileNames(application_.home.path(QStringLiteral("Charts"))), QStringList{chart});
@@ -122,7 +122,7 @@ TEST_F(LinkUnderAlerts, TheQuestionBeforeAChangedRecordCloses) {
   record.setIdentifier(QStringLiteral("1"));
   application_.desktop.defaults.setObject(false, velmora::settings::AutoSave);
   record.directUpdateDisplayAndSetDirty(nullptr);
-  person_.expect(QStringLiteral("Save changes to document?"), studyIsChosen(), QStringLiteral("Cancel"));
+  answers_.expect(QStringLiteral("Save changes to document?"), studyIsChosen(), QStringLiteral("Cancel"));
   record.performClose();
   expectTheRequestIsHandled();
   EXPECT_FALSE(record.isClosed());
@@ -133,7 +133,7 @@ TEST_F(LinkUnderAlerts, TheQuestionBeforeTheOnlyRecordCloses) {
   record.setIdentifier(QStringLiteral("1"));
   application_.desktop.defaults.setObject(false, velmora::settings::AutoSave);
   record.directUpdateDisplayAndSetDirty(nullptr);
-  person_.expect(QStringLiteral("Save changes to document?"), studyIsChosen(), QStringLiteral("Don't Save"));
+  answers_.expect(QStringLiteral("Save changes to document?"), studyIsChosen(), QStringLiteral("Don't Save"));
   record.performClose();
   waitUntil([&] { return application_.controller.documents().isEmpty(); });
   waitUntil(
@@ -145,7 +145,7 @@ TEST_F(LinkUnderAlerts, TheSavePanel) {
   RecordingDocument& record = application_.newRecord();
   record.setIdentifier(QStringLiteral("1"));
   application_.desktop.defaults.setObject(false, velmora::settings::AutoSave);
-  person_.expect(QStringLiteral("Save"), studyIsChosen(), QStringLiteral("Cancel"));
+  answers_.expect(QStringLiteral("Save"), studyIsChosen(), QStringLiteral("Cancel"));
   record.saveDocumentAs();
   expectTheRequestIsHandled();
 }
@@ -153,7 +153,7 @@ TEST_F(LinkUnderAlerts, TheSavePanel) {
 TEST_F(LinkUnderAlerts, TheNoticeAboutASecondCopy) {
   RecordingDocument& record = application_.newRecord();
   record.printDocument({}, false);
-  person_.expect(QStringLiteral("Recently Printed"), studyIsChosen(), QStringLiteral("OK"));
+  answers_.expect(QStringLiteral("Recently Printed"), studyIsChosen(), QStringLiteral("OK"));
   record.printDocument({}, false);
   EXPECT_EQ(application_.desktop.printer.jobs.size(), 2);
   expectTheRequestIsHandled();
@@ -163,8 +163,8 @@ TEST_F(LinkUnderAlerts, TheNoticeThatARecordCouldNotBeSaved) {
   RecordingDocument& record = application_.newRecord();
   record.setIdentifier(QStringLiteral("1"));
   bool saved = true;
-  person_.expect(QStringLiteral("The record '1.rec' could not be saved."), studyIsChosen(),
-                 QStringLiteral("OK"));
+  answers_.expect(QStringLiteral("The record '1.rec' could not be saved."), studyIsChosen(),
+                  QStringLiteral("OK"));
   record.saveToURL(
       QUrl::fromLocalFile(application_.home.path(QStringLiteral("Records/no/such/folder/1.rec"))),
       QStringLiteral("rec"), platform::SaveOperation::SaveAs,

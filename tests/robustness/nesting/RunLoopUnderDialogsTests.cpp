@@ -9,7 +9,7 @@
 #include "testing/desktop/DesktopApplication.h"
 #include "testing/standins/TestServices.h"
 #include "testing/waiting/Waiting.h"
-#include "testing/window/Person.h"
+#include "testing/window/DialogAnswers.h"
 
 using namespace velmora;
 using namespace velmora::testkit;
@@ -48,13 +48,13 @@ class RealDialogs : public ::testing::Test {
   }
 
   TestDesktop<RealParts> desktop_{{}};
-  Person person_;
+  DialogAnswers answers_;
   QObject owner_;
   QStringList ran_;
 };
 
 TEST_F(RealDialogs, HoldTimedCallsAndHandOffsUntilAnAlertCloses) {
-  person_.expect(
+  answers_.expect(
       Question.messageText,
       [&] {
         makeCalls();
@@ -70,7 +70,7 @@ TEST_F(RealDialogs, HoldTimedCallsAndHandOffsUntilAnAlertCloses) {
 TEST_F(RealDialogs, HoldThemUntilThePanelCloses) {
   platform::SavePanel save;
   save.title = QStringLiteral("Save the chart");
-  person_.expect(
+  answers_.expect(
       save.title,
       [&] {
         makeCalls();
@@ -83,10 +83,10 @@ TEST_F(RealDialogs, HoldThemUntilThePanelCloses) {
 }
 
 TEST_F(RealDialogs, HoldThemUntilTheOutermostOfNestedAlertsCloses) {
-  person_.expect(
+  answers_.expect(
       Question.messageText,
       [&] {
-        person_.expect(
+        answers_.expect(
             Second.messageText,
             [&] {
               makeCalls();
@@ -104,7 +104,7 @@ TEST_F(RealDialogs, HoldThemUntilTheOutermostOfNestedAlertsCloses) {
 }
 
 TEST_F(RealDialogs, OpenedByATimedCallHoldTheCallsBehindIt) {
-  person_.expect(
+  answers_.expect(
       Question.messageText,
       [&] {
         waitUntilDue();
@@ -117,7 +117,7 @@ TEST_F(RealDialogs, OpenedByATimedCallHoldTheCallsBehindIt) {
 }
 
 TEST_F(RealDialogs, EndedByTheEndOfTheLoopAnswerWithTheButtonThatChangesLeast) {
-  person_.expect(
+  answers_.expect(
       Question.messageText, [] { QApplication::activeModalWidget()->close(); }, QString());
   EXPECT_EQ(desktop_.alerts.runModal(Question), platform::AlertAlternateReturn);
 }
@@ -126,7 +126,7 @@ TEST_F(RealDialogs, AsSheetsHoldNothing) {
   QWidget window;
   window.show();
   int answer = 99;
-  person_.expect(
+  answers_.expect(
       Question.messageText,
       [&] {
         makeCalls();

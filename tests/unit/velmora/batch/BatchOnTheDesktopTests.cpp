@@ -8,7 +8,7 @@
 #include "testing/desktop/DesktopApplication.h"
 #include "testing/files/Files.h"
 #include "testing/waiting/Waiting.h"
-#include "testing/window/Person.h"
+#include "testing/window/DialogAnswers.h"
 #include "tests/unit/velmora/batch/BatchTesting.h"
 #include "velmora/resources/Notifications.h"
 
@@ -44,7 +44,7 @@ class BatchOnTheDesktop : public testing::Test {
   QStringList charts() { return fileNames(application.home.path("Charts")); }
 
   DesktopApplication application;
-  Person person;
+  DialogAnswers answers;
   int posts = 0;
   std::function<void()> whenPosted;
 
@@ -121,7 +121,7 @@ TEST_F(BatchOnTheDesktop, AsksAboveItsProgressAndGoesOn) {
   writeRecords({"A", "B", "C"});
   writeFile(application.home.path("Charts/B.jpg"), "earlier");
   open();
-  person.expect(
+  answers.expect(
       "A file with that name already exists",
       [&] {
         QWidget* alert = QApplication::activeModalWidget();
@@ -145,7 +145,7 @@ TEST_F(BatchOnTheDesktop, IsNotStoppedByTheAnswerToAQuestion) {
   for (const char* name : {"A", "B"}) writeFile(application.home.path("Charts/") + name + ".jpg", "earlier");
   open();
   for (int i = 0; i < 2; ++i) {
-    person.expect(
+    answers.expect(
         "A file with that name already exists",
         [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); }, "");
   }

@@ -8,7 +8,7 @@
 
 #include "testing/desktop/DesktopApplication.h"
 #include "testing/waiting/Waiting.h"
-#include "testing/window/Person.h"
+#include "testing/window/DialogAnswers.h"
 #include "tests/unit/velmora/preferences/PreferencesTesting.h"
 
 using namespace velmora;
@@ -32,7 +32,7 @@ class RealPreferences : public testing::Test {
   void press(const char* button) { user::click(window()->findChild<QAbstractButton*>(button)); }
 
   DesktopApplication application;
-  Person person;
+  DialogAnswers answers;
 };
 
 }  // namespace
@@ -64,7 +64,7 @@ TEST_F(PreferencesWindow, OpensAndWorksBesideASheetOfADocument) {
 
 TEST_F(RealPreferences, DoNotComeUpDeadBehindAnAlert) {
   application.newRecord();
-  person.expect(
+  answers.expect(
       Question.messageText,
       [&] {
         QWidget* alert = QApplication::activeModalWidget();
@@ -86,7 +86,7 @@ TEST_F(RealPreferences, DoNotComeUpDeadBehindAnAlert) {
 TEST_F(RealPreferences, ThatAreOpenWaitForTheAlertAndGoOn) {
   open();
   user::type(saveFolder(), "pending");
-  person.expect(
+  answers.expect(
       Question.messageText,
       [&] {
         EXPECT_NE(QApplication::activeModalWidget(), window());
@@ -103,10 +103,10 @@ TEST_F(RealPreferences, ThatAreOpenWaitForTheAlertAndGoOn) {
 TEST_F(RealPreferences, TellThatAFolderIsMissingAndComeBack) {
   open();
   user::type(saveFolder(), "/no/such/folder");
-  person.expect(
+  answers.expect(
       "Folder Missing", [] {}, "OK");
   press("showSaveFolderButton");
-  EXPECT_TRUE(person.done());
+  EXPECT_TRUE(answers.done());
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
   EXPECT_TRUE(window()->isVisible());
   EXPECT_EQ(saveFolder()->text(), "/no/such/folder");
@@ -115,7 +115,7 @@ TEST_F(RealPreferences, TellThatAFolderIsMissingAndComeBack) {
 TEST_F(RealPreferences, TakeTheFolderOfTheRealPanel) {
   const QString other = application.home.makeFolder("other");
   open();
-  person.expect(
+  answers.expect(
       "Choose the save folder",
       [&] {
         auto* panel = dynamic_cast<QFileDialog*>(QApplication::activeModalWidget());
@@ -131,7 +131,7 @@ TEST_F(RealPreferences, TakeTheFolderOfTheRealPanel) {
 TEST_F(RealPreferences, KeepTheFieldWhenTheRealPanelIsCancelled) {
   const QString other = application.home.makeFolder("other");
   open();
-  person.expect(
+  answers.expect(
       "Choose the save folder",
       [&] { dynamic_cast<QFileDialog&>(*QApplication::activeModalWidget()).setDirectory(other); }, "Cancel");
   press("chooseSaveFolderButton");

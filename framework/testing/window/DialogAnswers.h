@@ -12,12 +12,13 @@
 
 namespace velmora::testkit {
 
-/// The person before the real alerts and panels. Each that opens must be the next one expected.
-class VELMORA_EXPORT Person : public QObject {
+/// Answers the real alerts and panels of this process. Their loops run inside the test's own calls, so every
+/// answer is given beforehand, and each that opens must be the next one expected.
+class VELMORA_EXPORT DialogAnswers : public QObject {
  public:
-  Person() { qApp->installEventFilter(this); }
+  DialogAnswers() { qApp->installEventFilter(this); }
   /// Fails the test when an expected alert never came.
-  ~Person() override;
+  ~DialogAnswers() override;
 
   /// The next dialog shows `text` (an alert's message, a panel's title). While it is open `act` is done; then
   /// the button of that title is pressed. No title: something else closes the dialog.

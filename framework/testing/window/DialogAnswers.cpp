@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "testing/window/Person.h"
+#include "testing/window/DialogAnswers.h"
 
 #include <QEvent>
 #include <QFileDialog>
@@ -19,16 +19,16 @@ QString textOf(const QDialog& dialog) {
 }
 }  // namespace
 
-Person::~Person() {
+DialogAnswers::~DialogAnswers() {
   qApp->removeEventFilter(this);
   for (const Expected& expected : expected_) reportFailure(QStringLiteral("never came: ") + expected.text);
 }
 
-void Person::expect(const QString& text, std::function<void()> act, const QString& button) {
+void DialogAnswers::expect(const QString& text, std::function<void()> act, const QString& button) {
   expected_.push_back({text, std::move(act), button});
 }
 
-bool Person::eventFilter(QObject* watched, QEvent* event) {
+bool DialogAnswers::eventFilter(QObject* watched, QEvent* event) {
   auto* dialog = event->type() == QEvent::Show ? dynamic_cast<QDialog*>(watched) : nullptr;
   // In the event loop of the dialog itself, which is not yet running.
   if (dialog && (dynamic_cast<QMessageBox*>(dialog) || dynamic_cast<QFileDialog*>(dialog))) {
@@ -43,7 +43,7 @@ bool Person::eventFilter(QObject* watched, QEvent* event) {
   return false;
 }
 
-void Person::attend(QDialog* dialog) {
+void DialogAnswers::attend(QDialog* dialog) {
   ++came_;
   const QPointer<QDialog> open(dialog);
   if (expected_.empty() || expected_.front().text != textOf(*dialog)) {
