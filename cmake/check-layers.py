@@ -49,6 +49,8 @@ DESKTOP_ELSEWHERE = {
     "link/": ("QDBus", "QTimer"),
     "base/http/": ("QNetwork", "QTimer"),
     "testing/bus/": ("QDBus", "QProcess"),
+    "testing/person/": ("QProcess",),
+    "testing/probe/": ("QFileDialog", "QMessageBox", "QTimer"),
     "testing/process/": ("QProcess",),
     "testing/waiting/": ("QTimer",),
     "testing/web/": ("QNetwork", "QProcess", "QTimer"),

@@ -50,7 +50,7 @@ void Road::playStep(int number, const char* title, const std::function<void()>& 
 
 void Road::start() {
   application_.reset();
-  application_ = std::make_unique<Application>(report_, stage_, cast_.application, cast_.pluginFolder);
+  application_ = std::make_unique<ProbedApplication>(report_.tracer(), stage_, cast_.application);
 }
 
 void Road::startForTheFirstTime() {

@@ -7,20 +7,20 @@
 #include <functional>
 #include <memory>
 
-#include "demo/Application.h"
-#include "demo/Stage.h"
 #include "demo/Viewer.h"
+#include "testing/person/ProbedApplication.h"
 
 namespace demo {
 
 class Report;
+
+using namespace velmora::testkit;
 
 /// The real programs, and the folder that keeps what the demonstration produces.
 struct Cast {
   QString application;            ///< the sample application
   QString applicationIdentifier;  ///< its bundle identifier
   QString link;                   ///< the program at the viewer's end
-  QString pluginFolder;           ///< holds "generic/" with the probe
   QString out;                    ///< viewer/, export/ and screens/ are made in it
 };
 
@@ -55,7 +55,7 @@ class Road {
   Stage& stage_;
   Cast cast_;
   Viewer viewer_;
-  std::unique_ptr<Application> application_;
+  std::unique_ptr<ProbedApplication> application_;
 
  private:
   void startForTheFirstTime();

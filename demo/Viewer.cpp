@@ -5,7 +5,6 @@
 #include <QJsonDocument>
 
 #include "demo/Report.h"
-#include "demo/Stage.h"
 #include "testing/waiting/Waiting.h"
 
 namespace demo {

@@ -6,12 +6,12 @@
 #include <QString>
 #include <memory>
 
+#include "testing/person/Stage.h"
 #include "testing/process/Program.h"
 
 namespace demo {
 
 class Report;
-class Stage;
 
 using namespace velmora::testkit;
 

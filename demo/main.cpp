@@ -13,7 +13,7 @@
 #include "demo/PacsRoad.h"
 #include "demo/Report.h"
 #include "demo/Road.h"
-#include "demo/Stage.h"
+#include "testing/person/Stage.h"
 #include "testing/waiting/Waiting.h"
 
 using namespace velmora::testkit;
@@ -56,12 +56,10 @@ bool playedThrough(AnyRoad& road, demo::Report& report) {
 
 // Plays the road that is asked for.
 bool playedThrough(const QCommandLineParser& options, const QString& out, demo::Report& report) {
-  const auto screen =
-      options.isSet("virtual") ? demo::Stage::Screen::Virtual : demo::Stage::Screen::UsersOrVirtual;
-  demo::Stage stage(report, screen, QCoreApplication::applicationFilePath());
+  const auto screen = options.isSet("virtual") ? Stage::Screen::Virtual : Stage::Screen::UsersOrVirtual;
+  Stage stage(report.tracer(), screen, QCoreApplication::applicationFilePath());
   report.say("demo: on " + stage.screenDescription());
-  const demo::Cast cast{options.value("application"), "org.velmora.growth", options.value("link"),
-                        beside("../lib/demo"), out};
+  const demo::Cast cast{options.value("application"), "org.velmora.growth", options.value("link"), out};
   if (options.isSet("pacs")) {
     demo::PacsRoad road(report, stage, cast, beside("../lib/velmora-orthanc.so"));
     return playedThrough(road, report);
@@ -95,7 +93,7 @@ int play(const QCommandLineParser& options, const QString& out) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 2 && std::strcmp(argv[1], "--check-screen") == 0) return demo::Stage::checkScreen(argc, argv);
+  if (argc == 2 && std::strcmp(argv[1], "--check-screen") == 0) return Stage::checkScreen(argc, argv);
 
   const QCoreApplication application(argc, argv);
   QCommandLineParser options;

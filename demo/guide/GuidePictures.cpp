@@ -44,7 +44,7 @@ GuidePictures::GuidePictures(Report& report, const GuideCast& cast, const GuideL
       cast_(cast),
       locale_(language.locale),
       folder_(folder),
-      stage_(report, Stage::Screen::Virtual, program, language.locale) {
+      stage_(report.tracer(), Stage::Screen::Virtual, program, language.locale) {
   for (const QString& each : {folder, QFileInfo(taken("")).path()})
     if (!QDir().mkpath(each)) throw Differs("to make " + each, "it was not possible");
   // So that the button offers the plugin and not the viewer itself.
@@ -63,7 +63,7 @@ void GuidePictures::take() {
 }
 
 void GuidePictures::takeStart() {
-  application_ = std::make_unique<Application>(report_, stage_, cast_.application, cast_.pluginFolder);
+  application_ = std::make_unique<ProbedApplication>(report_.tracer(), stage_, cast_.application);
   const auto question = [this](int after) {
     return person().waitFor(
         "a question",

@@ -6,12 +6,14 @@
 #include <QString>
 #include <memory>
 
-#include "demo/Application.h"
-#include "demo/Stage.h"
+#include "testing/person/ProbedApplication.h"
+#include "testing/person/Stage.h"
 
 namespace demo {
 
 class Report;
+
+using namespace velmora::testkit;
 
 /// A language of the guide, and where it is at home, which decides how dates and numbers are written.
 struct GuideLanguage {
@@ -24,7 +26,6 @@ struct GuideCast {
   QString application;
   QString applicationIdentifier;  ///< its bundle identifier
   QString link;                   ///< the program at the viewer's end
-  QString pluginFolder;           ///< holds "generic/" with the probe
 };
 
 /// Takes the pictures of the user guide in one language: of the running program, on a virtual screen, with
@@ -67,7 +68,7 @@ class GuidePictures {
   QLocale locale_;
   QString folder_;
   Stage stage_;
-  std::unique_ptr<Application> application_;
+  std::unique_ptr<ProbedApplication> application_;
 };
 
 }  // namespace demo

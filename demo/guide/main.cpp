@@ -34,8 +34,7 @@ int take(const QCommandLineParser& options) {
   const QString guide = QDir(options.value("guide")).absolutePath();
   QTemporaryDir traceFolder(QDir::tempPath() + "/velmora-guide-XXXXXX");
   demo::Report report(traceFolder.path());
-  const demo::GuideCast cast{options.value("application"), "org.velmora.growth", options.value("link"),
-                             beside("../lib/demo")};
+  const demo::GuideCast cast{options.value("application"), "org.velmora.growth", options.value("link")};
   for (const demo::GuideLanguage& language : Languages) {
     const QString folder = guide + '/' + language.code + "/images";
     QElapsedTimer time;

@@ -5,18 +5,18 @@
 #include <QImage>
 #include <QTemporaryDir>
 
-#include "demo/Person.h"
-#include "demo/ProbeClient.h"
 #include "demo/Report.h"
+#include "testing/person/Person.h"
+#include "testing/person/ProbeClient.h"
 #include "testing/process/Program.h"
 #include "testing/waiting/Waiting.h"
 
-using demo::Person;
-using demo::ProbeClient;
 using demo::Report;
-using demo::SeenWindow;
 using velmora::testkit::Differs;
+using velmora::testkit::Person;
+using velmora::testkit::ProbeClient;
 using velmora::testkit::Program;
+using velmora::testkit::SeenWindow;
 
 namespace {
 
@@ -26,15 +26,14 @@ class Probe : public testing::Test {
  protected:
   void SetUp() override {
     subject_.start();
-    probe_ = std::make_unique<ProbeClient>(report_, folder_.filePath("socket"), subject_, Patience);
+    probe_ = std::make_unique<ProbeClient>(report_.tracer(), folder_.filePath("socket"), subject_, Patience);
     person_ = std::make_unique<Person>(*probe_);
     window_ = named("Subject");
   }
 
   QProcessEnvironment environment() const {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("QT_PLUGIN_PATH", PROBE_PLUGIN_FOLDER);
-    environment.insert("QT_QPA_GENERIC_PLUGINS", "velmoraprobe:" + folder_.filePath("socket"));
+    ProbeClient::addProbe(environment, folder_.filePath("socket"));
     return environment;
   }
   SeenWindow named(const QString& name) {

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-using demo::SeenWindow;
+using velmora::testkit::SeenWindow;
 
 namespace journey {
 

@@ -7,7 +7,7 @@
 #include <QStringList>
 #include <functional>
 
-#include "demo/Application.h"
+#include "testing/person/ProbedApplication.h"
 #include "tests/integration/journey/Screen.h"
 
 namespace journey {
@@ -16,7 +16,8 @@ namespace journey {
 /// was to bring about can be seen. A window is looked at anew in every operation.
 class Hands {
  public:
-  Hands(demo::Application& application, Screen& screen) : application_(application), screen_(screen) {}
+  Hands(velmora::testkit::ProbedApplication& application, Screen& screen)
+      : application_(application), screen_(screen) {}
   virtual ~Hands() = default;
 
   /// Picks a command of the document window's menus: object names of the menu, of a menu in it, of the item.
@@ -38,28 +39,28 @@ class Hands {
   virtual void cancel(const QString& window) = 0;
 
   /// The window of that name that has the keyboard; an alert and a system panel go by their classes.
-  demo::SeenWindow active(const QString& window);
+  velmora::testkit::SeenWindow active(const QString& window);
   /// The window of that name of which that holds; `what` names it in the message.
-  demo::SeenWindow when(const QString& what, const QString& window,
-                        const std::function<bool(const demo::SeenWindow&)>& holds);
-  void waitUntilGone(const demo::SeenWindow& window);
+  velmora::testkit::SeenWindow when(const QString& what, const QString& window,
+                                    const std::function<bool(const velmora::testkit::SeenWindow&)>& holds);
+  void waitUntilGone(const velmora::testkit::SeenWindow& window);
 
  protected:
-  demo::Person& person() { return application_.person(); }
+  velmora::testkit::Person& person() { return application_.person(); }
   Screen& screen() { return screen_; }
-  demo::ProbeClient& probe() { return application_.probe(); }
+  velmora::testkit::ProbeClient& probe() { return application_.probe(); }
   /// The popped-up menu that has an entry of that name.
-  demo::SeenWindow menuWith(const QString& entry);
+  velmora::testkit::SeenWindow menuWith(const QString& entry);
   /// Replaces what is in the field that has the keyboard.
   void typeOver(const QString& window, const QString& field, const QString& text);
 
  private:
-  demo::Application& application_;
+  velmora::testkit::ProbedApplication& application_;
   Screen& screen_;
 };
 
 /// Whether it is the window of that name; an alert and a system panel go by their classes.
-bool is(const demo::SeenWindow& seen, const QString& window);
+bool is(const velmora::testkit::SeenWindow& seen, const QString& window);
 
 /// The member of a list of descriptions whose "name" or "text" that is; empty when there is none.
 QJsonObject named(const QJsonArray& descriptions, const QString& name);

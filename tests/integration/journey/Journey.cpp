@@ -13,8 +13,8 @@
 #include "testing/files/Files.h"
 #include "testing/waiting/Waiting.h"
 
-using demo::SeenWindow;
 using velmora::testkit::Differs;
+using velmora::testkit::SeenWindow;
 
 namespace journey {
 
@@ -35,11 +35,11 @@ bool isEdited(const SeenWindow& window) { return window.description()["edited"].
 
 Journey::Journey()
     : report_(folder_.path()),
-      stage_(report_, demo::Stage::Screen::Virtual, QString()),
+      stage_(report_.tracer(), velmora::testkit::Stage::Screen::Virtual, QString()),
       screen_(stage_.environment()) {}
 
 void Journey::start() {
-  application_ = std::make_unique<demo::Application>(report_, stage_, GROWTH, PROBE_PLUGIN_FOLDER);
+  application_ = std::make_unique<velmora::testkit::ProbedApplication>(report_.tracer(), stage_, GROWTH);
 }
 
 QString Journey::recordPath() const {

@@ -6,9 +6,9 @@
 #include <QVariant>
 #include <memory>
 
-#include "demo/Application.h"
 #include "demo/Report.h"
-#include "demo/Stage.h"
+#include "testing/person/ProbedApplication.h"
+#include "testing/person/Stage.h"
 #include "tests/integration/journey/Hands.h"
 #include "tests/integration/journey/Screen.h"
 
@@ -22,7 +22,7 @@ class Journey {
 
   /// Starts the program. The hands are those of the caller, made for it and this screen.
   void start();
-  demo::Application& application() { return *application_; }
+  velmora::testkit::ProbedApplication& application() { return *application_; }
   Screen& screen() { return screen_; }
   void goOnWith(Hands& hands) { hands_ = &hands; }
 
@@ -52,7 +52,8 @@ class Journey {
   QString account();
 
  private:
-  demo::SeenWindow document(const QString& what, const std::function<bool(const demo::SeenWindow&)>& holds);
+  velmora::testkit::SeenWindow document(
+      const QString& what, const std::function<bool(const velmora::testkit::SeenWindow&)>& holds);
   void answer(const QString& message, const QString& button);
   void press(const QString& window, const QString& button);
   void measure(const QString& date, const QString& weight, const QString& height, const QString& head);
@@ -60,9 +61,9 @@ class Journey {
 
   QTemporaryDir folder_;
   demo::Report report_;
-  demo::Stage stage_;
+  velmora::testkit::Stage stage_;
   Screen screen_;
-  std::unique_ptr<demo::Application> application_;
+  std::unique_ptr<velmora::testkit::ProbedApplication> application_;
   Hands* hands_ = nullptr;
 };
 

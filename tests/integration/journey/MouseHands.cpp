@@ -5,8 +5,8 @@
 
 #include "testing/waiting/Waiting.h"
 
-using demo::SeenWindow;
 using velmora::testkit::Differs;
+using velmora::testkit::SeenWindow;
 
 namespace journey {
 

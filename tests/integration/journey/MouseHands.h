@@ -23,7 +23,7 @@ class MouseHands : public Hands {
   void cancel(const QString& window) override;
 
  private:
-  void click(const demo::SeenWindow& window, QJsonObject target);
+  void click(const velmora::testkit::SeenWindow& window, QJsonObject target);
 };
 
 }  // namespace journey

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "demo/ProbeClient.h"
+#include "testing/person/ProbeClient.h"
 
 #include <QFile>
 #include <QJsonDocument>
 
-#include "demo/Report.h"
 #include "testing/process/Program.h"
 #include "testing/waiting/Waiting.h"
 
-namespace demo {
+namespace velmora::testkit {
 
 namespace {
 
@@ -21,8 +20,9 @@ QString compact(const QJsonObject& object) {
 
 }  // namespace
 
-ProbeClient::ProbeClient(Report& report, const QString& socket, Program& application, double seconds)
-    : report_(report), application_(application) {
+ProbeClient::ProbeClient(const Program::Trace& trace, const QString& socket, Program& application,
+                         double seconds)
+    : trace_(trace), application_(application) {
   QObject::connect(&socket_, &QLocalSocket::readyRead, &socket_, [this] { read(); });
   const bool connected = waitUntil(seconds, [&] {
     if (!application_.running()) return true;
@@ -35,12 +35,17 @@ ProbeClient::ProbeClient(Report& report, const QString& socket, Program& applica
                   application_.running() ? "it does not answer" : "it has ended");
 }
 
+void ProbeClient::addProbe(QProcessEnvironment& environment, const QString& socket) {
+  environment.insert("QT_PLUGIN_PATH", PROBE_FOLDER);
+  environment.insert("QT_QPA_GENERIC_PLUGINS", "velmoraprobe:" + socket);
+}
+
 void ProbeClient::read() {
   while (socket_.canReadLine()) {
     const QJsonObject line = QJsonDocument::fromJson(socket_.readLine()).object();
     if (line.contains("news")) {
       news_.append({line["news"] == "shown", line["window"].toObject(), line["at"].toInteger()});
-      report_.trace("window", line["news"].toString() + ' ' + compact(line["window"].toObject()));
+      trace_("window", line["news"].toString() + ' ' + compact(line["window"].toObject()));
     } else if (line["id"].toInt() == lastId_) {
       reply_ = line;
     }
@@ -71,8 +76,8 @@ QJsonArray ProbeClient::windows() {
 QString ProbeClient::command(QJsonObject request) {
   const QJsonObject answer = ask(request);
   const QString error = answer["ok"].toBool() ? QString() : answer["error"].toString("no answer");
-  report_.trace("hand", compact(request) + (error.isEmpty() ? QString() : " refused: " + error));
+  trace_("hand", compact(request) + (error.isEmpty() ? QString() : " refused: " + error));
   return error;
 }
 
-}  // namespace demo
+}  // namespace velmora::testkit

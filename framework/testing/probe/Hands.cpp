@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "demo/probe/Hands.h"
+#include "testing/probe/Hands.h"
 
 #include <QtTest/qtestkeyboard.h>
 #include <QtTest/qtestmouse.h>
@@ -7,18 +7,14 @@
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
-#include <chrono>
 
-namespace demo::probe {
+#include "testing/waiting/SteadyClock.h"
+
+namespace velmora::testkit::probe {
 
 namespace {
 
 constexpr int PatienceMilliseconds = 3000;
-
-qint64 milliseconds() {
-  using namespace std::chrono;
-  return duration_cast<std::chrono::milliseconds>(steady_clock::now().time_since_epoch()).count();
-}
 
 void mouse(QEvent::Type type, const Target& target) {
   if (!target.widget) return;  // gone since the click began: a click into the void
@@ -28,7 +24,7 @@ void mouse(QEvent::Type type, const Target& target) {
   qt_handleMouseEvent(top->windowHandle(), local, top->mapToGlobal(local),
                       type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
                       moving ? Qt::NoButton : Qt::LeftButton, type, Qt::NoModifier,
-                      static_cast<int>(milliseconds() & 0x7fffffff));
+                      static_cast<int>(steadyMilliseconds() & 0x7fffffff));
 }
 
 bool belongsTo(const QWidget* widget, const QWidget* ancestor) {
@@ -152,7 +148,7 @@ void Hands::press(const QKeySequence& keys, Done done) {
 }
 
 void Hands::begin(Job job) {
-  job.deadline = milliseconds() + PatienceMilliseconds;
+  job.deadline = steadyMilliseconds() + PatienceMilliseconds;
   jobs_.push_back(std::move(job));
   if (jobs_.size() == 1) schedule(0);
 }
@@ -175,7 +171,7 @@ void Hands::turn() {
   if (const auto& check = job.steps.front().check) {
     QString error;
     const Outcome outcome = check(error);
-    if (outcome == Outcome::Failed || (outcome == Outcome::Wait && milliseconds() > job.deadline))
+    if (outcome == Outcome::Failed || (outcome == Outcome::Wait && steadyMilliseconds() > job.deadline))
       return finish(error);
     if (outcome == Outcome::Done) job.steps.pop_front();
     return schedule(outcome == Outcome::Wait ? 10 : 0);
@@ -186,4 +182,4 @@ void Hands::turn() {
   act();
 }
 
-}  // namespace demo::probe
+}  // namespace velmora::testkit::probe

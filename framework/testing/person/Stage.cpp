@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "demo/Stage.h"
+#include "testing/person/Stage.h"
 
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QScreen>
 
-#include "demo/Report.h"
 #include "testing/waiting/Waiting.h"
 
-namespace demo {
+namespace velmora::testkit {
 
 namespace {
 
@@ -21,8 +20,8 @@ void write(const QString& path, const QByteArray& bytes) {
 
 }  // namespace
 
-Stage::Stage(Report& report, Screen screen, const QString& program, const QString& locale)
-    : report_(report), environment_(QProcessEnvironment::systemEnvironment()) {
+Stage::Stage(const Program::Trace& trace, Screen screen, const QString& program, const QString& locale)
+    : trace_(trace), environment_(QProcessEnvironment::systemEnvironment()) {
   if (!folder_.isValid()) throw Differs("a temporary folder", folder_.errorString());
   for (const char* path : {"home/Desktop", "home/Documents", "runtime"})
     if (!QDir(folder_.path()).mkpath(path)) throw Differs(QString("to make ") + path, "it was not possible");
@@ -47,14 +46,12 @@ Stage::Stage(Report& report, Screen screen, const QString& program, const QStrin
   environment_.insert("LC_ALL", locale + ".UTF-8");
   environment_.insert("QT_QPA_PLATFORM", "xcb");
 
-  bus_ =
-      std::make_unique<PrivateBus>(PrivateBus::Start::Now, PrivateBus::Activation::Nothing, report_.tracer());
+  bus_ = std::make_unique<PrivateBus>(PrivateBus::Start::Now, PrivateBus::Activation::Nothing, trace_);
   environment_.insert("DBUS_SESSION_BUS_ADDRESS", bus_->address());
   if (users) {
     screenDescription_ = "the user's screen " + environment_.value("DISPLAY");
   } else {
-    screen_ = std::make_unique<VirtualScreen>(VirtualScreen::WindowManager::Openbox, environment_,
-                                              report_.tracer());
+    screen_ = std::make_unique<VirtualScreen>(VirtualScreen::WindowManager::Openbox, environment_, trace_);
     screen_->addTo(environment_);
     screenDescription_ = screen_->description();
   }
@@ -72,7 +69,7 @@ bool Stage::usersScreenWorks(const QString& program) {
   QProcessEnvironment environment = environment_;
   environment.insert("QT_QPA_PLATFORM", "xcb");
   const bool works = Program(program, environment).run({"--check-screen"}) == 0;
-  if (!works) report_.trace("demo", "the screen " + environment_.value("DISPLAY") + " does not work");
+  if (!works) trace_("demo", "the screen " + environment_.value("DISPLAY") + " does not work");
   return works;
 }
 
@@ -81,4 +78,4 @@ int Stage::checkScreen(int argc, char** argv) {
   return QGuiApplication::primaryScreen() ? 0 : 1;
 }
 
-}  // namespace demo
+}  // namespace velmora::testkit

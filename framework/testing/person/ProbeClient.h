@@ -10,11 +10,7 @@
 
 #include "testing/process/Program.h"
 
-namespace demo {
-
-class Report;
-
-using namespace velmora::testkit;
+namespace velmora::testkit {
 
 /// The driver's end of the probe inside the application.
 class ProbeClient {
@@ -26,8 +22,11 @@ class ProbeClient {
     qint64 at;           ///< steady clock, milliseconds
   };
 
+  /// Lets a program that is started with that environment load the probe, which listens at that socket.
+  static void addProbe(QProcessEnvironment& environment, const QString& socket);
+
   /// Connects to the probe in `application` at that socket as soon as it is there.
-  ProbeClient(Report& report, const QString& socket, Program& application, double seconds);
+  ProbeClient(const Program::Trace& trace, const QString& socket, Program& application, double seconds);
 
   /// The windows that are visible now, as the probe describes them. Throws once the application has gone.
   QJsonArray windows();
@@ -43,7 +42,7 @@ class ProbeClient {
  private:
   void read();
 
-  Report& report_;
+  Program::Trace trace_;
   Program& application_;
   QLocalSocket socket_;
   int lastId_ = 0;
@@ -51,4 +50,4 @@ class ProbeClient {
   QList<News> news_;
 };
 
-}  // namespace demo
+}  // namespace velmora::testkit

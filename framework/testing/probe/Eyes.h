@@ -11,7 +11,7 @@
 
 class QWidget;
 
-namespace demo::probe {
+namespace velmora::testkit::probe {
 
 /// A place in a window that can be pointed at.
 struct Target {
@@ -63,4 +63,4 @@ class Eyes {
 /// A text as it is seen: without the mark of its keyboard shortcut.
 QString withoutMnemonic(const QString& text);
 
-}  // namespace demo::probe
+}  // namespace velmora::testkit::probe

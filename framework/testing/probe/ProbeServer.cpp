@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "demo/probe/ProbeServer.h"
+#include "testing/probe/ProbeServer.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -10,19 +10,11 @@
 #include <QLocalSocket>
 #include <QStyleHints>
 #include <QWidget>
-#include <chrono>
 #include <cstdio>
 
-namespace demo::probe {
+#include "testing/waiting/SteadyClock.h"
 
-namespace {
-
-qint64 steadyMilliseconds() {
-  using namespace std::chrono;
-  return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
-}
-
-}  // namespace
+namespace velmora::testkit::probe {
 
 ProbeServer::ProbeServer(const QString& socket) : hands_(eyes_) {
   server_.setSocketOptions(QLocalServer::UserAccessOption);
@@ -112,4 +104,4 @@ void ProbeServer::send(const QJsonObject& line) {
   }
 }
 
-}  // namespace demo::probe
+}  // namespace velmora::testkit::probe

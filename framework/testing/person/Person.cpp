@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "demo/Person.h"
+#include "testing/person/Person.h"
 
 #include "testing/waiting/Waiting.h"
 
-namespace demo {
+namespace velmora::testkit {
 
 QJsonObject SeenWindow::widget(const QString& name) const {
   const QJsonArray widgets = description_["widgets"].toArray();
@@ -178,4 +178,4 @@ void Person::picture(const SeenWindow& window, const QString& file) {
   must("a picture of " + window.name(), {{"do", "picture"}, {"window", window.id()}, {"file", file}});
 }
 
-}  // namespace demo
+}  // namespace velmora::testkit

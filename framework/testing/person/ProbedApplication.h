@@ -4,23 +4,19 @@
 #include <QString>
 #include <memory>
 
-#include "demo/Person.h"
-#include "demo/ProbeClient.h"
+#include "testing/person/Person.h"
+#include "testing/person/ProbeClient.h"
+#include "testing/person/Stage.h"
 #include "testing/process/Program.h"
 
-namespace demo {
-
-class Report;
-class Stage;
-
-using namespace velmora::testkit;
+namespace velmora::testkit {
 
 /// One run of the application, with the person in front of it. The probe comes to it from its environment;
 /// the program itself is the one that is shipped.
-class Application {
+class ProbedApplication {
  public:
-  /// Starts the program; `pluginFolder` holds "generic/" with the probe in it.
-  Application(Report& report, const Stage& stage, const QString& program, const QString& pluginFolder);
+  /// Starts the program, and returns when the probe in it answers.
+  ProbedApplication(const Program::Trace& trace, const Stage& stage, const QString& program);
 
   Program& process() { return process_; }
   ProbeClient& probe() { return *probe_; }
@@ -42,4 +38,4 @@ class Application {
   std::unique_ptr<Person> person_;
 };
 
-}  // namespace demo
+}  // namespace velmora::testkit

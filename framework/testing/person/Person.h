@@ -9,9 +9,9 @@
 #include <QString>
 #include <functional>
 
-#include "demo/ProbeClient.h"
+#include "testing/person/ProbeClient.h"
 
-namespace demo {
+namespace velmora::testkit {
 
 /// One visible window, as it was when it was looked at.
 class SeenWindow {
@@ -102,4 +102,4 @@ class Person {
   ProbeClient& probe_;
 };
 
-}  // namespace demo
+}  // namespace velmora::testkit

@@ -9,11 +9,7 @@
 #include "testing/bus/PrivateBus.h"
 #include "testing/process/VirtualScreen.h"
 
-namespace demo {
-
-class Report;
-
-using namespace velmora::testkit;
+namespace velmora::testkit {
 
 /// What the demonstration plays on: an empty home folder, a session bus of its own on which nothing is
 /// started by itself, and a screen, which is the user's or, where there is none, a virtual one with a window
@@ -24,7 +20,7 @@ class Stage {
 
   /// Sets everything up; throws with the reason when a part is missing. `program` is this program's own path,
   /// `locale` the language that the programs on the stage are told, as in "de_DE".
-  Stage(Report& report, Screen screen, const QString& program, const QString& locale = "C");
+  Stage(const Program::Trace& trace, Screen screen, const QString& program, const QString& locale = "C");
 
   /// The home folder: "<home>/Desktop" and "<home>/Documents" exist, nothing else does.
   QString home() const { return folder_.path() + "/home"; }
@@ -46,7 +42,7 @@ class Stage {
  private:
   bool usersScreenWorks(const QString& program);
 
-  Report& report_;
+  Program::Trace trace_;
   QTemporaryDir folder_;
   QProcessEnvironment environment_;
   QString screenDescription_;
@@ -54,4 +50,4 @@ class Stage {
   std::unique_ptr<VirtualScreen> screen_;
 };
 
-}  // namespace demo
+}  // namespace velmora::testkit

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <QGenericPlugin>
 
-#include "demo/probe/ProbeServer.h"
+#include "testing/probe/ProbeServer.h"
 
-namespace demo::probe {
+namespace velmora::testkit::probe {
 
 /// Lets the environment load the probe into any Qt program, which need not know of it:
 /// QT_PLUGIN_PATH names the folder above "generic", QT_QPA_GENERIC_PLUGINS is "velmoraprobe:<socket>".
@@ -18,6 +18,6 @@ class ProbePlugin : public QGenericPlugin {
   }
 };
 
-}  // namespace demo::probe
+}  // namespace velmora::testkit::probe
 
 #include "ProbePlugin.moc"

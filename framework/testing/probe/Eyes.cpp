@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "demo/probe/Eyes.h"
+#include "testing/probe/Eyes.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -19,7 +19,7 @@
 #include <QTabWidget>
 #include <QWindow>
 
-namespace demo::probe {
+namespace velmora::testkit::probe {
 
 namespace {
 
@@ -284,4 +284,4 @@ QJsonObject Eyes::takePicture(const QJsonObject& request, const QString& file) {
   return {};
 }
 
-}  // namespace demo::probe
+}  // namespace velmora::testkit::probe

@@ -9,12 +9,12 @@
 #include <QPointer>
 #include <QString>
 
-#include "demo/probe/Eyes.h"
-#include "demo/probe/Hands.h"
+#include "testing/probe/Eyes.h"
+#include "testing/probe/Hands.h"
 
 class QLocalSocket;
 
-namespace demo::probe {
+namespace velmora::testkit::probe {
 
 /// Gives one driver outside the program eyes and hands in it, over a local socket that only this user may
 /// open.
@@ -54,4 +54,4 @@ class ProbeServer : public QObject {
   Hands hands_;
 };
 
-}  // namespace demo::probe
+}  // namespace velmora::testkit::probe

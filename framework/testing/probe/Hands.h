@@ -8,9 +8,9 @@
 #include <deque>
 #include <functional>
 
-#include "demo/probe/Eyes.h"
+#include "testing/probe/Eyes.h"
 
-namespace demo::probe {
+namespace velmora::testkit::probe {
 
 /// Clicks and types as a person does: events enter where the window system's enter, so that focus, shortcuts,
 /// popups and modality decide what becomes of them. What a person could not reach is refused: something
@@ -61,4 +61,4 @@ QString obstacle(const Target& target);
 /// {"error"} when a click there would go elsewhere, to another window too.
 QJsonObject placeOnScreen(const Target& target);
 
-}  // namespace demo::probe
+}  // namespace velmora::testkit::probe
