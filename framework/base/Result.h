@@ -7,8 +7,8 @@
 
 namespace velmora::base {
 
-/// Why an operation failed, in words that can be shown to the user. What the log says of it is written where it
-/// happens, because only there is known what the log must not name.
+/// Why an operation failed, in words that can be shown to the user. What the log says of it is written where
+/// it happens, because only there is known what the log must not name.
 struct Failure {
   QString message;
 };

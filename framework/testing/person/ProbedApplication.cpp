@@ -3,7 +3,6 @@
 
 #include <QFile>
 
-
 namespace velmora::testkit {
 
 namespace {

@@ -26,9 +26,6 @@ using velmora::link::BusLink;
 
 namespace {
 
-QVariantMap numbered(int number) { return {{QStringLiteral("Number"), number}}; }
-QVariant numberOf(const QVariantMap& details) { return details.value(QStringLiteral("Number")); }
-
 const QString Off = QStringLiteral("the link is off");
 const QString On = QStringLiteral("The session bus is back, the link is on");
 

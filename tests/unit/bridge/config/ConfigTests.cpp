@@ -211,7 +211,7 @@ TEST_F(Config, APasswordIsForTheUserAloneToRead) {
   const QByteArray secret = withPacs("user = u\npassword = secret");
   EXPECT_TRUE(read(secret, 0600).ok());
   EXPECT_TRUE(read(secret, 0400).ok());
-  for (const mode_t mode : {0640, 0604, 0620, 0644, 0666}) {
+  for (const mode_t mode : {0640U, 0604U, 0620U, 0644U, 0666U}) {
     const QStringList errors = linesOf(read(secret, mode).error());
     ASSERT_EQ(errors.size(), 1) << mode;
     EXPECT_TRUE(errors.first().endsWith(text("chmod 600 ") + path())) << qPrintable(errors.first());

@@ -173,7 +173,7 @@ TEST(JpegImageHeader, IsRefusedWithWhatIsWrong) {
   EXPECT_EQ(error(good.left(scan) + grey.mid(segment(grey, 0xda))), text("is incomplete"));
   // More codes of one bit than there can be.
   const qsizetype codes = segment(good, 0xc4) + 5;
-  const int moved = good.at(codes + 2);
+  const int moved = static_cast<unsigned char>(good.at(codes + 2));
   ASSERT_GT(moved, 2);
   EXPECT_EQ(error(patched(patched(good, codes, static_cast<unsigned char>(moved)), codes + 2, 0)),
             text("is damaged"));
