@@ -90,7 +90,7 @@ int runServe(const QStringList& arguments) {
     return Failure;
   }
   for (const QString& warning : spool.warnings()) failed(warning);
-  RequestMemory requests(spool.folder() + QStringLiteral("/requests"));
+  RequestHistory requests(spool.folder() + QStringLiteral("/requests"));
   const base::Result<> remembered = requests.open(QDateTime::currentDateTimeUtc());
   if (!remembered) failed(remembered.error());
 

@@ -19,7 +19,7 @@ qint64 sizeOf(const SpooledReply& reply) {
 
 }  // namespace
 
-Inbox::Inbox(Spool& spool, RequestMemory& requests, Line taken, Line log, qint64 mostKept)
+Inbox::Inbox(Spool& spool, RequestHistory& requests, Line taken, Line log, qint64 mostKept)
     : spool_(spool),
       requests_(requests),
       taken_(std::move(taken)),
@@ -43,7 +43,7 @@ bool Inbox::reply(const QVariantMap& values, const QString& application, const Q
     log_(QStringLiteral("a reply of %1 holds no chart and is refused").arg(oneLine(application)));
     return false;
   }
-  requests_.recall(*reply);
+  requests_.matchToRequest(*reply);
   const QString name = spool_.newName();
   // Nobody overtakes those that could not be written yet.
   const base::Result<> written =

@@ -6,7 +6,7 @@
 
 #include "bridge/dicom/Capture.h"
 #include "bridge/service/LogText.h"
-#include "bridge/spool/RequestMemory.h"
+#include "bridge/spool/RequestHistory.h"
 
 using namespace velmora;
 

@@ -39,7 +39,7 @@ qint64 sizeOf(const link::Message& message) {
 
 }  // namespace
 
-Service::Service(Spool& spool, RequestMemory& requests, Pacs& pacs, const Config& config, Line done,
+Service::Service(Spool& spool, RequestHistory& requests, Pacs& pacs, const Config& config, Line done,
                  Line failed)
     : failed_(failed),
       inbox_(spool, requests, done, failed),

@@ -19,24 +19,25 @@
 
 namespace bridge {
 
-/// Hears on one thread, writes to the spool on the thread that it was made on, and talks to the PACS on a
-/// third, so that none of them waits for another.
+/// Receives on one thread, writes to the spool on the thread that it was created on, and talks to the PACS on
+/// a third, so that none of them waits for another.
 class Service : public QObject {
  public:
   using Line = std::function<void(const QString& line)>;
 
-  /// The spool is open; all of it outlives the service. Both receivers of lines are called on any thread.
-  Service(Spool& spool, RequestMemory& requests, Pacs& pacs, const Config& config, Line done, Line failed);
+  /// The spool must be open, and everything passed must outlive the service. `done` and `failed` are called
+  /// on any thread.
+  Service(Spool& spool, RequestHistory& requests, Pacs& pacs, const Config& config, Line done, Line failed);
   ~Service() override;
   Service(const Service&) = delete;
   Service& operator=(const Service&) = delete;
 
-  /// Takes what came over the bus. Any thread; quick.
+  /// Takes a message from the bus. Returns at once. Any thread.
   void receive(const velmora::link::Message& message);
 
-  /// Before the end: writes down what has been heard, and says what cannot be.
+  /// Before the program ends: writes what has been received, and logs what cannot be written.
   void drain();
-  /// Lets no new exchange with the PACS begin. Whether the one that runs ended within `limit`.
+  /// Starts no further exchange with the PACS. Returns whether the current one ended within `limit`.
   bool end(std::chrono::milliseconds limit);
 
  private:

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "bridge/dicom/Uid.h"
-#include "bridge/spool/RequestMemory.h"
+#include "bridge/spool/RequestHistory.h"
 
 using namespace velmora;
 

@@ -20,7 +20,7 @@ PacsResult<Study> studyOfUID(const QString& uid, const SpooledReply& reply, Pacs
 
 /// Finds the study that a chart belongs to:
 ///  - the one that the reply names;
-///  - when it names none, the one that the request named that it belongs to (RequestMemory);
+///  - when it names none, the one that the request named that it belongs to (RequestHistory);
 ///  - else the only one that the PACS has of that patient on that day.
 /// In the last two cases a patient's identifier stands for several patients when the PACS has two who are
 /// only told apart by "/" and "-", by their issuers or by their birth dates: then none is taken.

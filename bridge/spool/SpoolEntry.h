@@ -12,19 +12,19 @@
 
 namespace bridge {
 
-/// A chart that an application sent, as the spool keeps it. What is here was fixed when it arrived.
+/// A chart that an application sent, as the spool keeps it; fixed on arrival.
 struct SpooledReply {
-  QString sopInstanceUID;     ///< of the object that it will be
+  QString sopInstanceUID;     ///< of the DICOM object that it becomes
   QDateTime arrival;          ///< with its offset from UTC
   QString application;        ///< bundle identifier
   QString identifier;         ///< the patient's, as it came
-  QString patientName;        ///< as it came; for the eyes of whoever looks after a chart that was set aside
-  QDate birthDay;             ///< the local calendar day when it arrived; invalid when none came
+  QString patientName;        ///< as it came; for the person who deals with a chart that was set aside
+  QDate birthDay;             ///< the local calendar day; invalid when the reply had none
   QDate studyDay;             ///< likewise
-  QString studyID;            ///< of the reply; empty when it names none
-  QString requestedStudyUID;  ///< of the request that it belongs to; empty when there is none
+  QString studyID;            ///< as in the reply; empty when it names no study
+  QString requestedStudyUID;  ///< of the request that it belongs to; empty when there is no such request
   QString description;
-  QString complaint;  ///< why it can never be sent; empty when nothing is wrong with it
+  QString complaint;  ///< why it can never be sent; empty when it can
   QByteArray jpeg;
 
   bool operator==(const SpooledReply&) const = default;
@@ -34,7 +34,7 @@ struct SpooledReply {
 std::optional<SpooledReply> spooledReply(const QVariantMap& payload, const QString& application,
                                          const QDateTime& arrival);
 
-/// Where a chart belongs, and which object it is there. Decided once.
+/// The study that a chart belongs to, and its place there. Decided once.
 struct Decision {
   Study study;
   QString seriesInstanceUID;
@@ -47,15 +47,15 @@ struct Decision {
 
 enum class SpoolState { Waiting, Stored, Aside };
 
-/// What has become of a reply so far.
+/// The state of a reply.
 struct EntryState {
   SpoolState state = SpoolState::Waiting;
   QDateTime changed;                 ///< when this was written
-  int tries = 0;                     ///< exchanges with the PACS that failed and will be repeated
-  QString reason;                    ///< of the last failure, or for setting it aside
-  std::optional<Decision> decision;  ///< dropped when stored
+  int tries = 0;                     ///< failed exchanges with the PACS that will be repeated
+  QString reason;                    ///< of the last failure, or why it was set aside
+  std::optional<Decision> decision;  ///< empty once stored
 
-  // What is left of a stored reply; empty before.
+  // What is kept of a stored reply; empty before.
   QString sopInstanceUID;
   QString studyInstanceUID;
   QString application;
@@ -64,13 +64,13 @@ struct EntryState {
   bool operator==(const EntryState&) const = default;
 };
 
-// As files. Each file begins with a line that names its kind and holds the SHA-256 of the rest, so that a
-// damaged one is not taken for a whole one.
+// The files. Each begins with a line that names its kind and holds the SHA-256 of the rest, so that damage is
+// detected.
 
 QByteArray encodeReply(const SpooledReply& reply);
-/// Nothing when the file is damaged, cut, or of another kind.
+/// Returns nothing when the file is damaged, truncated or of another kind.
 std::optional<SpooledReply> decodeReply(const QByteArray& file);
-/// All but the JPEG, from the first HeadSize bytes of the file. The SHA-256 is not looked at.
+/// Reads all but the JPEG from the first HeadSize bytes of the file. Does not check the SHA-256.
 std::optional<SpooledReply> decodeReplyHead(const QByteArray& beginning);
 inline constexpr qint64 HeadSize = 64 * 1024;
 

@@ -3,7 +3,7 @@
 
 #include "bridge/dicom/Capture.h"
 #include "bridge/service/WhichStudy.h"
-#include "bridge/spool/RequestMemory.h"
+#include "bridge/spool/RequestHistory.h"
 #include "bridge/spool/SpoolFile.h"
 #include "link/protocol/LinkProtocol.h"
 #include "tests/fuzz/FuzzTargets.h"

@@ -23,7 +23,7 @@ class InboxTest : public ::testing::Test {
 
   QTemporaryDir temporary_;
   Spool spool_{temporary_.filePath(text("spool"))};
-  RequestMemory requests_{temporary_.filePath(text("requests"))};
+  RequestHistory requests_{temporary_.filePath(text("requests"))};
   QStringList taken_;
   QStringList log_;
   Inbox inbox_{spool_, requests_, [this](const QString& line) { taken_.append(line); },
@@ -78,7 +78,7 @@ TEST_F(InboxTest, WritesARequestWhenTheDiskHasRoomAgain) {
   }
   EXPECT_FALSE(inbox_.tryAgain());
   EXPECT_FALSE(inbox_.keepsSome());
-  RequestMemory later(temporary_.filePath(text("requests")));
+  RequestHistory later(temporary_.filePath(text("requests")));
   EXPECT_EQ(later.open(now).error(), QString());
   ASSERT_EQ(later.requests().size(), 1);
   EXPECT_EQ(later.requests().first().studyUID, text("1.2"));

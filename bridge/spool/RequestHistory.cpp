@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "bridge/spool/RequestMemory.h"
+#include "bridge/spool/RequestHistory.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -32,9 +32,9 @@ QString applicationIdentifier(const QString& identifier) {
   return link::fileNameIdentifier(identifier).trimmed();
 }
 
-RequestMemory::RequestMemory(const QString& path) : path_(path) {}
+RequestHistory::RequestHistory(const QString& path) : path_(path) {}
 
-base::Result<> RequestMemory::open(const QDateTime& now) {
+base::Result<> RequestHistory::open(const QDateTime& now) {
   const base::Result<std::optional<QByteArray>> file = readBeginning(path_, LargestFile);
   if (!file) return base::Failure{QStringLiteral("cannot read %1: %2").arg(path_, file.error())};
   if (!*file) return {};
@@ -60,15 +60,15 @@ base::Result<> RequestMemory::open(const QDateTime& now) {
   return save();
 }
 
-void RequestMemory::forgetOld(const QDateTime& now) {
-  requests_.removeIf([&now](const HeardRequest& each) { return each.time.daysTo(now) > Days; });
+void RequestHistory::forgetOld(const QDateTime& now) {
+  requests_.removeIf([&now](const ReceivedRequest& each) { return each.time.daysTo(now) > Days; });
   if (requests_.size() > Most) requests_.remove(0, requests_.size() - Most);
 }
 
-base::Result<> RequestMemory::remember(const QVariantMap& payload, const QString& application,
+base::Result<> RequestHistory::remember(const QVariantMap& payload, const QString& application,
                                        const QDateTime& time) {
   const link::LinkRequest request = link::readRequest(payload);
-  HeardRequest heard;
+  ReceivedRequest heard;
   heard.application = application;
   heard.identifier = applicationIdentifier(textOf(request.identifier));
   heard.studyUID = textOf(request.studyID).trimmed();
@@ -83,10 +83,10 @@ base::Result<> RequestMemory::remember(const QVariantMap& payload, const QString
   return save();
 }
 
-base::Result<> RequestMemory::save() {
+base::Result<> RequestHistory::save() {
   if (saved_) return {};
   QJsonArray array;
-  for (const HeardRequest& each : requests_) {
+  for (const ReceivedRequest& each : requests_) {
     array.append(QJsonObject{{QStringLiteral("application"), each.application},
                              {QStringLiteral("identifier"), each.identifier},
                              {QStringLiteral("studyUID"), each.studyUID},
@@ -99,9 +99,9 @@ base::Result<> RequestMemory::save() {
   return written;
 }
 
-void RequestMemory::recall(SpooledReply& reply) const {
+void RequestHistory::matchToRequest(SpooledReply& reply) const {
   const QString identifier = applicationIdentifier(reply.identifier);
-  const auto isOfPatient = [&](const HeardRequest& request) {
+  const auto isOfPatient = [&](const ReceivedRequest& request) {
     // In capitals the record of a patient who came back may hold it. Whether it is this patient, the birth
     // date has to tell; see mayGoInto().
     return request.identifier == identifier || request.identifier.toUpper() == identifier;
@@ -109,7 +109,7 @@ void RequestMemory::recall(SpooledReply& reply) const {
   bool isLatest = true;
   for (auto request = requests_.rbegin(); request != requests_.rend(); ++request) {
     if (request->application != reply.application || !isOfPatient(*request)) continue;
-    // The order is the one in which they were heard; where the clock was set back, the latest may lie ahead.
+    // The order is the one of arrival; where the clock was set back, the latest may lie ahead.
     const bool isFresh = qAbs(request->time.secsTo(reply.arrival)) <= HoursOfTheLatest * 3600;
     const bool isOfTheDay = reply.studyDay.isValid() && request->studyDay == reply.studyDay;
     if ((isLatest && isFresh) || isOfTheDay) {
