@@ -6,7 +6,7 @@
 namespace bridge {
 
 /// Shows a message on the user's desktop, as a notification over the session bus (freedesktop.org's
-/// "Desktop Notifications" 1.2). False when there is nobody to show it.
+/// "Desktop Notifications" 1.2). Returns false when nothing can show it.
 bool showOnDesktop(const QString& title, const QString& text);
 
 }  // namespace bridge

@@ -10,20 +10,20 @@
 
 namespace bridge {
 
-/// The folder into which replies are written, "0001.jpg" beside "0001.json" and so on, counting on from what
-/// is there.
+/// The folder that replies are written to, as "0001.jpg" and "0001.json" and so on, numbered after those that
+/// are there.
 class ReplyFolder {
  public:
   explicit ReplyFolder(const QString& path);
 
-  /// Makes the folder if it is missing and keeps other receivers out of it for as long as this object lives.
+  /// Creates the folder if it is missing, and keeps other receivers out of it during the life of this object.
   velmora::base::Result<> open();
 
   /// The number under which the next reply is written.
   QString nextNumber() const;
 
-  /// Writes a reply under the next number: first the chart, if it has one, then the rest, so that whoever
-  /// sees the second file finds both whole.
+  /// Writes a reply under the next number: first the chart, if there is one, then the rest, so that both
+  /// files are complete when the second appears.
   velmora::base::Result<> write(const QVariantMap& reply);
 
  private:

@@ -8,12 +8,12 @@
 
 namespace bridge {
 
-/// Sends a link request to the application with that bundle identifier and says so. Succeeds when the session
-/// bus has it.
+/// Sends a link request to the application with that bundle identifier and prints that it did. Succeeds when
+/// the session bus has taken the request.
 velmora::base::Result<> sendRequest(const QString& application, const QVariantMap& details);
 
-/// Whether an application of that bundle identifier is known to be running: it has that name on the session
-/// bus. True, too, when the bus cannot be asked.
+/// Whether the application may be running: it owns its bundle identifier as a name on the session bus, or the
+/// bus cannot be asked.
 bool mayBeRunning(const QString& application);
 
 }  // namespace bridge

@@ -8,20 +8,20 @@
 
 namespace bridge {
 
-/// What a "velmora-link:" address asks for: the studies to look for, and the application to send the one to.
+/// What a "velmora-link:" address asks for: the study to look for, and the application to send it to.
 struct StudyAddress {
   StudyQuery query;
   QString application;  ///< empty: the first that is configured
 };
 
-/// Reads an address of the form
+/// Parses an address of the form
 ///
 ///   velmora-link:study?uid=1.2.840.99.7&application=org.example.growth
 ///
 /// with the keys uid, accession, patient, date (YYYY-MM-DD) and application, in any order, each at most once,
-/// and one of the first three at least. Values are UTF-8, percent-encoded (RFC 3986); "+" is a plus sign.
+/// and at least one of the first three. Values are UTF-8, percent-encoded (RFC 3986); "+" is a plus sign.
 ///
-/// Any page in a browser may hand such an address over. It can name a study, nothing else: it is at most
+/// Any page in a browser may pass such an address. It can name a study and nothing else: it has at most
 /// `LongestAddress` characters, all of them printable ASCII; a UID is one (isUid()); an identifier is at most
 /// 64 characters, without backslashes, wildcards and control characters; and there is no key for a file, a
 /// host or a configuration. A refusal says why, without quoting the address.
@@ -29,7 +29,7 @@ velmora::base::Result<StudyAddress> studyAddress(const QString& address);
 
 inline constexpr int LongestAddress = 2048;
 
-/// Whether a text may be a patient's identifier or an accession number.
+/// Whether the text can be a patient's identifier or an accession number.
 bool isPlainIdentifier(const QString& text);
 
 }  // namespace bridge

@@ -9,20 +9,20 @@
 
 namespace bridge {
 
-/// What the configuration file of velmora-link says.
+/// The configuration of velmora-link.
 struct Config {
   PacsSettings pacs;
-  QStringList applications;  ///< bundle identifiers; the first is the one that a study goes to unless another
-                             ///< is named
-  QStringList chartsWithoutPatient;  ///< those of them in whose charts nothing tells who the patient is
+  QStringList applications;          ///< bundle identifiers; a study goes to the first one unless another is
+                                     ///< named
+  QStringList chartsWithoutPatient;  ///< those whose charts do not show who the patient is
   QString spoolFolder;               ///< absolute
 };
 
-/// Where the configuration is unless --config says otherwise: velmora-link/velmora-link.conf in
+/// The path of the configuration unless --config names another: velmora-link/velmora-link.conf in
 /// $XDG_CONFIG_HOME.
 QString configPath();
-/// Reads the file. The error has a line for each thing that is wrong, with the file and the line's number; of
-/// a file that does not exist it says where an example is.
+/// Reads the file. The error has a line for each mistake, with the path and the line number; for a missing
+/// file it says where to find an example.
 velmora::base::Result<Config> readConfig(const QString& path);
 
 }  // namespace bridge

@@ -13,18 +13,18 @@ struct ConfigEntry {
   QString section;
   QString key;
   QString value;
-  int line = 0;  ///< counted from 1
+  int line = 0;  ///< from 1
 };
 
 struct ConfigEntries {
   QList<ConfigEntry> entries;
-  QStringList errors;  ///< "12: ...", the number of the line first
+  QStringList errors;  ///< "12: ...", beginning with the line number
 };
 
-/// Reads the form of a configuration file and nothing of its meaning: "[section]" lines, "key = value" lines,
-/// empty lines, and lines that begin with "#" or ";". A value is what stands behind the "=", without the
-/// blanks around it: no quotes, no escapes, no comments behind it, so that a password or a folder is written
-/// as it is. The text is UTF-8.
+/// Parses the syntax of a configuration file, not its meaning: "[section]" lines, "key = value" lines, empty
+/// lines, and lines that begin with "#" or ";". A value is what follows the "=", without surrounding blanks:
+/// there are no quotes, escapes or trailing comments, so that a password or a folder is written as it is. The
+/// text is UTF-8.
 ConfigEntries parseConfig(const QByteArray& text);
 
 }  // namespace bridge

@@ -5,11 +5,11 @@
 
 namespace bridge {
 
-/// Bytes that are read once, from the beginning on.
+/// Bytes that are read once, from beginning to end.
 class ByteSource {
  public:
   virtual ~ByteSource() = default;
-  /// Exactly `size` bytes; false when there are fewer left.
+  /// Reads exactly `size` bytes. Returns false when fewer are left.
   virtual bool read(char* bytes, qint64 size) = 0;
   virtual bool skip(qint64 size) = 0;
 };

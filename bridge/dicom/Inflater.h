@@ -9,8 +9,8 @@
 
 namespace bridge {
 
-/// Inflates a raw deflate stream (RFC 1951) from a device. It gives at most `MostInflated` bytes, so that a
-/// small file cannot keep us busy: a study's attributes are at the beginning.
+/// Inflates a raw deflate stream (RFC 1951) from a device. Gives at most `MostInflated` bytes, so that a
+/// small file cannot keep us busy: the attributes of a study are at the beginning.
 class Inflater : public ByteSource {
  public:
   explicit Inflater(QIODevice& device);

@@ -7,11 +7,11 @@
 
 namespace bridge {
 
-/// What a JPEG file image says of itself (ITU-T T.81).
+/// The properties of a JPEG image (ITU-T T.81).
 struct JpegImage {
   enum class Colour {
     Grey,
-    YCbCr,  ///< luminance and two chrominances, sampled as finely or more coarsely
+    YCbCr,  ///< luminance and two chrominances, which may be subsampled
     Rgb,
   };
   int columns = 0;  ///< 1 to 65500
@@ -20,9 +20,9 @@ struct JpegImage {
   int samplesPerPixel() const noexcept { return colour == Colour::Grey ? 1 : 3; }
 };
 
-/// Decodes one JPEG file image and refuses, in words for the user, whatever is not a whole image in the
-/// baseline process with 8 bits a sample: other processes, four colours, missing tables, an end that is
-/// missing or not the end, pixels that are missing or so damaged that a decoder notices.
+/// Decodes a JPEG image. Fails, in words for the user, unless it is one complete baseline image with 8 bits
+/// per sample: for other processes, four colours, missing tables, a missing end, data after the end, and
+/// pixels that are missing or so damaged that a decoder notices.
 velmora::base::Result<JpegImage> jpegImage(const QByteArray& jpeg);
 
 }  // namespace bridge

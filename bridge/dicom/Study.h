@@ -8,8 +8,8 @@
 
 namespace bridge {
 
-/// What a PACS or a DICOM file says of one study and its patient. Texts are decoded; an attribute that is
-/// absent, or cannot be trusted, is empty (studyOf()).
+/// What a PACS or a DICOM file says about one study and its patient. Texts are decoded; an attribute that is
+/// absent or cannot be trusted is empty (studyOf()).
 struct Study {
   QString studyInstanceUID;
   QString patientID;
@@ -40,7 +40,7 @@ enum class PatientAttribute { Identifier, Issuer, BirthDate, Sex, Name };
 /// may have been corrected in between.
 std::optional<PatientAttribute> contradiction(const Study& one, const Study& other);
 
-/// Which studies are asked for: those that match every member that is not empty.
+/// Which studies to look for: those that match every member that is not empty.
 struct StudyQuery {
   QString studyInstanceUID;
   QString accessionNumber;

@@ -35,21 +35,22 @@ inline constexpr std::array<Tag, 12> StudyAttributes{
     tags::StudyDescription, tags::PatientName, tags::PatientID,        tags::IssuerOfPatientID,
     tags::PatientBirthDate, tags::PatientSex,  tags::StudyInstanceUID, tags::StudyID};
 
-/// The study that these values describe, as text: decoded, otherwise as they were received, several values of
-/// one attribute with backslashes between them. However a study is received, its values come through here, so
-/// that the same values are the same study.
+/// The study that these values describe. The values are decoded and otherwise as received, several values of
+/// one attribute separated by backslashes. Every transport goes through here, so that the same values give
+/// the same study.
 ///
-/// Identifiers, UIDs and dates are taken whole, without padding, or not at all. A Patient ID from which
-/// something was left out, or the first of two, may be another patient's; a cut accession number is another
-/// order's. So one is empty (a date invalid) that holds a control character, several values, a character that
-/// was lost on the way (U+FFFD), or more than `LongestText` characters; a Study Instance UID also where it is
-/// no UID. Whose issuer cannot be read has no Patient ID either: by another issuer it is another patient's.
+/// Identifiers, UIDs and dates are taken whole, without padding, or not at all: part of a Patient ID, or the
+/// first of two, may be another patient's, and part of an accession number another order's. One that holds a
+/// control character, several values, a character that was lost on the way (U+FFFD) or more than
+/// `LongestText` characters is empty (a date invalid), as is a Study Instance UID that is not a UID. A study
+/// whose issuer cannot be read has no Patient ID either: from another issuer it is another patient's.
 ///
-/// Names, descriptions and times are for reading: the first value, without control characters, cut after
-/// `LongestText` characters. A time that is not ASCII is empty, as is a sex that is not "M", "F" or "O".
+/// Names, descriptions and times are for reading: the first value, without control characters, truncated
+/// after `LongestText` characters. A time that is not ASCII is empty, as is a sex other than "M", "F" and
+/// "O".
 Study studyOf(const QMap<Tag, QString>& texts);
 
-/// The same of undecoded values. Texts are decoded by the value of Specific Character Set among them (PS3.3
+/// The same for undecoded values. Texts are decoded by the value of Specific Character Set among them (PS3.3
 /// C.12.1.1.2); see decodedText() for where that is unknown or untrue.
 Study studyOf(const QMap<Tag, QByteArray>& values);
 

@@ -9,16 +9,16 @@
 
 namespace bridge {
 
-/// The study of a DICOM file (PS3.10 7.1), which is read up to its study's last attribute and no further,
-/// whatever its size. Every transfer syntax is read, the deflated and the big endian one too.
+/// The study of a DICOM file (PS3.10 7.1) of any size and in any transfer syntax, deflated and big endian
+/// included. Reads up to the last attribute of the study and no further.
 ///
-/// Not with the DICOM toolkit: it reads sequences within sequences by recursion without a limit, so that a
-/// file of some hundred kilobytes ends the process. Here nesting, the number of elements and the memory are
+/// Does not use the DICOM toolkit, which reads nested sequences by recursion without a limit, so that a file
+/// of some hundred kilobytes ends the process. Here nesting, the number of elements and the memory are
 /// bounded.
 velmora::base::Result<Study> studyFromDevice(QIODevice& file);
-/// The same of the file's bytes; its beginning will do.
+/// The same for the bytes of a file; its beginning is enough.
 velmora::base::Result<Study> studyFromBytes(const QByteArray& file);
-/// The same of a data set without a file's header, such as an archive's answer to a query.
+/// The same for a data set without a file header, such as an archive's answer to a query.
 velmora::base::Result<Study> studyFromDataset(const QByteArray& dataset, const QByteArray& transferSyntaxUID);
 
 }  // namespace bridge

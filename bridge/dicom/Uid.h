@@ -5,12 +5,12 @@
 
 namespace bridge {
 
-/// A UID under 2.25 from a random UUID (PS3.5 B.2).
+/// A new UID below 2.25, from a random UUID (PS3.5 B.2).
 QString newUid();
-/// A UID under 2.25 that is the same for the same text: a version 5 UUID of it.
+/// The UID below 2.25 of a text, always the same: from its version 5 UUID.
 QString uidOf(const QString& text);
 /// Whether the text is a UID: at least two numbers with dots between them, at most 64 characters (PS3.5 9.1).
-/// Numbers that begin with a zero are not allowed but do occur, and an archive with such a study wants its
+/// Accepts numbers that begin with a zero: they are not allowed, but they occur, and such a study gets its
 /// charts too.
 bool isUid(const QString& text);
 

@@ -8,12 +8,12 @@
 
 namespace bridge {
 
-/// What others say of a failure, without the patient's identifier and names: a PACS may repeat what it was
-/// asked, and log files have other readers than the spool. `study` may be null.
+/// The text of a failure on one line, without the patient's identifier and names: a PACS may repeat what it
+/// was asked, and logs have other readers than the spool. `study` may be null.
 QString withoutPatient(const QString& text, const SpooledReply& reply, const Study* study);
 
-/// Text as one line of a log: what is unsafe in a line (base/log/Escape.h) is shown as "?"; cut after 1,000
-/// characters.
+/// The text as one line of a log, truncated after 1,000 characters. Characters that are unsafe in a line
+/// (base/log/Escape.h) become "?".
 QString oneLine(const QString& text);
 
 }  // namespace bridge

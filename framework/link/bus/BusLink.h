@@ -21,15 +21,14 @@ namespace velmora::link {
 
 class BusReceiver;
 
-/// A connection to the session bus of its own, on a thread of its own, that sends and receives notifications.
+/// Sends and receives notifications over its own connection to the session bus, on its own thread.
 ///
-/// No operation but flush() waits for the bus; what is asked is done in the order in which it was asked. The
-/// thread has nothing else to do than to receive, because a receiver that is busy for long loses its messages
-/// for good.
+/// Only flush() waits for the bus; operations are carried out in the order of the calls. The thread does
+/// nothing but send and receive, because a receiver that is busy for long loses its messages for good.
 ///
-/// While there is no session bus, at the start or later, it is looked for again and again, at growing
-/// distances (retryAfter). What was subscribed to is asked for anew when it is back; what is posted meanwhile
-/// is lost. One log line says that the bus is not there, one that it is back.
+/// While there is no session bus, at the start or later, connecting is retried at growing intervals
+/// (retryAfter). Subscriptions are renewed when the bus is back; what is posted meanwhile is lost. One log
+/// line says that the bus is not there, one that it is back.
 class VELMORA_EXPORT BusLink {
  public:
   /// Both are called on the link's thread and must be quick. What they throw is logged.
@@ -43,18 +42,18 @@ class VELMORA_EXPORT BusLink {
   BusLink(const BusLink&) = delete;
   BusLink& operator=(const BusLink&) = delete;
 
-  /// Asks the bus for the notifications of exactly this name and object. Each pair once.
+  /// Subscribes to the notifications of exactly this name and object. Once for each pair.
   void subscribe(const QString& name, const QString& object);
   void unsubscribe(const QString& name, const QString& object);
-  /// Sends a notification to whoever asked for it.
+  /// Sends a notification to its subscribers.
   void post(const Message& message);
 
-  /// Waits until the bus has taken everything asked so far: subscriptions are in place, posts are delivered.
-  /// False when there is no bus or it did not answer in time.
+  /// Waits until the bus has taken everything so far: subscriptions are in place, posts are delivered.
+  /// Returns false when there is no bus or it did not answer in time.
   bool flush(std::chrono::milliseconds limit);
 
-  /// How long the bus is left alone after a failed attempt that came `previous` after the one before (0: the
-  /// first): a second, then twice as long each time, half a minute at most.
+  /// How long to wait after a failed attempt that came `previous` after the one before it (0 for the first):
+  /// a second, then twice as long each time, half a minute at most.
   static std::chrono::milliseconds retryAfter(std::chrono::milliseconds previous);
 
  private:

@@ -9,16 +9,15 @@
 
 namespace velmora::link {
 
-/// Where the session bus of this user is: DBUS_SESSION_BUS_ADDRESS or, without it, the socket "bus" in the
-/// user's runtime folder. Empty when neither is there.
+/// The address of this user's session bus: DBUS_SESSION_BUS_ADDRESS or, without it, the socket "bus" in the
+/// user's runtime folder. Empty when there is neither.
 VELMORA_EXPORT QString sessionBusAddress();
 
-/// The address without what names one run of the bus (its "guid"): a bus that was started anew is found
-/// again.
+/// The address without its "guid", which names one run of the bus: finds a bus that was restarted.
 VELMORA_EXPORT QString lastingAddress(const QString& address);
 
 /// Finds out whether a bus accepts connections before the bus library connects to it: the library waits half
-/// a minute and longer for a bus that does not answer, and cannot be interrupted.
+/// a minute or longer for a bus that does not answer, and cannot be interrupted.
 class VELMORA_EXPORT BusProbe {
  public:
   BusProbe();
@@ -31,7 +30,7 @@ class VELMORA_EXPORT BusProbe {
   /// this machine is not tried and counts as a success.
   base::Result<> ask(const QString& address, std::chrono::milliseconds limit);
 
-  /// Ends the current attempt, and all later ones. From any thread.
+  /// Ends the current attempt and all later ones. Any thread.
   void cancel() noexcept;
   bool isCancelled() const noexcept;
 

@@ -9,14 +9,12 @@
 
 namespace velmora::link {
 
-/// The object that QtDBus hands arriving signals to, and tells of the end of the connection, on the thread
-/// that the object lives on.
+/// Receives signals, and the end of the connection, from QtDBus on the thread that the object lives on.
 class VELMORA_EXPORT BusReceiver : public QObject {
   Q_OBJECT
 
  public:
   using Arrived = std::function<void(const QDBusMessage&)>;
-
   using Ended = std::function<void()>;
 
   BusReceiver(Arrived arrived, Ended ended);

@@ -16,8 +16,8 @@
 ///   string s · boolean b · whole number x · number d · bytes ay · list av · dictionary a{sv} · date (x)
 ///
 /// A date is a structure of one number, the milliseconds since 1970-01-01T00:00:00Z, in the years 1 to 9999.
-/// Other senders may write the narrower and unsigned whole numbers, arrays of one type and variants within
-/// variants as well; they are read as the types above. What fits none of them is left out, alone, and named.
+/// Other senders may also write narrower and unsigned whole numbers, arrays of one type, and variants within
+/// variants; they are read as the types above. A value of any other type is left out, by itself, and named.
 namespace velmora::link {
 
 inline const QString Path = QStringLiteral("/org/velmora/DistributedNotificationCenter");
@@ -25,13 +25,13 @@ inline const QString Interface = QStringLiteral("org.velmora.DistributedNotifica
 inline const QString Member = QStringLiteral("Notification");
 inline const QString Signature = QStringLiteral("ssa{sv}");
 
-/// Larger messages are refused on both sides, in bytes. Far above any chart, and far enough below the limits
-/// of the bus library, where arrays above 64 MiB stall the sender, and 63 MiB unread silence a receiver that
-/// does not know how to read on.
+/// The largest message, in bytes; both sides refuse larger ones. Far above any chart, and well below the
+/// limits of the bus library, where arrays above 64 MiB stall the sender and 63 MiB of unread data silence a
+/// receiver.
 inline constexpr qint64 MaximumSize = 32LL * 1024 * 1024;
 
-/// How many lists and dictionaries may lie within each other, the details themselves included. The bus throws
-/// a sender out whose types nest 64 deep, and a dictionary within a dictionary takes three of those.
+/// How deep lists and dictionaries may nest, the details themselves included. The bus disconnects a sender
+/// whose types nest 64 deep, and each nested dictionary takes three of those.
 inline constexpr int MaximumDepth = 16;
 
 /// One notification.
