@@ -96,10 +96,7 @@ void PacsRoad::startTheApplication() {
   person().answer("Periodically check for updates?", "Don't Check", 20);
   person().answer("Set Up Database?", "Yes");
   application_->document(20);
-  person().waitUntilScreen("the splash to close", [](const QList<SeenWindow>& windows) {
-    return std::none_of(windows.cbegin(), windows.cend(),
-                        [](const SeenWindow& window) { return window.name() == "About"; });
-  });
+  person().waitUntilGone("About");
   sendChartsTo("OsiriX");
   report_.saw("a blank document is open, charts go to the viewer");
 }

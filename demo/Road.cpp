@@ -71,11 +71,7 @@ void Road::startForTheFirstTime() {
   application_->waitForStatus("Caching database...", 5);
   shots("splash");
   application_->waitForStatus(QString(), 5);
-  person().waitUntilScreen("the splash to close", [](const QList<SeenWindow>& windows) {
-    for (const SeenWindow& window : windows)
-      if (window.name() == "About") return false;
-    return true;
-  });
+  person().waitUntilGone("About");
   qint64 opened = 0;
   qint64 closed = 0;
   for (const ProbeClient::News& news : application_->probe().news())
@@ -120,7 +116,7 @@ void Road::recordTwoExaminations() {
   const QString firstResult = document.text("weightResultField");
   report_.saw(First.weight + " kg: " + firstResult);
 
-  person().click(document, "newStudyButton");
+  person().push(document, "newStudyButton");
   document = application_->document("\"2 of 2\"", [](const SeenWindow& window) {
     return window.text("examNumberField") == "2 of 2" && window.text("weightField").isEmpty();
   });
@@ -140,9 +136,9 @@ void Road::recordTwoExaminations() {
            window.text("weightResultField") == firstResult;
   };
   application_->document("the second examination", second);
-  person().click(document, "previousStudyButton");
+  person().push(document, "previousStudyButton");
   application_->document("the first examination again", first);
-  person().click(document, "nextStudyButton");
+  person().push(document, "nextStudyButton");
   application_->document("the second examination again", second);
   report_.saw("stepped back to 1 of 2 and forth to 2 of 2");
   checkBothExaminationsInTheChart();
@@ -153,8 +149,8 @@ void Road::closeAndSave() {
   const qsizetype before = application_->probe().news().size();
   const QString path = stage_.home() + "/Documents/Growth Data/" + RecordName;
   expect(!QFile::exists(path), "no data file yet", path);
-  const int id = application_->document().id();
-  person().choose(application_->document(), "File", "Close");
+  const SeenWindow record = application_->document();
+  person().choose(record, {"File", "Close"});
   person().waitFor("the question", [](const SeenWindow& window) {
     return window.alertText() == "Save changes to document?";
   });
@@ -163,13 +159,9 @@ void Road::closeAndSave() {
   expect(alert.buttons().contains("Don't Save") && alert.buttons().contains("Cancel"),
          "the answers Save, Don't Save and Cancel", alert.buttons().join('/'));
   const SeenWindow blank = application_->document("a new blank document", [&](const SeenWindow& window) {
-    return window.id() != id && window.text("referenceIDField").isEmpty();
+    return window.id() != record.id() && window.text("referenceIDField").isEmpty();
   });
-  person().waitUntilScreen("the record's window to go", [&](const QList<SeenWindow>& windows) {
-    for (const SeenWindow& window : windows)
-      if (window.id() == id) return false;
-    return true;
-  });
+  person().waitUntilGone(record);
   expect(QFileInfo(path).size() > 0, "the record at ~/Documents/Growth Data/" + RecordName,
          QDir(stage_.home() + "/Documents/Growth Data").entryList(QDir::Files).join(", "));
   expectNoPanelSince(before);
@@ -196,13 +188,13 @@ void Road::reopenFromTheViewer() {
                            });
   person().enter(document, "weightField", Third.weight);
   person().enter(document, "heightField", Third.height);
-  person().click(document, "previousStudyButton");
+  person().push(document, "previousStudyButton");
   const SeenWindow second =
       application_->document("the second examination as it was saved", [](const SeenWindow& window) {
         return window.text("examNumberField") == "2 of 3" && window.text("weightField") == Second.weight;
       });
   expectText(second, "examDateField", shown(SecondExamination));
-  person().click(document, "nextStudyButton");
+  person().push(document, "nextStudyButton");
   application_->document("the third examination", [](const SeenWindow& window) {
     return window.text("examNumberField") == "3 of 3" && window.text("weightField") == Third.weight;
   });

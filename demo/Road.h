@@ -47,9 +47,8 @@ class Road {
   void sendChartsTo(const QString& place);
   void quit(bool unsavedChanges);
   void shots(const QString& shot);
-  void expect(bool holds, const QString& what, const QString& seen);
   void expectText(const SeenWindow& window, const QString& widget, const QString& text);
-  Person& person() { return application_->person(); }
+  PersonWithMouse& person() { return application_->person(); }
 
   Report& report_;
   Stage& stage_;

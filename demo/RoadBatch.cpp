@@ -26,7 +26,7 @@ void Road::recordAnotherPatient(const Study& study, const QString& weight) {
       [&](const SeenWindow& w) { return w.text("referenceIDField") == study.identifier; });
   person().pick(document, "sexPopUp", "Female");
   person().enter(document, "weightField", weight);
-  person().choose(document, "File", "Close");
+  person().choose(document, {"File", "Close"});
   person().answer("Save changes to document?", "Save");
   expect(waitUntil(10, [&] { return QFile::exists(folder + study.identifier + ".growth"); }),
          "the record of " + study.identifier, filesIn(folder).join(", "));
@@ -36,7 +36,7 @@ void Road::recordAnotherPatient(const Study& study, const QString& weight) {
 
 // Three records of today, one of them in a folder of its own, and what must not be exported beside them.
 void Road::prepareTheSaveFolder() {
-  person().choose(application_->document(), "File", "Close");
+  person().choose(application_->document(), {"File", "Close"});
   person().answer("Save changes to document?", "Save");
   application_->document("a blank document",
                          [](const SeenWindow& w) { return w.text("referenceIDField").isEmpty(); });
@@ -61,12 +61,10 @@ void Road::exportThreeRecords() {
   expect(filesIn(folder).size() == 2, "the two charts of before in ~/Desktop", filesIn(folder).join(", "));
   const qsizetype before = application_->probe().news().size();
 
-  person().choose(application_->document(), "File", "Batch Export...");
-  const SeenWindow batch = person().waitFor("the batch export", [](const SeenWindow& window) {
-    return window.name() == "BatchExport" && window.active();
-  });
+  person().choose(application_->document(), {"File", "Batch Export..."});
+  const SeenWindow batch = person().active("BatchExport");
   expectText(batch, "howManyDaysField", "7");
-  person().click(batch, "eraseOldFilesCheckBox");
+  person().push(batch, "eraseOldFilesCheckBox");
   shots("batch");
   person().press(batch, "Export");
 

@@ -70,7 +70,7 @@ void Road::exportToTheFolder() {
   expect(!stored("Export to OsiriX").toBool(), "the setting \"Export to OsiriX\" off", "on");
   report_.saw("the preferences send charts to the folder");
   const SeenWindow document = application_->document();
-  person().chooseTab(document, "tabView", "Weight");
+  person().turnTo(document, "tabView", "Weight");
   const QString folder = stage_.home() + "/Desktop";
   const QString name = SavedIdentifier + " Weight.jpg";
   const QString path = folder + '/' + name;
@@ -101,7 +101,7 @@ void Road::exportToTheFolder() {
   checkPicture(contentsOf(path), document.size("tabView"));
   report_.saw("asked before overwriting: \"Skip\" left it, \"Overwrite\" replaced it");
 
-  person().chooseTab(document, "tabView", "Height");
+  person().turnTo(document, "tabView", "Height");
   exportChart();
   const QString height = folder + '/' + SavedIdentifier + " Height.jpg";
   expect(waitUntil(10, [&] { return QFile::exists(height); }),
@@ -130,7 +130,7 @@ void Road::checkReply(const Viewer::Reply& reply, const QSize& size) {
          "DateOfStudy " + SecondExamination.toString(Qt::ISODate), seen);
 }
 
-void Road::exportChart() { person().choose(application_->document(), "File", "Export"); }
+void Road::exportChart() { person().choose(application_->document(), {"File", "Export"}); }
 
 void Road::checkPicture(const QByteArray& jpeg, const QSize& size) {
   expect(
@@ -147,17 +147,17 @@ void Road::checkPicture(const QByteArray& jpeg, const QSize& size) {
 // seen while that one is shown, and a click there must bring it up.
 void Road::checkBothExaminationsInTheChart() {
   const SeenWindow document = application_->document();
-  person().chooseTab(document, "tabView", "Weight");
+  person().turnTo(document, "tabView", "Weight");
   const auto at = [&](const char* number) {
     application_->document(QString("\"%1\"").arg(QLatin1String(number)), [&](const SeenWindow& window) {
       return window.text("examNumberField") == QLatin1String(number);
     });
     const QString file = QString("%1/screens/03-chart-%2.png").arg(cast_.out, QLatin1String(number, 1));
-    person().picture(document, "tabView", file);
+    application_->probe().picture(document, file, "tabView");
     return ChartPicture::fromFile(file);
   };
   const ChartPicture secondShown = at("2 of 2");
-  person().click(document, "previousStudyButton");
+  person().push(document, "previousStudyButton");
   const ChartPicture firstShown = at("1 of 2");
   const std::optional<QPoint> second = secondShown.ring();
   const std::optional<QPoint> first = firstShown.ring();
@@ -184,7 +184,7 @@ void Road::checkBothExaminationsInTheChart() {
 }
 
 void Road::quit(bool unsavedChanges) {
-  person().choose(application_->document(), "File", "Quit");
+  person().choose(application_->document(), {"File", "Quit"});
   if (unsavedChanges) {
     const SeenWindow alert = person().waitFor("the question about the changes", [](const SeenWindow& window) {
       return window.alertText() == "Save changes to document?";
@@ -215,10 +215,6 @@ void Road::keepEverything(const QString& shot) {
     shots(shot);
     report_.trace("screen", person().screen());
   }
-}
-
-void Road::expect(bool holds, const QString& what, const QString& seen) {
-  if (!holds) throw Differs(what, seen);
 }
 
 void Road::expectText(const SeenWindow& window, const QString& widget, const QString& text) {

@@ -36,18 +36,12 @@ QMap<QString, QByteArray> filesBelow(const QString& folder, const QString& in = 
 }  // namespace
 
 SeenWindow Road::openPreferences() {
-  person().choose(application_->document(), "Edit", "Preferences...");
-  return person().waitFor("the preferences", [](const SeenWindow& window) {
-    return window.name() == "Preferences" && window.active();
-  });
+  person().choose(application_->document(), {"Edit", "Preferences..."});
+  return person().active("Preferences");
 }
 
 void Road::endPreferences(const QString& button) {
-  const auto isPreferences = [](const SeenWindow& window) { return window.name() == "Preferences"; };
-  person().press(person().waitFor("the preferences", isPreferences), button);
-  person().waitUntilScreen("the preferences to close", [&](const QList<SeenWindow>& windows) {
-    return std::none_of(windows.cbegin(), windows.cend(), isPreferences);
-  });
+  person().closeWith(person().active("Preferences"), button);
 }
 
 // As it stands in the file, where the application reads it at every use.
@@ -104,7 +98,7 @@ void Road::installThePlugin() {
   expect(QDir().mkpath(QFileInfo(stray).path()) && QFile(stray).open(QIODevice::WriteOnly),
          "to put an old plugin into the folder", "it was not possible");
 
-  person().click(preferences, "installOsirixPluginButton");
+  person().push(preferences, "installOsirixPluginButton");
   person().waitFor("the outcome", [](const SeenWindow& window) {
     return window.isAlert() && window.alertText() == "Installation Succeeded";
   });
@@ -124,16 +118,11 @@ void Road::installThePlugin() {
 
 void Road::startWithAFailingScript() {
   start();
-  SeenWindow preferences = [this] {
-    application_->document(20);
-    person().waitUntilScreen("the splash to close", [](const QList<SeenWindow>& windows) {
-      return std::none_of(windows.cbegin(), windows.cend(),
-                          [](const SeenWindow& window) { return window.name() == "About"; });
-    });
-    return openPreferences();
-  }();
+  application_->document(20);
+  person().waitUntilGone("About");
+  SeenWindow preferences = openPreferences();
   person().enter(preferences, "launchScriptField", "if true; then echo");
-  person().click(preferences, "checkSyntaxButton");
+  person().push(preferences, "checkSyntaxButton");
   preferences = person().waitFor("a syntax error", [](const SeenWindow& window) {
     return window.name() == "Preferences" && !window.text("scriptErrorField").isEmpty();
   });

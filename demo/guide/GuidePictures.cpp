@@ -71,15 +71,11 @@ void GuidePictures::takeStart() {
   };
   const SeenWindow first = question(0);
   take(first, "first-question");
-  person().press("Escape");
+  person().key("Escape");
   question(first.id());
-  person().press("Return");
+  person().key("Return");
   window("About");
-  person().waitUntilScreen("the splash to close", [](const QList<SeenWindow>& windows) {
-    for (const SeenWindow& seen : windows)
-      if (seen.name() == "About") return false;
-    return true;
-  });
+  person().waitUntilGone("About");
   take(application_->document(), "blank-document");
 }
 
@@ -99,13 +95,13 @@ void GuidePictures::takeRecord() {
   SeenWindow document = application_->document("the study", [](const SeenWindow& seen) {
     return seen.text("referenceIDField") == FirstStudy.identifier;
   });
-  person().pick(document, "sexPopUp", MaleItem);
+  person().pick(document, "sexPopUp", document.entries("sexPopUp")[MaleItem]);
   for (int i = 0; i < static_cast<int>(std::size(Visits)); ++i) addExamination(i);
   // The keyboard leaves the fields.
   document = application_->document();
-  person().click(document, "previousStudyButton");
+  person().push(document, "previousStudyButton");
   document = application_->document("the examination before the last", [](const SeenWindow& seen) {
-    return !seen.widget("headField")["focus"].toBool() && !seen.text("weightResultField").isEmpty();
+    return !seen.hasFocus("headField") && !seen.text("weightResultField").isEmpty();
   });
   take(document, "filled-document");
 }
@@ -115,7 +111,7 @@ void GuidePictures::addExamination(int index) {
   const SeenWindow document = application_->document();
   const auto number = [this](double value) { return locale_.toString(value, 'f', 1); };
   if (index > 0) {
-    person().click(document, "newStudyButton");
+    person().push(document, "newStudyButton");
     application_->document("an empty examination",
                            [](const SeenWindow& seen) { return seen.text("weightField").isEmpty(); });
     person().typeOver(document, "examDateField", typed(visit.date));
@@ -128,10 +124,10 @@ void GuidePictures::addExamination(int index) {
 }
 
 void GuidePictures::takePreferences() {
-  person().choose(application_->document(), "editMenu", "doPreferences");
+  person().choose(application_->document(), {"editMenu", "doPreferences"});
   SeenWindow preferences = window("Preferences");
   take(preferences, "preferences-folder");
-  person().pick(preferences, "exportToPopUp", OsirixItem);
+  person().pick(preferences, "exportToPopUp", preferences.entries("exportToPopUp")[OsirixItem]);
   preferences = person().waitFor("the page of OsiriX", [](const SeenWindow& seen) {
     return seen.name() == "Preferences" && !seen.widget("installOsirixPluginButton").isEmpty();
   });
@@ -140,25 +136,25 @@ void GuidePictures::takePreferences() {
 }
 
 void GuidePictures::takeBatchExport() {
-  person().choose(application_->document(), "fileMenu", "doBatchExport");
+  person().choose(application_->document(), {"fileMenu", "doBatchExport"});
   const SeenWindow batch = window("BatchExport");
   take(batch, "batch-export");
   dismiss(batch);
 }
 
 void GuidePictures::takeAbout() {
-  person().choose(application_->document(), "helpMenu", "doSplashAboutBox");
+  person().choose(application_->document(), {"helpMenu", "doSplashAboutBox"});
   const SeenWindow about = window("About");
   take(about, "about");
   dismiss(about);
 }
 
 void GuidePictures::quit() {
-  person().choose(application_->document(), "fileMenu", "doQuit");
+  person().choose(application_->document(), {"fileMenu", "doQuit"});
   const SeenWindow question = person().waitFor("the question about the changes", [](const SeenWindow& seen) {
     return seen.isAlert() && seen.active();
   });
-  person().press("Return");
+  person().key("Return");
   application_->waitForGoodEnd(15);
 }
 
@@ -183,16 +179,12 @@ SeenWindow GuidePictures::window(const QString& name) {
 }
 
 void GuidePictures::dismiss(const SeenWindow& window) {
-  person().press("Escape");
-  person().waitUntilScreen("the window to go", [&](const QList<SeenWindow>& windows) {
-    for (const SeenWindow& seen : windows)
-      if (seen.id() == window.id()) return false;
-    return true;
-  });
+  person().key("Escape");
+  person().waitUntilGone(window);
 }
 
 void GuidePictures::take(const SeenWindow& window, const QString& name) {
-  person().picture(window, taken(name));
+  application_->probe().picture(window, taken(name));
   shrink(name, {});
 }
 

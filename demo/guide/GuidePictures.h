@@ -61,7 +61,7 @@ class GuidePictures {
   QString taken(const QString& name) const;
   void dismiss(const SeenWindow& window);
   QString typed(const QDate& date) const;
-  Person& person() { return application_->person(); }
+  PersonWithMouse& person() { return application_->person(); }
 
   Report& report_;
   GuideCast cast_;

@@ -67,10 +67,30 @@ QJsonObject ProbeClient::ask(QJsonObject request) {
   return {{"ok", true}};
 }
 
-QJsonArray ProbeClient::windows() {
-  const QJsonObject answer = ask({{"do", "windows"}});
+QList<SeenWindow> ProbeClient::look() {
+  const QJsonArray windows = ask({{"do", "windows"}})["windows"].toArray();
   if (!application_.running()) throw Differs("the application to go on", application_.ending());
-  return answer["windows"].toArray();
+  QList<SeenWindow> result;
+  for (const QJsonValue& window : windows) result.append(SeenWindow(window.toObject()));
+  return result;
+}
+
+QString ProbeClient::screen() {
+  QStringList result;
+  const QList<SeenWindow> windows = look();
+  for (const SeenWindow& window : windows) result.append(window.summary());
+  return result.isEmpty() ? QString("no window") : result.join(", ");
+}
+
+void ProbeClient::picture(const SeenWindow& window, const QString& file, const QString& widget) {
+  QJsonObject request{{"do", "picture"}, {"window", window.id()}, {"file", file}};
+  if (!widget.isEmpty()) request["widget"] = widget;
+  must("a picture of " + window.summary(), request);
+}
+
+void ProbeClient::must(const QString& what, QJsonObject request) {
+  const QString error = command(std::move(request));
+  if (!error.isEmpty()) throw Differs(what, error + "; on the screen: " + screen());
 }
 
 QString ProbeClient::command(QJsonObject request) {

@@ -3,6 +3,11 @@
 
 #include <QFile>
 
+<<<<<<< HEAD
+=======
+#include "testing/person/ProbeInput.h"
+
+>>>>>>> 9d10f49 (Have one person before a program, with the mouse or the keyboard, through the probe or the screen)
 namespace velmora::testkit {
 
 namespace {
@@ -22,16 +27,17 @@ ProbedApplication::ProbedApplication(const Program::Trace& trace, const Stage& s
   QFile::remove(socketOn(stage));  // of an earlier run
   process_.start();
   probe_ = std::make_unique<ProbeClient>(trace, socketOn(stage), process_, 20);
-  person_ = std::make_unique<Person>(*probe_);
+  person_ = std::make_unique<PersonWithMouse>(*probe_, std::make_unique<ProbeInput>(*probe_), 5);
 }
 
-SeenWindow ProbedApplication::document(double seconds) {
+SeenWindow ProbedApplication::document(std::optional<double> seconds) {
   return document(
       "a document window", [](const SeenWindow&) { return true; }, seconds);
 }
 
 SeenWindow ProbedApplication::document(const QString& what,
-                                       const std::function<bool(const SeenWindow&)>& holds, double seconds) {
+                                       const std::function<bool(const SeenWindow&)>& holds,
+                                       std::optional<double> seconds) {
   return person_->waitFor(
       what, [&](const SeenWindow& window) { return window.name() == "VelmoraDocument" && holds(window); },
       seconds);

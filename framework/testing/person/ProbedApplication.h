@@ -4,7 +4,7 @@
 #include <QString>
 #include <memory>
 
-#include "testing/person/Person.h"
+#include "testing/person/PersonWithMouse.h"
 #include "testing/person/ProbeClient.h"
 #include "testing/person/Stage.h"
 #include "testing/process/Program.h"
@@ -20,13 +20,14 @@ class ProbedApplication {
 
   Program& process() { return process_; }
   ProbeClient& probe() { return *probe_; }
-  Person& person() { return *person_; }
+  /// Points with the mouse, through the probe.
+  PersonWithMouse& person() { return *person_; }
 
   /// The document window that is in front, or the only one; waits for it.
-  SeenWindow document(double seconds = 5);
+  SeenWindow document(std::optional<double> seconds = {});
   /// The document window once it is as `holds` says; `what` names that.
   SeenWindow document(const QString& what, const std::function<bool(const SeenWindow&)>& holds,
-                      double seconds = 5);
+                      std::optional<double> seconds = {});
   /// Waits for it to end by itself with exit code 0.
   void waitForGoodEnd(double seconds);
   /// Waits for the status line to show that text.
@@ -35,7 +36,7 @@ class ProbedApplication {
  private:
   Program process_;
   std::unique_ptr<ProbeClient> probe_;
-  std::unique_ptr<Person> person_;
+  std::unique_ptr<PersonWithMouse> person_;
 };
 
 }  // namespace velmora::testkit

@@ -6,19 +6,10 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include "testing/files/Files.h"
 #include "testing/waiting/Waiting.h"
 
 namespace velmora::testkit {
-
-namespace {
-
-void write(const QString& path, const QByteArray& bytes) {
-  QFile file(path);
-  if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
-    throw Differs("to write " + path, file.errorString());
-}
-
-}  // namespace
 
 Stage::Stage(const Program::Trace& trace, Screen screen, const QString& program, const QString& locale)
     : trace_(trace), environment_(QProcessEnvironment::systemEnvironment()) {
@@ -58,10 +49,8 @@ Stage::Stage(const Program::Trace& trace, Screen screen, const QString& program,
 }
 
 void Stage::installDesktopEntry(const QString& identifier, const QString& name) const {
-  const QString folder = home() + "/.local/share/applications";
-  if (!QDir().mkpath(folder)) throw Differs("to make " + folder, "it was not possible");
-  write(folder + '/' + identifier + ".desktop",
-        "[Desktop Entry]\nType=Application\nName=" + name.toUtf8() + "\nExec=/bin/false\n");
+  writeFile(home() + "/.local/share/applications/" + identifier + ".desktop",
+            "[Desktop Entry]\nType=Application\nName=" + name.toUtf8() + "\nExec=/bin/false\n");
 }
 
 bool Stage::usersScreenWorks(const QString& program) {

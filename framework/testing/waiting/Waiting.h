@@ -19,6 +19,11 @@ struct VELMORA_EXPORT Differs : std::runtime_error {
       : std::runtime_error(("expected " + expected + "; seen: " + seen).toStdString()) {}
 };
 
+/// Throws Differs unless it holds.
+inline void expect(bool holds, const QString& expected, const QString& seen) {
+  if (!holds) throw Differs(expected, seen);
+}
+
 /// Whoever started this program wants it to stop.
 struct VELMORA_EXPORT Interrupted : std::runtime_error {
   Interrupted() : std::runtime_error("interrupted") {}

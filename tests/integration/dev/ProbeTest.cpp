@@ -6,15 +6,17 @@
 #include <QTemporaryDir>
 
 #include "demo/Report.h"
-#include "testing/person/Person.h"
+#include "testing/person/PersonWithMouse.h"
 #include "testing/person/ProbeClient.h"
+#include "testing/person/ProbeInput.h"
 #include "testing/process/Program.h"
 #include "testing/waiting/Waiting.h"
 
 using demo::Report;
 using velmora::testkit::Differs;
-using velmora::testkit::Person;
+using velmora::testkit::PersonWithMouse;
 using velmora::testkit::ProbeClient;
+using velmora::testkit::ProbeInput;
 using velmora::testkit::Program;
 using velmora::testkit::SeenWindow;
 
@@ -27,7 +29,7 @@ class Probe : public testing::Test {
   void SetUp() override {
     subject_.start();
     probe_ = std::make_unique<ProbeClient>(report_.tracer(), folder_.filePath("socket"), subject_, Patience);
-    person_ = std::make_unique<Person>(*probe_);
+    person_ = std::make_unique<PersonWithMouse>(*probe_, std::make_unique<ProbeInput>(*probe_), Patience);
     window_ = named("Subject");
   }
 
@@ -53,7 +55,7 @@ class Probe : public testing::Test {
   Report report_{folder_.path()};
   Program subject_{"subject", PROBE_SUBJECT, environment(), report_.tracer()};
   std::unique_ptr<ProbeClient> probe_;
-  std::unique_ptr<Person> person_;
+  std::unique_ptr<PersonWithMouse> person_;
   SeenWindow window_;
 };
 
@@ -105,14 +107,14 @@ TEST_F(Probe, TypesIntoTheFieldThatWasClicked) {
   person_->enter(window_, "field", "Ab 1.5/ü");
   const SeenWindow after = named("Subject");
   EXPECT_EQ(after.text("field"), "Ab 1.5/ü");
-  EXPECT_TRUE(after.widget("secondField")["focus"].toBool());
+  EXPECT_TRUE(after.hasFocus("secondField"));
   EXPECT_EQ(after.text("secondField"), QString());
 }
 
 TEST_F(Probe, ReadsAndFillsAnAreaOfText) {
   EXPECT_EQ(window_.text("area"), "one\ntwo");
-  person_->click(window_, "area");
-  person_->press("Ctrl+A");
+  person_->push(window_, "area");
+  person_->key("Ctrl+A");
   EXPECT_EQ(probe_->command({{"do", "type"}, {"text", "if; >&2"}}), QString());
   EXPECT_EQ(named("Subject").text("area"), "if; >&2");
 }
@@ -130,15 +132,15 @@ TEST_F(Probe, PressesShortcuts) {
 }
 
 TEST_F(Probe, OpensAMenuAndPicksFromIt) {
-  person_->choose(window_, "Things", "Do");
+  person_->choose(window_, {"Things", "Do"});
   EXPECT_EQ(said(), "done");
-  person_->choose(window_, "Things", "Ask...");
+  person_->choose(window_, {"Things", "Ask..."});
   person_->answer("From the menu?", "Yes");
   EXPECT_EQ(said(), "From the menu? yes");
 }
 
 TEST_F(Probe, FindsMenusAndEntriesByTheirObjectNamesToo) {
-  person_->choose(window_, "thingsMenu", "doThing");
+  person_->choose(window_, {"thingsMenu", "doThing"});
   EXPECT_EQ(said(), "done");
 }
 
@@ -146,12 +148,12 @@ TEST_F(Probe, GivesAnOpenMenuAndWhereItIs) {
   const SeenWindow menu = person_->open(window_, "Things");
   EXPECT_TRUE(menu.isMenu());
   EXPECT_TRUE(window_.place().contains(menu.place().topLeft()));
-  person_->press("Escape");
+  person_->key("Escape");
   EXPECT_EQ(click("plain"), QString());
 }
 
 TEST_F(Probe, RefusesADisabledMenuEntryAndWhatLiesBehindAnOpenMenu) {
-  EXPECT_THROW(person_->choose(window_, "Things", "Never"), Differs);
+  EXPECT_THROW(person_->choose(window_, {"Things", "Never"}), Differs);
   EXPECT_EQ(click("plain"), "a menu is open before it");
   EXPECT_EQ(said(), QString());
 }
@@ -162,12 +164,12 @@ TEST_F(Probe, PicksFromAListAndChoosesATab) {
   // At once again, by another way round.
   person_->pick(window_, "list", "Female");
   EXPECT_EQ(named("Subject").text("list"), "Female");
-  person_->pick(window_, "list", 2);
+  person_->pick(window_, "list", "Male");
   EXPECT_EQ(named("Subject").text("list"), "Male");
   EXPECT_THROW(person_->pick(window_, "list", "Neither"), Differs);
-  person_->chooseTab(window_, "tabs", "Two");
-  EXPECT_EQ(named("Subject").widget("tabs")["current"], "Two");
-  person_->chooseTab(window_, "tabs", "One");
+  person_->turnTo(window_, "tabs", "Two");
+  EXPECT_EQ(named("Subject").tabInFront("tabs"), "Two");
+  person_->turnTo(window_, "tabs", "One");
 }
 
 TEST_F(Probe, TellsWhichWindowsCameAndWent) {
@@ -189,9 +191,9 @@ TEST_F(Probe, DrawsEveryWindowAndOneWidget) {
   files.sort();
   EXPECT_EQ(files, (QStringList{"07-Other.png", "07-QMessageBox.png", "07-Subject.png"}));
   EXPECT_EQ(QImage(folder_.filePath("07-Subject.png")).width(), 400);
-  person_->picture(window_, "tabs", folder_.filePath("tabs.png"));
+  probe_->picture(window_, folder_.filePath("tabs.png"), "tabs");
   EXPECT_EQ(QImage(folder_.filePath("tabs.png")).size(), window_.size("tabs"));
-  person_->picture(window_, folder_.filePath("whole.png"));
+  probe_->picture(window_, folder_.filePath("whole.png"));
   EXPECT_EQ(QImage(folder_.filePath("whole.png")).size(), window_.place().size());
 }
 

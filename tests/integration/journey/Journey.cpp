@@ -13,8 +13,7 @@
 #include "testing/files/Files.h"
 #include "testing/waiting/Waiting.h"
 
-using velmora::testkit::Differs;
-using velmora::testkit::SeenWindow;
+using namespace velmora::testkit;
 
 namespace journey {
 
@@ -25,21 +24,17 @@ const QString Preferences = "Preferences";
 const QString AlertBox = "QMessageBox";
 const QString Identifier = "12-345-6";
 
-void expect(bool holds, const QString& what, const QString& seen) {
-  if (!holds) throw Differs(what, seen);
-}
-
-bool isEdited(const SeenWindow& window) { return window.description()["edited"].toBool(); }
-
 }  // namespace
 
-Journey::Journey()
-    : report_(folder_.path()),
-      stage_(report_.tracer(), velmora::testkit::Stage::Screen::Virtual, QString()),
-      screen_(stage_.environment()) {}
+Journey::Journey() : stage_(tracer(), Stage::Screen::Virtual, QString()) {}
 
-void Journey::start() {
-  application_ = std::make_unique<velmora::testkit::ProbedApplication>(report_.tracer(), stage_, GROWTH);
+Program::Trace Journey::tracer() {
+  return [this](const QString& who, const QString& what) { trace_.append(who.leftJustified(12) + what); };
+}
+
+ProbedApplication& Journey::start() {
+  application_ = std::make_unique<ProbedApplication>(tracer(), stage_, GROWTH);
+  return *application_;
 }
 
 QString Journey::recordPath() const {
@@ -55,16 +50,20 @@ QVariant Journey::stored(const QString& setting) const {
 QString Journey::account() {
   QString screen = "the program has ended";
   try {
-    if (application_ && application_->process().running()) screen = application_->person().screen();
+    if (person_ && application_->process().running()) screen = person_->screen();
   } catch (const std::exception& error) {
     screen = error.what();
   }
-  return screen + '\n' +
-         QString::fromUtf8(velmora::testkit::readFile(folder_.filePath("trace.txt"))).right(6000);
+  return screen + '\n' + trace_.join('\n').right(6000);
+}
+
+SeenWindow Journey::window(const QString& name, const QString& what,
+                           const std::function<bool(const SeenWindow&)>& holds) {
+  return person_->waitFor(what, [&](const SeenWindow& seen) { return seen.isCalled(name) && holds(seen); });
 }
 
 SeenWindow Journey::document(const QString& what, const std::function<bool(const SeenWindow&)>& holds) {
-  return hands_->when(what, Document, holds);
+  return window(Document, what, holds);
 }
 
 void Journey::waitForExamination(const QString& number, const QString& weight) {
@@ -73,164 +72,155 @@ void Journey::waitForExamination(const QString& number, const QString& weight) {
   });
 }
 
-void Journey::press(const QString& window, const QString& button) {
-  const SeenWindow seen = hands_->active(window);
-  hands_->press(window, button);
-  hands_->waitUntilGone(seen);
-}
+void Journey::choose(const QStringList& path) { person_->choose(person_->active(Document), path); }
 
-void Journey::answer(const QString& message, const QString& button) {
-  const SeenWindow alert =
-      hands_->when("the alert \"" + message + '"', AlertBox,
-                   [&](const SeenWindow& seen) { return seen.active() && seen.alertText() == message; });
-  hands_->press(AlertBox, button);
-  hands_->waitUntilGone(alert);
+void Journey::push(const QString& widget) { person_->push(person_->active(Document), widget); }
+
+void Journey::fill(const QString& field, const QString& text) {
+  person_->fill(person_->active(Document), field, text);
 }
 
 void Journey::answerTheFirstQuestions() {
-  answer("Periodically check for updates?", "Don't Check");
-  answer("Set Up Database?", "Yes");
+  person_->answer("Periodically check for updates?", "Don't Check");
+  person_->answer("Set Up Database?", "Yes");
   // The splash comes over the document and goes by itself.
-  hands_->when("the splash", "About", [](const SeenWindow&) { return true; });
-  application_->person().waitUntilScreen(
-      "the blank document alone",
-      [](const QList<SeenWindow>& windows) { return windows.size() == 1 && is(windows.first(), Document); },
-      Patience);
-  hands_->active(Document);
+  window("About", "the splash", [](const SeenWindow&) { return true; });
+  person_->waitUntilScreen("the blank document alone", [](const QList<SeenWindow>& windows) {
+    return windows.size() == 1 && windows.first().isCalled(Document);
+  });
+  person_->active(Document);
 }
 
 void Journey::measure(const QString& date, const QString& weight, const QString& height,
                       const QString& head) {
-  hands_->fill(Document, "examDateField", date);
-  hands_->fill(Document, "weightField", weight);
-  hands_->fill(Document, "heightField", height);
-  hands_->fill(Document, "headField", head);
+  fill("examDateField", date);
+  fill("weightField", weight);
+  fill("heightField", height);
+  fill("headField", head);
 }
 
 void Journey::recordTwoExaminations() {
-  hands_->fill(Document, "referenceIDField", Identifier);
-  hands_->fill(Document, "birthDateField", "21 Jan 2019");
-  hands_->pick(Document, "sexPopUp", "Male");
+  fill("referenceIDField", Identifier);
+  fill("birthDateField", "21 Jan 2019");
+  person_->pick(person_->active(Document), "sexPopUp", "Male");
   measure("6 May 2022", "14.6", "97.2", "50.1");
   document("an age and a place among other children", [](const SeenWindow& seen) {
     return seen.text("ageField").contains('3') && !seen.text("weightResultField").isEmpty();
   });
-  hands_->choose({"examinationMenu", "doNewRecord"});
+  choose({"examinationMenu", "doNewRecord"});
   waitForExamination("2 of 2", QString());
   measure("14 Nov 2023", "17.6", "107.8", "50.9");
 }
 
 void Journey::moveBetweenExaminations() {
   waitForExamination("2 of 2", "17.6");
-  hands_->choose({"examinationMenu", "doPreviousRecord"});
+  choose({"examinationMenu", "doPreviousRecord"});
   waitForExamination("1 of 2", "14.6");
-  hands_->push(Document, "nextStudyButton");
+  push("nextStudyButton");
   waitForExamination("2 of 2", "17.6");
-  hands_->push(Document, "previousStudyButton");
+  push("previousStudyButton");
   waitForExamination("1 of 2", "14.6");
-  hands_->choose({"examinationMenu", "doNextRecord"});
+  choose({"examinationMenu", "doNextRecord"});
   waitForExamination("2 of 2", "17.6");
 }
 
 void Journey::deleteAnExamination() {
-  hands_->push(Document, "newStudyButton");
+  push("newStudyButton");
   waitForExamination("3 of 3", QString());
-  hands_->fill(Document, "examDateField", "15 May 2025");
-  hands_->fill(Document, "weightField", "99.9");
+  fill("examDateField", "15 May 2025");
+  fill("weightField", "99.9");
   const QString question = "Are you sure you want to remove this exam?";
-  hands_->push(Document, "deleteStudyButton");
-  hands_->when("the question", AlertBox,
-               [&](const SeenWindow& seen) { return seen.active() && seen.alertText() == question; });
-  hands_->cancel(AlertBox);
+  push("deleteStudyButton");
+  window(AlertBox, "the question",
+         [&](const SeenWindow& seen) { return seen.active() && seen.alertText() == question; });
+  person_->cancel(person_->active(AlertBox));
   waitForExamination("3 of 3", "99.9");
-  hands_->choose({"examinationMenu", "doDeleteRecord"});
-  answer(question, "Remove");
+  choose({"examinationMenu", "doDeleteRecord"});
+  person_->answer(question, "Remove");
   waitForExamination("2 of 2", "17.6");
 }
 
 void Journey::changeTheTab() {
-  hands_->turnTo(Document, "tabView", "Head");
-  hands_->turnTo(Document, "tabView", "Height");
+  person_->turnTo(person_->active(Document), "tabView", "Head");
+  person_->turnTo(person_->active(Document), "tabView", "Height");
 }
 
 void Journey::rememberRecentDocuments() {
-  hands_->choose({"fileMenu", "openRecentMenu", "doRememberRecentDocuments"});
-  expect(velmora::testkit::waitUntil(Patience, [&] { return stored("Remember Recent Documents").toBool(); }),
+  choose({"fileMenu", "openRecentMenu", "doRememberRecentDocuments"});
+  expect(waitUntil(Patience.count(), [&] { return stored("Remember Recent Documents").toBool(); }),
          "recent documents to be remembered", "they are not");
 }
 
 void Journey::save() {
-  document("a change", isEdited);
-  hands_->choose({"fileMenu", "doSave"});
+  document("a change", &SeenWindow::edited);
+  choose({"fileMenu", "doSave"});
   document("the record saved",
-           [](const SeenWindow& seen) { return !isEdited(seen) && seen.title().contains(Identifier); });
-  expect(!velmora::testkit::readFile(recordPath()).isEmpty(), recordPath(),
-         velmora::testkit::fileNames(stage_.home() + "/Documents/Growth Data").join(", "));
+           [](const SeenWindow& seen) { return !seen.edited() && seen.title().contains(Identifier); });
+  expect(!readFile(recordPath()).isEmpty(), recordPath(),
+         fileNames(stage_.home() + "/Documents/Growth Data").join(", "));
 }
 
 void Journey::changeThePreferences() {
-  hands_->choose({"editMenu", "doPreferences"});
-  hands_->pick(Preferences, "checkVersionIntervalPopUp", "Weekly");
-  hands_->fill(Preferences, "launchScriptField", "true");
-  press(Preferences, "OK");
+  choose({"editMenu", "doPreferences"});
+  person_->pick(person_->active(Preferences), "checkVersionIntervalPopUp", "Weekly");
+  person_->fill(person_->active(Preferences), "launchScriptField", "true");
+  person_->closeWith(person_->active(Preferences), "OK");
   expect(stored("Version Check Interval").toInt() == 7, "an interval of 7 days",
          stored("Version Check Interval").toString());
   expect(stored("Launch Script") == "true", "the script", stored("Launch Script").toString());
 }
 
 void Journey::abandonThePreferences() {
-  hands_->choose({"editMenu", "doPreferences"});
-  hands_->when("the preferences as they were stored", Preferences, [](const SeenWindow& seen) {
+  choose({"editMenu", "doPreferences"});
+  window(Preferences, "the preferences as they were stored", [](const SeenWindow& seen) {
     return seen.text("checkVersionIntervalPopUp") == "Weekly" && seen.text("launchScriptField") == "true";
   });
-  hands_->push(Preferences, "autoCheckVersionCheckBox");
-  hands_->when("the check box to be turned on", Preferences, [](const SeenWindow& seen) {
-    return seen.widget("autoCheckVersionCheckBox")["checked"].toBool();
-  });
-  hands_->pick(Preferences, "exportToPopUp", "OsiriX");
-  hands_->cancel(Preferences);
+  person_->push(person_->active(Preferences), "autoCheckVersionCheckBox");
+  window(Preferences, "the check box to be turned on",
+         [](const SeenWindow& seen) { return seen.widget("autoCheckVersionCheckBox")["checked"].toBool(); });
+  person_->pick(person_->active(Preferences), "exportToPopUp", "OsiriX");
+  person_->cancel(person_->active(Preferences));
   expect(!stored("Export to OsiriX").toBool() && !stored("Automatic Version Check").toBool(),
          "nothing stored after Cancel", "a setting has changed");
 }
 
 void Journey::cancelPageSetupAndPrinting() {
-  hands_->choose({"fileMenu", "doPageSetup"});
-  hands_->cancel("QPageSetupDialog");
-  hands_->choose({"fileMenu", "doPrint"});
-  hands_->cancel("QPrintDialog");
-  document("nothing changed by it", [](const SeenWindow& seen) { return !isEdited(seen); });
+  choose({"fileMenu", "doPageSetup"});
+  person_->cancel(person_->active("QPageSetupDialog"));
+  choose({"fileMenu", "doPrint"});
+  person_->cancel(person_->active("QPrintDialog"));
+  document("nothing changed by it", [](const SeenWindow& seen) { return !seen.edited(); });
 }
 
 void Journey::readAbout() {
-  hands_->choose({"helpMenu", "doSplashAboutBox"});
+  choose({"helpMenu", "doSplashAboutBox"});
   const SeenWindow about =
-      hands_->when("the about window", "About", [](const SeenWindow& seen) { return seen.active(); });
+      window("About", "the about window", [](const SeenWindow& seen) { return seen.active(); });
   expect(about.text("nameField").startsWith("Growth "), "the program's name and version",
          about.text("nameField"));
-  hands_->dismiss("About");
+  person_->dismiss(person_->active("About"));
 }
 
 void Journey::exportABatch() {
   expect(!QFile::exists(chartPath()), "no chart yet", chartPath());
-  hands_->choose({"fileMenu", "doBatchExport"});
-  hands_->when("seven days", "BatchExport",
-               [](const SeenWindow& seen) { return seen.text("howManyDaysField") == "7"; });
-  hands_->fill("BatchExport", "howManyDaysField", "3");
-  press("BatchExport", "Export");
+  choose({"fileMenu", "doBatchExport"});
+  window("BatchExport", "seven days",
+         [](const SeenWindow& seen) { return seen.text("howManyDaysField") == "7"; });
+  person_->fill(person_->active("BatchExport"), "howManyDaysField", "3");
+  person_->closeWith(person_->active("BatchExport"), "Export");
   const QString folder = stage_.home() + "/Desktop";
-  expect(velmora::testkit::waitUntil(Patience, [&] { return QFile::exists(chartPath()); }), chartPath(),
-         velmora::testkit::fileNames(folder).join(", "));
-  application_->person().waitUntilScreen(
-      "one window",
-      [](const QList<SeenWindow>& windows) { return windows.size() == 1 && is(windows.first(), Document); },
-      Patience);
+  expect(waitUntil(Patience.count(), [&] { return QFile::exists(chartPath()); }), chartPath(),
+         fileNames(folder).join(", "));
+  person_->waitUntilScreen("one window", [](const QList<SeenWindow>& windows) {
+    return windows.size() == 1 && windows.first().isCalled(Document);
+  });
 }
 
 void Journey::openTheRecent() {
   // The batch has closed the record after its turn.
   document("a blank document",
            [](const SeenWindow& seen) { return seen.active() && seen.text("referenceIDField").isEmpty(); });
-  hands_->choose({"fileMenu", "openRecentMenu", Identifier});
+  choose({"fileMenu", "openRecentMenu", Identifier});
   const SeenWindow again = document("the record again", [](const SeenWindow& seen) {
     return seen.active() && seen.text("referenceIDField") == Identifier;
   });
@@ -240,19 +230,19 @@ void Journey::openTheRecent() {
 }
 
 void Journey::quit() {
-  hands_->choose({"fileMenu", "doQuit"});
-  application_->waitForGoodEnd(Patience);
+  choose({"fileMenu", "doQuit"});
+  application_->waitForGoodEnd(Patience.count());
 }
 
 void Journey::lookAtTheDisk() {
-  const QJsonObject record = QJsonDocument::fromJson(velmora::testkit::readFile(recordPath())).object();
+  const QJsonObject record = QJsonDocument::fromJson(readFile(recordPath())).object();
   const QString text = QString::fromUtf8(QJsonDocument(record).toJson(QJsonDocument::Compact));
   for (const char* part : {"\"12-345-6\"", "\"2019-01-21\"", "\"male\"", "\"2022-05-06\"", "14.6", "97.2",
                            "50.1", "\"2023-11-14\"", "17.6", "107.8", "50.9"})
     expect(text.contains(QLatin1String(part)), QLatin1String(part) + QString(" in the record"), text);
   expect(!text.contains("99.9"), "the deleted examination to be gone", text);
 
-  const QStringList charts = velmora::testkit::fileNames(stage_.home() + "/Desktop");
+  const QStringList charts = fileNames(stage_.home() + "/Desktop");
   expect(charts == QStringList{QFileInfo(chartPath()).fileName()}, "one chart of the patient",
          charts.join(", "));
   const QImage chart(chartPath());

@@ -2,29 +2,26 @@
 #pragma once
 
 #include <QStringList>
-#include <QTemporaryDir>
 #include <QVariant>
 #include <memory>
 
-#include "demo/Report.h"
 #include "testing/person/ProbedApplication.h"
-#include "testing/person/Stage.h"
-#include "tests/integration/journey/Hands.h"
-#include "tests/integration/journey/Screen.h"
 
 namespace journey {
 
-/// The way through the whole program, from the first start on an empty home to quit, whatever hands go it.
-/// Each leg of it throws Differs when the screen or the disk is otherwise than it must be.
+using namespace velmora::testkit;
+
+/// The way through the whole program, from the first start on an empty home to quit, however the person in
+/// front of it works. Each leg of it throws Differs when the screen or the disk is otherwise than it must be.
 class Journey {
  public:
   Journey();
 
-  /// Starts the program. The hands are those of the caller, made for it and this screen.
-  void start();
-  velmora::testkit::ProbedApplication& application() { return *application_; }
-  Screen& screen() { return screen_; }
-  void goOnWith(Hands& hands) { hands_ = &hands; }
+  /// Starts the program.
+  ProbedApplication& start();
+  const Stage& stage() const { return stage_; }
+  /// The rest of the way is that person's, who is the caller's.
+  void goOnWith(Person& person) { person_ = &person; }
 
   void answerTheFirstQuestions();
   void recordTwoExaminations();
@@ -52,19 +49,21 @@ class Journey {
   QString account();
 
  private:
-  velmora::testkit::SeenWindow document(
-      const QString& what, const std::function<bool(const velmora::testkit::SeenWindow&)>& holds);
-  void answer(const QString& message, const QString& button);
-  void press(const QString& window, const QString& button);
+  Program::Trace tracer();
+  SeenWindow window(const QString& name, const QString& what,
+                    const std::function<bool(const SeenWindow&)>& holds);
+  SeenWindow document(const QString& what, const std::function<bool(const SeenWindow&)>& holds);
+  // In the document's window.
+  void choose(const QStringList& path);
+  void push(const QString& widget);
+  void fill(const QString& field, const QString& text);
   void measure(const QString& date, const QString& weight, const QString& height, const QString& head);
   QVariant stored(const QString& setting) const;
 
-  QTemporaryDir folder_;
-  demo::Report report_;
-  velmora::testkit::Stage stage_;
-  Screen screen_;
-  std::unique_ptr<velmora::testkit::ProbedApplication> application_;
-  Hands* hands_ = nullptr;
+  QStringList trace_;
+  Stage stage_;
+  std::unique_ptr<ProbedApplication> application_;
+  Person* person_ = nullptr;
 };
 
 }  // namespace journey

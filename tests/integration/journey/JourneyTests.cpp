@@ -3,13 +3,13 @@
 // The real program on a virtual screen, from the first start on an empty home to quit.
 #include <gtest/gtest.h>
 
+#include "testing/person/PersonWithKeyboard.h"
+#include "testing/person/PersonWithMouse.h"
+#include "testing/person/ScreenInput.h"
 #include "tests/integration/journey/Journey.h"
-#include "tests/integration/journey/KeyboardHands.h"
-#include "tests/integration/journey/MouseHands.h"
 
 using journey::Journey;
-using journey::KeyboardHands;
-using journey::MouseHands;
+using namespace velmora::testkit;
 
 namespace {
 
@@ -35,37 +35,43 @@ void goOnToTheEnd(Journey& journey) {
 }
 
 // Outside a field the arrows step through the examinations.
-void stepWithTheArrows(Journey& journey, KeyboardHands& hands) {
-  hands.push("VelmoraDocument", "previousStudyButton");
+void stepWithTheArrows(Journey& journey, PersonWithKeyboard& person) {
+  const auto document = [&] { return person.active("VelmoraDocument"); };
+  const auto stroke = [&](const QString& key) {
+    document();
+    person.key(key);
+  };
+  person.push(document(), "previousStudyButton");
   journey.waitForExamination("1 of 2", "14.6");
-  hands.stroke("VelmoraDocument", "Right");
+  stroke("Right");
   journey.waitForExamination("2 of 2", "17.6");
-  hands.stroke("VelmoraDocument", "Left");
+  stroke("Left");
   journey.waitForExamination("1 of 2", "14.6");
-  hands.stroke("VelmoraDocument", "Right");
+  stroke("Right");
   journey.waitForExamination("2 of 2", "17.6");
 }
 
-void stepWithTheArrows(Journey&, MouseHands&) {}
+void stepWithTheArrows(Journey&, PersonWithMouse&) {}
 
 /// Fails with what was on the screen when a leg of the journey went otherwise.
-template <typename HandsKind>
+template <typename PersonKind>
 void travel() {
   Journey journey;
   try {
-    journey.start();
-    HandsKind hands(journey.application(), journey.screen());
-    journey.goOnWith(hands);
+    ProbeClient& probe = journey.start().probe();
+    PersonKind person(probe, std::make_unique<ScreenInput>(probe, journey.stage().environment()),
+                      Patience.count());
+    journey.goOnWith(person);
     recordAndStep(journey);
-    stepWithTheArrows(journey, hands);
+    stepWithTheArrows(journey, person);
     goOnToTheEnd(journey);
   } catch (const std::exception& error) {
     ADD_FAILURE() << error.what() << '\n' << journey.account().toStdString();
   }
 }
 
-TEST(Journey, FromFirstStartToQuitByKeyboardAlone) { travel<KeyboardHands>(); }
+TEST(Journey, FromFirstStartToQuitByKeyboardAlone) { travel<PersonWithKeyboard>(); }
 
-TEST(Journey, FromFirstStartToQuitByMouseAlone) { travel<MouseHands>(); }
+TEST(Journey, FromFirstStartToQuitByMouseAlone) { travel<PersonWithMouse>(); }
 
 }  // namespace
