@@ -66,7 +66,7 @@ void RequestHistory::forgetOld(const QDateTime& now) {
 }
 
 base::Result<> RequestHistory::remember(const QVariantMap& payload, const QString& application,
-                                       const QDateTime& time) {
+                                        const QDateTime& time) {
   const link::LinkRequest request = link::readRequest(payload);
   ReceivedRequest heard;
   heard.application = application;

@@ -3,11 +3,8 @@
 
 #include <QFile>
 
-<<<<<<< HEAD
-=======
 #include "testing/person/ProbeInput.h"
 
->>>>>>> 9d10f49 (Have one person before a program, with the mouse or the keyboard, through the probe or the screen)
 namespace velmora::testkit {
 
 namespace {
