@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 
@@ -108,8 +107,7 @@ int main(int argc, char** argv) {
                       {"application", "The application to play with.", "program", beside("growth")},
                       {"link", "The program at the viewer's end.", "program", beside("velmora-link")}});
   options.process(application);
-  const velmora::base::SignalHandler signals(
-      {{SIGINT, false, true}, {SIGTERM, false, true}, {SIGHUP, false, true}}, interrupt);
+  const velmora::base::SignalHandler signals(velmora::base::SignalHandler::Program::Console, interrupt);
   try {
     return play(options, preparedFolder(options.value("out")));
   } catch (const std::exception& error) {

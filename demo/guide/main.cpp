@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-#include <csignal>
 #include <cstdio>
 
 #include "base/process/SignalHandler.h"
@@ -74,8 +73,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "guide: --guide is missing\n");
     return 2;
   }
-  const velmora::base::SignalHandler signals(
-      {{SIGINT, false, true}, {SIGTERM, false, true}, {SIGHUP, false, true}}, interrupt);
+  const velmora::base::SignalHandler signals(velmora::base::SignalHandler::Program::Console, interrupt);
   try {
     return take(options);
   } catch (const Interrupted&) {

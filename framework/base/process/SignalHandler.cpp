@@ -30,6 +30,10 @@ std::vector<Signal> signalsOf(SignalHandler::Program program) {
       return {{.number = SIGTERM, .againEndsProcess = true}, {.number = SIGHUP}};
     case SignalHandler::Program::Service:
       return {{.number = SIGTERM, .evenIfIgnored = true}, {.number = SIGINT, .evenIfIgnored = true}};
+    case SignalHandler::Program::Console:
+      return {{.number = SIGTERM, .evenIfIgnored = true},
+              {.number = SIGINT, .evenIfIgnored = true},
+              {.number = SIGHUP, .evenIfIgnored = true}};
   }
   Q_UNREACHABLE();
 }

@@ -21,6 +21,7 @@ class VELMORA_EXPORT SignalHandler {
     Desktop,  ///< ends on SIGTERM, of which a second one ends the process at once, and SIGHUP; on neither if
               ///< the process was started with it ignored, as under nohup
     Service,  ///< ends on SIGTERM and SIGINT, even if the process was started with them ignored
+    Console,  ///< likewise, and on SIGHUP
   };
 
   SignalHandler(Program program, std::function<void()> end);

@@ -58,6 +58,12 @@ TEST_F(SignalHandling, LeavesIgnoredSignalsIgnoredUnlessTold) {
     QCoreApplication::processEvents();
   }
   EXPECT_EQ(ends, 2);
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    const SignalHandler handler(Program::Console, [this] { ++ends; });
+    ::raise(signal);
+    QCoreApplication::processEvents();
+  }
+  EXPECT_EQ(ends, 5);
 }
 
 TEST_F(SignalHandling, LeavesToTheSystemWhatIsNotOnTheList) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "link/protocol/BundleIdentifier.h"
+#include "testing/files/Noise.h"
 #include "testing/main/Shown.h"
 
 using namespace velmora::link;
