@@ -8,7 +8,6 @@
 
 namespace growth {
 
-using namespace Qt::StringLiterals;
 using velmora::base::Failure;
 using velmora::base::Result;
 
@@ -24,13 +23,13 @@ Result<QByteArray> rowsOfPublishedTable(const QByteArray& table) {
     if (lineNumber == 1) {
       if (fields.size() < 5 || fields[0] != "Sex" ||
           fields.sliced(2, 3) != QList<QByteArray>{"L", "M", "S"}) {
-        return Failure{u"line 1 does not begin with the columns Sex, x, L, M, S"_s};
+        return Failure{QStringLiteral("line 1 does not begin with the columns Sex, x, L, M, S")};
       }
       continue;
     }
     if (fields == QList<QByteArray>{QByteArray()}) continue;
     if (fields.size() < 5 || (fields[0] != "1" && fields[0] != "2"))
-      return Failure{u"line %1 is no row of a boy or a girl"_s.arg(lineNumber)};
+      return Failure{QStringLiteral("line %1 is no row of a boy or a girl").arg(lineNumber)};
     rows[fields[0] == "1" ? 0 : 1].append(fields.sliced(1, 4).join(' '));
   }
 
@@ -57,9 +56,9 @@ Result<QByteArray> convertReference(const QByteArray& heading, const PublishedTa
     if (!line.startsWith("figures: ")) continue;
     const QString fileName = QString::fromUtf8(line.mid(9).trimmed());
     const std::optional<QByteArray> table = tables(fileName);
-    if (!table) return Failure{u"There is no \"%1\"."_s.arg(fileName)};
+    if (!table) return Failure{QStringLiteral("There is no \"%1\".").arg(fileName)};
     const Result<QByteArray> lines = rowsOfPublishedTable(*table);
-    if (!lines.ok()) return Failure{u"%1: %2."_s.arg(fileName, lines.error())};
+    if (!lines.ok()) return Failure{QStringLiteral("%1: %2.").arg(fileName, lines.error())};
     rows = *lines;
   }
   reference += rows + '\n';
