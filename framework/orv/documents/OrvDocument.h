@@ -14,10 +14,11 @@
 /// A document whose data file is JSON, and which prints one of its views.
 ///
 /// The data file is UTF-8 text: an object with a header ("format": the application's bundle identifier,
-/// "version": the version of the content's form, "application": who wrote it) and the "content", which the
-/// subclass reads and writes. A file that is damaged, of another application or of a newer version is refused
-/// with the reason. What a save replaces is kept as an earlier version; a save that fails tells the user and
-/// leaves a rescue copy. A kept copy that is opened is a new document with that content.
+/// "version": the version of the content's form, "application": who wrote it, "checksum": of all the rest)
+/// and the "content", which the subclass reads and writes. A file that is damaged, of another application or
+/// of a newer version is refused with the reason. What a save replaces is kept as an earlier version; a save
+/// that fails tells the user and leaves a rescue copy. A kept copy that is opened is a new document with that
+/// content.
 class VELMORA_EXPORT OrvDocument : public velmora::platform::Document {
  public:
   explicit OrvDocument(velmora::platform::Services& services);
