@@ -45,6 +45,19 @@ base::Result<> tryToWrite(const QString& folder) {
   return base::Failure{file.errorString()};
 }
 
+QString placeOf(const PacsSettings& settings) {
+  switch (settings.kind) {
+    case PacsSettings::Kind::Dimse:
+      return QStringLiteral("%1 at %2:%3, as %4")
+          .arg(settings.calledAETitle, settings.host)
+          .arg(settings.port)
+          .arg(settings.callingAETitle);
+    case PacsSettings::Kind::Web:
+      return settings.url.toDisplayString();
+  }
+  Q_UNREACHABLE();
+}
+
 }  // namespace
 
 CheckAnswer checkSpoolFolder(const QString& folder) {
@@ -89,12 +102,7 @@ CheckAnswer checkSessionBus() {
 }
 
 CheckAnswer checkArchive(const PacsSettings& settings) {
-  const bool dimse = settings.kind == PacsSettings::Kind::Dimse;
-  const QString place = dimse ? QStringLiteral("%1 at %2:%3, as %4")
-                                    .arg(settings.calledAETitle, settings.host)
-                                    .arg(settings.port)
-                                    .arg(settings.callingAETitle)
-                              : settings.url.toDisplayString();
+  const QString place = placeOf(settings);
   const PacsResult<> checked = makePacs(settings)->check();
   if (!checked.ok()) return wrong(QStringLiteral("%1: %2").arg(place, checked.error()));
   return QStringLiteral("%1: lets us find and store").arg(place);
