@@ -17,7 +17,7 @@ QString withoutPatient(const QString& text, const SpooledReply& reply, const Stu
   for (const QString& secret : secrets) {
     if (!secret.trimmed().isEmpty()) {
       QString pattern = QRegularExpression::escape(secret.trimmed());
-      // An identifier is asked for with a slash in place of a hyphen, too (WhichStudy).
+      // An identifier is asked for with a slash in place of a hyphen, too (StudyFinder).
       pattern.replace(QLatin1String("\\-"), QLatin1String("[-/]"));
       // Where it stands by itself: a short identifier is part of many a word.
       const QRegularExpression word(

@@ -136,7 +136,7 @@ Sender::End Sender::send(const SpoolItem& item) {
 /// ended.
 std::optional<Sender::End> Sender::decide(const SpoolItem& item, const SpooledReply& reply,
                                           EntryState& state) {
-  const PacsResult<Study> study = whichStudy(reply, pacs_);
+  const PacsResult<Study> study = findStudyFor(reply, pacs_);
   if (!study.ok()) return failed(study.failure(), item, reply, state);
   Decision decision;
   decision.study = *study;

@@ -10,7 +10,7 @@
 #include <optional>
 
 #include "bridge/pacs/Pacs.h"
-#include "bridge/service/WhichStudy.h"
+#include "bridge/service/StudyFinder.h"
 #include "bridge/spool/InstanceNumbers.h"
 #include "bridge/spool/Spool.h"
 

@@ -103,7 +103,7 @@ void RequestHistory::matchToRequest(SpooledReply& reply) const {
   const QString identifier = applicationIdentifier(reply.identifier);
   const auto isOfPatient = [&](const ReceivedRequest& request) {
     // In capitals the record of a patient who came back may hold it. Whether it is this patient, the birth
-    // date has to tell; see mayGoInto().
+    // date has to tell; see checkSamePatient().
     return request.identifier == identifier || request.identifier.toUpper() == identifier;
   };
   bool isLatest = true;

@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "bridge/dicom/Capture.h"
-#include "bridge/service/WhichStudy.h"
+#include "bridge/service/StudyFinder.h"
 #include "bridge/spool/RequestHistory.h"
 #include "bridge/spool/SpoolFile.h"
 #include "link/protocol/LinkProtocol.h"
@@ -149,7 +149,7 @@ void fuzz::linkReply(const QByteArray& input) {
   require(decodeReply(file) == taken, "what was written is what was read");
   require(decodeReplyHead(file.left(HeadSize)).has_value(), "the head fits");
 
-  const PacsResult<Study> study = whichStudy(*taken, pacs);
+  const PacsResult<Study> study = findStudyFor(*taken, pacs);
   require(study.ok() == study.error().isNull(), "a refusal says why");
   if (!study.ok()) return;
   requireSafe(*taken, *study);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "bridge/service/WhichStudy.h"
+#include "bridge/service/StudyFinder.h"
 
 #include <QStringList>
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace {
 
 /// The study, unless it is another patient's.
 PacsResult<Study> found(const SpooledReply& reply, const Study& study) {
-  const base::Result<> agrees = mayGoInto(reply, study);
+  const base::Result<> agrees = checkSamePatient(reply, study);
   if (!agrees) return PacsFailure::never(agrees.error());
   return study;
 }
@@ -28,7 +28,7 @@ PacsResult<Study> only(const SpooledReply& reply, QList<Study> studies, const QS
 }
 
 /// Whether two studies may be of two patients, as far as what the PACS says of them goes.
-bool toldApart(const Study& one, const Study& other) {
+bool areDifferentPatients(const Study& one, const Study& other) {
   const auto difference = contradiction(one, other);
   // Sex and name may have been corrected between the two.
   if (difference && *difference < PatientAttribute::Sex) return true;
@@ -39,10 +39,10 @@ bool toldApart(const Study& one, const Study& other) {
 
 /// Each is compared with each: of three, the first may go with both of the others, and those not with each
 /// other.
-bool severalPatients(const QList<Study>& studies) {
+bool hasSeveralPatients(const QList<Study>& studies) {
   for (const Study& one : studies) {
     for (const Study& other : studies) {
-      if (toldApart(one, other)) return true;
+      if (areDifferentPatients(one, other)) return true;
     }
   }
   return false;
@@ -84,7 +84,7 @@ PacsResult<QList<Study>> ofPatient(const QString& identifier, Pacs& pacs) {
 
 }  // namespace
 
-base::Result<> mayGoInto(const SpooledReply& reply, const Study& study) {
+base::Result<> checkSamePatient(const SpooledReply& reply, const Study& study) {
   Study ours;
   ours.patientID = applicationIdentifier(reply.identifier);
   ours.birthDate = reply.birthDay;
@@ -115,7 +115,7 @@ PacsResult<Study> studyOfUID(const QString& uid, const SpooledReply& reply, Pacs
   return studies.ok() ? only(reply, *studies, uid) : studies.failure();
 }
 
-PacsResult<Study> whichStudy(const SpooledReply& reply, Pacs& pacs) {
+PacsResult<Study> findStudyFor(const SpooledReply& reply, Pacs& pacs) {
   const QString identifier = applicationIdentifier(reply.identifier);
   if (identifier.isEmpty()) return PacsFailure::never(QStringLiteral("it has no patient's identifier"));
   const QString uid = reply.studyID.trimmed();
@@ -138,13 +138,13 @@ PacsResult<Study> whichStudy(const SpooledReply& reply, Pacs& pacs) {
     return PacsFailure::never(
         QStringLiteral("the PACS has more than one patient whom its identifier can mean"));
   };
-  if (severalPatients(studies)) return several();
+  if (hasSeveralPatients(studies)) return several();
 
   if (!reply.requestedStudyUID.isEmpty()) {
     // Asked for by its UID: where the reply has the identifier in capitals, it is not among those found
     // above.
     PacsResult<Study> requested = studyOfUID(reply.requestedStudyUID, reply, pacs);
-    if (requested.ok() && severalPatients(studies << *requested)) return several();
+    if (requested.ok() && hasSeveralPatients(studies << *requested)) return several();
     return requested;
   }
 

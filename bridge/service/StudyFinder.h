@@ -13,7 +13,7 @@ namespace bridge {
 /// Whether a chart may go into a study; fails with what speaks against it. The identifiers must be there
 /// and agree, "/" taken for "-"; birth dates must agree where both are known. An identifier that the reply
 /// has in capitals agrees when both birth dates are known and the same.
-velmora::base::Result<> mayGoInto(const SpooledReply& reply, const Study& study);
+velmora::base::Result<> checkSamePatient(const SpooledReply& reply, const Study& study);
 
 /// The study of that UID, unless what the PACS says of it contradicts the reply.
 PacsResult<Study> studyOfUID(const QString& uid, const SpooledReply& reply, Pacs& pacs);
@@ -26,6 +26,6 @@ PacsResult<Study> studyOfUID(const QString& uid, const SpooledReply& reply, Pacs
 /// only told apart by "/" and "-", by their issuers or by their birth dates: then none is taken.
 /// Fails with TryAgain when the PACS could not say, with Never when the study cannot be told, or would be
 /// another patient's.
-PacsResult<Study> whichStudy(const SpooledReply& reply, Pacs& pacs);
+PacsResult<Study> findStudyFor(const SpooledReply& reply, Pacs& pacs);
 
 }  // namespace bridge

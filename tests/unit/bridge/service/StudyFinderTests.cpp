@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "bridge/dicom/Uid.h"
-#include "bridge/service/WhichStudy.h"
+#include "bridge/service/StudyFinder.h"
 #include "tests/unit/bridge/pacs/PacsOutcome.h"
 #include "tests/unit/bridge/service/ServeTesting.h"
 
@@ -185,14 +185,14 @@ QList<Row> table() {
 
 }  // namespace
 
-TEST(WhichStudy, FollowsTheTable) {
+TEST(StudyFinder, FollowsTheTable) {
   for (const Row& row : table()) {
     SCOPED_TRACE(row.what);
     ScriptedPacs pacs;
     pacs.studies = row.studies;
     SpooledReply which = reply();
     row.change(which);
-    const PacsResult<Study> answer = whichStudy(which, pacs);
+    const PacsResult<Study> answer = findStudyFor(which, pacs);
     EXPECT_EQ(outcomeOf(answer), row.study.isEmpty() ? Outcome::Never : Outcome::Done)
         << qPrintable(answer.error());
     EXPECT_EQ(answer.valueOr({}).studyInstanceUID, row.study);
@@ -200,43 +200,43 @@ TEST(WhichStudy, FollowsTheTable) {
   }
 }
 
-TEST(WhichStudy, AsksForEveryPatientIDThatTheIdentifierMayStandFor) {
+TEST(StudyFinder, AsksForEveryPatientIDThatTheIdentifierMayStandFor) {
   ScriptedPacs pacs;
   pacs.studies = {study("1.1", "12/345-6")};
   SpooledReply which = reply();
   which.studyID.clear();
   which.identifier = text("12-345-6");
-  EXPECT_EQ(outcomeOf(whichStudy(which, pacs)), Outcome::Done);
+  EXPECT_EQ(outcomeOf(findStudyFor(which, pacs)), Outcome::Done);
   QStringList asked;
   for (const StudyQuery& query : pacs.queries) asked.append(query.patientID);
   asked.sort();
   EXPECT_EQ(asked, (QStringList{text("12-345-6"), text("12-345/6"), text("12/345-6"), text("12/345/6")}));
 }
 
-TEST(WhichStudy, BoundsTheNumberOfQuestions) {
+TEST(StudyFinder, BoundsTheNumberOfQuestions) {
   ScriptedPacs pacs;
   SpooledReply which = reply();
   which.studyID.clear();
   which.identifier = QString(64, QLatin1Char('-'));
-  EXPECT_EQ(outcomeOf(whichStudy(which, pacs)), Outcome::Never);
+  EXPECT_EQ(outcomeOf(findStudyFor(which, pacs)), Outcome::Never);
   EXPECT_TRUE(pacs.queries.isEmpty());
 }
 
-TEST(WhichStudy, TriesAgainWhenThePacsIsAwayAndSetsAsideWhenItRefuses) {
+TEST(StudyFinder, TriesAgainWhenThePacsIsAwayAndSetsAsideWhenItRefuses) {
   for (const char* uid : {"1.1", ""}) {
     ScriptedPacs pacs;
     pacs.studies = {study("1.1", "12/345")};
     SpooledReply which = reply();
     which.studyID = text(uid);
     pacs.findResult = Away;
-    EXPECT_EQ(outcomeOf(whichStudy(which, pacs)), Outcome::TryAgain);
+    EXPECT_EQ(outcomeOf(findStudyFor(which, pacs)), Outcome::TryAgain);
     pacs.findResult = Refused;
-    EXPECT_EQ(outcomeOf(whichStudy(which, pacs)), Outcome::Never);
-    EXPECT_EQ(whichStudy(which, pacs).error(), text("not wanted"));
+    EXPECT_EQ(outcomeOf(findStudyFor(which, pacs)), Outcome::Never);
+    EXPECT_EQ(findStudyFor(which, pacs).error(), text("not wanted"));
   }
 }
 
-TEST(WhichStudy, NeverAsksForWhatIsNoUid) {
+TEST(StudyFinder, NeverAsksForWhatIsNoUid) {
   for (const char* uid : {"*", "1.2*", "1..2", ".1", "1.", "1.2\\1.3", "1 2", "abc", "1.2\n"}) {
     EXPECT_FALSE(isUid(text(uid))) << uid;
   }
