@@ -10,7 +10,7 @@ using namespace velmora;
 
 namespace bridge {
 
-QString withoutPatient(const QString& text, const SpooledReply& reply, const Study* study) {
+QString redactPatient(const QString& text, const SpooledReply& reply, const Study* study) {
   QStringList secrets{reply.identifier, reply.patientName};
   if (study != nullptr) secrets << study->patientID << study->patientName;
   QString safe = text;

@@ -10,7 +10,7 @@ namespace bridge {
 
 /// The text of a failure on one line, without the patient's identifier and names: a PACS may repeat what it
 /// was asked, and logs have other readers than the spool. `study` may be null.
-QString withoutPatient(const QString& text, const SpooledReply& reply, const Study* study);
+QString redactPatient(const QString& text, const SpooledReply& reply, const Study* study);
 
 /// The text as one line of a log, truncated after 1,000 characters. Characters that are unsafe in a line
 /// (base/log/Escape.h) become "?".

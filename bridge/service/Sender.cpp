@@ -14,7 +14,7 @@ namespace bridge {
 namespace {
 
 /// What cannot be read for now may be any patient's, and holds nobody up.
-QString lineOf(const SpoolItem& item) {
+QString queueOf(const SpoolItem& item) {
   return item.isReadable ? applicationIdentifier(item.identifier) : item.name;
 }
 
@@ -35,19 +35,19 @@ std::optional<Sender::Milliseconds> Sender::step(Milliseconds now) {
   }
   const QList<SpoolItem> waiting = spool_.waiting();
   const SpoolItem* next = nullptr;
-  QHash<QString, Line> lines;
+  QHash<QString, PatientQueue> queues;
   std::optional<Milliseconds> earliest;
   for (const SpoolItem& item : waiting) {
-    const QString name = lineOf(item);
-    if (lines.contains(name)) continue;  // somebody else of this line is before it
-    const Line line = lines_.value(name);
-    lines.insert(name, line);
-    if (!earliest || line.due < *earliest) {
-      earliest = line.due;
+    const QString name = queueOf(item);
+    if (queues.contains(name)) continue;  // somebody else of this queue is before it
+    const PatientQueue queue = queues_.value(name);
+    queues.insert(name, queue);
+    if (!earliest || queue.due < *earliest) {
+      earliest = queue.due;
       next = &item;
     }
   }
-  lines_ = lines;  // forgets those that have come to their end
+  queues_ = queues;  // forgets those that have come to their end
   // A request to retry stays while the disk does not take the new state, and nobody tells when it does again.
   const auto orRetryRequests = [this](std::optional<Milliseconds> wait) {
     return spool_.hasRetryRequests() ? std::min(wait.value_or(FirstDelay), FirstDelay) : wait;
@@ -55,23 +55,23 @@ std::optional<Sender::Milliseconds> Sender::step(Milliseconds now) {
   if (next == nullptr) return orRetryRequests(std::nullopt);
   if (*earliest > now) return orRetryRequests(*earliest - now);
 
-  const QString name = lineOf(*next);
+  const QString name = queueOf(*next);
   if (attempt(*next) == End::Finished) {
     finished(name, now);
   } else {
-    Line& line = lines_[name];
-    line.delay = std::min(line.delay.count() == 0 ? FirstDelay : 2 * line.delay, LongestDelay);
-    line.due = now + line.delay;
+    PatientQueue& queue = queues_[name];
+    queue.delay = std::min(queue.delay.count() == 0 ? FirstDelay : 2 * queue.delay, LongestDelay);
+    queue.due = now + queue.delay;
   }
   return Milliseconds(0);
 }
 
 void Sender::finished(const QString& name, Milliseconds now) {
-  lines_[name] = {now, Milliseconds(0)};
-  const auto failing =
-      std::count_if(lines_.begin(), lines_.end(), [](const Line& line) { return line.delay.count() > 0; });
+  queues_[name] = {now, Milliseconds(0)};
+  const auto failing = std::count_if(queues_.begin(), queues_.end(),
+                                     [](const PatientQueue& queue) { return queue.delay.count() > 0; });
   if (failing < 2) return;
-  for (Line& line : lines_) line.due = std::min(line.due, now);
+  for (PatientQueue& queue : queues_) queue.due = std::min(queue.due, now);
 }
 
 /// Whatever goes wrong with one reply does not stop the others.
@@ -82,8 +82,8 @@ Sender::End Sender::attempt(const SpoolItem& item) {
     if (!item.isReadable) return End::Later;
     const EntryState state = spool_.state(item.name);
     if (state.state != SpoolState::Waiting) return End::Finished;
-    return later(item, state,
-                 QStringLiteral("the exchange failed: ") + QString::fromLocal8Bit(exception.what()));
+    return retryLater(item, state,
+                      QStringLiteral("the exchange failed: ") + QString::fromLocal8Bit(exception.what()));
   }
 }
 
@@ -96,7 +96,7 @@ Sender::End Sender::send(const SpoolItem& item) {
   }
   EntryState state = spool_.state(item.name);
   const auto read = spool_.read(item.name);
-  if (!read) return later(item, state, QStringLiteral("cannot read its file: ") + read.error());
+  if (!read) return retryLater(item, state, QStringLiteral("cannot read its file: ") + read.error());
   const std::optional<SpooledReply>& reply = *read;
   if (!reply) {
     report_.failed(QStringLiteral("aside %1: %2").arg(item.name, spool_.setDamagedAside(item.name)));
@@ -114,7 +114,7 @@ Sender::End Sender::send(const SpoolItem& item) {
   if (!capture.ok()) return setAside(item, state, capture.error());
 
   const PacsResult<> sent = pacs_.store(*capture, CaptureSopClassUID, reply->sopInstanceUID);
-  if (!sent.ok()) return failed(sent.failure(), item, *reply, state);
+  if (!sent.ok()) return retryOrSetAside(sent.failure(), item, *reply, state);
 
   EntryState stored;
   stored.state = SpoolState::Stored;
@@ -126,7 +126,7 @@ Sender::End Sender::send(const SpoolItem& item) {
   stored.arrival = reply->arrival;
   // Without the record it will be stored once more, as the same object.
   const base::Result<> kept = spool_.change(item.name, stored);
-  if (!kept) return later(item, state, kept.error());
+  if (!kept) return retryLater(item, state, kept.error());
   report_.done(QStringLiteral("stored %1 as %2").arg(item.name, reply->sopInstanceUID));
   spool_.forgetOldRecords();
   return End::Finished;
@@ -137,18 +137,18 @@ Sender::End Sender::send(const SpoolItem& item) {
 std::optional<Sender::End> Sender::decide(const SpoolItem& item, const SpooledReply& reply,
                                           EntryState& state) {
   const PacsResult<Study> study = findStudyFor(reply, pacs_);
-  if (!study.ok()) return failed(study.failure(), item, reply, state);
+  if (!study.ok()) return retryOrSetAside(study.failure(), item, reply, state);
   Decision decision;
   decision.study = *study;
   decision.seriesInstanceUID = chartSeriesUID(study->studyInstanceUID, reply.application);
   decision.seriesNumber = chartSeriesNumber(reply.application);
   decision.showsPatient = !chartsWithoutPatient_.contains(reply.application);
   const base::Result<int> number = instanceNumbers_.next(decision.seriesInstanceUID);
-  if (!number) return later(item, state, number.error());
+  if (!number) return retryLater(item, state, number.error());
   decision.instanceNumber = *number;
   EntryState decided = state;
   decided.decision = decision;
-  return keep(decided, item, state);
+  return storeDecision(decided, item, state);
 }
 
 /// Asks whether what was decided earlier still holds, and takes over what the PACS says of the study by now.
@@ -159,15 +159,16 @@ std::optional<Sender::End> Sender::confirm(const SpoolItem& item, const SpooledR
   EntryState asked = state;
   if (!study.ok()) {
     if (study.failure().kind == PacsFailure::Kind::Never) asked.decision.reset();
-    return failed(study.failure(), item, reply, asked);
+    return retryOrSetAside(study.failure(), item, reply, asked);
   }
   if (*study == state.decision->study) return std::nullopt;
   asked.decision->study = *study;
-  return keep(asked, item, state);
+  return storeDecision(asked, item, state);
 }
 
 /// Writes down what was decided. Nothing when it goes on, as with decide().
-std::optional<Sender::End> Sender::keep(const EntryState& decided, const SpoolItem& item, EntryState& state) {
+std::optional<Sender::End> Sender::storeDecision(const EntryState& decided, const SpoolItem& item,
+                                                 EntryState& state) {
   if (encodeState(decided).size() > LargestState) {
     // It could be written, but not read again.
     return setAside(item, state, QStringLiteral("what the PACS says of its study is too long"));
@@ -175,18 +176,18 @@ std::optional<Sender::End> Sender::keep(const EntryState& decided, const SpoolIt
   EntryState written = decided;
   written.changed = wallClock_();
   const base::Result<> kept = spool_.change(item.name, written);
-  if (!kept) return later(item, state, kept.error());
+  if (!kept) return retryLater(item, state, kept.error());
   state = written;
   return std::nullopt;
 }
 
 /// The reply waits or is set aside, by the kind of the failure.
-Sender::End Sender::failed(const PacsFailure& failure, const SpoolItem& item, const SpooledReply& reply,
-                           const EntryState& state) {
+Sender::End Sender::retryOrSetAside(const PacsFailure& failure, const SpoolItem& item,
+                                    const SpooledReply& reply, const EntryState& state) {
   const Study* const known = state.decision ? &state.decision->study : nullptr;
-  const QString reason = withoutPatient(failure.message, reply, known);
+  const QString reason = redactPatient(failure.message, reply, known);
   return failure.kind == PacsFailure::Kind::Never ? setAside(item, state, reason)
-                                                  : later(item, state, reason);
+                                                  : retryLater(item, state, reason);
 }
 
 Sender::End Sender::setAside(const SpoolItem& item, EntryState state, const QString& reason) {
@@ -202,7 +203,7 @@ Sender::End Sender::setAside(const SpoolItem& item, EntryState state, const QStr
   return End::Finished;
 }
 
-Sender::End Sender::later(const SpoolItem& item, EntryState state, const QString& reason) {
+Sender::End Sender::retryLater(const SpoolItem& item, EntryState state, const QString& reason) {
   ++state.tries;
   state.changed = wallClock_();
   // The same reason again is no news.

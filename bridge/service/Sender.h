@@ -48,7 +48,7 @@ class Sender {
 
  private:
   enum class End { Finished, Later };
-  struct Line {
+  struct PatientQueue {
     Milliseconds due{0};
     Milliseconds delay{0};  ///< of the last failure; 0 when the last try went well
   };
@@ -56,12 +56,12 @@ class Sender {
   End attempt(const SpoolItem& item);
   End send(const SpoolItem& item);
   End setAside(const SpoolItem& item, EntryState state, const QString& reason);
-  End later(const SpoolItem& item, EntryState state, const QString& reason);
+  End retryLater(const SpoolItem& item, EntryState state, const QString& reason);
   std::optional<End> decide(const SpoolItem& item, const SpooledReply& reply, EntryState& state);
   std::optional<End> confirm(const SpoolItem& item, const SpooledReply& reply, EntryState& state);
-  std::optional<End> keep(const EntryState& decided, const SpoolItem& item, EntryState& state);
-  End failed(const PacsFailure& failure, const SpoolItem& item, const SpooledReply& reply,
-             const EntryState& state);
+  std::optional<End> storeDecision(const EntryState& decided, const SpoolItem& item, EntryState& state);
+  End retryOrSetAside(const PacsFailure& failure, const SpoolItem& item, const SpooledReply& reply,
+                      const EntryState& state);
   void finished(const QString& line, Milliseconds now);
 
   Spool& spool_;
@@ -70,7 +70,7 @@ class Sender {
   Spool::WallClock wallClock_;
   QStringList chartsWithoutPatient_;
   InstanceNumbers instanceNumbers_;
-  QHash<QString, Line> lines_;  // of the patients' identifiers
+  QHash<QString, PatientQueue> queues_;  // of the patients' identifiers
 };
 
 }  // namespace bridge
