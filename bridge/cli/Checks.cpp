@@ -12,7 +12,7 @@
 #include <chrono>
 #include <mutex>
 
-#include "bridge/pacs/MakePacs.h"
+#include "bridge/pacs/PacsFactory.h"
 #include "link/bus/BusLink.h"
 
 using namespace velmora;

@@ -8,7 +8,7 @@
 #include "base/log/Guard.h"
 #include "base/process/SignalHandler.h"
 #include "bridge/cli/Commands.h"
-#include "bridge/pacs/MakePacs.h"
+#include "bridge/pacs/PacsFactory.h"
 #include "bridge/service/Service.h"
 #include "link/bus/BusLink.h"
 #include "link/protocol/LinkProtocol.h"

@@ -11,7 +11,7 @@
 #include "bridge/dicom/PersonName.h"
 #include "bridge/dicom/StudyFile.h"
 #include "bridge/dicom/Uid.h"
-#include "bridge/pacs/MakePacs.h"
+#include "bridge/pacs/PacsFactory.h"
 #include "link/protocol/LinkPayload.h"
 #include "link/protocol/LinkProtocol.h"
 

@@ -68,7 +68,7 @@ Result<> checkBaseline(const QByteArray& jpeg) {
 }
 
 /// One image in libjpeg's hands. libjpeg is C: nothing may throw through it, and it ends at an error by a
-/// jump. So nothing here, nor in whole(), has a destructor that would be jumped over.
+/// jump. So nothing here, nor in decodeFully(), has a destructor that would be jumped over.
 struct Decoding {
   jpeg_decompress_struct decoder;
   jpeg_error_mgr errors;
@@ -91,32 +91,32 @@ void silent(j_common_ptr) noexcept {}
 // What libjpeg decodes and a chart must not be; beyond its own codes.
 enum Objection { ColourCount = 10000, Chrominances, HuffmanTables, MissingScan, Trailer };
 
-[[noreturn]] void object(Decoding& decoding, Objection objection) {
+[[noreturn]] void reject(Decoding& decoding, Objection objection) {
   decoding.errors.msg_code = objection;
   refuse(reinterpret_cast<j_common_ptr>(&decoding.decoder));
 }
 
 void checkHeader(Decoding& decoding) {
   const jpeg_decompress_struct& decoder = decoding.decoder;
-  if (decoder.num_components != 1 && decoder.num_components != 3) object(decoding, ColourCount);
+  if (decoder.num_components != 1 && decoder.num_components != 3) reject(decoding, ColourCount);
   for (int i = 1; i < decoder.num_components; ++i) {
     const bool isFiner = decoder.comp_info[i].h_samp_factor > decoder.comp_info[0].h_samp_factor ||
                          decoder.comp_info[i].v_samp_factor > decoder.comp_info[0].v_samp_factor;
-    if (isFiner) object(decoding, Chrominances);
+    if (isFiner) reject(decoding, Chrominances);
   }
 }
 
 void checkTables(Decoding& decoding) {
   for (int i = 2; i < NUM_HUFF_TBLS; ++i) {
     if (decoding.decoder.dc_huff_tbl_ptrs[i] || decoding.decoder.ac_huff_tbl_ptrs[i]) {
-      object(decoding, HuffmanTables);
+      reject(decoding, HuffmanTables);
     }
   }
 }
 
 /// Reads the image to its end. False when libjpeg or we refuse it; why stands in errors.msg_code. Either way
 /// the decoder keeps what it has read, and is the caller's to destroy.
-bool whole(Decoding& decoding, const unsigned char* bytes, unsigned long size) {
+bool decodeFully(Decoding& decoding, const unsigned char* bytes, unsigned long size) {
   jpeg_decompress_struct& decoder = decoding.decoder;
   decoder.err = jpeg_std_error(&decoding.errors);
   decoding.errors.error_exit = refuse;
@@ -140,11 +140,11 @@ bool whole(Decoding& decoding, const unsigned char* bytes, unsigned long size) {
                                 decoder.output_width * static_cast<JDIMENSION>(decoder.output_components), 1);
   while (decoder.output_scanline < decoder.output_height) jpeg_read_scanlines(&decoder, row, 1);
   for (int i = 0; i < decoder.num_components; ++i) {
-    if (!decoder.comp_info[i].quant_table) object(decoding, MissingScan);  // no scan has brought it
+    if (!decoder.comp_info[i].quant_table) reject(decoding, MissingScan);  // no scan has brought it
   }
   jpeg_finish_decompress(&decoder);
   checkTables(decoding);
-  if (decoder.src->bytes_in_buffer > 0) object(decoding, Trailer);
+  if (decoder.src->bytes_in_buffer > 0) reject(decoding, Trailer);
   return true;
 }
 
@@ -200,8 +200,8 @@ Result<JpegImage> jpegImage(const QByteArray& jpeg) {
     if (!baseline.ok()) return baseline.failure();
   }
   Decoding decoding{};
-  const bool isWhole = whole(decoding, reinterpret_cast<const unsigned char*>(jpeg.constData()),
-                             static_cast<unsigned long>(jpeg.size()));
+  const bool isWhole = decodeFully(decoding, reinterpret_cast<const unsigned char*>(jpeg.constData()),
+                                   static_cast<unsigned long>(jpeg.size()));
   const jpeg_decompress_struct& decoder = decoding.decoder;
   const JpegImage image{static_cast<int>(decoder.image_width), static_cast<int>(decoder.image_height),
                         colourOf(decoder.jpeg_color_space)};

@@ -14,12 +14,17 @@ namespace bridge {
 using Tag = quint32;
 
 namespace tags {
+inline constexpr Tag TransferSyntaxUID = 0x00020010;
 inline constexpr Tag SpecificCharacterSet = 0x00080005;
 inline constexpr Tag StudyDate = 0x00080020;
 inline constexpr Tag StudyTime = 0x00080030;
 inline constexpr Tag AccessionNumber = 0x00080050;
 inline constexpr Tag ReferringPhysicianName = 0x00080090;
 inline constexpr Tag StudyDescription = 0x00081030;
+inline constexpr Tag ReferencedSOPInstanceUID = 0x00081155;
+inline constexpr Tag FailureReason = 0x00081197;
+inline constexpr Tag FailedSOPSequence = 0x00081198;
+inline constexpr Tag ReferencedSOPSequence = 0x00081199;
 inline constexpr Tag PatientName = 0x00100010;
 inline constexpr Tag PatientID = 0x00100020;
 inline constexpr Tag IssuerOfPatientID = 0x00100021;

@@ -20,7 +20,6 @@ constexpr quint32 UndefinedLength = 0xffffffff;
 constexpr Tag Item = 0xfffee000;
 constexpr Tag ItemEnd = 0xfffee00d;
 constexpr Tag SequenceEnd = 0xfffee0dd;
-constexpr Tag TransferSyntaxUID = 0x00020010;
 
 constexpr qsizetype DeepestSequence = 64;
 constexpr int MostElements = 200000;  // a few hundred are usual; enhanced objects have some ten thousand
@@ -140,7 +139,7 @@ QByteArray readTransferSyntax(QIODevice& file) {
   while (file.peek(2) == QByteArray("\x02\x00", 2)) {
     Element element;
     if (reader.next(element) != ElementReader::Next::Element) return {};
-    const bool wanted = element.tag == TransferSyntaxUID;
+    const bool wanted = element.tag == tags::TransferSyntaxUID;
     if (!(wanted ? reader.readValue(element, uid) : reader.skipValue(element))) return {};
   }
   while (uid.endsWith('\0') || uid.endsWith(' ')) uid.chop(1);

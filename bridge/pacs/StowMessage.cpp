@@ -12,17 +12,12 @@
 namespace bridge {
 namespace {
 
-constexpr Tag ReferencedSOPInstanceUID = 0x00081155;
-constexpr Tag FailureReason = 0x00081197;
-constexpr Tag FailedSOPSequence = 0x00081198;
-constexpr Tag ReferencedSOPSequence = 0x00081199;
-
 /// The item of a sequence that speaks of an instance; empty when there is none.
 QJsonObject itemAbout(const QJsonObject& dataset, Tag sequence, const QString& sopInstanceUID) {
   const QJsonArray items =
       dataset.value(jsonKey(sequence)).toObject().value(QLatin1String("Value")).toArray();
   for (const auto& item : items) {
-    const QString uid = jsonText(item.toObject(), ReferencedSOPInstanceUID);
+    const QString uid = jsonText(item.toObject(), tags::ReferencedSOPInstanceUID);
     if (withoutPadding(uid) == sopInstanceUID) return item.toObject();
   }
   return {};
@@ -49,11 +44,11 @@ StowVerdict stowVerdict(const QByteArray& json, const QString& sopInstanceUID) {
   // The answer is one data set; some servers put it into a list, as the answers to searches are.
   const QJsonObject dataset = document.isArray() ? document.array().first().toObject() : document.object();
   StowVerdict verdict;
-  const QJsonObject failed = itemAbout(dataset, FailedSOPSequence, sopInstanceUID);
+  const QJsonObject failed = itemAbout(dataset, tags::FailedSOPSequence, sopInstanceUID);
   if (!failed.isEmpty()) {
     verdict.said = StowVerdict::Said::Failed;
-    verdict.failureReason = jsonText(failed, FailureReason).toUShort();
-  } else if (!itemAbout(dataset, ReferencedSOPSequence, sopInstanceUID).isEmpty()) {
+    verdict.failureReason = jsonText(failed, tags::FailureReason).toUShort();
+  } else if (!itemAbout(dataset, tags::ReferencedSOPSequence, sopInstanceUID).isEmpty()) {
     verdict.said = StowVerdict::Said::Stored;
   }
   return verdict;

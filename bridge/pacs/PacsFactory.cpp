@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "bridge/pacs/MakePacs.h"
+#include "bridge/pacs/PacsFactory.h"
 
 #include "bridge/pacs/DimsePacs.h"
 #include "bridge/pacs/WebPacs.h"
