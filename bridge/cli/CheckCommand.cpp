@@ -8,7 +8,7 @@
 namespace bridge {
 namespace {
 
-/// Prints the answers as they come, and remembers whether all were good.
+/// Prints the answers as they come, and tells whether all were good.
 class Answers {
  public:
   void give(const char* question, const CheckAnswer& answer) {

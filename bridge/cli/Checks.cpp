@@ -21,7 +21,7 @@ namespace bridge {
 namespace {
 
 constexpr qint64 MiB = 1024 * 1024;
-/// A chart is of the order of 1 MiB: room for a day without the archive.
+/// A chart has about 1 MiB: enough for a day without the archive.
 constexpr qint64 LeastRoom = 256 * MiB;
 
 base::Failure wrong(const QString& text) { return {text}; }
@@ -34,8 +34,8 @@ QString existing(QString folder) {
   return folder;
 }
 
-/// Whether a file can really be written there; permissions alone do not tell (a full or read-only disk, a
-/// quota).
+/// Writes a file there and removes it again: permissions alone do not tell of a full or read-only disk or a
+/// quota.
 base::Result<> tryToWrite(const QString& folder) {
   QTemporaryFile file(QDir(folder).filePath(QStringLiteral(".velmora-link-check-XXXXXX")));
   if (file.open() && file.write(QByteArray(64 * 1024, 'x')) == 64 * 1024 && file.flush() &&

@@ -13,7 +13,7 @@ bool showOnDesktop(const QString& title, const QString& text) {
   QDBusMessage call = QDBusMessage::createMethodCall(
       QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("/org/freedesktop/Notifications"),
       QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
-  // The text may be markup, so what looks like it is escaped.
+  // Notifications may interpret markup.
   call.setArguments({QStringLiteral("velmora-link"), 0U, QString(), title,
                      text.left(LongestMessage).toHtmlEscaped(), QStringList(), QVariantMap(), -1});
   return callOnSessionBus(call).has_value();

@@ -42,12 +42,12 @@ std::optional<Limits> limitsFrom(const QCommandLineParser& parser) {
   return limits;
 }
 
-/// Writes what arrives until there is enough of it, or for too long.
+/// Writes what arrives, up to the limits.
 class Receiver : public QObject {
  public:
   Receiver(ReplyFolder& folder, const Limits& limits) : folder_(folder), limits_(limits) {}
 
-  /// Any thread. Writing a file may take long, and the thread that receives must not wait for it.
+  /// Any thread. Writing a file may take long, and the receiving thread must not wait.
   void receive(const QVariantMap& reply) {
     const QDateTime arrival = QDateTime::currentDateTime();
     QMetaObject::invokeMethod(
@@ -55,7 +55,7 @@ class Receiver : public QObject {
         Qt::QueuedConnection);
   }
 
-  /// Returns what the program ends with.
+  /// Returns the exit code.
   int run() {
     if (limits_.timeout.count() > 0) {
       QTimer::singleShot(limits_.timeout, this,

@@ -47,7 +47,7 @@ QJsonValue jsonValue(const QVariant& value) {
   }
 }
 
-/// With backslashes doubled, so that it can be told what was escaped.
+/// With backslashes doubled, so that escapes are unambiguous.
 QString escaped(QString text) {
   return base::escaped(text.replace(QLatin1Char('\\'), QStringLiteral("\\\\")));
 }

@@ -34,7 +34,7 @@ const std::array<KeyOption, 5>& keyOptions() {
   return options;
 }
 
-/// The study that file and options describe; options come before the file.
+/// The study that the file and the options describe; options override the file.
 base::Result<QVariantMap> studyFrom(const QCommandLineParser& parser) {
   QVariantMap study;
   const QString path = parser.value(QStringLiteral("json"));

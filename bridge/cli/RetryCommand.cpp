@@ -17,7 +17,7 @@ QStringList namesOfAside(const QList<SpoolItem>& items) {
   return names;
 }
 
-/// Those that can be sent at all; what is damaged cannot.
+/// The charts set aside that can be sent; damaged ones cannot.
 QStringList sendableOf(const QList<SpoolItem>& items) {
   QStringList names;
   for (const SpoolItem& item : items) {
@@ -26,7 +26,7 @@ QStringList sendableOf(const QList<SpoolItem>& items) {
   return names;
 }
 
-/// Whether each of them was put back; what was not has been said.
+/// Returns whether a retry could be requested for each name; prints what could not.
 bool requestRetries(const QString& folder, const QStringList& names, const QStringList& aside) {
   bool all = true;
   for (const QString& name : names) {

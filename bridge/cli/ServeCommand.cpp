@@ -18,10 +18,10 @@ using namespace velmora;
 namespace bridge {
 namespace {
 
-/// How long the exchange that runs may go on when the program is to end. What it has not finished is sent
-/// again after the next start, as the same object.
+/// How long the current exchange may go on when the program is to end. A chart whose exchange is cut off is
+/// sent again after the next start, as the same object.
 constexpr std::chrono::seconds ShutdownTimeout{10};
-/// How long one look for the bus may hold up the writing of replies.
+/// How often to look whether the bus is ready, and how long one look may hold up the writing of replies.
 constexpr std::chrono::milliseconds PollInterval{500};
 
 /// Lines come from several threads.
@@ -33,7 +33,7 @@ void say(void (*print)(const QString&), const QString& line) {
 void done(const QString& line) { say(&printLine, line); }
 void failed(const QString& line) { say(&printError, line); }
 
-/// Listens for the applications, and says when the bus has agreed to pass everything on.
+/// Subscribes to the applications' messages, and says when the subscriptions are in place.
 class Listening {
  public:
   Listening(Service& service, const Config& config)
@@ -96,7 +96,7 @@ int runServe(const QStringList& arguments) {
 
   const base::SignalHandler signalHandler(base::SignalHandler::Program::Service,
                                           [] { QCoreApplication::quit(); });
-  // Whoever reads our lines may go away before us.
+  // The reader of our output may end before us.
   ::signal(SIGPIPE, SIG_IGN);
   const std::unique_ptr<Pacs> pacs = makePacs(config->pacs);
   Service service(spool, requests, *pacs, *config, &done, &failed);

@@ -15,8 +15,8 @@ using namespace velmora;
 namespace bridge {
 namespace {
 
-/// Of each kind so many are shown unless all are asked for: the newest of the stored ones, the oldest of the
-/// others, which have waited longest.
+/// How many of each kind are shown unless all are asked for: the newest of those stored, and of the others
+/// the oldest, which have waited longest.
 constexpr qsizetype MostShown = 50;
 
 struct Kind {
@@ -54,7 +54,7 @@ QString triesOf(int tries) {
   return tries == 1 ? QStringLiteral("tried once") : QStringLiteral("tried %1 times").arg(tries);
 }
 
-/// What there is to say about one reply, below its name.
+/// The lines about one reply, below its name.
 QStringList detailsOf(const SpoolItem& item) {
   QStringList lines;
   if (!item.identifier.isEmpty()) lines.append(QStringLiteral("patient ") + item.identifier);

@@ -21,13 +21,13 @@ constexpr int LongestIdentifier = 64;
 
 base::Failure refused(const char* reason) { return {QString::fromLatin1(reason)}; }
 
-/// The text that a percent-encoded one stands for; nothing when a sign is followed by no two digits, or the
+/// Decodes a percent-encoded text. Returns nothing when a percent sign is not followed by two digits, or the
 /// bytes are not UTF-8.
 std::optional<QString> decoded(const QString& encoded) {
   static const QRegularExpression broken(QStringLiteral("%(?![0-9A-Fa-f]{2})"));
   if (encoded.contains(broken)) return std::nullopt;
   const QByteArray bytes = QByteArray::fromPercentEncoding(encoded.toLatin1());
-  // A byte order mark stays in the text, where it is then seen.
+  // A byte order mark stays in the text, where it is then refused.
   QStringDecoder decoder(QStringDecoder::Utf8,
                          QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
   const QString text = decoder(bytes);
@@ -50,7 +50,7 @@ bool isForbiddenInIdentifiers(char32_t c) {
   }
 }
 
-/// Takes one value over, unless something is wrong with it.
+/// Takes one value; fails when something is wrong with it.
 base::Result<> take(StudyAddress& address, const QString& key, const QString& value) {
   if (key == QLatin1String("uid")) {
     if (!isUid(value)) return refused("its uid is no Study Instance UID");
@@ -88,7 +88,7 @@ base::Result<StudyAddress> studyAddress(const QString& address) {
                                      [](QChar c) { return c.unicode() > 0x20 && c.unicode() < 0x7f; });
   if (!printable) return refused("it holds characters that no address has");
   const QString beginning = QStringLiteral("velmora-link:study?");
-  // Schemes are the same in capitals (RFC 3986, 3.1); what follows is ours.
+  // Schemes are case-insensitive (RFC 3986, 3.1); what follows is ours.
   const qsizetype scheme = beginning.indexOf(QLatin1Char(':')) + 1;
   if (address.left(scheme).toLower() + address.mid(scheme, beginning.size() - scheme) != beginning) {
     return refused("it does not begin with \"velmora-link:study?\"");

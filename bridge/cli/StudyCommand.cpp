@@ -61,7 +61,7 @@ Choice chosenFrom(const QString& path) {
   return study.ok() ? Choice(*study) : NotOne{study.failure()};
 }
 
-/// The link request for a study. What the study does not say is not sent.
+/// The link request for a study. Leaves out what the study does not say.
 base::Result<QVariantMap> requestFor(const Study& study) {
   if (study.patientID.isEmpty())
     return base::Failure{QStringLiteral("the study has no patient identifier (Patient ID)")};
@@ -93,7 +93,7 @@ int wrong(const QString& message) {
   return WrongUsage;
 }
 
-/// The query of the options; nothing when they are wrong, which has then been said.
+/// The query that the options make. When they are wrong, says so and returns nothing.
 std::optional<StudyQuery> queryOf(const QCommandLineParser& parser) {
   StudyQuery query;
   query.studyInstanceUID = parser.value(QStringLiteral("uid"));
@@ -141,7 +141,7 @@ void addOptions(QCommandLineParser& parser) {
   addConfigOption(parser);
 }
 
-/// Tells somebody who clicked a link, and sees no terminal, what went wrong.
+/// Tells a user who clicked a link, and sees no terminal, what went wrong.
 int refuse(const QString& message, ExitCode code) {
   printError(message);
   if (::isatty(STDERR_FILENO) == 0) showOnDesktop(QStringLiteral("The study could not be opened"), message);

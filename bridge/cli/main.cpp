@@ -30,7 +30,7 @@ std::optional<int> parse(QCommandLineParser& parser, const QStringList& argument
     return WrongUsage;
   }
   if (parser.isSet(help)) {
-    // The command comes first; Qt, which knows of no commands, would have the options before it.
+    // The command comes first; Qt, which does not know commands, would put the options before it.
     const QString command = arguments.value(1);
     const QString text = parser.helpText().replace(QStringLiteral(" [options] ") + command,
                                                    QLatin1Char(' ') + command + QStringLiteral(" [options]"));

@@ -25,7 +25,7 @@ constexpr qint64 MaximumSize = 64 * 1024;
 constexpr int MostApplications = 100;
 constexpr int MostErrors = 20;
 
-/// A base folder as freedesktop.org's "XDG Base Directories" has it: a relative one counts as none.
+/// A base folder according to freedesktop.org's "XDG Base Directories"; a relative path is ignored.
 QString baseFolder(const char* variable, const char* inHome) {
   const QString folder = qEnvironmentVariable(variable);
   if (QDir::isAbsolutePath(folder)) return QDir::cleanPath(folder);
@@ -49,7 +49,7 @@ std::optional<int> wholeNumber(const QString& text, int least, int most) {
   return number;
 }
 
-// Each of these takes one value. A failure says what is wrong with it, to be read after the key.
+// Each of these takes one value. A failure says what is wrong with it, as a continuation of the key.
 
 Result<> takeKind(Config& config, const QString& value) {
   if (value == QLatin1String("dimse")) {
@@ -63,7 +63,7 @@ Result<> takeKind(Config& config, const QString& value) {
 }
 
 Result<> takeHost(Config& config, const QString& value) {
-  // The DICOM toolkit keeps host, colon and port in 63 characters, and would cut the port.
+  // The DICOM toolkit keeps host, colon and port in 63 characters, and would truncate the port.
   constexpr int LongestHost = 57;
   static const QRegularExpression form(QStringLiteral("\\A[A-Za-z0-9][A-Za-z0-9._-]{0,252}\\z"));
   if (!form.match(value).hasMatch()) {
@@ -194,7 +194,7 @@ Result<> take(Config& config, const ConfigEntry& entry) {
   return Failure{QStringLiteral("\"%1\" %2").arg(entry.key, taken.error())};
 }
 
-/// Which keys are missing that must be there.
+/// The required keys that are missing.
 QStringList missingFrom(const Config& config) {
   QStringList missing;
   if (config.pacs.kind == PacsSettings::Kind::Dimse && config.pacs.host.isEmpty()) {
@@ -226,7 +226,7 @@ Result<Contents> contentsOf(const QString& path) {
   if (!info.exists()) {
     return Failure{QStringLiteral("there is no such file; an example to copy is %1").arg(examplePath())};
   }
-  // Opening a pipe would wait for whoever writes into it.
+  // Opening a pipe would wait for a writer.
   if (!info.isFile()) return Failure{QStringLiteral("this is not a file")};
   QFile file(path);
   struct stat state = {};
@@ -262,7 +262,7 @@ Result<Config> readConfig(const QString& path) {
     const Result<> taken = take(config, entry);
     if (!taken.ok()) complain(QStringLiteral("%1: %2").arg(entry.line).arg(taken.error()));
   }
-  // What is missing may stand in a line that could not be read.
+  // The missing key may be in a line that could not be parsed.
   if (errors.isEmpty()) {
     const QStringList missing = missingFrom(config);
     for (const QString& each : missing) complainOfAll(each);

@@ -12,7 +12,7 @@ bool hasControlCharacter(const QString& line) {
                      [](QChar c) { return c.category() == QChar::Other_Control && c != QLatin1Char('\t'); });
 }
 
-/// Reads the lines of a file one after the other.
+/// Parses a file line by line.
 class Reader {
  public:
   void read(const QString& line) {
@@ -79,7 +79,7 @@ ConfigEntries parseConfig(const QByteArray& text) {
   const QList<QByteArray> lines = text.split('\n');
   for (const QByteArray& line : lines) {
     QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString decoded = decoder.decode(line + '\n');  // a character cut off by the end is wrong, too
+    const QString decoded = decoder.decode(line + '\n');  // so that a truncated character is an error
     if (decoder.hasError()) {
       reader.read(QString());
       reader.error(QStringLiteral("this line is not UTF-8"));

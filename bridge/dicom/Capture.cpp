@@ -23,8 +23,8 @@ namespace {
 using velmora::base::Failure;
 using velmora::base::Result;
 
-/// Empty for a year that is no year of a patient or a study ("00010101", "99991231"): archives write such
-/// when they know none, and readers stumble over them.
+/// Empty for a year that no patient or study has ("00010101", "99991231"): archives write such dates when
+/// they know none, and readers stumble over them.
 QString dateText(const QDate& date) {
   return date.year() < 1000 || date.year() > 2999 ? QString() : dicomDate(date);
 }
@@ -41,8 +41,8 @@ QString offsetText(const QDateTime& moment) {
 
 QString wholeOrEmpty(const QString& identifier) { return isShortString(identifier) ? identifier : QString(); }
 
-/// What PS3.5 table 8.2.1-1 allows for baseline JPEG. Luminance with chrominances is YBR_FULL_422 there, in
-/// whatever sampling; in which, the JPEG data itself says, and decoders go by that.
+/// What PS3.5 table 8.2.1-1 allows for baseline JPEG. Luminance with chrominances is YBR_FULL_422 whatever
+/// the subsampling; decoders take that from the JPEG data.
 QString photometricInterpretation(JpegImage::Colour colour) {
   switch (colour) {
     case JpegImage::Colour::Grey:
@@ -55,7 +55,7 @@ QString photometricInterpretation(JpegImage::Colour colour) {
   return QStringLiteral("YBR_FULL_422");
 }
 
-/// Fills a data set. The kinds of the attributes are written here, so that nothing depends on the toolkit's
+/// Fills a data set. The value representations are given here, so that nothing depends on the toolkit's
 /// dictionary, a file that may be missing.
 class CaptureWriter {
  public:
@@ -64,7 +64,7 @@ class CaptureWriter {
       : study_(study), chart_(chart), identity_(identity), image_(image), dataset_(*file_.getDataset()) {}
 
   Result<QByteArray> write() {
-    // Whatever the study was written in, UTF-8 holds it (PS3.3 C.12.1.1.2).
+    // UTF-8 holds the text of any study (PS3.3 C.12.1.1.2).
     put(DCM_SpecificCharacterSet, EVR_CS, QStringLiteral("ISO_IR 192"));
     putPatient();
     putStudy();
@@ -110,8 +110,7 @@ class CaptureWriter {
     put(DCM_Modality, EVR_CS, QStringLiteral("OT"));
     put(DCM_SeriesInstanceUID, EVR_UI, identity_.seriesInstanceUID);
     put(DCM_SeriesNumber, EVR_IS, QString::number(identity_.seriesNumber));
-    // A chart is of no left and no right side. Laterality of the series, empty or missing, would leave that
-    // open.
+    // A chart has no side. An empty or missing Laterality of the series would leave that open.
     put(DCM_ImageLaterality, EVR_CS, QStringLiteral("U"));
     const QString description = asLongString(chart_.description);
     if (!description.isEmpty()) put(DCM_SeriesDescription, EVR_LO, description);
@@ -142,9 +141,9 @@ class CaptureWriter {
     put(DCM_TimezoneOffsetFromUTC, EVR_SH, offsetText(identity_.captured));
     put(DCM_ImageType, EVR_CS, QStringLiteral("DERIVED\\SECONDARY"));
     put(DCM_PatientOrientation, EVR_CS, QString());  // a chart has none
-    // An archive that hands out pictures without identities goes by this.
+    // An archive that gives out de-identified pictures relies on this.
     put(DCM_BurnedInAnnotation, EVR_CS, chart_.showsPatient ? QStringLiteral("YES") : QStringLiteral("NO"));
-    // A JPEG image has been compressed once, and that was with loss.
+    // JPEG compression is lossy.
     put(DCM_LossyImageCompression, EVR_CS, QStringLiteral("01"));
     put(DCM_LossyImageCompressionRatio, EVR_DS,
         QString::number(uncompressedSize() / double(chart_.jpeg.size()), 'g', 6));

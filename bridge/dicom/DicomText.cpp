@@ -17,7 +17,7 @@ bool isAllowed(uint character) {
   return !QChar::isNonCharacter(character);
 }
 
-/// DICOM counts characters, not bytes and not UTF-16 units.
+/// DICOM counts characters, neither bytes nor UTF-16 units.
 QString cleaned(const QString& text, qsizetype characters) {
   QList<char32_t> kept;
   const QList<uint> all = text.trimmed().toUcs4();

@@ -80,15 +80,15 @@ struct Decoding {
 }
 
 void warned(j_common_ptr decoder, int level) noexcept {
-  // A decoder goes on where something is missing or damaged, and shows grey. The other two concern markers
-  // that decoders read alike.
+  // A decoder continues where something is missing or damaged, and shows grey. The two exceptions concern
+  // markers that all decoders read alike.
   const int code = decoder->err->msg_code;
   if (level < 0 && code != JWRN_ADOBE_XFORM && code != JWRN_JFIF_MAJOR) refuse(decoder);
 }
 
 void silent(j_common_ptr) noexcept {}
 
-// What libjpeg decodes and a chart must not be; beyond its own codes.
+// What libjpeg decodes but a chart must not be; above libjpeg's own codes.
 enum Objection { ColourCount = 10000, Chrominances, HuffmanTables, MissingScan, Trailer };
 
 [[noreturn]] void reject(Decoding& decoding, Objection objection) {
@@ -114,8 +114,8 @@ void checkTables(Decoding& decoding) {
   }
 }
 
-/// Reads the image to its end. False when libjpeg or we refuse it; why stands in errors.msg_code. Either way
-/// the decoder keeps what it has read, and is the caller's to destroy.
+/// Decodes the image to its end. Returns false when libjpeg or we reject it; errors.msg_code says why. Either
+/// way the caller must destroy the decoder, which keeps what it has read.
 bool decodeFully(Decoding& decoding, const unsigned char* bytes, unsigned long size) {
   jpeg_decompress_struct& decoder = decoding.decoder;
   decoder.err = jpeg_std_error(&decoding.errors);
@@ -125,13 +125,13 @@ bool decodeFully(Decoding& decoding, const unsigned char* bytes, unsigned long s
   decoder.client_data = &decoding;
   if (setjmp(decoding.refused) != 0) return false;
   jpeg_create_decompress(&decoder);
-  // A whole chart whose colours come one after the other takes a fraction of it.
+  // A chart whose colours come in separate scans takes a fraction of it.
   decoder.mem->max_memory_to_use = 1024L * 1024 * 1024;
   jpeg_mem_src(&decoder, bytes, size);
   jpeg_read_header(&decoder, TRUE);
   checkHeader(decoding);
   checkTables(decoding);
-  // An eighth in size: the pixels are looked through, and hardly computed.
+  // At an eighth of the size all pixels are decoded with little computation.
   decoder.scale_num = 1;
   decoder.scale_denom = 8;
   jpeg_start_decompress(&decoder);
@@ -140,7 +140,7 @@ bool decodeFully(Decoding& decoding, const unsigned char* bytes, unsigned long s
                                 decoder.output_width * static_cast<JDIMENSION>(decoder.output_components), 1);
   while (decoder.output_scanline < decoder.output_height) jpeg_read_scanlines(&decoder, row, 1);
   for (int i = 0; i < decoder.num_components; ++i) {
-    if (!decoder.comp_info[i].quant_table) reject(decoding, MissingScan);  // no scan has brought it
+    if (!decoder.comp_info[i].quant_table) reject(decoding, MissingScan);  // no scan had this component
   }
   jpeg_finish_decompress(&decoder);
   checkTables(decoding);

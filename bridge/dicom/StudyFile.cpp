@@ -27,7 +27,7 @@ class FolderStudies {
     if (depth > DeepestFolder) {
       return Failure{QStringLiteral("there are folders in folders more than %1 deep").arg(DeepestFolder)};
     }
-    // Ordered, so that the same folder gives the same study, whatever the file system.
+    // Sorted, so that the same folder gives the same study on any file system.
     const QFileInfoList entries = QDir(path).entryInfoList(
         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
     for (const QFileInfo& entry : entries) {
@@ -80,8 +80,8 @@ class FolderStudies {
     if (!more_) studies_.append(study);
   }
 
-  /// Takes over what another file of the study says of the patient and `study` does not, so that a third one
-  /// is compared with both.
+  /// Adds what another file of the study says of the patient and `study` does not, so that a third one is
+  /// compared with both.
   static void complete(Study& study, const Study& other) {
     if (study.patientID.isEmpty()) study.patientID = other.patientID;
     if (study.issuerOfPatientID.isEmpty()) study.issuerOfPatientID = other.issuerOfPatientID;

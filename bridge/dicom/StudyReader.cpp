@@ -65,7 +65,7 @@ class ElementReader {
   }
   Next next(Element& element) { return next(element, encoding_.implicitVR); }
 
-  /// Passes over the element's value. False at the end of the file, or where it is damaged.
+  /// Skips the element's value. Returns false at the end of the file or where it is damaged.
   bool skipValue(const Element& element) {
     return element.length == UndefinedLength ? skipSequence(element) : source_.skip(element.length);
   }
@@ -77,7 +77,7 @@ class ElementReader {
   }
 
  private:
-  /// A sequence of undefined length is passed over by reading what is in it up to its end.
+  /// A sequence of undefined length is skipped by reading its contents up to its end.
   bool skipSequence(const Element& sequence) {
     struct Level {
       bool isItem;

@@ -32,7 +32,7 @@ QString uidFrom(const QUuid& uuid) {
 QString newUid() { return uidFrom(QUuid::createUuid()); }
 
 QString uidOf(const QString& text) {
-  // The name space of the UIDs of this system; changing it would give every series a second one.
+  // The name space of this system's UIDs; changing it would give every series a second UID.
   static const QUuid names(QStringLiteral("{6a1d2c0e-4f0b-4f7e-9f6b-7c1b8d3f52a4}"));
   return uidFrom(QUuid::createUuidV5(names, text));
 }

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The whole configuration of Orthanc, in JSON; empty when it cannot be had.
+/// The configuration of Orthanc as JSON; empty when Orthanc does not give it.
 QByteArray configurationOf(OrthancPluginContext* context) {
   char* text = OrthancPluginGetConfiguration(context);
   if (text == nullptr) return {};

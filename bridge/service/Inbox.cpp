@@ -10,7 +10,7 @@ using namespace velmora;
 namespace bridge {
 namespace {
 
-/// About how much memory a reply takes; the smallest chart has its texts, too.
+/// About how much memory a reply takes, texts included.
 qint64 sizeOf(const SpooledReply& reply) {
   const qsizetype texts = reply.identifier.size() + reply.patientName.size() + reply.studyID.size() +
                           reply.description.size() + reply.complaint.size();
@@ -45,7 +45,7 @@ bool Inbox::reply(const QVariantMap& values, const QString& application, const Q
   }
   requests_.matchToRequest(*reply);
   const QString name = spool_.newName();
-  // Nobody overtakes those that could not be written yet.
+  // No reply overtakes those that could not be written yet.
   const base::Result<> written =
       kept_.empty() ? write(name, *reply) : base::Failure{QStringLiteral("earlier ones wait for the disk")};
   if (written) return true;
@@ -64,7 +64,7 @@ bool Inbox::reply(const QVariantMap& values, const QString& application, const Q
 }
 
 bool Inbox::tryAgain() {
-  // Earlier ones than the replies that are kept: a server that is killed now finds them in this order, too.
+  // Before the replies, which arrived later: a server that is killed now finds them in this order, too.
   std::ignore = requests_.save();
   bool some = false;
   while (!kept_.empty()) {

@@ -17,9 +17,9 @@ QString redactPatient(const QString& text, const SpooledReply& reply, const Stud
   for (const QString& secret : secrets) {
     if (!secret.trimmed().isEmpty()) {
       QString pattern = QRegularExpression::escape(secret.trimmed());
-      // An identifier is asked for with a slash in place of a hyphen, too (StudyFinder).
+      // The archive is also asked for the identifier with slashes in place of hyphens (StudyFinder).
       pattern.replace(QLatin1String("\\-"), QLatin1String("[-/]"));
-      // Where it stands by itself: a short identifier is part of many a word.
+      // As a word of its own: a short identifier is part of many words.
       const QRegularExpression word(
           QStringLiteral("(?<![\\p{L}\\p{N}])%1(?![\\p{L}\\p{N}])").arg(pattern),
           QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);

@@ -13,7 +13,7 @@ using namespace velmora;
 namespace bridge {
 namespace {
 
-/// What cannot be read for now may be any patient's, and holds nobody up.
+/// A reply that cannot be read for now may be any patient's, and holds up no other.
 QString queueOf(const SpoolItem& item) {
   return item.isReadable ? applicationIdentifier(item.identifier) : item.name;
 }
@@ -39,7 +39,7 @@ std::optional<Sender::Milliseconds> Sender::step(Milliseconds now) {
   std::optional<Milliseconds> earliest;
   for (const SpoolItem& item : waiting) {
     const QString name = queueOf(item);
-    if (queues.contains(name)) continue;  // somebody else of this queue is before it
+    if (queues.contains(name)) continue;  // an earlier one of this queue comes first
     const PatientQueue queue = queues_.value(name);
     queues.insert(name, queue);
     if (!earliest || queue.due < *earliest) {
@@ -47,8 +47,8 @@ std::optional<Sender::Milliseconds> Sender::step(Milliseconds now) {
       next = &item;
     }
   }
-  queues_ = queues;  // forgets those that have come to their end
-  // A request to retry stays while the disk does not take the new state, and nobody tells when it does again.
+  queues_ = queues;  // drops the empty ones
+  // A request to retry stays until the disk takes the new state, and nothing tells us when it does.
   const auto orRetryRequests = [this](std::optional<Milliseconds> wait) {
     return spool_.hasRetryRequests() ? std::min(wait.value_or(FirstDelay), FirstDelay) : wait;
   };
@@ -74,7 +74,7 @@ void Sender::finished(const QString& name, Milliseconds now) {
   for (PatientQueue& queue : queues_) queue.due = std::min(queue.due, now);
 }
 
-/// Whatever goes wrong with one reply does not stop the others.
+/// A failure of one reply does not stop the others.
 Sender::End Sender::attempt(const SpoolItem& item) {
   try {
     return send(item);
@@ -132,8 +132,8 @@ Sender::End Sender::send(const SpoolItem& item) {
   return End::Finished;
 }
 
-/// Decides where the reply belongs and writes that down. Nothing when it goes on from here, else how it
-/// ended.
+/// Decides where the reply belongs and records that. Returns nothing when sending continues, otherwise how
+/// the attempt ended.
 std::optional<Sender::End> Sender::decide(const SpoolItem& item, const SpooledReply& reply,
                                           EntryState& state) {
   const PacsResult<Study> study = findStudyFor(reply, pacs_);
@@ -151,8 +151,8 @@ std::optional<Sender::End> Sender::decide(const SpoolItem& item, const SpooledRe
   return storeDecision(decided, item, state);
 }
 
-/// Asks whether what was decided earlier still holds, and takes over what the PACS says of the study by now.
-/// Where it does not hold, the reply is set aside undecided. Nothing when it goes on, as with decide().
+/// Asks whether the earlier decision still holds, and takes over what the PACS now says of the study. If the
+/// decision does not hold, the reply is set aside undecided. Returns as decide() does.
 std::optional<Sender::End> Sender::confirm(const SpoolItem& item, const SpooledReply& reply,
                                            EntryState& state) {
   const PacsResult<Study> study = studyOfUID(state.decision->study.studyInstanceUID, reply, pacs_);
@@ -166,7 +166,7 @@ std::optional<Sender::End> Sender::confirm(const SpoolItem& item, const SpooledR
   return storeDecision(asked, item, state);
 }
 
-/// Writes down what was decided. Nothing when it goes on, as with decide().
+/// Records a decision. Returns as decide() does.
 std::optional<Sender::End> Sender::storeDecision(const EntryState& decided, const SpoolItem& item,
                                                  EntryState& state) {
   if (encodeState(decided).size() > LargestState) {
@@ -181,7 +181,7 @@ std::optional<Sender::End> Sender::storeDecision(const EntryState& decided, cons
   return std::nullopt;
 }
 
-/// The reply waits or is set aside, by the kind of the failure.
+/// Lets the reply wait or sets it aside, depending on the kind of failure.
 Sender::End Sender::retryOrSetAside(const PacsFailure& failure, const SpoolItem& item,
                                     const SpooledReply& reply, const EntryState& state) {
   const Study* const known = state.decision ? &state.decision->study : nullptr;
@@ -206,7 +206,7 @@ Sender::End Sender::setAside(const SpoolItem& item, EntryState state, const QStr
 Sender::End Sender::retryLater(const SpoolItem& item, EntryState state, const QString& reason) {
   ++state.tries;
   state.changed = wallClock_();
-  // The same reason again is no news.
+  // The same reason again is not logged again.
   if (state.reason != reason || state.tries == 1) {
     report_.failed(QStringLiteral("waiting %1: %2").arg(item.name, oneLine(reason)));
   }

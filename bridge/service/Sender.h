@@ -16,20 +16,20 @@
 
 namespace bridge {
 
-/// Brings what waits in the spool into the PACS, one exchange after the other.
+/// Stores what waits in the spool in the PACS, one exchange at a time.
 ///
-/// The replies of one patient form a line: they go in the order in which they came, and while the first
-/// cannot be sent, the others of the line wait behind it. Lines do not wait for each other. What the PACS
-/// could not take now is tried again after 5 seconds, then after twice as long each time, 10 minutes at most;
-/// when the PACS takes something after several lines have failed, it is there again, and all of them get
-/// their turn at once. A reply whose files cannot be read for now is in no patient's line until they can.
+/// The replies of one patient form a queue: they are sent in the order of arrival, and while the first cannot
+/// be sent, the others wait behind it. Queues do not wait for each other. What the PACS could not take is
+/// retried after 5 seconds, then after twice as long each time, 10 minutes at most. When the PACS takes a
+/// chart after several queues have failed, all of them are tried again at once. A reply whose files cannot be
+/// read for now is in no patient's queue until they can.
 ///
-/// Where a reply belongs is decided once, so that it is the same object however often it is sent. When it is
-/// sent again, the PACS is asked what its study is by now: meanwhile its patient may have been corrected.
+/// Where a reply belongs is decided once, so that it is the same object however often it is sent. Before it
+/// is sent again, the PACS is asked for its study anew, whose patient may have been corrected meanwhile.
 class Sender {
  public:
   using Milliseconds = std::chrono::milliseconds;
-  /// Gets one line about each thing that was done, without anything about the patient.
+  /// Receive one line for each step, without anything about the patient.
   struct Report {
     std::function<void(const QString& line)> done;
     std::function<void(const QString& line)> failed;
@@ -38,19 +38,19 @@ class Sender {
   static constexpr Milliseconds FirstDelay{5'000};
   static constexpr Milliseconds LongestDelay{600'000};
 
-  /// `chartsWithoutPatient` are the applications in whose pictures nothing tells who the patient is.
+  /// `chartsWithoutPatient` are the applications whose pictures do not show who the patient is.
   Sender(Spool& spool, Pacs& pacs, Report report, Spool::WallClock wallClock,
          QStringList chartsWithoutPatient = {});
 
-  /// Does what is due now, with at most one reply. Returns when to call again: at once (0), after some time,
-  /// or, with nothing, not before something new waits. `now` is on a clock that never goes back.
+  /// Does what is due, with at most one reply. Returns when to call again: at once (0), after some time, or
+  /// (nothing) when something new waits. `now` is the time of a clock that never goes back.
   std::optional<Milliseconds> step(Milliseconds now);
 
  private:
   enum class End { Finished, Later };
   struct PatientQueue {
     Milliseconds due{0};
-    Milliseconds delay{0};  ///< of the last failure; 0 when the last try went well
+    Milliseconds delay{0};  ///< after the last failure; 0 after a success
   };
 
   End attempt(const SpoolItem& item);
@@ -62,7 +62,7 @@ class Sender {
   std::optional<End> storeDecision(const EntryState& decided, const SpoolItem& item, EntryState& state);
   End retryOrSetAside(const PacsFailure& failure, const SpoolItem& item, const SpooledReply& reply,
                       const EntryState& state);
-  void finished(const QString& line, Milliseconds now);
+  void finished(const QString& queue, Milliseconds now);
 
   Spool& spool_;
   Pacs& pacs_;

@@ -28,7 +28,7 @@ qint64 sizeOf(const link::Message& message) {
         break;
       case QMetaType::QVariantList:
       case QMetaType::QVariantMap:
-        size += 1024 * 1024;  // no reply has any; they are not counted through
+        size += 1024 * 1024;  // replies have none; not counted exactly
         break;
       default:
         break;

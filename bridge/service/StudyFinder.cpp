@@ -19,7 +19,7 @@ PacsResult<Study> found(const SpooledReply& reply, const Study& study) {
   return study;
 }
 
-/// The only study of that UID among those that the PACS answered with.
+/// The only study with that UID among those that the PACS returned.
 PacsResult<Study> only(const SpooledReply& reply, QList<Study> studies, const QString& uid) {
   studies.removeIf([&uid](const Study& study) { return study.studyInstanceUID != uid; });
   if (studies.isEmpty()) return PacsFailure::never(QStringLiteral("the PACS does not know its study"));
@@ -27,7 +27,7 @@ PacsResult<Study> only(const SpooledReply& reply, QList<Study> studies, const QS
   return found(reply, studies.first());
 }
 
-/// Whether two studies may be of two patients, as far as what the PACS says of them goes.
+/// Whether two studies may be of different patients, as far as the PACS tells.
 bool areDifferentPatients(const Study& one, const Study& other) {
   const auto difference = contradiction(one, other);
   // Sex and name may have been corrected between the two.
@@ -37,7 +37,7 @@ bool areDifferentPatients(const Study& one, const Study& other) {
   return one.issuerOfPatientID != other.issuerOfPatientID && !bornTogether;
 }
 
-/// Each is compared with each: of three, the first may go with both of the others, and those not with each
+/// Compares each with each: of three, the first may be compatible with both others, and those not with each
 /// other.
 bool hasSeveralPatients(const QList<Study>& studies) {
   for (const Study& one : studies) {
@@ -48,7 +48,7 @@ bool hasSeveralPatients(const QList<Study>& studies) {
   return false;
 }
 
-/// More would be too many questions: each hyphen doubles them.
+/// More would take too many queries: each hyphen doubles their number.
 constexpr qsizetype MostHyphens = 5;
 
 /// Every Patient ID that an application would hold as this identifier.
@@ -73,7 +73,7 @@ PacsResult<QList<Study>> ofPatient(const QString& identifier, Pacs& pacs) {
     query.patientID = patientID;
     const PacsResult<QList<Study>> found = pacs.findStudies(query);
     if (!found.ok()) return found;
-    // An archive that knows no difference between capitals, or takes a character for a wildcard, says too
+    // An archive that ignores case, or takes a character for a wildcard, returns too
     // much.
     for (const Study& study : *found) {
       if (study.patientID.trimmed() == patientID) studies.append(study);
@@ -97,8 +97,8 @@ base::Result<> checkSamePatient(const SpooledReply& reply, const Study& study) {
   if (difference == PatientAttribute::BirthDate) {
     return base::Failure{QStringLiteral("its birth date is not that of the study's patient")};
   }
-  // An application turns the identifier of its first document into capitals. Those may be another patient's,
-  // so that the birth date has to speak for it, too.
+  // An application may turn the identifier of its first document into capitals. In capitals it may be another
+  // patient's, so the birth date must agree, too.
   const bool inCapitals = ours.patientID == theirs.patientID.toUpper() && ours.birthDate.isValid() &&
                           ours.birthDate == theirs.birthDate;
   if (difference && !inCapitals) {
@@ -141,7 +141,7 @@ PacsResult<Study> findStudyFor(const SpooledReply& reply, Pacs& pacs) {
   if (hasSeveralPatients(studies)) return several();
 
   if (!reply.requestedStudyUID.isEmpty()) {
-    // Asked for by its UID: where the reply has the identifier in capitals, it is not among those found
+    // Queried by its UID: if the reply has the identifier in capitals, the study is not among those found
     // above.
     PacsResult<Study> requested = studyOfUID(reply.requestedStudyUID, reply, pacs);
     if (requested.ok() && hasSeveralPatients(studies << *requested)) return several();

@@ -10,12 +10,12 @@
 
 namespace bridge {
 
-/// Whether a chart may go into a study; fails with what speaks against it. The identifiers must be there
-/// and agree, "/" taken for "-"; birth dates must agree where both are known. An identifier that the reply
-/// has in capitals agrees when both birth dates are known and the same.
+/// Checks that a chart is of the study's patient; fails with what contradicts that. Both must have an
+/// identifier, and these must agree, "/" counting as "-"; birth dates must agree if both are known. An
+/// identifier that is in capitals in the reply agrees if both birth dates are known and equal.
 velmora::base::Result<> checkSamePatient(const SpooledReply& reply, const Study& study);
 
-/// The study of that UID, unless what the PACS says of it contradicts the reply.
+/// The study with that UID, unless what the PACS says of its patient contradicts the reply.
 PacsResult<Study> studyOfUID(const QString& uid, const SpooledReply& reply, Pacs& pacs);
 
 /// Finds the study that a chart belongs to:

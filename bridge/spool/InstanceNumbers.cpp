@@ -14,7 +14,7 @@ const QByteArray Kind("velmora-link series 1");
 }
 
 QString chartSeriesUID(const QString& studyInstanceUID, const QString& application) {
-  // No UID holds a space, so no two pairs make the same text.
+  // No UID has a space, so no two pairs give the same text.
   return uidOf(studyInstanceUID + QLatin1Char(' ') + application);
 }
 

@@ -75,7 +75,7 @@ base::Result<> RequestHistory::remember(const QVariantMap& payload, const QStrin
   heard.time = time.toUTC();
   heard.studyDay = base::localDayOf(request.studyDate);
   if (heard.identifier.isEmpty() || heard.identifier.size() > LongestIdentifier) return {};
-  // The application has got it all the same: a later reply may belong to it, and to no earlier one.
+  // The application has received it all the same: a later reply may belong to it and to no earlier one.
   if (heard.studyUID.size() > LongestIdentifier) heard.studyUID.clear();
   requests_.append(heard);
   forgetOld(heard.time);
@@ -102,14 +102,14 @@ base::Result<> RequestHistory::save() {
 void RequestHistory::matchToRequest(SpooledReply& reply) const {
   const QString identifier = applicationIdentifier(reply.identifier);
   const auto isOfPatient = [&](const ReceivedRequest& request) {
-    // In capitals the record of a patient who came back may hold it. Whether it is this patient, the birth
-    // date has to tell; see checkSamePatient().
+    // The record of a returning patient may hold the identifier in capitals. Whether it is this patient, the
+    // birth date has to tell; see checkSamePatient().
     return request.identifier == identifier || request.identifier.toUpper() == identifier;
   };
   bool isLatest = true;
   for (auto request = requests_.rbegin(); request != requests_.rend(); ++request) {
     if (request->application != reply.application || !isOfPatient(*request)) continue;
-    // The order is the one of arrival; where the clock was set back, the latest may lie ahead.
+    // The order is that of arrival; if the clock was set back, the latest may lie in the future.
     const bool isFresh = qAbs(request->time.secsTo(reply.arrival)) <= HoursOfTheLatest * 3600;
     const bool isOfTheDay = reply.studyDay.isValid() && request->studyDay == reply.studyDay;
     if ((isLatest && isFresh) || isOfTheDay) {

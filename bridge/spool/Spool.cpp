@@ -21,7 +21,7 @@ namespace {
 
 const char* const ReplyEnding = ".reply";
 const char* const StateEnding = ".state";
-/// The largest reply file: what the bus lets through, and its head.
+/// The largest reply file: the largest message on the bus, and the head.
 constexpr qint64 LargestReply = link::MaximumSize + HeadSize;
 
 QString within(const QString& folder, const char* part) {
@@ -51,8 +51,8 @@ struct ReadEntry {
   QString damaged;  ///< the ending of the file that is damaged
 };
 
-/// What two files say of one entry. Returns nothing when there is no entry any more, and fails when the disk
-/// does not give one of them for now.
+/// Reads the two files of an entry. Returns nothing when the entry is gone, and fails when one of the files
+/// cannot be read for now.
 base::Result<std::optional<ReadEntry>> readEntry(const QString& folder, const QString& name) {
   const auto read = [&](const char* ending, qint64 most) -> base::Result<std::optional<QByteArray>> {
     const QString file = name + QLatin1String(ending);
@@ -62,7 +62,7 @@ base::Result<std::optional<ReadEntry>> readEntry(const QString& folder, const QS
   };
   ReadEntry entry;
   entry.item.name = name;
-  // The state first: whoever stores meanwhile writes the state, then drops the reply.
+  // The state first: a server that stores meanwhile writes the state, then deletes the reply.
   const auto stateFile = read(StateEnding, LargestState);
   if (!stateFile) return stateFile.failure();
   if (*stateFile) {
@@ -165,7 +165,7 @@ base::Result<> Spool::requestRetry(const QString& folder, const QString& name) {
 bool Spool::isServed(const QString& folder) {
   const int file = ::open(QFile::encodeName(within(folder, "lock")).constData(), O_RDONLY | O_CLOEXEC);
   if (file < 0) return false;
-  // Shared: two who ask at once do not take each other for the server.
+  // Shared, so that two callers at once do not take each other for the server.
   const bool served = ::flock(file, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
   ::close(file);
   return served;
@@ -203,7 +203,7 @@ base::Result<> Spool::lock() {
     return base::Failure{QStringLiteral("cannot open %1: %2").arg(file, qt_error_string(errno))};
   }
   int result = 0;
-  // Whoever asks whether the spool is served holds the lock for an instant.
+  // A caller of isServed() holds the lock for an instant.
   for (int attempt = 0; attempt < 50; ++attempt) {
     result = ::flock(lock_, LOCK_EX | LOCK_NB);
     if (result == 0 || errno != EWOULDBLOCK) break;
@@ -215,7 +215,7 @@ base::Result<> Spool::lock() {
                            : QStringLiteral("cannot lock %1: %2").arg(file, qt_error_string(errno))};
 }
 
-/// The lock keeps other machines out, so that what nobody on this one is writing is nobody's.
+/// The lock keeps other machines out, so a file that nobody on this one is writing is abandoned.
 void Spool::removeAbandonedFiles() const {
   using base::FileManager;
   FileManager().removeAbandonedFiles(folder_, FileManager::AnyExtension, FileManager::Depth::Everything,
@@ -269,8 +269,7 @@ base::Result<QStringList> Spool::loadEntry(const QString& name) {
 }
 
 void Spool::advanceNumberPast(const QString& name) {
-  // No spool comes that far. A file that is named so is not ours, and after it new names would lose their
-  // form.
+  // No spool gets that far. A file with such a name is not ours, and names after it would not have the form.
   constexpr qint64 Unreachable = 99'000'000;
   const qint64 number = name.left(8).toLongLong();
   if (number < Unreachable) next_ = qMax(next_, number + 1);
@@ -278,7 +277,7 @@ void Spool::advanceNumberPast(const QString& name) {
 
 bool Spool::keepDamaged(const QString& name, const char* ending) const {
   const QString kept = within(folder_, "damaged/") + name + QLatin1String(ending);
-  // A second name for it, so that there is no moment without one.
+  // A second link, so that there is no moment without the file.
   return ::link(QFile::encodeName(path(name, ending)).constData(), QFile::encodeName(kept).constData()) ==
              0 ||
          errno == EEXIST;
@@ -387,7 +386,7 @@ void Spool::forgetOldRecords() {
     for (auto entry = entries_.end(); entry != entries_.begin();) {
       --entry;
       if (entry->state.state != SpoolState::Stored) continue;
-      // The newest is kept in any case: the next name counts on from it.
+      // The newest is always kept: the next name follows it.
       const bool tooOld = entry->state.changed.daysTo(now) > DaysOfRecords;
       if (++records > MostRecords || (tooOld && records > 1)) old.append(entry.key());
     }

@@ -58,7 +58,7 @@ QString written(const QDate& day) { return day.isValid() ? day.toString(Qt::ISOD
 
 QString written(const QDateTime& time) {
   if (!time.isValid()) return QString();
-  // Only this form says the offset that the time has.
+  // Only this form includes the offset from UTC.
   return time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODateWithMs);
 }
 

@@ -25,7 +25,7 @@ base::Result<> writeSpoolFile(const QString& path, const QByteArray& contents) {
 
 base::Result<std::optional<QByteArray>> readBeginning(const QString& path, qint64 most) {
   const auto failed = [] { return base::Failure{base::systemError()}; };
-  // Whatever else stands here under that name, a pipe or a device, is not waited for.
+  // Does not block if something else has that name, such as a pipe or a device.
   const int file =
       ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
   if (file < 0 && errno == ENOENT) return std::optional<QByteArray>();

@@ -18,10 +18,10 @@
 namespace velmora::link {
 namespace {
 
-// A bus that has not taken the last messages by then has stopped; an application must still be able to end.
+// A bus that has not taken the last messages by then hangs; the application must still be able to end.
 constexpr std::chrono::milliseconds CloseTimeout{5000};
 
-/// How long a bus may take to let us in.
+/// How long a bus may take to accept the connection.
 constexpr std::chrono::milliseconds ConnectTimeout{5000};
 
 constexpr std::chrono::milliseconds FirstDelay{1000};
@@ -32,10 +32,10 @@ QString nextConnectionName() {
   return QStringLiteral("velmora-distributed-%1").arg(++last);
 }
 
-/// Lets the connection read on however much waits to be delivered. Of itself the bus library stops reading at
-/// 63 MiB and goes on when a message has been let go; but where that happens on this thread, QtDBus cannot
-/// turn its socket notifier on again, which lives on another, and the connection is deaf for good (seen with
-/// two requests of 40 MiB, Qt 6.4.2). What waits stays little all the same, since this thread does nothing
+/// Lets the connection keep reading however much waits to be delivered. By default the bus library stops
+/// reading at 63 MiB and continues when a message has been released; but if that happens on this thread,
+/// QtDBus cannot turn its socket notifier on again, which lives on another, and the connection stays deaf
+/// (seen with two requests of 40 MiB, Qt 6.4.2). Little waits all the same, since this thread does nothing
 /// but receive.
 void disableReceiveLimit(const QDBusConnection& bus) {
   using SetMaxReceivedSize = void (*)(void* connection, long size);
@@ -64,11 +64,11 @@ BusLink::BusLink(const QString& address, Received received, Log log)
 }
 
 BusLink::~BusLink() {
-  // With nothing to say there is no need to wait for a bus that is only being looked for.
+  // With nothing to send there is no need to wait for a connection that is still being tried.
   if (unsent_ == 0) probe_.cancel();
   enqueue([this] {
     close();
-    thread_.quit();  // from here, so that nothing asked before is skipped
+    thread_.quit();  // from here, so that no earlier task is skipped
   });
   thread_.wait();
 }
@@ -124,8 +124,7 @@ bool BusLink::roundTrip(std::chrono::milliseconds limit) {
   const QDBusMessage question = QDBusMessage::createMethodCall(
       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"));
-  // The bus reads a connection's messages in order, so its answer says that it has read all before the
-  // question.
+  // The bus reads a connection's messages in order, so the answer tells that it has read all earlier ones.
   const QDBusMessage answer = bus_->call(question, QDBus::Block, static_cast<int>(limit.count()));
   return answer.type() == QDBusMessage::ReplyMessage;
 }
@@ -153,7 +152,7 @@ base::Result<> BusLink::connectToBus() {
   const QString address = lastingAddress(address_.isEmpty() ? sessionBusAddress() : address_);
   const base::Result<> asked = probe_.ask(address, ConnectTimeout);
   if (!asked) return asked;
-  // A name for each attempt: the bus library may still be taking the one before apart.
+  // A new name for each attempt: the bus library may still be closing the previous connection.
   connectionName_ = nextConnectionName();
   const QDBusConnection bus = QDBusConnection::connectToBus(address, connectionName_);
   if (!bus.isConnected()) {
@@ -163,7 +162,7 @@ base::Result<> BusLink::connectToBus() {
   }
   bus_ = std::make_unique<QDBusConnection>(bus);
   disableReceiveLimit(bus);
-  // Being told is a delivery, within which the receiver must not go.
+  // Queued: the receiver must not be destroyed within a delivery to it.
   receiver_ = std::make_unique<BusReceiver>([this](const QDBusMessage& signal) { arrived(signal); },
                                             [this] { enqueue([this] { usable(); }); });
   bus_->connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
@@ -178,15 +177,15 @@ void BusLink::tryLater() {
 }
 
 void BusLink::close() {
-  probe_.cancel();  // nothing is looked for any more
+  probe_.cancel();  // no further attempts to connect
   if (!bus_) return;
   roundTrip(CloseTimeout);
   disconnect();
 }
 
 void BusLink::disconnect() {
-  // QtDBus takes a connection apart on a thread of its own, and looks at the receivers that are still on it.
-  // They go first: the end of a receiver waits until QtDBus has forgotten it.
+  // QtDBus closes a connection on a thread of its own, and looks at the receivers that are still registered.
+  // So the receiver goes first: its destructor waits until QtDBus has forgotten it.
   receiver_.reset();
   bus_.reset();
   QDBusConnection::disconnectFromBus(connectionName_);
@@ -196,12 +195,12 @@ void BusLink::connectionLost() {
   off_ = true;
   log_(QStringLiteral("The session bus has gone, the link is off"));
   disconnect();
-  // A bus that lets us in only to hang up is not visited every second.
+  // A bus that accepts only to hang up is not tried every second.
   if (connectedSince_.hasExpired(LongestDelay.count())) delay_ = std::chrono::milliseconds(0);
   tryLater();
 }
 
-/// Not within a delivery: a receiver that is being called must not go.
+/// Must not be called within a delivery: it may destroy the receiver.
 bool BusLink::usable() {
   if (!bus_) return false;
   if (bus_->isConnected()) return true;

@@ -48,8 +48,8 @@ QByteArray valueOf(const QByteArray& address, const QByteArray& key) {
 
 QByteArray runtimeBus() { return qgetenv("XDG_RUNTIME_DIR") + "/bus"; }
 
-/// The first thing that a program says to a bus once it is let in, as bytes (D-Bus protocol 0.41, "Message
-/// Format"): the method call org.freedesktop.DBus.Hello, serial 1, no body.
+/// The first message to a bus after authentication, as bytes (D-Bus protocol 0.41, "Message Format"): the
+/// method call org.freedesktop.DBus.Hello, serial 1, no body.
 QByteArray hello() {
   QByteArray fields;
   const auto field = [&fields](char code, char type, const QByteArray& value) {
@@ -133,7 +133,7 @@ base::Result<> BusProbe::askSocket(const QByteArray& path, bool abstract, Clock:
       static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + static_cast<size_t>(path.size()) + 1);
 
   const Socket socket;
-  // It does not wait: a socket that nobody listens behind any more has a full queue.
+  // Does not block, even on the full queue of a socket whose bus has stopped.
   if (::connect(socket.descriptor(), reinterpret_cast<const sockaddr*>(&place), length) != 0)
     return base::Failure{base::systemError()};
 

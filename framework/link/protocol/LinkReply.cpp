@@ -25,7 +25,7 @@ class ReplyReader {
     reply_.name = text(Name);
     reply_.birthDay = day(DateOfBirth);
     reply_.studyDay = day(DateOfStudy);
-    // Any value may stand here and comes back as it came.
+    // Any value is allowed here and comes back as it was sent; only a text names a study.
     if (payload_.value(OsiriXStudyID).typeId() == QMetaType::QString) reply_.studyID = text(OsiriXStudyID);
     return reply_;
   }
@@ -49,7 +49,7 @@ class ReplyReader {
     const QVariant value = payload_.value(key);
     if (!value.isValid()) return {};
     const QDate day = value.typeId() == QMetaType::QDateTime ? base::localDayOf(value.toDateTime()) : QDate();
-    // Years beyond these do not survive being written.
+    // Other years cannot be written as ISO dates.
     if (day.isValid() && day.year() >= 1 && day.year() <= 9999) return day;
     complain(key + QStringLiteral(" is not a date"));
     return {};

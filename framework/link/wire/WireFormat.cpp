@@ -10,7 +10,7 @@
 
 namespace {
 
-/// A date on the bus: a structure of its own, so that it is told apart from a whole number.
+/// A date on the bus: a structure, to tell it from a whole number.
 struct WireDate {
   qint64 milliseconds = 0;
 };
@@ -51,7 +51,7 @@ QString shortened(const QString& text) {
   return text.size() <= LongestKeyShown ? text : text.left(LongestKeyShown) + QStringLiteral("...");
 }
 
-/// Where a value lies in the details: put into words only when it has to be named.
+/// The place of a value in the details; put into words only when needed.
 struct Place {
   const Place* outer = nullptr;
   QString key;
@@ -87,8 +87,8 @@ class Conversion {
   }
 
  private:
-  /// The value in its other form; nothing when it was left out. `where` names the value, `depth` counts the
-  /// lists and dictionaries down to it, itself included if it is one.
+  /// The value in its other form; nothing when it was left out. `where` names the value; `depth` counts the
+  /// enclosing lists and dictionaries, and the value itself if it is one.
   std::optional<QVariant> convert(const QVariant& value, const Place& where, int depth);
   std::optional<QVariant> convertArgument(const QDBusArgument& argument, const Place& where, int depth);
   std::optional<QVariant> convertList(const QVariantList& list, const Place& where, int depth);
@@ -116,7 +116,7 @@ class Conversion {
 
 const QString TooDeep = QStringLiteral("nested too deeply");
 
-/// What lies within a variant, within however many; the bus itself allows no more than 64.
+/// The value inside any number of nested variants; the bus itself allows no more than 64.
 QVariant unwrapped(QVariant value) {
   while (value.typeId() == qMetaTypeId<QDBusVariant>()) value = qvariant_cast<QDBusVariant>(value).variant();
   return value;
@@ -130,7 +130,7 @@ std::optional<QVariant> Conversion::convert(const QVariant& wrapped, const Place
     case QMetaType::QString: {
       const QString text = value.toString();
       size_ += text.toUtf8().size();
-      // A string on the bus ends at its first NUL: a cut identifier would be another patient's.
+      // A string on the bus ends at its first NUL: a truncated identifier would be another patient's.
       if (text.contains(QChar(u'\0'))) return drop(where, QStringLiteral("a string with a NUL in it"));
       return text;
     }
