@@ -60,17 +60,32 @@ void LocalWebServer::accept() {
   }
 }
 
+QByteArray LocalWebServer::Request::header(const QByteArray& name) const {
+  for (const QByteArray& line : headers) {
+    const qsizetype colon = line.indexOf(':');
+    if (line.left(colon).compare(name, Qt::CaseInsensitive) == 0) return line.mid(colon + 1).trimmed();
+  }
+  return {};
+}
+
 void LocalWebServer::read(QTcpSocket& socket) {
-  const QByteArray head = socket.property("head").toByteArray() + socket.readAll();
-  socket.setProperty("head", head);
-  const qsizetype end = head.indexOf("\r\n\r\n");
+  const QByteArray received = socket.property("received").toByteArray() + socket.readAll();
+  socket.setProperty("received", received);
+  const qsizetype end = received.indexOf("\r\n\r\n");
   if (end < 0) return;
-  socket.setProperty("head", head.mid(end + 4));
-  QList<QByteArray> lines = head.left(end).split('\n');
-  for (QByteArray& line : lines) line = line.trimmed();
-  const Request request{lines.takeFirst().split(' ').value(1), lines};
+  Request request;
+  for (const QByteArray& line : received.left(end).split('\n')) request.headers.append(line.trimmed());
+  const QList<QByteArray> first = request.headers.takeFirst().split(' ');
+  request.method = first.value(0);
+  request.path = first.value(1);
+  const qsizetype size = end + 4 + request.header("Content-Length").toLongLong();
+  if (received.size() < size) return;
+  request.body = received.mid(end + 4, size - end - 4);
+  socket.setProperty("received", received.mid(size));
   requests_.append(request);
-  handlers_.value(request.path, status("404 Not Found"))(socket);
+  if (handlers_.contains(request.path)) return handlers_[request.path](socket);
+  const Handler handler = choose_ ? choose_(request) : status("404 Not Found");
+  handler(socket);
 }
 
 LocalWebServer::Handler LocalWebServer::raw(const QByteArray& bytes) {

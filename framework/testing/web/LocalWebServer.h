@@ -22,10 +22,15 @@ class VELMORA_EXPORT LocalWebServer {
   /// Sends an answer to somebody who has asked; the socket belongs to the server.
   using Handler = std::function<void(QTcpSocket&)>;
 
-  /// What somebody sent, up to the empty line.
-  struct Request {
-    QByteArray path;
+  /// What somebody sent, with its body.
+  struct VELMORA_EXPORT Request {
+    QByteArray method;
+    QByteArray path;            ///< with its query, as it came
     QList<QByteArray> headers;  ///< "Name: value", without the line of the path
+    QByteArray body;
+
+    /// The value of a header; null when it is not there.
+    QByteArray header(const QByteArray& name) const;
   };
 
   enum class Connection { Open, Encrypted };
@@ -35,8 +40,10 @@ class VELMORA_EXPORT LocalWebServer {
   ~LocalWebServer();
 
   QUrl url(const QString& path) const;
-  /// What happens to those who ask for that path. Everything else is "404 Not Found".
+  /// What happens to those who ask for that path.
   void at(const QByteArray& path, Handler handler) { handlers_[path] = std::move(handler); }
+  /// What happens to those who ask for anything else; without it they get "404 Not Found".
+  void otherwise(std::function<Handler(const Request&)> choose) { choose_ = std::move(choose); }
 
   const QList<Request>& requests() const { return requests_; }
   qsizetype openConnections() const { return open_; }
@@ -66,6 +73,7 @@ class VELMORA_EXPORT LocalWebServer {
   QString scheme_;
   std::unique_ptr<QTcpServer> server_;
   QMap<QByteArray, Handler> handlers_;
+  std::function<Handler(const Request&)> choose_;
   QList<Request> requests_;
   qsizetype open_ = 0;
   qint64 bytesSent_ = 0;

@@ -39,8 +39,8 @@ TEST(WebFind, AsksForEveryAttributeAndEveryConditionOnce) {
   const auto request = archive.requests().first();
   EXPECT_EQ(request.method, "GET");
   EXPECT_EQ(request.header("Accept"), "application/dicom+json");
-  EXPECT_TRUE(request.target.startsWith("/dicom-web/studies?")) << request.target.constData();
-  const QUrlQuery asked(QString::fromLatin1(request.target.mid(request.target.indexOf('?') + 1)));
+  EXPECT_TRUE(request.path.startsWith("/dicom-web/studies?")) << request.path.constData();
+  const QUrlQuery asked(QString::fromLatin1(request.path.mid(request.path.indexOf('?') + 1)));
   const auto value = [&](const char* name) {
     return asked.allQueryItemValues(QLatin1String(name), QUrl::FullyDecoded).join(QLatin1Char(','));
   };
@@ -54,14 +54,14 @@ TEST(WebFind, AsksForEveryAttributeAndEveryConditionOnce) {
 
 TEST(WebFind, AsksWithWildcardsWhenAServerMayNotHaveUnderstoodTheCharacters) {
   ScriptedArchive archive([](const ScriptedArchive::Request& request) {
-    const bool understood = request.target.contains("PatientID=P*1*/2&");
+    const bool understood = request.path.contains("PatientID=P*1*/2&");
     return json("[" + (understood ? study("1.1", "P 1+ä/2") + "," + study("1.2", "P-1+ä/2") : QByteArray()) +
                 "]");
   });
   const QList<Study> studies =
       studiesOf(WebPacs(archive.settings()).findStudies(ofPatient(QStringLiteral("P 1+ä/2"))));
   ASSERT_EQ(archive.requests().size(), 2);
-  EXPECT_TRUE(archive.requests().first().target.contains("PatientID=P%201%2B%C3%A4/2&"));
+  EXPECT_TRUE(archive.requests().first().path.contains("PatientID=P%201%2B%C3%A4/2&"));
   ASSERT_EQ(studies.size(), 1);
   EXPECT_EQ(studies.first().studyInstanceUID, QStringLiteral("1.1"));
 }

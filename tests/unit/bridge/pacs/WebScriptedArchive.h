@@ -3,46 +3,29 @@
 
 #include <QByteArray>
 #include <QList>
-#include <QTcpServer>
-#include <QTcpSocket>
-#include <QUrl>
 #include <functional>
 
 #include "bridge/pacs/PacsSettings.h"
+#include "testing/web/LocalWebServer.h"
 
 namespace web_testing {
 
-/// A DICOMweb server that answers as the test says. It reads whole requests, and lives on the event loop of
-/// the one who asks, which runs while the answer is waited for.
+/// A DICOMweb server that answers as the test says.
 class ScriptedArchive {
  public:
-  struct Request {
-    QByteArray method;
-    QByteArray target;          ///< path and query as they came
-    QList<QByteArray> headers;  ///< "Name: value"
-    QByteArray body;
-
-    /// The value of a header; null when it is not there.
-    QByteArray header(const QByteArray& name) const;
-  };
+  using Request = velmora::testkit::LocalWebServer::Request;
   /// The bytes of the answer, head and all; empty leaves the one who asked waiting.
   using Script = std::function<QByteArray(const Request&)>;
 
   explicit ScriptedArchive(Script script);
   /// Gives everyone the same answer.
   explicit ScriptedArchive(const QByteArray& answer);
-  ScriptedArchive(const ScriptedArchive&) = delete;
-  ScriptedArchive& operator=(const ScriptedArchive&) = delete;
 
   bridge::PacsSettings settings() const;
-  const QList<Request>& requests() const { return requests_; }
+  const QList<Request>& requests() const { return server_.requests(); }
 
  private:
-  void read(QTcpSocket& socket);
-
-  Script script_;
-  QList<Request> requests_;
-  QTcpServer server_;
+  velmora::testkit::LocalWebServer server_;
 };
 
 /// An answer with a head of its own.

@@ -39,7 +39,7 @@ TEST(WebStore, SendsTheFileAsItIs) {
   ASSERT_EQ(archive.requests().size(), 1);
   const auto request = archive.requests().first();
   EXPECT_EQ(request.method, "POST");
-  EXPECT_EQ(request.target, "/dicom-web/studies");
+  EXPECT_EQ(request.path, "/dicom-web/studies");
   EXPECT_EQ(request.header("Accept"), "application/dicom+json");
   const QByteArray type = request.header("Content-Type");
   const QByteArray start = "multipart/related; type=\"application/dicom\"; boundary=";
@@ -55,7 +55,7 @@ TEST(WebStore, AsksUnderTheAddressAsItWasWritten) {
   settings.url.setPath(QStringLiteral("/a%2Fb%25c/dicom-web/"), QUrl::StrictMode);
   EXPECT_TRUE(WebPacs(settings).store("the file", SecondaryCapture, Uid).ok());
   ASSERT_EQ(archive.requests().size(), 1);
-  EXPECT_EQ(archive.requests().first().target, "/a%2Fb%25c/dicom-web/studies");
+  EXPECT_EQ(archive.requests().first().path, "/a%2Fb%25c/dicom-web/studies");
 }
 
 TEST(WebStore, TakesABoundaryThatTheFileDoesNotHold) {
