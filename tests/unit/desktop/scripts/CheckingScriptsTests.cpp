@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "testing/files/EnvironmentVariable.h"
+#include "testing/files/Fifo.h"
 #include "testing/files/Files.h"
 #include "testing/files/TemporaryHome.h"
 #include "testing/main/Shown.h"
@@ -17,7 +18,6 @@
 
 using namespace velmora;
 
-using testing_support::Fifo;
 using testing_support::pinned;
 using testkit::EnvironmentVariable;
 using testkit::TemporaryHome;
@@ -27,6 +27,7 @@ using velmora::platform::Script;
 using velmora::platform::ScriptError;
 using velmora::platform::ScriptText;
 using velmora::platform::TextRange;
+using velmora::testkit::Fifo;
 
 namespace {
 

@@ -16,6 +16,7 @@
 #include "desktop/scripts/QtScripts.h"
 #include "desktop/scripts/ShellStandardError.h"
 #include "testing/files/EnvironmentVariable.h"
+#include "testing/files/Fifo.h"
 #include "testing/files/Files.h"
 #include "testing/files/TemporaryHome.h"
 #include "testing/main/Shown.h"
@@ -28,7 +29,6 @@ using namespace velmora;
 using namespace velmora::testkit;
 
 using namespace std::chrono_literals;
-using testing_support::Fifo;
 using testing_support::pinned;
 using velmora::desktop::QtScripts;
 using velmora::desktop::ScriptTimes;

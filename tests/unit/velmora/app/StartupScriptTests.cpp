@@ -11,11 +11,11 @@
 #include "desktop/scripts/QtScripts.h"
 #include "platform/documents/Document.h"
 #include "platform/documents/DocumentController.h"
+#include "testing/files/Fifo.h"
 #include "testing/files/TemporaryHome.h"
 #include "testing/main/Shown.h"
 #include "testing/standins/LogRecorder.h"
 #include "testing/standins/TestServices.h"
-#include "tests/unit/desktop/scripts/QtScriptsTesting.h"
 #include "velmora/about/AboutController.h"
 #include "velmora/resources/FrameworkResources.h"
 #include "velmora/resources/SettingsKeys.h"
@@ -24,10 +24,10 @@ namespace base = velmora::base;
 namespace platform = velmora::platform;
 namespace testkit = velmora::testkit;
 
-using testing_support::Fifo;
 using velmora::desktop::QtScripts;
 using velmora::platform::ScriptError;
 using velmora::settings::LaunchScript;
+using velmora::testkit::Fifo;
 using velmora::testkit::TemporaryHome;
 
 namespace {
