@@ -6,9 +6,9 @@
 #include <QtEndian>
 
 #include "bridge/pacs/DimsePacs.h"
+#include "bridge/testing/LoopbackPeer.h"
 #include "bridge/testing/Orthanc.h"
 #include "bridge/testing/SyntheticStudy.h"
-#include "tests/unit/bridge/pacs/LoopbackPeer.h"
 #include "tests/unit/bridge/pacs/PacsOutcome.h"
 
 using namespace bridge_testing;

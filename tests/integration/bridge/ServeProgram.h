@@ -6,14 +6,19 @@
 
 #include "bridge/spool/Spool.h"
 #include "bridge/testing/Orthanc.h"
+#include "bridge/testing/Replies.h"
 #include "bridge/testing/SyntheticStudy.h"
 #include "link/bus/BusLink.h"
 #include "link/protocol/LinkProtocol.h"
 #include "testing/bus/PrivateBus.h"
+#include "testing/files/Files.h"
+#include "testing/main/Shown.h"
 #include "testing/process/Program.h"
-#include "tests/unit/bridge/service/ServeTesting.h"
 
 namespace serve_testing {
+
+using namespace bridge_testing;
+using namespace velmora::testkit;
 
 /// Far longer than anything here takes: reached only when something is broken.
 inline constexpr int Limit = 60'000;  // milliseconds

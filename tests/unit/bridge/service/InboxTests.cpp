@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "bridge/service/Inbox.h"
-#include "tests/unit/bridge/service/ServeTesting.h"
+#include <QTemporaryDir>
 
-using namespace serve_testing;
+#include "bridge/service/Inbox.h"
+#include "bridge/testing/Replies.h"
+#include "testing/files/Files.h"
+#include "testing/files/FullDisk.h"
+#include "testing/main/Shown.h"
+
+using namespace bridge_testing;
+using namespace velmora::testkit;
 using namespace bridge;
 
 class InboxTest : public ::testing::Test {

@@ -1,13 +1,21 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include <QTemporaryDir>
+
 #include <stdexcept>
 
 #include "bridge/dicom/Capture.h"
 #include "bridge/service/Sender.h"
-#include "tests/unit/bridge/service/ServeTesting.h"
+#include "bridge/testing/Replies.h"
+#include "bridge/testing/ScriptedPacs.h"
+#include "testing/files/Files.h"
+#include "testing/files/FullDisk.h"
+#include "testing/files/UnreadableFile.h"
+#include "testing/main/Shown.h"
 
-using namespace serve_testing;
+using namespace bridge_testing;
+using namespace velmora::testkit;
 using namespace bridge;
 using namespace std::chrono_literals;
 using Milliseconds = Sender::Milliseconds;

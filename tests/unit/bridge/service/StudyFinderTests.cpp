@@ -3,10 +3,12 @@
 
 #include "bridge/dicom/Uid.h"
 #include "bridge/service/StudyFinder.h"
+#include "bridge/testing/Replies.h"
+#include "bridge/testing/ScriptedPacs.h"
+#include "testing/main/Shown.h"
 #include "tests/unit/bridge/pacs/PacsOutcome.h"
-#include "tests/unit/bridge/service/ServeTesting.h"
 
-using namespace serve_testing;
+using namespace bridge_testing;
 using namespace bridge;
 
 namespace {

@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "bridge/spool/RequestHistory.h"
-#include "tests/unit/bridge/service/ServeTesting.h"
+#include <QFile>
+#include <QTemporaryDir>
 
-using namespace serve_testing;
+#include "bridge/spool/RequestHistory.h"
+#include "bridge/testing/Replies.h"
+#include "testing/files/Files.h"
+#include "testing/main/Shown.h"
+
+using namespace bridge_testing;
+using namespace velmora::testkit;
 using namespace bridge;
 
 class RequestHistoryTest : public ::testing::Test {

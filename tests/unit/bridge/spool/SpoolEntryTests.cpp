@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 
 #include "bridge/cli/ReplySummary.h"
+#include "bridge/spool/SpoolEntry.h"
 #include "bridge/spool/SpoolFile.h"
-#include "tests/unit/bridge/service/ServeTesting.h"
+#include "bridge/testing/Replies.h"
+#include "testing/main/Shown.h"
 
-using namespace serve_testing;
+using namespace bridge_testing;
 using namespace bridge;
 
 namespace {

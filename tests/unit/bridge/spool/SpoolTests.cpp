@@ -1,10 +1,18 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include <gtest/gtest.h>
 
-#include "bridge/spool/Spool.h"
-#include "tests/unit/bridge/service/ServeTesting.h"
+#include <QFile>
 
-using namespace serve_testing;
+#include <QTemporaryDir>
+
+#include "bridge/spool/Spool.h"
+#include "bridge/testing/Replies.h"
+#include "testing/files/Files.h"
+#include "testing/files/UnreadableFile.h"
+#include "testing/main/Shown.h"
+
+using namespace bridge_testing;
+using namespace velmora::testkit;
 using namespace bridge;
 
 namespace {

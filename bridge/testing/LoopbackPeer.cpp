@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
-#include "tests/unit/bridge/pacs/LoopbackPeer.h"
+#include "bridge/testing/LoopbackPeer.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
