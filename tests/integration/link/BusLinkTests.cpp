@@ -35,7 +35,7 @@ TEST(BusLink, OutlivesAReceiverThatThrows) {
   link.subscribe(GrowthLink, Request);
   link.post({GrowthLink, Request, {}});
   link.post({GrowthLink, Request, {}});
-  EXPECT_EQ(second.get_future().wait_for(Patience), std::future_status::ready);
+  EXPECT_EQ(second.get_future().wait_for(30s), std::future_status::ready);
   EXPECT_TRUE(log.lines().contains(QStringLiteral("a signal on the session bus: the first one")));
 }
 
@@ -46,7 +46,7 @@ TEST(BusLink, OutlivesATaskThatThrows) {
       bus.address(), [](const link::Message&) {},
       [](const QString&) { throw std::runtime_error("no room for a line"); });
   link.subscribe(QStringLiteral("it's"), Request);
-  EXPECT_TRUE(link.flush(Patience));
+  EXPECT_TRUE(link.flush(30s));
   EXPECT_TRUE(log.lines().contains(QStringLiteral("the session bus: no room for a line")));
 }
 
