@@ -5,14 +5,12 @@
 #include <QImage>
 #include <QTemporaryDir>
 
-#include "demo/Report.h"
 #include "testing/person/PersonWithMouse.h"
 #include "testing/person/ProbeClient.h"
 #include "testing/person/ProbeInput.h"
 #include "testing/process/Program.h"
 #include "testing/waiting/Waiting.h"
 
-using demo::Report;
 using velmora::testkit::Differs;
 using velmora::testkit::PersonWithMouse;
 using velmora::testkit::ProbeClient;
@@ -28,7 +26,7 @@ class Probe : public testing::Test {
  protected:
   void SetUp() override {
     subject_.start();
-    probe_ = std::make_unique<ProbeClient>(report_.tracer(), folder_.filePath("socket"), subject_, Patience);
+    probe_ = std::make_unique<ProbeClient>(trace_, folder_.filePath("socket"), subject_, Patience);
     person_ = std::make_unique<PersonWithMouse>(*probe_, std::make_unique<ProbeInput>(*probe_), Patience);
     window_ = named("Subject");
   }
@@ -52,8 +50,8 @@ class Probe : public testing::Test {
   }
 
   QTemporaryDir folder_;
-  Report report_{folder_.path()};
-  Program subject_{"subject", PROBE_SUBJECT, environment(), report_.tracer()};
+  Program::Trace trace_ = [](const QString&, const QString&) {};
+  Program subject_{"subject", PROBE_SUBJECT, environment(), trace_};
   std::unique_ptr<ProbeClient> probe_;
   std::unique_ptr<PersonWithMouse> person_;
   SeenWindow window_;
