@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "demo/PacsRoad.h"
 
-#include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 
 #include "bridge/testing/SyntheticStudy.h"
 #include "demo/Case.h"
 #include "demo/Report.h"
+#include "testing/files/Files.h"
 #include "testing/waiting/Waiting.h"
 #include "testing/web/WebDriver.h"
 
@@ -73,16 +72,13 @@ void PacsRoad::fillTheArchive() {
 
 void PacsRoad::startTheService() {
   const bridge::PacsSettings pacs = archive_.dimse();
-  QFile file(configuration());
-  expect(QDir().mkpath(QFileInfo(file).path()) && file.open(QIODevice::WriteOnly),
-         "to write the configuration", file.errorString());
-  file.write(QString("[pacs]\nhost = %1\nport = %2\ncalled-ae-title = %3\ncalling-ae-title = %4\n"
-                     "[link]\napplications = %5\ncharts-without-patient = %5\n")
-                 .arg(pacs.host)
-                 .arg(pacs.port)
-                 .arg(pacs.calledAETitle, pacs.callingAETitle, cast_.applicationIdentifier)
-                 .toUtf8());
-  file.close();
+  writeFile(stage_.home() + "/.config/velmora-link/velmora-link.conf",
+            QString("[pacs]\nhost = %1\nport = %2\ncalled-ae-title = %3\ncalling-ae-title = %4\n"
+                    "[link]\napplications = %5\ncharts-without-patient = %5\n")
+                .arg(pacs.host)
+                .arg(pacs.port)
+                .arg(pacs.calledAETitle, pacs.callingAETitle, cast_.applicationIdentifier)
+                .toUtf8());
   service_ = std::make_unique<Program>("service", cast_.link, stage_.environment(), report_.tracer());
   service_->start({"serve"});
   service_->waitForLine("listening", 20);
@@ -246,12 +242,8 @@ QString PacsRoad::idOf(const QString& uid) const {
   return found.first()["ID"].toString();
 }
 
-QString PacsRoad::configuration() const { return stage_.home() + "/.config/velmora-link/velmora-link.conf"; }
-
 void PacsRoad::keep(const QString& name, const QByteArray& contents) const {
-  QFile file(cast_.out + '/' + name);
-  if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() || !file.flush())
-    throw Differs("to write " + file.fileName(), file.errorString());
+  writeFile(cast_.out + '/' + name, contents);
 }
 
 }  // namespace demo

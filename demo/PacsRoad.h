@@ -37,7 +37,6 @@ class PacsRoad : public Road {
   /// Looks at the study's page, keeps the picture; what the script answers there.
   QJsonValue page(const QString& until, const QString& script, const QString& picture);
   QString idOf(const QString& uid) const;
-  QString configuration() const;
   void keep(const QString& name, const QByteArray& contents) const;
 
   bridge_testing::Orthanc archive_;

@@ -7,6 +7,7 @@
 
 #include "demo/Case.h"
 #include "demo/Report.h"
+#include "testing/files/Files.h"
 #include "testing/waiting/Waiting.h"
 
 namespace demo {
@@ -163,7 +164,7 @@ void Road::closeAndSave() {
   });
   person().waitUntilGone(record);
   expect(QFileInfo(path).size() > 0, "the record at ~/Documents/Growth Data/" + RecordName,
-         QDir(stage_.home() + "/Documents/Growth Data").entryList(QDir::Files).join(", "));
+         fileNames(stage_.home() + "/Documents/Growth Data").join(", "));
   expectNoPanelSince(before);
   report_.saw(QString("~/Documents/Growth Data/%1 of %2 bytes").arg(RecordName).arg(QFileInfo(path).size()));
   report_.saw("no panel shown, a blank document in its place");

@@ -7,15 +7,10 @@
 #include "demo/Case.h"
 #include "demo/Report.h"
 #include "demo/Road.h"
+#include "testing/files/Files.h"
 #include "testing/waiting/Waiting.h"
 
 namespace demo {
-
-namespace {
-
-QStringList filesIn(const QString& folder) { return QDir(folder).entryList(QDir::Files, QDir::Name); }
-
-}  // namespace
 
 // Another child's record, with one examination, saved and closed.
 void Road::recordAnotherPatient(const Study& study, const QString& weight) {
@@ -29,7 +24,7 @@ void Road::recordAnotherPatient(const Study& study, const QString& weight) {
   person().choose(document, {"File", "Close"});
   person().answer("Save changes to document?", "Save");
   expect(waitUntil(10, [&] { return QFile::exists(folder + study.identifier + ".growth"); }),
-         "the record of " + study.identifier, filesIn(folder).join(", "));
+         "the record of " + study.identifier, fileNames(folder).join(", "));
   application_->document("a blank document",
                          [](const SeenWindow& w) { return w.text("referenceIDField").isEmpty(); });
 }
@@ -47,18 +42,17 @@ void Road::prepareTheSaveFolder() {
   const QString third = ThirdPatient.identifier + ".growth";
   expect(folder.mkdir("2025") && folder.rename(third, "2025/" + third), "to move a record into a folder",
          "it was not possible");
-  QFile old(folder.filePath("old.growth"));
-  expect(QFile::copy(folder.filePath(RecordName), old.fileName()) && old.open(QIODevice::ReadWrite) &&
-             old.setFileTime(QDateTime::currentDateTime().addDays(-8), QFileDevice::FileModificationTime),
-         "to leave a record of eight days ago", old.errorString());
-  QFile other(folder.filePath("notes.txt"));
-  expect(other.open(QIODevice::WriteOnly), "to leave another file", other.errorString());
+  const QString old = folder.filePath("old.growth");
+  writeFile(old, readFile(folder.filePath(RecordName)));
+  setModified(old, QDateTime::currentDateTime().addDays(-8));
+  writeFile(folder.filePath("notes.txt"), {});
 }
 
 void Road::exportThreeRecords() {
   prepareTheSaveFolder();
   const QString folder = stage_.home() + "/Desktop";
-  expect(filesIn(folder).size() == 2, "the two charts of before in ~/Desktop", filesIn(folder).join(", "));
+  expect(fileNames(folder).size() == 2, "the two charts of before in ~/Desktop",
+         fileNames(folder).join(", "));
   const qsizetype before = application_->probe().news().size();
 
   person().choose(application_->document(), {"File", "Batch Export..."});
@@ -70,18 +64,14 @@ void Road::exportThreeRecords() {
 
   const QStringList charts{SavedIdentifier + " Weight.jpg", SecondPatient.identifier + " Weight.jpg",
                            ThirdPatient.identifier + " Weight.jpg"};
-  expect(waitUntil(20, [&] { return filesIn(folder) == charts; }), charts.join(", ") + " alone in ~/Desktop",
-         filesIn(folder).join(", "));
+  expect(waitUntil(20, [&] { return fileNames(folder) == charts; }),
+         charts.join(", ") + " alone in ~/Desktop", fileNames(folder).join(", "));
   const SeenWindow blank =
       application_->document("a blank document and nothing else",
                              [&](const SeenWindow& w) { return w.text("referenceIDField").isEmpty(); });
   person().waitUntilScreen("one window",
                            [](const QList<SeenWindow>& windows) { return windows.size() == 1; });
-  for (const QString& chart : charts) {
-    QFile file(folder + '/' + chart);
-    expect(file.open(QIODevice::ReadOnly), "to read " + chart, file.errorString());
-    checkPicture(file.readAll(), blank.size("tabView"));
-  }
+  for (const QString& chart : charts) checkPicture(readFile(folder + '/' + chart), blank.size("tabView"));
   int opened = 0;
   bool progress = false;
   const QList<ProbeClient::News>& news = application_->probe().news();

@@ -10,18 +10,10 @@
 #include "demo/Case.h"
 #include "demo/ChartPicture.h"
 #include "demo/Report.h"
+#include "testing/files/Files.h"
 #include "testing/waiting/Waiting.h"
 
 namespace demo {
-
-namespace {
-
-QByteArray contentsOf(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-}  // namespace
 
 void Road::exportToTheViewer() {
   viewer_.listen(2);
@@ -77,8 +69,8 @@ void Road::exportToTheFolder() {
 
   exportChart();
   expect(waitUntil(10, [&] { return QFile::exists(path); }), "the file " + name + " in ~/Desktop",
-         QDir(folder).entryList(QDir::Files).join(", "));
-  const QByteArray weight = contentsOf(path);
+         fileNames(folder).join(", "));
+  const QByteArray weight = readFile(path);
   checkPicture(weight, document.size("tabView"));
   report_.saw(QString("~/Desktop/%1, %2 bytes").arg(name).arg(weight.size()));
 
@@ -90,22 +82,22 @@ void Road::exportToTheFolder() {
   const QString information = "A file named '" + name + "' is already present in '" + folder + "/'.";
   expect(alert.alertInformation() == information, information, alert.alertInformation());
   expect(alert.buttons().contains("Overwrite"), "the answers Overwrite and Skip", alert.buttons().join('/'));
-  expect(contentsOf(path) == weight, "the file as it was after \"Skip\"", "another one");
+  expect(readFile(path) == weight, "the file as it was after \"Skip\"", "another one");
 
   // Another examination's weight makes another picture: now what is there is replaced.
   person().enter(document, "weightField", CorrectedWeight);
   exportChart();
   person().answer(exists, "Overwrite");
-  expect(waitUntil(10, [&] { return contentsOf(path) != weight; }), "another picture after \"Overwrite\"",
+  expect(waitUntil(10, [&] { return readFile(path) != weight; }), "another picture after \"Overwrite\"",
          "the file as it was");
-  checkPicture(contentsOf(path), document.size("tabView"));
+  checkPicture(readFile(path), document.size("tabView"));
   report_.saw("asked before overwriting: \"Skip\" left it, \"Overwrite\" replaced it");
 
   person().turnTo(document, "tabView", "Height");
   exportChart();
   const QString height = folder + '/' + SavedIdentifier + " Height.jpg";
   expect(waitUntil(10, [&] { return QFile::exists(height); }),
-         SavedIdentifier + " Height.jpg for the other tab", QDir(folder).entryList(QDir::Files).join(", "));
+         SavedIdentifier + " Height.jpg for the other tab", fileNames(folder).join(", "));
   report_.saw("the Height tab has a file of its own");
   shots("exported");
 }
@@ -206,8 +198,7 @@ void Road::shots(const QString& shot) {
 
 void Road::keepEverything(const QString& shot) {
   const auto keep = [](const QString& from, const QString& to) {
-    const QStringList names = QDir(from).entryList(QDir::Files);
-    for (const QString& name : names) QFile::copy(from + '/' + name, to + '/' + name);
+    for (const QString& name : fileNames(from)) QFile::copy(from + '/' + name, to + '/' + name);
   };
   keep(stage_.home() + "/Desktop", cast_.out + "/export");
   keep(stage_.home() + "/Documents/Growth Data", cast_.out + "/records");

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 // The part of the road that goes through the preferences window: where charts go, the plugin, the script.
-#include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 
 #include "demo/Report.h"
 #include "demo/Road.h"
+#include "testing/files/Files.h"
 #include "testing/waiting/Waiting.h"
 
 namespace demo {
@@ -17,19 +16,9 @@ namespace {
 constexpr const char* ViewerIdentifier = "com.rossetantoine.osirix";
 
 /// Every file below a folder by its path in it, with its contents.
-QMap<QString, QByteArray> filesBelow(const QString& folder, const QString& in = {}) {
+QMap<QString, QByteArray> contentsBelow(const QString& folder) {
   QMap<QString, QByteArray> files;
-  const QFileInfoList entries =
-      QDir(folder).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
-  for (const QFileInfo& entry : entries) {
-    const QString path = in + entry.fileName();
-    QFile file(entry.filePath());
-    if (entry.isDir()) {
-      files.insert(filesBelow(entry.filePath(), path + '/'));
-    } else if (file.open(QIODevice::ReadOnly)) {
-      files[path] = file.readAll();
-    }
-  }
+  for (const QString& path : filesBelow(folder)) files[path] = readFile(folder + '/' + path);
   return files;
 }
 
@@ -95,8 +84,7 @@ void Road::installThePlugin() {
   const QString installed = stage_.home() + "/Library/Application Support/OsiriX/Plugins";
   // What an earlier version has left goes.
   const QString stray = installed + "/Growth Link.osirixplugin/Contents/stray";
-  expect(QDir().mkpath(QFileInfo(stray).path()) && QFile(stray).open(QIODevice::WriteOnly),
-         "to put an old plugin into the folder", "it was not possible");
+  writeFile(stray, {});
 
   person().push(preferences, "installOsirixPluginButton");
   person().waitFor("the outcome", [](const SeenWindow& window) {
@@ -109,8 +97,8 @@ void Road::installThePlugin() {
   endPreferences("Cancel");
 
   const QString carried = QFileInfo(cast_.application).absolutePath() + "/../share/growth/OsiriX Plugins";
-  const QMap<QString, QByteArray> files = filesBelow(installed);
-  expect(files.contains("Growth Link.osirixplugin/Contents/Info.plist") && files == filesBelow(carried),
+  const QMap<QString, QByteArray> files = contentsBelow(installed);
+  expect(files.contains("Growth Link.osirixplugin/Contents/Info.plist") && files == contentsBelow(carried),
          "the plugin's files as the application carries them, and no others",
          QStringList(files.keys()).join(", "));
   report_.saw(QString("the old plugin replaced, %1 files as they are carried").arg(files.size()));

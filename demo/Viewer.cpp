@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "demo/Viewer.h"
 
-#include <QFile>
 #include <QJsonDocument>
 
 #include "demo/Report.h"
+#include "testing/files/Files.h"
 #include "testing/waiting/Waiting.h"
 
 namespace demo {
@@ -34,13 +34,10 @@ Viewer::Reply Viewer::nextReply(double seconds) {
   const Program::Line line = listening_->waitForLine(name + '\t', seconds);
   reply.at = line.at;
   reply.complaints = line.text.section('\t', 6);
-  QFile jpeg(folder_ + '/' + name + ".jpg");
-  QFile details(folder_ + '/' + name + ".json");
-  if (!jpeg.open(QIODevice::ReadOnly) || !details.open(QIODevice::ReadOnly))
-    throw Differs(name + ".jpg and " + name + ".json at the viewer",
-                  jpeg.errorString() + ", " + details.errorString());
-  reply.jpeg = jpeg.readAll();
-  reply.details = QJsonDocument::fromJson(details.readAll()).object();
+  reply.jpeg = readFile(folder_ + '/' + name + ".jpg");
+  reply.details = QJsonDocument::fromJson(readFile(folder_ + '/' + name + ".json")).object();
+  expect(!reply.jpeg.isEmpty() && !reply.details.isEmpty(), name + ".jpg and " + name + ".json at the viewer",
+         fileNames(folder_).join(", "));
   return reply;
 }
 
