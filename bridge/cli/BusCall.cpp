@@ -14,12 +14,12 @@ std::optional<QDBusMessage> callOnSessionBus(const QDBusMessage& call) {
   constexpr std::chrono::milliseconds Limit{5000};
   // The bus library waits half a minute for a bus that hangs.
   link::BusProbe probe;
-  const QString address = link::sessionBusAddress();
-  if (address.isEmpty() || !probe.ask(address, Limit)) return std::nullopt;
+  const auto address = probe.find(link::sessionBusAddress(), Limit);
+  if (!address) return std::nullopt;
   const QString name = QStringLiteral("velmora-link-call");
   QDBusMessage reply;
   {
-    const QDBusConnection bus = QDBusConnection::connectToBus(address, name);
+    const QDBusConnection bus = QDBusConnection::connectToBus(*address, name);
     if (bus.isConnected()) reply = bus.call(call, QDBus::Block, static_cast<int>(Limit.count()));
   }
   QDBusConnection::disconnectFromBus(name);

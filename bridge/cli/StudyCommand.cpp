@@ -20,8 +20,6 @@ using namespace velmora;
 namespace bridge {
 namespace {
 
-namespace protocol = velmora::link;
-
 /// Why there is not one study.
 struct NotOne : base::Failure {
   QStringList candidates = {};  ///< those among which to choose, a line each
@@ -65,13 +63,13 @@ Choice chosenFrom(const QString& path) {
 base::Result<QVariantMap> requestFor(const Study& study) {
   if (study.patientID.isEmpty())
     return base::Failure{QStringLiteral("the study has no patient identifier (Patient ID)")};
-  QVariantMap details{{protocol::Identifier, study.patientID},
-                      {protocol::OsiriXStudyID, study.studyInstanceUID}};
+  QVariantMap details{{link::Identifier, study.patientID},
+                      {link::OsiriXStudyID, study.studyInstanceUID}};
   const QString name = readablePersonName(study.patientName);
-  if (!name.isEmpty()) details.insert(protocol::Name, name);
-  if (study.birthDate.isValid()) details.insert(protocol::DateOfBirth, study.birthDate.toString(Qt::ISODate));
-  if (study.studyDate.isValid()) details.insert(protocol::DateOfStudy, study.studyDate.toString(Qt::ISODate));
-  return protocol::requestPayload(details);
+  if (!name.isEmpty()) details.insert(link::Name, name);
+  if (study.birthDate.isValid()) details.insert(link::DateOfBirth, study.birthDate.toString(Qt::ISODate));
+  if (study.studyDate.isValid()) details.insert(link::DateOfStudy, study.studyDate.toString(Qt::ISODate));
+  return link::requestPayload(details);
 }
 
 base::Result<> send(const Choice& choice, const QString& application) {

@@ -72,7 +72,10 @@ class FolderStudies {
   void add(const Study& study) {
     for (Study& known : studies_) {
       if (known.studyInstanceUID != study.studyInstanceUID) continue;
-      if (contradiction(known, study)) contradictory_ = study.studyInstanceUID;
+      // An identifier that is empty may be one that could not be trusted: no other file's speaks for it.
+      if (known.patientID.isEmpty() != study.patientID.isEmpty() || contradiction(known, study)) {
+        contradictory_ = study.studyInstanceUID;
+      }
       complete(known, study);
       return;
     }
@@ -83,7 +86,6 @@ class FolderStudies {
   /// Adds what another file of the study says of the patient and `study` does not, so that a third one is
   /// compared with both.
   static void complete(Study& study, const Study& other) {
-    if (study.patientID.isEmpty()) study.patientID = other.patientID;
     if (study.issuerOfPatientID.isEmpty()) study.issuerOfPatientID = other.issuerOfPatientID;
     if (!study.birthDate.isValid()) study.birthDate = other.birthDate;
     if (study.sex.isEmpty()) study.sex = other.sex;

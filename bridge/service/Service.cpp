@@ -58,7 +58,7 @@ Service::Service(Spool& spool, RequestHistory& requests, Pacs& pacs, const Confi
   });
   retryRequests_.addPath(spool.retryRequestsFolder());
   connect(&retryRequests_, &QFileSystemWatcher::directoryChanged, this,
-          [this] { base::guarded("a wish", [this] { wake(); }); });
+          [this] { base::guarded("a request to retry", [this] { wake(); }); });
   worker_ = std::thread([this] { work(); });
 }
 

@@ -12,8 +12,6 @@
 
 using namespace velmora;
 
-namespace protocol = velmora::link;
-
 namespace bridge {
 namespace {
 
@@ -35,7 +33,17 @@ QString applicationIdentifier(const QString& identifier) {
 RequestHistory::RequestHistory(const QString& path) : path_(path) {}
 
 base::Result<> RequestHistory::open(const QDateTime& now) {
+  const base::Result<> read = readFile();
+  const qsizetype all = requests_.size();
+  forgetOld(now);
+  saved_ = requests_.size() == all;
+  return read ? save() : read;
+}
+
+/// Puts what the file holds before what was received since.
+base::Result<> RequestHistory::readFile() {
   const base::Result<std::optional<QByteArray>> file = readBeginning(path_, LargestFile);
+  isRead_ = file.ok();
   if (!file) return base::Failure{QStringLiteral("cannot read %1: %2").arg(path_, file.error())};
   if (!*file) return {};
   const auto contents = unsealed(Kind, **file);
@@ -45,19 +53,18 @@ base::Result<> RequestHistory::open(const QDateTime& now) {
     QFile::rename(path_, path_ + QStringLiteral(".damaged"));
     return base::Failure{QStringLiteral("%1 is damaged; earlier requests are forgotten").arg(path_)};
   }
+  QList<ReceivedRequest> earlier;
   for (const QJsonValue each : document.array()) {
     const QJsonObject object = each.toObject();
-    requests_.append(
+    earlier.append(
         {object.value(QStringLiteral("application")).toString(),
          object.value(QStringLiteral("identifier")).toString(),
          object.value(QStringLiteral("studyUID")).toString(),
          base::dayFromIso(object.value(QStringLiteral("studyDay")).toString()),
          QDateTime::fromString(object.value(QStringLiteral("time")).toString(), Qt::ISODateWithMs)});
   }
-  const qsizetype read = requests_.size();
-  forgetOld(now);
-  saved_ = requests_.size() == read;
-  return save();
+  requests_ = earlier + requests_;
+  return {};
 }
 
 void RequestHistory::forgetOld(const QDateTime& now) {
@@ -84,7 +91,10 @@ base::Result<> RequestHistory::remember(const QVariantMap& payload, const QStrin
 }
 
 base::Result<> RequestHistory::save() {
-  if (saved_) return {};
+  base::Result<> read;
+  if (!isRead_) read = readFile();
+  // Nothing is written over a file that the disk does not give for now.
+  if (!isRead_ || saved_) return read;
   QJsonArray array;
   for (const ReceivedRequest& each : requests_) {
     array.append(QJsonObject{{QStringLiteral("application"), each.application},
@@ -96,7 +106,7 @@ base::Result<> RequestHistory::save() {
   const base::Result<> written =
       writeSpoolFile(path_, sealed(Kind, QJsonDocument(array).toJson(QJsonDocument::Compact)));
   saved_ = written.ok();
-  return written;
+  return saved_ ? read : written;
 }
 
 void RequestHistory::matchToRequest(SpooledReply& reply) const {

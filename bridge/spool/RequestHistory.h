@@ -40,14 +40,15 @@ class RequestHistory {
   explicit RequestHistory(const QString& path);
 
   /// Reads the file and forgets requests that are too old. Fails with what is wrong with the file; a damaged
-  /// one is kept beside it as "requests.damaged", and the history starts empty.
+  /// one is kept beside it as "requests.damaged", and the history starts empty. One that the disk does not give
+  /// for now is read by a later save(), and not written over before.
   velmora::base::Result<> open(const QDateTime& now);
   /// Remembers a request, unless it names no patient. Fails when the request could not be written yet.
   velmora::base::Result<> remember(const QVariantMap& payload, const QString& application,
                                    const QDateTime& time);
   /// Writes the requests that are not in the file yet.
   velmora::base::Result<> save();
-  bool isSaved() const { return saved_; }
+  bool isSaved() const { return saved_ && isRead_; }
   /// Sets the study of the request that the reply belongs to, if there is one.
   void matchToRequest(SpooledReply& reply) const;
 
@@ -55,8 +56,10 @@ class RequestHistory {
 
  private:
   void forgetOld(const QDateTime& now);
+  velmora::base::Result<> readFile();
 
   QString path_;
+  bool isRead_ = true;  // false while the disk does not give the file
   bool saved_ = true;
   QList<ReceivedRequest> requests_;  // in the order of arrival
 };

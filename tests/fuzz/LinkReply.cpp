@@ -8,7 +8,6 @@
 #include "link/protocol/LinkProtocol.h"
 #include "tests/fuzz/FuzzTargets.h"
 
-namespace protocol = velmora::link;
 using namespace bridge;
 
 namespace {
@@ -71,10 +70,10 @@ QVariant value(Bytes& bytes) {
 }
 
 QVariantMap reply(Bytes& bytes) {
-  static const QString keys[] = {protocol::Identifier,  protocol::Name,          protocol::DateOfBirth,
-                                 protocol::DateOfStudy, protocol::OsiriXStudyID, protocol::StudyDescription,
+  static const QString keys[] = {velmora::link::Identifier,  velmora::link::Name,          velmora::link::DateOfBirth,
+                                 velmora::link::DateOfStudy, velmora::link::OsiriXStudyID, velmora::link::StudyDescription,
                                  QStringLiteral("?")};
-  QVariantMap reply{{protocol::Identifier, QStringLiteral("12-3")}, {protocol::OsiriXStudyID, QString()}};
+  QVariantMap reply{{velmora::link::Identifier, QStringLiteral("12-3")}, {velmora::link::OsiriXStudyID, QString()}};
   for (int count = bytes.next() % 8; count > 0; --count) {
     const QString& key = keys[bytes.next() % std::size(keys)];
     reply.insert(key, value(bytes));
@@ -141,7 +140,7 @@ void fuzz::linkReply(const QByteArray& input) {
   QVariantMap values = reply(bytes);
   const QString requested = QStringLiteral("1.%1").arg(bytes.next() % 5);
   const bool hadRequest = bytes.next() % 2 == 0;
-  values.insert(protocol::JPEG, bytes.rest());
+  values.insert(velmora::link::JPEG, bytes.rest());
   auto taken = spooledReply(values, Application, Arrival);
   if (!taken) return;
   if (hadRequest) taken->requestedStudyUID = requested;

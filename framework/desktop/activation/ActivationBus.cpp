@@ -127,11 +127,11 @@ Outcome ActivationBus::begin(const QString& identifier, const ActivationRequest&
 }
 
 base::Result<> ActivationBus::connectToBus() {
-  const QString address = link::lastingAddress(link::sessionBusAddress());
-  const base::Result<> asked = probe_.ask(address, patience_);
-  if (!asked) return asked;
+  const base::Result<QString> address =
+      probe_.find(link::lastingAddress(link::sessionBusAddress()), patience_);
+  if (!address) return address.failure();
   connectionName_ = nextConnectionName();
-  const QDBusConnection bus = QDBusConnection::connectToBus(address, connectionName_);
+  const QDBusConnection bus = QDBusConnection::connectToBus(*address, connectionName_);
   if (!bus.isConnected()) {
     QDBusConnection::disconnectFromBus(connectionName_);
     return base::Failure{QStringLiteral("it hung up")};

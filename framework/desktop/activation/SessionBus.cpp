@@ -39,9 +39,11 @@ void lookForNobody() {
 
 void prepareSessionBus() {
   const QString address = link::sessionBusAddress();
-  if (address.isEmpty() || link::BusProbe().ask(address, Patience)) return;
+  if (address.isEmpty()) return;
+  const base::Result<QString> found = link::BusProbe().find(address, Patience);
+  if (found.ok() && *found == address) return;
   statedAddress() = qEnvironmentVariableIsSet(Variable) ? qgetenv(Variable) : QByteArray();
-  qputenv(Variable, NobodysAddress);
+  qputenv(Variable, found.ok() ? found->toLocal8Bit() : QByteArray(NobodysAddress));
   qAddPreRoutine(lookForNobody);
 }
 

@@ -37,11 +37,9 @@ SingleInstance::Outcome SingleInstance::begin(const QString& identifier, const A
       bus_.get(),
       [&] {
         Outcome found = Outcome::Alone;
-        base::guarded("desktop activation", [&] {
-          found = bus_->begin(identifier, request, serves);
-          rest_ = bus_->rest();
-          refusal_ = bus_->refusal();
-        });
+        base::guarded("desktop activation", [&] { found = bus_->begin(identifier, request, serves); });
+        rest_ = bus_->rest();
+        refusal_ = bus_->refusal();
         answer.set_value(found);
       },
       Qt::QueuedConnection);

@@ -56,7 +56,12 @@ QStringList exactly(const QString& name, const QString& object) {
 }  // namespace
 
 BusLink::BusLink(const QString& address, Received received, Log log)
-    : received_(std::move(received)), log_(std::move(log)), address_(address) {
+    : received_(std::move(received)),
+      // A line that cannot be written must not keep the link from coming back.
+      log_([log = std::move(log)](const QString& line) {
+        base::guarded("the session bus", [&] { log(line); });
+      }),
+      address_(address) {
   worker_.moveToThread(&thread_);
   thread_.setObjectName(QStringLiteral("velmora-link"));
   thread_.start();
@@ -149,12 +154,12 @@ void BusLink::open() {
 }
 
 base::Result<> BusLink::connectToBus() {
-  const QString address = lastingAddress(address_.isEmpty() ? sessionBusAddress() : address_);
-  const base::Result<> asked = probe_.ask(address, ConnectTimeout);
-  if (!asked) return asked;
+  const base::Result<QString> address =
+      probe_.find(lastingAddress(address_.isEmpty() ? sessionBusAddress() : address_), ConnectTimeout);
+  if (!address) return address.failure();
   // A new name for each attempt: the bus library may still be closing the previous connection.
   connectionName_ = nextConnectionName();
-  const QDBusConnection bus = QDBusConnection::connectToBus(address, connectionName_);
+  const QDBusConnection bus = QDBusConnection::connectToBus(*address, connectionName_);
   if (!bus.isConnected()) {
     const QString error = bus.lastError().message();
     QDBusConnection::disconnectFromBus(connectionName_);

@@ -105,21 +105,24 @@ bool BusProbe::isCancelled() const noexcept {
   return ::poll(&event, 1, 0) == 1;
 }
 
-base::Result<> BusProbe::ask(const QString& address, std::chrono::milliseconds limit) {
+base::Result<QString> BusProbe::find(const QString& address, std::chrono::milliseconds limit) {
   const auto deadline = Clock::now() + limit;
-  base::Result<> asked = base::Failure{QStringLiteral("nobody says where it is")};
+  base::Failure failure{QStringLiteral("nobody says where it is")};
   QList<QByteArray> addresses = address.toLocal8Bit().split(';');
   addresses.removeAll(QByteArray());
   for (auto left = addresses.size(); left > 0; --left) {
     const QByteArray& each = addresses.at(addresses.size() - left);
     const QByteArray path = valueOf(each, "path");
     const QByteArray abstract = valueOf(each, "abstract");
-    if (!each.startsWith("unix:") || (path.isEmpty() && abstract.isEmpty())) return {};
-    asked = askSocket(path.isEmpty() ? abstract : path, path.isEmpty(),
-                      Clock::now() + (deadline - Clock::now()) / left);
-    if (asked) break;
+    if (!each.startsWith("unix:") || (path.isEmpty() && abstract.isEmpty())) {
+      return QString::fromLocal8Bit(each);
+    }
+    const base::Result<> asked = askSocket(path.isEmpty() ? abstract : path, path.isEmpty(),
+                                           Clock::now() + (deadline - Clock::now()) / left);
+    if (asked) return QString::fromLocal8Bit(each);
+    failure = asked.failure();
   }
-  return asked;
+  return failure;
 }
 
 base::Result<> BusProbe::askSocket(const QByteArray& path, bool abstract, Clock::time_point deadline) const {

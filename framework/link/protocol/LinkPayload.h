@@ -34,7 +34,7 @@ VELMORA_EXPORT base::Result<QVariantMap> requestPayload(const QVariantMap& study
 /// What a request that came says of the study that was chosen in the viewer.
 struct LinkRequest {
   QVariant identifier;  ///< as it came; the patient's when it is a string
-  QString name;         ///< null when absent or no text
+  QString name;         ///< as text; null when absent or nothing that has one
   QDateTime birthDate;  ///< invalid when absent or no date
   QDateTime studyDate;  ///< invalid when absent or no date
   QVariant studyID;     ///< as it came; invalid when absent

@@ -25,8 +25,8 @@ struct LinkReply {
 
   /// What is wrong with the reply, in words for the user.
   QStringList complaints;
-  /// Whether the chart can be filed in spite of that. A caption may be missing; any other complaint leaves it
-  /// open whose chart it is, or whether it is one.
+  /// Whether the chart can be filed in spite of that. Only a missing caption is no obstacle: what else
+  /// is wrong says that the sender cannot be relied on.
   bool canBeFiled = true;
 };
 

@@ -66,7 +66,8 @@ std::optional<QString> TextFieldEditing::properForm(const QString& text) const {
   if (text.trimmed().isEmpty()) return QStringLiteral("");
   std::optional<QString> proper;
   base::guarded("text field", [&] { proper = formatter_(text); });
-  return proper;
+  // A null string is no form, either: what was typed is never lost to it.
+  return proper && proper->isNull() ? std::nullopt : proper;
 }
 
 void TextFieldEditing::markIfInvalid() {

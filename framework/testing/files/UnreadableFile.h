@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QFile>
+#include <QFileInfo>
 #include <QString>
 #include <stdexcept>
 
@@ -21,6 +22,8 @@ class VELMORA_EXPORT UnreadableFile {
     QFile::remove(path_);
     QFile::rename(hidden(), path_);
   }
+  /// Whether nobody has written over it, or taken it away.
+  bool isUntouched() const { return QFileInfo(path_).isSymLink() && QFile::exists(hidden()); }
   UnreadableFile(const UnreadableFile&) = delete;
   UnreadableFile& operator=(const UnreadableFile&) = delete;
 

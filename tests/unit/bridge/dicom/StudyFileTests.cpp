@@ -205,8 +205,9 @@ TEST_F(StudyFolder, RefusesOneStudyOfTwoPatientsWhateverTellsThemApart) {
     const char* values[3];
     bool isOnePatient;
   } table[] = {
-      {PatientID, "LO", {"P1", "", "P1"}, true},
-      {PatientID, "LO", {"", "P1", "P2"}, false},
+      {PatientID, "LO", {"P1", "", "P1"}, false},
+      {PatientID, "LO", {"P1\\P2", "P1", "P1"}, false},
+      {PatientBirthDate, "DA", {"", "20190314", "20190314"}, true},
       {PatientBirthDate, "DA", {"", "20190314", "20190315"}, false},
       {IssuerOfPatientID, "LO", {"A", "", "A"}, true},
       {IssuerOfPatientID, "LO", {"A", "", "B"}, false},

@@ -325,6 +325,7 @@ TEST_F(SenderTest, SendsNothingWhoseStateTheDiskDoesNotGive) {
     work();
     EXPECT_EQ(pacs_.storedUids(), QStringList{other}) << "others go on";
     name_ = name_.replace(0, 8, text("00000001"));
+    EXPECT_TRUE(unreadable.isUntouched());
   }
   now_ += 1h;
   EXPECT_EQ(work(), std::nullopt);
@@ -340,6 +341,7 @@ TEST_F(SenderTest, SendsInItsPatientsOrderWhatTheDiskGivesAgain) {
     const UnreadableFile unreadable(path);
     restart();
     EXPECT_EQ(work(), 5s);
+    EXPECT_TRUE(unreadable.isUntouched());
   }
   const QString second = arrive(study("1.1", "A"));
   pacs_.findResult = Away;

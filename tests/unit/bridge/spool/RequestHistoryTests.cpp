@@ -7,6 +7,7 @@
 #include "bridge/spool/RequestHistory.h"
 #include "bridge/testing/Replies.h"
 #include "testing/files/Files.h"
+#include "testing/files/UnreadableFile.h"
 #include "testing/main/Shown.h"
 
 using namespace bridge_testing;
@@ -140,6 +141,27 @@ TEST_F(RequestHistoryTest, PassesOverRequestsThatNameNoPatient) {
     EXPECT_EQ(history_.remember({{text("Identifier"), identifier}}, Growth, start_).error(), QString());
   }
   EXPECT_TRUE(history_.requests().isEmpty());
+}
+
+TEST_F(RequestHistoryTest, IsReadLaterWhenTheDiskDoesNotGiveItsFile) {
+  hear("P-1", "1.1", day_, 0);
+  const QString path = temporary_.filePath(text("requests"));
+  RequestHistory later(path);
+  const QVariantMap request{{text("Identifier"), text("P-2")}, {text("OsiriXStudyID"), text("1.2")}};
+  {
+    const UnreadableFile unreadable(path);
+    EXPECT_FALSE(later.open(start_).ok());
+    EXPECT_FALSE(later.isSaved());
+    EXPECT_FALSE(later.remember(request, Growth, start_).ok());
+    EXPECT_TRUE(unreadable.isUntouched());
+  }
+  EXPECT_TRUE(later.save().ok());
+  EXPECT_TRUE(later.isSaved());
+  RequestHistory again(path);
+  EXPECT_TRUE(again.open(start_).ok());
+  ASSERT_EQ(again.requests().size(), 2);
+  EXPECT_EQ(again.requests().first().studyUID, text("1.1"));
+  EXPECT_EQ(again.requests().last().studyUID, text("1.2"));
 }
 
 TEST_F(RequestHistoryTest, StartsAnewWhenItsFileIsDamaged) {

@@ -212,6 +212,7 @@ TEST_F(SpoolTest, TakesWhatTheDiskDoesNotGiveForNothingElse) {
       EXPECT_TRUE(listed(name).reason.startsWith(text("cannot read its file ") + name + text(ending)));
       EXPECT_FALSE(spool.loadEntry(name).ok());
       EXPECT_EQ(spool.takeRetryRequests(), QStringList()) << "nobody knows whether it was set aside";
+      EXPECT_TRUE(unreadable.isUntouched());
     }
     EXPECT_EQ(spool.loadEntry(name).valueOr({text("failed")}), QStringList());
     EXPECT_EQ(spool.state(name), stateOf(SpoolState::Aside));
