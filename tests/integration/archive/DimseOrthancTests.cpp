@@ -8,8 +8,8 @@
 #include "bridge/pacs/DimsePacs.h"
 #include "bridge/testing/LoopbackPeer.h"
 #include "bridge/testing/Orthanc.h"
+#include "bridge/testing/PacsOutcome.h"
 #include "bridge/testing/SyntheticStudy.h"
-#include "tests/unit/bridge/pacs/PacsOutcome.h"
 
 using namespace bridge_testing;
 using bridge::DimsePacs;

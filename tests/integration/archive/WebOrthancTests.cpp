@@ -5,8 +5,8 @@
 
 #include "bridge/pacs/WebPacs.h"
 #include "bridge/testing/Orthanc.h"
+#include "bridge/testing/PacsOutcome.h"
 #include "bridge/testing/SyntheticStudy.h"
-#include "tests/unit/bridge/pacs/PacsOutcome.h"
 
 namespace bridge {
 namespace {

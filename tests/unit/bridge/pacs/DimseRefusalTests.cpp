@@ -11,9 +11,9 @@
 #include "bridge/pacs/DimsePacs.h"
 #include "bridge/pacs/DimseStatus.h"
 #include "bridge/testing/LoopbackPeer.h"
+#include "bridge/testing/PacsOutcome.h"
 #include "bridge/testing/SyntheticStudy.h"
 #include "tests/unit/bridge/pacs/DimseScriptedArchive.h"
-#include "tests/unit/bridge/pacs/PacsOutcome.h"
 
 using namespace bridge_testing;
 using bridge::DimsePacs;

@@ -6,8 +6,8 @@
 
 #include "bridge/pacs/WebExchange.h"
 #include "bridge/pacs/WebPacs.h"
+#include "bridge/testing/PacsOutcome.h"
 #include "testing/web/LocalWebServer.h"
-#include "tests/unit/bridge/pacs/PacsOutcome.h"
 #include "tests/unit/bridge/pacs/WebScriptedArchive.h"
 
 namespace bridge {

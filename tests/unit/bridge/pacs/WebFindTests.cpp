@@ -5,7 +5,7 @@
 
 #include "bridge/pacs/DicomJson.h"
 #include "bridge/pacs/WebPacs.h"
-#include "tests/unit/bridge/pacs/PacsOutcome.h"
+#include "bridge/testing/PacsOutcome.h"
 #include "tests/unit/bridge/pacs/WebScriptedArchive.h"
 
 namespace bridge {

@@ -3,7 +3,7 @@
 
 #include "bridge/pacs/StowMessage.h"
 #include "bridge/pacs/WebPacs.h"
-#include "tests/unit/bridge/pacs/PacsOutcome.h"
+#include "bridge/testing/PacsOutcome.h"
 #include "tests/unit/bridge/pacs/WebScriptedArchive.h"
 
 namespace bridge {

@@ -3,10 +3,10 @@
 
 #include "bridge/dicom/Uid.h"
 #include "bridge/service/StudyFinder.h"
+#include "bridge/testing/PacsOutcome.h"
 #include "bridge/testing/Replies.h"
 #include "bridge/testing/ScriptedPacs.h"
 #include "testing/main/Shown.h"
-#include "tests/unit/bridge/pacs/PacsOutcome.h"
 
 using namespace bridge_testing;
 using namespace bridge;
