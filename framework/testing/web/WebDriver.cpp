@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "testing/web/WebDriver.h"
 
-#include <sys/prctl.h>
-#include <csignal>
-
 #include <QEventLoop>
 #include <QJsonDocument>
 #include <QNetworkProxy>
@@ -28,13 +25,7 @@ constexpr std::chrono::milliseconds Limit{60000};
 WebDriver::WebDriver(QSize window) {
   network_.setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
   startDriver();
-  try {
-    startSession(window);
-  } catch (...) {
-    driver_.kill();
-    driver_.waitForFinished();
-    throw;
-  }
+  startSession(window);
 }
 
 WebDriver::~WebDriver() {
@@ -43,28 +34,15 @@ WebDriver::~WebDriver() {
   } catch (const std::exception& exception) {
     qWarning("The browser did not end: %s", exception.what());
   }
-  driver_.kill();
-  driver_.waitForFinished();
 }
 
 void WebDriver::startDriver() {
   if (!profile_.isValid()) fail(QStringLiteral("No folder for the browser: ") + profile_.errorString());
-  driver_.setProcessChannelMode(QProcess::MergedChannels);
-  driver_.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
-  driver_.start(QStringLiteral("chromedriver"), {QStringLiteral("--port=0")});
+  driver_.start({QStringLiteral("--port=0")});
   // It says so itself when it listens, and where.
-  static const QRegularExpression started(QStringLiteral("started successfully on port ([0-9]+)"));
-  QString said;
-  while (true) {
-    said += QString::fromUtf8(driver_.readAll());
-    const QRegularExpressionMatch match = started.match(said);
-    if (match.hasMatch()) {
-      server_ = QStringLiteral("http://127.0.0.1:%1").arg(match.captured(1));
-      return;
-    }
-    if (!driver_.waitForReadyRead(static_cast<int>(Limit.count())))
-      fail(QStringLiteral("chromedriver does not start: %1 %2").arg(driver_.errorString(), said));
-  }
+  static const QRegularExpression port(QStringLiteral("on port ([0-9]+)"));
+  const QString line = driver_.waitForLine(QStringLiteral("started successfully on port")).text;
+  server_ = QStringLiteral("http://127.0.0.1:%1").arg(port.match(line).captured(1));
 }
 
 void WebDriver::startSession(QSize window) {

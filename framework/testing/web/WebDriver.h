@@ -6,13 +6,13 @@
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QNetworkAccessManager>
-#include <QProcess>
 #include <QSize>
 #include <QString>
 #include <QTemporaryDir>
 #include <QUrl>
 
 #include "base/Export.h"
+#include "testing/process/Program.h"
 
 namespace velmora::testkit {
 
@@ -53,7 +53,7 @@ class VELMORA_EXPORT WebDriver {
   void startSession(QSize window);
 
   QTemporaryDir profile_;
-  QProcess driver_;
+  Program driver_{QStringLiteral("chromedriver"), QProcessEnvironment::systemEnvironment()};
   QNetworkAccessManager network_;
   QString server_;
   QString session_;
