@@ -24,6 +24,7 @@ complain() {
 pinned() {
   local said version
   version=$(sed -n "s/^$1 *# *//p" packaging/packages-lint.txt)
+  [[ -n $version ]] || { complain "packaging/packages-lint.txt names no version of $1" && return 1; }
   said=$("$1" --version 2>/dev/null) || { complain "$1 is missing" && return 1; }
   grep -qE "version:? $version" <<<"$said" || { complain "$1 is not of version $version: $(grep -i version <<<"$said")" && return 1; }
 }

@@ -44,7 +44,9 @@ template <class AnyRoad>
 bool playedThrough(AnyRoad& road, demo::Report& report) {
   try {
     road.play();
-  } catch (const Differs& difference) {
+  } catch (const Interrupted&) {
+    throw;
+  } catch (const std::exception& difference) {
     report.failed(difference.what());
     road.keepEverything("differs");
     return false;

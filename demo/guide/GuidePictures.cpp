@@ -95,7 +95,7 @@ void GuidePictures::takeRecord() {
   SeenWindow document = application_->document("the study", [](const SeenWindow& seen) {
     return seen.text("referenceIDField") == FirstStudy.identifier;
   });
-  person().pick(document, "sexPopUp", document.entries("sexPopUp")[MaleItem]);
+  person().pick(document, "sexPopUp", document.entries("sexPopUp").value(MaleItem));
   for (int i = 0; i < static_cast<int>(std::size(Visits)); ++i) addExamination(i);
   // The keyboard leaves the fields.
   document = application_->document();
@@ -127,7 +127,7 @@ void GuidePictures::takePreferences() {
   person().choose(application_->document(), {"editMenu", "doPreferences"});
   SeenWindow preferences = window("Preferences");
   take(preferences, "preferences-folder");
-  person().pick(preferences, "exportToPopUp", preferences.entries("exportToPopUp")[OsirixItem]);
+  person().pick(preferences, "exportToPopUp", preferences.entries("exportToPopUp").value(OsirixItem));
   preferences = person().waitFor("the page of OsiriX", [](const SeenWindow& seen) {
     return seen.name() == "Preferences" && !seen.widget("installOsirixPluginButton").isEmpty();
   });

@@ -85,9 +85,10 @@ bool WindowController::eventFilter(QObject* watched, QEvent* event) {
       base::guarded("window close", [this] { document_->performClose(); });
       return true;
     case QEvent::WindowActivate:
-      if (document_ && services_.documentController) {
-        services_.documentController->noteDocumentIsFront(document_);
-      }
+      base::guarded("window activation", [this] {
+        if (document_ && services_.documentController)
+          services_.documentController->noteDocumentIsFront(document_);
+      });
       base::guarded("window activation", [this] { windowDidBecomeKey(); });
       return false;
     case QEvent::MouseButtonPress:

@@ -34,10 +34,12 @@ constexpr char WithoutServices[] =
 
 }  // namespace
 
-PrivateBus::PrivateBus(Start start, Activation activation, Program::Trace trace)
+PrivateBus::PrivateBus(Start start, Activation activation, Program::Trace trace,
+                       QProcessEnvironment environment)
     : socket_(folder_.filePath(QStringLiteral("bus"))),
       configuration_(QStringLiteral("--session")),
-      trace_(std::move(trace)) {
+      trace_(std::move(trace)),
+      environment_(std::move(environment)) {
   if (activation == Activation::Nothing) {
     const QString file = folder_.filePath(QStringLiteral("bus.conf"));
     writeFile(file, WithoutServices);
@@ -62,8 +64,8 @@ QProcessEnvironment PrivateBus::environment() const {
 }
 
 void PrivateBus::start() {
-  daemon_ = std::make_unique<Program>(QStringLiteral("bus"), QStringLiteral("dbus-daemon"),
-                                      QProcessEnvironment::systemEnvironment(), trace_);
+  daemon_ =
+      std::make_unique<Program>(QStringLiteral("bus"), QStringLiteral("dbus-daemon"), environment_, trace_);
   daemon_->start({configuration_, QStringLiteral("--nofork"), QStringLiteral("--nopidfile"),
                   QStringLiteral("--print-address"), QStringLiteral("--address=") + address()});
   statedAddress_ = daemon_->waitForLine(QStringLiteral("unix:")).text;

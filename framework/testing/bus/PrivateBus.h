@@ -19,9 +19,11 @@ class VELMORA_EXPORT PrivateBus {
   /// What the bus starts when somebody asks for it: what the machine has installed for that, or nothing.
   enum class Activation { Installed, Nothing };
 
-  /// Throws Differs when the bus does not come up. What the daemon says goes to the trace.
+  /// Throws Differs when the bus does not come up. What the daemon says goes to the trace; `environment` is
+  /// the daemon's.
   explicit PrivateBus(Start start = Start::Now, Activation activation = Activation::Installed,
-                      Program::Trace trace = {});
+                      Program::Trace trace = {},
+                      QProcessEnvironment environment = QProcessEnvironment::systemEnvironment());
   /// A bus that will be at an address of somebody else's; not yet started.
   explicit PrivateBus(const QString& address);
   ~PrivateBus();
@@ -52,6 +54,7 @@ class VELMORA_EXPORT PrivateBus {
   QString socket_;
   QString configuration_;
   Program::Trace trace_;
+  QProcessEnvironment environment_;
   std::unique_ptr<Program> daemon_;
   QString statedAddress_;
 };

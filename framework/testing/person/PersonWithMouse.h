@@ -7,7 +7,7 @@
 
 namespace velmora::testkit {
 
-/// Clicks every window, menu, button, list, tab and field. The keyboard does nothing but put a text into the
+/// Clicks every window, menu, button, list, tab and field. The keyboard does little but put a text into the
 /// field that was clicked, which the next click leaves.
 class PersonWithMouse : public Person {
  public:

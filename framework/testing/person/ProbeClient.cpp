@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "testing/person/ProbeClient.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QJsonDocument>
 
@@ -36,7 +37,8 @@ ProbeClient::ProbeClient(const Program::Trace& trace, const QString& socket, Pro
 }
 
 void ProbeClient::addProbe(QProcessEnvironment& environment, const QString& socket) {
-  environment.insert("QT_PLUGIN_PATH", PROBE_FOLDER);
+  // Beside this program in the build's folder, wherever that has been moved to.
+  environment.insert("QT_PLUGIN_PATH", QCoreApplication::applicationDirPath() + "/../lib/testing");
   environment.insert("QT_QPA_GENERIC_PLUGINS", "velmoraprobe:" + socket);
 }
 

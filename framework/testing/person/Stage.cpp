@@ -37,7 +37,8 @@ Stage::Stage(const Program::Trace& trace, Screen screen, const QString& program,
   environment_.insert("LC_ALL", locale + ".UTF-8");
   environment_.insert("QT_QPA_PLATFORM", "xcb");
 
-  bus_ = std::make_unique<PrivateBus>(PrivateBus::Start::Now, PrivateBus::Activation::Nothing, trace_);
+  bus_ = std::make_unique<PrivateBus>(PrivateBus::Start::Now, PrivateBus::Activation::Nothing, trace_,
+                                      environment_);
   environment_.insert("DBUS_SESSION_BUS_ADDRESS", bus_->address());
   if (users) {
     screenDescription_ = "the user's screen " + environment_.value("DISPLAY");

@@ -11,7 +11,7 @@
 
 namespace velmora::testkit {
 
-/// What the demonstration plays on: an empty home folder, a session bus of its own on which nothing is
+/// What programs are played with on: an empty home folder, a session bus of its own on which nothing is
 /// started by itself, and a screen, which is the user's or, where there is none, a virtual one with a window
 /// manager.
 class Stage {

@@ -10,8 +10,9 @@
 
 namespace velmora::testkit {
 
-/// Longer than anything takes, even on a loaded machine: reached only when something is broken.
-inline constexpr std::chrono::duration<double> Patience{60};  // seconds
+/// Longer than anything takes, even on a loaded machine: reached only when something is broken. Short enough
+/// for two waits in a test that ctest gives 120 seconds.
+inline constexpr std::chrono::duration<double> Patience{40};  // seconds
 
 /// Something came out otherwise than expected: what was expected, and what was seen.
 struct VELMORA_EXPORT Differs : std::runtime_error {

@@ -77,8 +77,9 @@ void BatchExportController::connectButtonBox() {
   ok->setText(localizedString("BatchExportController", "Export"));
   ok->setDefault(true);
   if (!howManyDaysField_) return;
-  connect(howManyDaysField_, &QLineEdit::textChanged, ok,
-          [this, ok] { ok->setEnabled(howManyDaysField_->hasAcceptableInput()); });
+  connect(howManyDaysField_, &QLineEdit::textChanged, ok, [this, ok] {
+    base::guarded("days", [&] { ok->setEnabled(howManyDaysField_->hasAcceptableInput()); });
+  });
 }
 
 void BatchExportController::windowDidBecomeKey() {

@@ -50,7 +50,8 @@ QVariant Journey::stored(const QString& setting) const {
 QString Journey::account() {
   QString screen = "the program has ended";
   try {
-    if (person_ && application_->process().running()) screen = person_->screen();
+    // Not of the person, who may have gone already with the leg of the journey that failed.
+    if (application_ && application_->process().running()) screen = application_->probe().screen();
   } catch (const std::exception& error) {
     screen = error.what();
   }

@@ -91,7 +91,7 @@ TEST_P(PropertyLists, AreNothingWhenTheyAreCutShort) {
   const QByteArray whole = form(Everything);
   for (const qsizetype length :
        {qsizetype(0), qsizetype(1), qsizetype(7), qsizetype(8), whole.size() / 3, whole.size() / 2}) {
-    EXPECT_NE(propertyListFromData(whole.left(length)).valueOr({}).toMap(), EverythingAsValues) << length;
+    EXPECT_FALSE(propertyListFromData(whole.left(length)).ok()) << length;
   }
 }
 
