@@ -45,7 +45,6 @@ void Program::start(const QStringList& arguments) {
   note("$ " + path_ + ' ' + arguments.join(' '));
   process_.start(path_, arguments);
   if (!process_.waitForStarted(Limit)) throw Differs(path_ + " to start", process_.errorString());
-  processId_ = process_.processId();
 }
 
 void Program::tell(const QByteArray& line) {

@@ -37,8 +37,7 @@ class VELMORA_EXPORT Program {
   /// Writes a line to its standard input.
   void tell(const QByteArray& line);
   bool running() const { return process_.state() != QProcess::NotRunning; }
-  /// The number that it has or had.
-  qint64 processId() const { return processId_; }
+  qint64 processId() const { return process_.processId(); }
 
   /// The next line that has not been read, without its end.
   QString readLine(double seconds = Patience.count());
@@ -77,7 +76,6 @@ class VELMORA_EXPORT Program {
   QString path_;
   Trace trace_;
   QProcess process_;
-  qint64 processId_ = 0;
   QByteArray partial_;
   QList<Line> lines_;
   qsizetype next_ = 0;  // the first line that has not been read

@@ -4,70 +4,95 @@
 #include <gtest/gtest.h>
 #include <csignal>
 
+#include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
-#include <QUrl>
+#include <QTest>
 #include <memory>
 #include <vector>
 
 #include "testing/bus/BusPeer.h"
 #include "testing/bus/PrivateBus.h"
-#include "testing/files/EnvironmentVariable.h"
 #include "testing/files/Files.h"
-#include "testing/process/Program.h"
-
-using namespace velmora::testkit;
 
 namespace {
 
+constexpr int Patience = 60000;  // milliseconds; reached only when something is broken
 const QString Identifier = QStringLiteral("org.velmora.desktop-application");
 
 /// Processes of the application, on one bus, with files to open.
 class Processes : public testing::Test {
  protected:
   Processes() {
-    writeFile(
-        folder.filePath(QStringLiteral("data/dbus-1/services/%1.service").arg(Identifier)),
-        "[D-BUS Service]\nName=" + Identifier.toUtf8() + "\nExec=" + DESKTOP_APPLICATION " --service\n");
-    bus = std::make_unique<PrivateBus>();
+    QDir(folder.path()).mkpath(QStringLiteral("data/dbus-1/services"));
+    QFile service(folder.filePath(QStringLiteral("data/dbus-1/services/%1.service").arg(Identifier)));
+    EXPECT_TRUE(service.open(QIODevice::WriteOnly));
+    service.write("[D-BUS Service]\nName=" + Identifier.toUtf8() +
+                  "\nExec=" + DESKTOP_APPLICATION " --service\n");
+    service.close();
+    // The bus starts what its own environment tells it of, and gives that on.
+    for (const auto& [name, value] : variables()) {
+      before.emplace_back(name, qgetenv(name));
+      qputenv(name, value);
+    }
+    bus = std::make_unique<velmora::testkit::PrivateBus>();
   }
   ~Processes() override {
-    // The bus has started some of them.
     for (const qint64 process : processesThatSpoke()) ::kill(static_cast<pid_t>(process), SIGKILL);
+    for (const auto& process : processes) process->waitForFinished(Patience);
+    bus.reset();
+    for (const auto& [name, value] : before) qputenv(name, value);
   }
 
-  QString file(const QString& name) const {
-    writeFile(folder.filePath(name), {});
-    return folder.filePath(name);
+  std::vector<std::pair<const char*, QByteArray>> variables() const {
+    return {{"DESK_SAYS", QFile::encodeName(folder.filePath("says"))},
+            {"XDG_DATA_HOME", QFile::encodeName(folder.filePath("data"))},
+            {"QT_QPA_PLATFORM", "offscreen"}};
   }
-  Program& start(const QStringList& arguments, const QString& asks = {}) {
+  QString file(const QString& name) const {
+    QFile made(folder.filePath(name));
+    EXPECT_TRUE(made.open(QIODevice::WriteOnly));
+    return made.fileName();
+  }
+  QProcess& start(const QStringList& arguments, const QString& asks = {}) {
+    processes.push_back(std::make_unique<QProcess>());
+    QProcess& process = *processes.back();
     QProcessEnvironment environment = bus->environment();
     if (!asks.isEmpty()) environment.insert(QStringLiteral("DESK_ASKS"), asks);
-    processes.push_back(std::make_unique<Program>(QStringLiteral(DESKTOP_APPLICATION), environment));
-    processes.back()->start(arguments);
-    return *processes.back();
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(DESKTOP_APPLICATION), arguments);
+    return process;
+  }
+  /// Ends by itself; its exit status.
+  static int statusOf(QProcess& process) {
+    if (process.state() != QProcess::NotRunning && !process.waitForFinished(Patience)) return -1;
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
   }
   QStringList lines() const {
-    return QString::fromUtf8(readFile(folder.filePath("says"))).split(u'\n', Qt::SkipEmptyParts);
+    QFile says(folder.filePath(QStringLiteral("says")));
+    if (!says.open(QIODevice::ReadOnly)) return {};
+    return QString::fromUtf8(says.readAll()).split(u'\n', Qt::SkipEmptyParts);
   }
   /// How often that was said, by whomsoever or by that process.
-  qsizetype times(const QString& what, const Program* by = nullptr) const {
+  qsizetype times(const QString& what, const QProcess* by = nullptr) const {
     return std::ranges::count_if(lines(), [&](const QString& line) {
       return line.section(u' ', 1) == what &&
              (!by || line.section(u' ', 0, 0).toLongLong() == by->processId());
     });
   }
   bool waitFor(const QString& what, qsizetype count = 1) const {
-    return waitUntil(Patience.count(), [&] { return times(what) >= count; });
+    return QTest::qWaitFor([&] { return times(what) >= count; }, Patience);
   }
   /// What was kept of unsaved changes.
   QStringList rescueCopies() const {
-    return fileNames(folder.filePath(QStringLiteral("data/%1/Rescued").arg(Identifier)));
+    return velmora::testkit::fileNames(folder.filePath(QStringLiteral("data/%1/Rescued").arg(Identifier)));
   }
   /// Whether a process handles a signal itself (proc(5), SigCgt).
   static bool catches(pid_t process, int signal) {
-    const QByteArray status = readFile(QStringLiteral("/proc/%1/status").arg(process));
-    for (const QByteArray& line : status.split('\n')) {
+    QFile status(QStringLiteral("/proc/%1/status").arg(process));
+    if (!status.open(QIODevice::ReadOnly)) return false;
+    for (const QByteArray& line : status.readAll().split('\n')) {
       if (line.startsWith("SigCgt:"))
         return line.mid(7).trimmed().toULongLong(nullptr, 16) >> (signal - 1) & 1;
     }
@@ -83,50 +108,49 @@ class Processes : public testing::Test {
   }
 
   QTemporaryDir folder;
-  // The bus starts what its own environment tells it of, and gives that on.
-  EnvironmentVariable says{"DESK_SAYS", QFile::encodeName(folder.filePath("says"))};
-  EnvironmentVariable dataHome{"XDG_DATA_HOME", QFile::encodeName(folder.filePath("data"))};
-  EnvironmentVariable platform{"QT_QPA_PLATFORM", "offscreen"};
-  std::unique_ptr<PrivateBus> bus;
-  std::vector<std::unique_ptr<Program>> processes;
+  std::vector<std::pair<const char*, QByteArray>> before;
+  std::unique_ptr<velmora::testkit::PrivateBus> bus;
+  std::vector<std::unique_ptr<QProcess>> processes;
 };
 
 TEST_F(Processes, OfTwoStartsAtOnceOneGoesOnWithTheFilesOfBoth) {
   for (int round = 0; round < 5; ++round) {
     const QString first = QStringLiteral("a%1").arg(round);
     const QString second = QStringLiteral("b%1").arg(round);
-    Program& one = start({file(first)});
-    Program& other = start({file(second)});
+    QProcess& one = start({file(first)});
+    QProcess& other = start({file(second)});
     ASSERT_TRUE(waitFor("opens " + first));
     ASSERT_TRUE(waitFor("opens " + second));
-    ASSERT_TRUE(waitUntil(Patience.count(), [&] { return !one.running() || !other.running(); }));
-    Program& going = one.running() ? one : other;
-    Program& gone = &going == &one ? other : one;
-    EXPECT_EQ(gone.finish(), 0);
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return one.state() == QProcess::NotRunning || other.state() == QProcess::NotRunning; },
+        Patience));
+    QProcess& going = one.state() == QProcess::NotRunning ? other : one;
+    QProcess& gone = &going == &one ? other : one;
+    EXPECT_EQ(statusOf(gone), 0);
     EXPECT_EQ(times("opens " + first, &going), 1);
     EXPECT_EQ(times("opens " + second, &going), 1);
     EXPECT_EQ(times("opens " + first), 1) << "nowhere else";
     EXPECT_EQ(times("opens " + second), 1);
-    going.tell("quit");
-    ASSERT_EQ(going.finish(), 0);
+    going.write("quit\n");
+    ASSERT_EQ(statusOf(going), 0);
   }
 }
 
 TEST_F(Processes, StartedWithoutAFileBringTheRunningOneToTheFront) {
   start({file("a")});
   ASSERT_TRUE(waitFor("launched"));
-  EXPECT_EQ(start({}).finish(), 0);
-  EXPECT_EQ(start({"--action=new"}).finish(), 0);
+  EXPECT_EQ(statusOf(start({})), 0);
+  EXPECT_EQ(statusOf(start({"--action=new"})), 0);
   ASSERT_TRUE(waitFor("does new"));
   EXPECT_EQ(times("awake"), 1);
 }
 
 TEST_F(Processes, HandFilesToOneThatAsksItsUserSomethingWhichOpensThemAfterwards) {
-  Program& asking = start({file("a")}, "and goes on");
+  QProcess& asking = start({file("a")}, "and goes on");
   ASSERT_TRUE(waitFor("asks"));
-  EXPECT_EQ(start({file("b")}).finish(), 0) << "it is not kept waiting";
+  EXPECT_EQ(statusOf(start({file("b")})), 0) << "it is not kept waiting";
   EXPECT_EQ(times("opens b"), 0);
-  asking.tell("answer");
+  asking.write("answer\n");
   ASSERT_TRUE(waitFor("opens b"));
   const QStringList said = lines();
   EXPECT_LT(said.indexOf(QStringLiteral("%1 answered").arg(asking.processId())),
@@ -135,23 +159,23 @@ TEST_F(Processes, HandFilesToOneThatAsksItsUserSomethingWhichOpensThemAfterwards
 }
 
 TEST_F(Processes, ThatEndBeforeTheyGetRoundToARequestLeaveItToAnother) {
-  Program& ending = start({file("a")}, "and ends");
+  QProcess& ending = start({file("a")}, "and ends");
   ASSERT_TRUE(waitFor("asks"));
-  EXPECT_EQ(start({file("b")}).finish(), 0);
-  ending.tell("answer");
-  EXPECT_EQ(ending.finish(), 0);
+  EXPECT_EQ(statusOf(start({file("b")})), 0);
+  ending.write("answer\n");
+  EXPECT_EQ(statusOf(ending), 0);
   ASSERT_TRUE(waitFor("opens b"));
   EXPECT_EQ(times("opens b", &ending), 0);
   EXPECT_EQ(times("opens b"), 1);
 }
 
 TEST_F(Processes, ThatEndBeforeTheyComeToTheFrontLeaveThatToAnother) {
-  Program& ending = start({file("a")}, "and ends");
+  QProcess& ending = start({file("a")}, "and ends");
   ASSERT_TRUE(waitFor("asks"));
-  EXPECT_EQ(start({}).finish(), 0);
-  EXPECT_EQ(start({}).finish(), 0);
-  ending.tell("answer");
-  EXPECT_EQ(ending.finish(), 0);
+  EXPECT_EQ(statusOf(start({})), 0);
+  EXPECT_EQ(statusOf(start({})), 0);
+  ending.write("answer\n");
+  EXPECT_EQ(statusOf(ending), 0);
   ASSERT_TRUE(waitFor("launched", 2));
   EXPECT_EQ(times("blank"), 1) << "one other, without a file";
 }
@@ -163,58 +187,58 @@ TEST_F(Processes, KeepUnsavedChangesWhenASignalEndsThem) {
     const qsizetype kept = rescueCopies().size();
     const qsizetype edited = times("edited");
     const qsizetype terminated = times("terminates");
-    Program& process = start({file("a")});
-    process.tell("edit");
+    QProcess& process = start({file("a")});
+    process.write("edit\n");
     ASSERT_TRUE(waitFor("edited", edited + 1));
     ::kill(static_cast<pid_t>(process.processId()), signal);
-    EXPECT_EQ(process.finish(), 0) << signal;
+    EXPECT_EQ(statusOf(process), 0) << signal;
     EXPECT_EQ(rescueCopies().size(), kept + 1) << signal;
     EXPECT_EQ(times("terminates"), terminated + 1) << signal;
   }
 }
 
 TEST_F(Processes, KeepUnsavedChangesAlsoWhileTheyAskSomething) {
-  Program& process = start({file("a")}, "and goes on");
+  QProcess& process = start({file("a")}, "and goes on");
   ASSERT_TRUE(waitFor("asks"));
-  process.tell("edit");
+  process.write("edit\n");
   ASSERT_TRUE(waitFor("edited"));
   ::kill(static_cast<pid_t>(process.processId()), SIGTERM);
-  EXPECT_EQ(process.finish(), 0);
+  EXPECT_EQ(statusOf(process), 0);
   EXPECT_EQ(rescueCopies().size(), 1);
 }
 
 TEST_F(Processes, EndAtOnceByASecondSignal) {
-  Program& process = start({file("a")});
+  QProcess& process = start({file("a")});
   ASSERT_TRUE(waitFor("launched"));
-  process.tell("stall");
+  process.write("stall\n");
   ASSERT_TRUE(waitFor("stalls"));
   const auto number = static_cast<pid_t>(process.processId());
   ::kill(number, SIGTERM);
   // The first is behind it when it is no longer pending and no longer handled.
-  ASSERT_TRUE(waitUntil(Patience.count(), [&] { return !catches(number, SIGTERM); }));
-  EXPECT_TRUE(process.running());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !catches(number, SIGTERM); }, Patience));
+  EXPECT_EQ(process.state(), QProcess::Running);
   ::kill(number, SIGTERM);
-  process.finish();
-  EXPECT_EQ(process.ending(), QStringLiteral("ended by signal %1").arg(SIGTERM));
+  ASSERT_TRUE(process.waitForFinished(Patience));
+  EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
   EXPECT_EQ(times("terminates"), 0);
 }
 
 TEST_F(Processes, GoOnAloneWhenTheRunningOneDoesNotAnswerAndAreNotHeardTwice) {
-  Program& stopped = start({file("a")});
+  QProcess& stopped = start({file("a")});
   ASSERT_TRUE(waitFor("launched"));
   ::kill(static_cast<pid_t>(stopped.processId()), SIGSTOP);
-  Program& second = start({file("b")});
+  QProcess& second = start({file("b")});
   ASSERT_TRUE(waitFor("opens b"));
   EXPECT_EQ(times("opens b", &second), 1);
   ::kill(static_cast<pid_t>(stopped.processId()), SIGCONT);
   // What it is asked after that it takes up, so it has had the earlier request too.
-  EXPECT_EQ(start({file("c")}).finish(), 0);
+  EXPECT_EQ(statusOf(start({file("c")})), 0);
   ASSERT_TRUE(waitFor("opens c"));
   EXPECT_EQ(times("opens c", &stopped), 1);
   EXPECT_EQ(times("opens b"), 1);
-  second.tell("quit");
-  EXPECT_EQ(second.finish(), 0);
-  EXPECT_TRUE(second.errors().contains("does not answer"));
+  second.write("quit\n");
+  EXPECT_EQ(statusOf(second), 0);
+  EXPECT_TRUE(second.readAllStandardError().contains("does not answer"));
 }
 
 TEST_F(Processes, WorkEachByItselfWithoutABus) {
@@ -228,26 +252,26 @@ TEST_F(Processes, WorkEachByItselfWithoutABus) {
 }
 
 TEST_F(Processes, HandFilesToPrintToTheRunningOne) {
-  Program& running = start({});
+  QProcess& running = start({});
   ASSERT_TRUE(waitFor("launched"));
-  EXPECT_EQ(start({"--print", file("a"), file("b")}).finish(), 0);
+  EXPECT_EQ(statusOf(start({"--print", file("a"), file("b")})), 0);
   ASSERT_TRUE(waitFor("prints b"));
   EXPECT_EQ(times("prints a", &running), 1);
 }
 
 TEST_F(Processes, SayThatThereIsNoPrinterAndFail) {
-  Program& printing = start({"--print", file("a")});
-  EXPECT_EQ(printing.finish(), 1);
-  EXPECT_EQ(printing.errors(), "desktop-application: There is no printer.\n");
+  QProcess& printing = start({"--print", file("a")});
+  EXPECT_EQ(statusOf(printing), 1);
+  EXPECT_EQ(printing.readAllStandardError(), "desktop-application: There is no printer.\n");
   EXPECT_TRUE(lines().isEmpty()) << "nothing of a start happens";
 }
 
 TEST_F(Processes, RefuseACommandLineThatMakesNoSense) {
   for (const QStringList& arguments :
        {QStringList{"--print"}, QStringList{"--action=new", "a"}, QStringList{"--dance"}}) {
-    Program& process = start(arguments);
-    EXPECT_EQ(process.finish(), 1) << qPrintable(arguments.join(' '));
-    EXPECT_FALSE(process.errors().isEmpty());
+    QProcess& process = start(arguments);
+    EXPECT_EQ(statusOf(process), 1) << qPrintable(arguments.join(' '));
+    EXPECT_FALSE(process.readAllStandardError().isEmpty());
   }
   EXPECT_TRUE(lines().isEmpty());
 }
@@ -258,16 +282,17 @@ TEST_F(Processes, TakeLocationsAsWellAsPaths) {
 }
 
 /// Asks the bus for the application, which starts it.
-QDBusMessage askFor(BusPeer& stranger, const QString& member, const QVariantList& arguments) {
+QDBusMessage askFor(velmora::testkit::BusPeer& stranger, const QString& member,
+                    const QVariantList& arguments) {
   QDBusMessage call =
       QDBusMessage::createMethodCall(Identifier, QStringLiteral("/org/velmora/desktop_application"),
                                      QStringLiteral("org.freedesktop.Application"), member);
   call.setArguments(arguments);
-  return stranger.bus.call(call, QDBus::Block, static_cast<int>(1000 * Patience.count()));
+  return stranger.bus.call(call, QDBus::Block, Patience);
 }
 
 TEST_F(Processes, AreStartedByTheBusForTheFilesAskedFor) {
-  BusPeer stranger(bus->address());
+  velmora::testkit::BusPeer stranger(bus->address());
   const QStringList files{QUrl::fromLocalFile(file("a")).toString()};
   EXPECT_EQ(askFor(stranger, "Open", {files, QVariantMap()}).type(), QDBusMessage::ReplyMessage);
   ASSERT_TRUE(waitFor("launched"));
@@ -276,7 +301,7 @@ TEST_F(Processes, AreStartedByTheBusForTheFilesAskedFor) {
 }
 
 TEST_F(Processes, AreStartedByTheBusWithABlankDocumentWhenNoFileIsAskedFor) {
-  BusPeer stranger(bus->address());
+  velmora::testkit::BusPeer stranger(bus->address());
   EXPECT_EQ(askFor(stranger, "Activate", {QVariantMap()}).type(), QDBusMessage::ReplyMessage);
   ASSERT_TRUE(waitFor("launched"));
   EXPECT_EQ(times("blank"), 1);
@@ -284,13 +309,16 @@ TEST_F(Processes, AreStartedByTheBusWithABlankDocumentWhenNoFileIsAskedFor) {
 
 TEST(Growth, SaysThatThereIsNoPrinterAndAsksNothingAtItsFirstStart) {
   const QTemporaryDir home;
+  QProcess growth;
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   environment.insert("HOME", home.path());
   environment.insert("XDG_CONFIG_HOME", home.filePath("config"));
   environment.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
-  Program growth(GROWTH, environment);
-  EXPECT_EQ(growth.run({"--print", "/none.growth"}), 1);
-  EXPECT_TRUE(growth.errors().contains("growth: There is no printer.\n"));
+  growth.setProcessEnvironment(environment);
+  growth.start(GROWTH, {"--print", "/none.growth"});
+  ASSERT_TRUE(growth.waitForFinished(Patience));
+  EXPECT_EQ(growth.exitCode(), 1);
+  EXPECT_TRUE(growth.readAllStandardError().contains("growth: There is no printer.\n"));
   EXPECT_FALSE(QFile::exists(home.filePath("config/org.velmora.growth.conf"))) << "nothing was decided";
 }
 
