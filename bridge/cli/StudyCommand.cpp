@@ -63,8 +63,7 @@ Choice chosenFrom(const QString& path) {
 base::Result<QVariantMap> requestFor(const Study& study) {
   if (study.patientID.isEmpty())
     return base::Failure{QStringLiteral("the study has no patient identifier (Patient ID)")};
-  QVariantMap details{{link::Identifier, study.patientID},
-                      {link::OsiriXStudyID, study.studyInstanceUID}};
+  QVariantMap details{{link::Identifier, study.patientID}, {link::OsiriXStudyID, study.studyInstanceUID}};
   const QString name = readablePersonName(study.patientName);
   if (!name.isEmpty()) details.insert(link::Name, name);
   if (study.birthDate.isValid()) details.insert(link::DateOfBirth, study.birthDate.toString(Qt::ISODate));

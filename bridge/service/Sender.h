@@ -21,8 +21,8 @@ namespace bridge {
 /// The replies of one patient form a queue: they are sent in the order of arrival, and while the first cannot
 /// be sent, the others wait behind it. Queues do not wait for each other. What the PACS could not take is
 /// retried after 5 seconds, then after twice as long each time, 10 minutes at most. When one is
-/// through after several queues have failed, all of them are tried again at once. A reply whose files cannot be
-/// read for now is in no patient's queue until they can.
+/// through after several queues have failed, all of them are tried again at once. A reply whose files cannot
+/// be read for now is in no patient's queue until they can.
 ///
 /// Where a reply belongs is decided once, so that it is the same object however often it is sent. Before it
 /// is sent again, the PACS is asked for its study anew, whose patient may have been corrected meanwhile.

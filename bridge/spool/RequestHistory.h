@@ -40,8 +40,8 @@ class RequestHistory {
   explicit RequestHistory(const QString& path);
 
   /// Reads the file and forgets requests that are too old. Fails with what is wrong with the file; a damaged
-  /// one is kept beside it as "requests.damaged", and the history starts empty. One that the disk does not give
-  /// for now is read by a later save(), and not written over before.
+  /// one is kept beside it as "requests.damaged", and the history starts empty. One that the disk does not
+  /// give for now is read by a later save(), and not written over before.
   velmora::base::Result<> open(const QDateTime& now);
   /// Remembers a request, unless it names no patient. Fails when the request could not be written yet.
   velmora::base::Result<> remember(const QVariantMap& payload, const QString& application,

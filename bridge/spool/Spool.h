@@ -63,7 +63,8 @@ class Spool {
   static constexpr int MostRecords = 2000;
   static constexpr int DaysOfRecords = 90;
 
-  explicit Spool(const QString& folder, WallClock wallClock = [] { return QDateTime::currentDateTime(); });
+  explicit Spool(
+      const QString& folder, WallClock wallClock = [] { return QDateTime::currentDateTime(); });
   ~Spool();
   Spool(const Spool&) = delete;
   Spool& operator=(const Spool&) = delete;

@@ -70,10 +70,12 @@ QVariant value(Bytes& bytes) {
 }
 
 QVariantMap reply(Bytes& bytes) {
-  static const QString keys[] = {velmora::link::Identifier,  velmora::link::Name,          velmora::link::DateOfBirth,
-                                 velmora::link::DateOfStudy, velmora::link::OsiriXStudyID, velmora::link::StudyDescription,
+  static const QString keys[] = {velmora::link::Identifier,    velmora::link::Name,
+                                 velmora::link::DateOfBirth,   velmora::link::DateOfStudy,
+                                 velmora::link::OsiriXStudyID, velmora::link::StudyDescription,
                                  QStringLiteral("?")};
-  QVariantMap reply{{velmora::link::Identifier, QStringLiteral("12-3")}, {velmora::link::OsiriXStudyID, QString()}};
+  QVariantMap reply{{velmora::link::Identifier, QStringLiteral("12-3")},
+                    {velmora::link::OsiriXStudyID, QString()}};
   for (int count = bytes.next() % 8; count > 0; --count) {
     const QString& key = keys[bytes.next() % std::size(keys)];
     reply.insert(key, value(bytes));

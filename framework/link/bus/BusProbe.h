@@ -25,10 +25,10 @@ class VELMORA_EXPORT BusProbe {
   BusProbe(const BusProbe&) = delete;
   BusProbe& operator=(const BusProbe&) = delete;
 
-  /// Connects to `address`, says hello and disconnects. Returns the address if the bus answers within `limit`;
-  /// of several the first that does: the one to connect to, because the bus library would take the first that
-  /// accepts. Each gets an equal share of the time that is left. An address other than a socket on this machine
-  /// is not tried and counts as one that answers.
+  /// Connects to `address`, says hello and disconnects. Returns the address if the bus answers within
+  /// `limit`; of several the first that does: the one to connect to, because the bus library would take the
+  /// first that accepts. Each gets an equal share of the time that is left. An address other than a socket on
+  /// this machine is not tried and counts as one that answers.
   base::Result<QString> find(const QString& address, std::chrono::milliseconds limit);
 
   /// Ends the current attempt and all later ones. Any thread.
