@@ -39,7 +39,7 @@ PrivateBus::PrivateBus(Start start, Activation activation, Program::Trace trace,
     : socket_(folder_.filePath(QStringLiteral("bus"))),
       configuration_(QStringLiteral("--session")),
       trace_(std::move(trace)),
-      environment_(std::move(environment)) {
+      environment_(environment) {
   if (activation == Activation::Nothing) {
     const QString file = folder_.filePath(QStringLiteral("bus.conf"));
     writeFile(file, WithoutServices);

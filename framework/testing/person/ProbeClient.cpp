@@ -73,7 +73,7 @@ QList<SeenWindow> ProbeClient::look() {
   const QJsonArray windows = ask({{"do", "windows"}})["windows"].toArray();
   if (!application_.running()) throw Differs("the application to go on", application_.ending());
   QList<SeenWindow> result;
-  for (const QJsonValue& window : windows) result.append(SeenWindow(window.toObject()));
+  for (const QJsonValue window : windows) result.append(SeenWindow(window.toObject()));
   return result;
 }
 

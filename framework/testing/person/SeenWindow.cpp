@@ -59,7 +59,7 @@ QSize SeenWindow::size(const QString& widgetName) const {
 QStringList SeenWindow::buttons() const {
   QStringList result;
   const QJsonArray all = widgets();
-  for (const QJsonValue& widget : all)
+  for (const QJsonValue widget : all)
     if (widget["class"] == "QPushButton" && widget["enabled"].toBool())
       result.append(widget["text"].toString());
   return result;
@@ -71,7 +71,7 @@ QString SeenWindow::summary() const {
       QString("%1 \"%2\"").arg(name().isEmpty() ? description_["class"].toString() : name(), title());
   QStringList fields;
   const QJsonArray all = widgets();
-  for (const QJsonValue& widget : all)
+  for (const QJsonValue widget : all)
     if (widget["name"].toString().endsWith("Field") && !widget["text"].toString().isEmpty())
       fields.append(widget["name"].toString() + '=' + widget["text"].toString());
   return fields.isEmpty() ? result : result + " (" + fields.join(", ") + ')';
