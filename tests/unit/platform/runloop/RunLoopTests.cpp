@@ -209,6 +209,7 @@ TEST_F(RunLoopInVirtualTime, TakesHandOversFromManyThreadsWithoutLosingOne) {
   constexpr int Each = 200;
   int ran = 0;
   std::vector<std::thread> threads;
+  threads.reserve(Threads);
   for (int i = 0; i < Threads; ++i) {
     threads.emplace_back([&] {
       for (int call = 0; call < Each; ++call) runLoop.performOnMainThread(&owner, [&ran] { ++ran; });
