@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-3.0-or-later
 #include "bridge/service/Inbox.h"
 
-#include <tuple>
+#include <functional>
 
 #include "bridge/service/LogText.h"
 
@@ -15,6 +15,13 @@ qint64 sizeOf(const SpooledReply& reply) {
   const qsizetype texts = reply.identifier.size() + reply.patientName.size() + reply.studyID.size() +
                           reply.description.size() + reply.complaint.size();
   return 1024 + 2 * texts + reply.jpeg.size();
+}
+
+/// Writes the requests that the disk could not take, or reads those that it did not give. Damage that is
+/// found so late is said; that the disk does not answer yet has been said already.
+void save(RequestHistory& requests, const std::function<void(const QString&)>& log) {
+  const base::Result<> saved = requests.save();
+  if (!saved && requests.isSaved()) log(saved.error());
 }
 
 }  // namespace
@@ -43,6 +50,7 @@ bool Inbox::reply(const QVariantMap& values, const QString& application, const Q
     log_(QStringLiteral("a reply of %1 holds no chart and is refused").arg(oneLine(application)));
     return false;
   }
+  if (!requests_.isSaved()) save(requests_, log_);
   requests_.matchToRequest(*reply);
   const QString name = spool_.newName();
   // No reply overtakes those that could not be written yet.
@@ -65,7 +73,7 @@ bool Inbox::reply(const QVariantMap& values, const QString& application, const Q
 
 bool Inbox::tryAgain() {
   // Before the replies, which arrived later: a server that is killed now finds them in this order, too.
-  std::ignore = requests_.save();
+  save(requests_, log_);
   bool some = false;
   while (!kept_.empty()) {
     if (!write(kept_.front().name, kept_.front().reply)) break;

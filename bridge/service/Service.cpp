@@ -56,6 +56,7 @@ Service::Service(Spool& spool, RequestHistory& requests, Pacs& pacs, const Confi
       if (!inbox_.keepsSome()) again_.stop();
     });
   });
+  if (inbox_.keepsSome()) again_.start();  // the history could not be read at the start
   retryRequests_.addPath(spool.retryRequestsFolder());
   connect(&retryRequests_, &QFileSystemWatcher::directoryChanged, this,
           [this] { base::guarded("a request to retry", [this] { wake(); }); });

@@ -92,7 +92,10 @@ base::Result<> RequestHistory::remember(const QVariantMap& payload, const QStrin
 
 base::Result<> RequestHistory::save() {
   base::Result<> read;
-  if (!isRead_) read = readFile();
+  if (!isRead_) {
+    read = readFile();
+    if (isRead_ && !requests_.isEmpty()) forgetOld(requests_.last().time);
+  }
   // Nothing is written over a file that the disk does not give for now.
   if (!isRead_ || saved_) return read;
   QJsonArray array;

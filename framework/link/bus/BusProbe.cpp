@@ -115,7 +115,8 @@ base::Result<QString> BusProbe::find(const QString& address, std::chrono::millis
     const QByteArray path = valueOf(each, "path");
     const QByteArray abstract = valueOf(each, "abstract");
     if (!each.startsWith("unix:") || (path.isEmpty() && abstract.isEmpty())) {
-      return QString::fromLocal8Bit(each);
+      // Whether it answers is for the bus library to find out, which goes on with those behind it.
+      return QString::fromLocal8Bit(addresses.mid(addresses.size() - left).join(';'));
     }
     const base::Result<> asked = askSocket(path.isEmpty() ? abstract : path, path.isEmpty(),
                                            Clock::now() + (deadline - Clock::now()) / left);

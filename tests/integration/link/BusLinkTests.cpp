@@ -70,4 +70,6 @@ TEST(BusProbe, LeavesTimeForTheNextAddressWhereTheFirstHangs) {
   const auto found = probe.find(silent.address() + QStringLiteral(";") + bus.address(), 2s);
   EXPECT_EQ(found.valueOr({}), bus.address());
   EXPECT_FALSE(probe.find(silent.address() + QStringLiteral(";") + silent.address(), 200ms).ok());
+  const QString elsewhere = QStringLiteral("tcp:host=127.0.0.1,port=1;") + bus.address();
+  EXPECT_EQ(probe.find(silent.address() + QStringLiteral(";") + elsewhere, 200ms).valueOr({}), elsewhere);
 }

@@ -7,6 +7,7 @@
 #include "bridge/testing/Replies.h"
 #include "testing/files/Files.h"
 #include "testing/files/FullDisk.h"
+#include "testing/files/UnreadableFile.h"
 #include "testing/main/Shown.h"
 
 using namespace bridge_testing;
@@ -88,6 +89,28 @@ TEST_F(InboxTest, WritesARequestWhenTheDiskHasRoomAgain) {
   EXPECT_EQ(later.open(now).error(), QString());
   ASSERT_EQ(later.requests().size(), 1);
   EXPECT_EQ(later.requests().first().studyUID, text("1.2"));
+}
+
+TEST_F(InboxTest, LooksForTheRequestOfAReplyInAHistoryThatTheDiskGivesAgain) {
+  const QDateTime now = QDateTime::currentDateTimeUtc();
+  const QString path = temporary_.filePath(text("history"));
+  const QVariantMap request{{text("Identifier"), text("A")}, {text("OsiriXStudyID"), text("1.2")}};
+  ASSERT_TRUE(RequestHistory(path).remember(request, Growth, now).ok());
+  RequestHistory history(path);
+  Inbox inbox(
+      spool_, history, [](const QString&) {}, [this](const QString& line) { log_.append(line); }, 1000000);
+  {
+    const UnreadableFile unreadable(path);
+    EXPECT_FALSE(history.open(now).ok());
+    EXPECT_TRUE(inbox.keepsSome());
+  }
+  QVariantMap reply = replyTo(study("1.1", "A"));
+  reply.remove(text("OsiriXStudyID"));
+  EXPECT_TRUE(inbox.reply(reply, Growth, now));
+  const auto stored = spool_.read(spool_.waiting().first().name);
+  ASSERT_TRUE(stored.ok() && *stored);
+  EXPECT_EQ((*stored)->requestedStudyUID, text("1.2"));
+  EXPECT_TRUE(log_.isEmpty());
 }
 
 TEST_F(InboxTest, LetsNobodyOvertakeWhoWaitsForTheDisk) {
